@@ -1,0 +1,11 @@
+# Every floating-point operation is rounded on its own.
+#
+# Which point lies in a polygon is decided by exact comparisons with rounded values. A compiler that contracts a*b+c
+# into one operation (as GCC does by default where the target has it), or reorders operations, changes those values and
+# with them the result. No target is built for one machine only (-march=native): every x86-64 gives the same bits.
+add_library(vadelclip_floating_point INTERFACE)
+if(MSVC)
+  target_compile_options(vadelclip_floating_point INTERFACE /fp:precise)
+else()
+  target_compile_options(vadelclip_floating_point INTERFACE -ffp-contract=off -fno-fast-math)
+endif()

@@ -1,0 +1,83 @@
+/// \file
+/// The whole life of the process: options, language, sender, argument count, the one run, the closing message.
+///
+/// Exit status: 0 for a finished run, 1 for every handled failure, the usage failure included. Expected failures are
+/// reported where they occur; what a library throws passes through the run untouched and is handled here, once.
+
+#include "app/command_line.hpp"
+#include "app/message_catalogues.hpp"
+#include "app/reporting.hpp"
+#include "boundary/boundary_set.hpp"
+#include "clip/clip_elevation_data.hpp"
+
+#include <ProcessMessage.h>
+
+#include <boost/filesystem/path.hpp>
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace {
+
+void sendFailedMessage() {
+    const FailedMessage message(1, translateMessage("Clipping of elevation data with model boundaries failed."));
+}
+
+void sendFinishMessage() {
+    const FinishMessage message(1, translateMessage("Finished clipping elevation data with model boundaries"));
+}
+
+std::int32_t failWithUsage() {
+    reportLine(translateMessage(
+        "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"));
+    sendFailedMessage();
+    return 1;
+}
+
+/// Splits the input path, runs once and sends the closing message. The outcome is the exit status.
+std::int32_t runOnce(BoundarySet& boundarySet, const std::string& inputDirectoryPath,
+                     const std::string& outputDirectoryName, const std::string& boundaryFilePath) {
+    try {
+        const boost::filesystem::path inputPath(inputDirectoryPath);
+        const std::int32_t result =
+            clipElevationData(boundarySet, inputPath.parent_path().string(), inputPath.filename().string(),
+                              outputDirectoryName, boundaryFilePath);
+        if (result != 0) {
+            sendFailedMessage();
+            return 1;
+        }
+        sendFinishMessage();
+        return 0;
+    } catch (const std::exception& error) {
+        reportLine(error.what());
+        sendFailedMessage();
+        return 1;
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    std::string language = "de";
+    std::int32_t expectedArgumentCount = 4;
+    bool pipeMode = false;
+
+    scanLanguageOption(argc, argv, language, expectedArgumentCount);
+    // Exactly "en": other spellings of English are names of catalogues like any other.
+    if (language != "en") {
+        setUpMessageCatalogues(language);
+    }
+    scanPipeOption(argc, argv, pipeMode, expectedArgumentCount);
+    // Before the count test, so that the usage failure is sent too.
+    MessageSender::Instance(pipeMode);
+
+    if (expectedArgumentCount != argc) {
+        return failWithUsage();
+    }
+    const std::string inputDirectoryPath = argv[1];
+    const std::string outputDirectoryName = argv[2];
+    const std::string boundaryFilePath = argv[3];
+    BoundarySet boundarySet;
+    return runOnce(boundarySet, inputDirectoryPath, outputDirectoryName, boundaryFilePath);
+}

@@ -1,0 +1,108 @@
+#include "boundary/boundary_reader.hpp"
+
+#include "app/reporting.hpp"
+
+#include <pugixml.hpp>
+
+#include <cstdint>
+#include <sstream>
+#include <string_view>
+
+namespace {
+
+/// Exactly these two, not the library's default: character references stay as they are written, line ends are not
+/// normalised, and a processing instruction leaves a node that is found by its target's name.
+constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
+
+/// Only fail() is tested here, so a number may end the text; a node line's numbers may not. Both on purpose: see
+/// docs/file-formats.md.
+template <typename Number>
+bool extractNumber(const char* text, Number& number) {
+    std::istringstream stream{std::string(text)};
+    stream >> number;
+    return !stream.fail();
+}
+
+bool readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
+    const pugi::xml_attribute attribute = polygonNode.attribute("id");
+    if (!attribute || !extractNumber(attribute.value(), id)) {
+        // The placeholder is the number 0 whatever the group is called; kept on purpose.
+        reportLine(formatMessage("Cannot find the id of a polygon in a group of type {0}", std::int32_t{0}));
+        return false;
+    }
+    return true;
+}
+
+void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y) {
+    BoundaryVertex vertex;
+    vertex.x = x;
+    vertex.y = y;
+    set.vertices.push_back(vertex);
+    polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
+}
+
+bool readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::xml_node& polygonNode, std::int32_t id) {
+    std::int32_t pointCounter = 0;
+    for (const pugi::xml_node& point : polygonNode.children("point")) {
+        double x = 0.0;
+        double y = 0.0;
+        if (!readNumericAttribute(point, "x", x) || !readNumericAttribute(point, "y", y)) {
+            reportLine(formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id));
+            return false;
+        }
+        appendVertex(set, polygon, x, y);
+        ++pointCounter;
+    }
+    return true;
+}
+
+/// The id is checked before any point, also in a polygon without points. It is quoted in messages and not stored.
+bool readPolygon(BoundarySet& set, const pugi::xml_node& polygonNode) {
+    BoundaryPolygon polygon;
+    std::int32_t id = 0;
+    if (!readPolygonId(polygonNode, id) || !readPoints(set, polygon, polygonNode, id)) {
+        return false;
+    }
+    computeBoundingBox(polygon, set.vertices);
+    set.polygons.push_back(polygon);
+    return true;
+}
+
+bool readGroup(BoundarySet& set, const pugi::xml_node& group) {
+    // Groups of any other type, or of none, are no boundaries: skipped in silence.
+    if (std::string_view(group.attribute("type").value()) != "boundaries") {
+        return true;
+    }
+    for (const pugi::xml_node& polygonNode : group.children("polygon")) {
+        if (!readPolygon(set, polygonNode)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName, double& value) {
+    const pugi::xml_attribute attribute = node.attribute(attributeName);
+    return attribute && extractNumber(attribute.value(), value);
+}
+
+bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath) {
+    pugi::xml_document document;
+    if (document.load_file(boundaryFilePath.c_str(), parseOptions, pugi::encoding_auto).status != pugi::status_ok) {
+        reportLine(formatMessage("Boundary file {0} not found", boundaryFilePath));
+        return false;
+    }
+    const pugi::xml_node model = document.child("VADELSIM").child("VadeDGM");
+    if (!model) {
+        reportLine(formatMessage("Could not find the VadeDGM tag in the boundary file {0}", boundaryFilePath));
+        return false;
+    }
+    for (const pugi::xml_node& group : model.children("group")) {
+        if (!readGroup(set, group)) {
+            return false;
+        }
+    }
+    return true;
+}

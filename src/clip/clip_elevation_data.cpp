@@ -1,0 +1,100 @@
+#include "clip/clip_elevation_data.hpp"
+
+#include "app/reporting.hpp"
+#include "boundary/boundary_reader.hpp"
+#include "clip/clip_node_file.hpp"
+#include "clip/count32.hpp"
+#include "clip/input_selection.hpp"
+#include "clip/node_count.hpp"
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/filesystem/path.hpp>
+
+namespace {
+
+namespace fs = boost::filesystem;
+
+bool loadBoundary(BoundarySet& boundarySet, const std::string& boundaryFilePath) {
+    clearBoundarySet(boundarySet);
+    if (readBoundaryFile(boundarySet, boundaryFilePath)) {
+        return true;
+    }
+    // No test of existence: this line follows every failure of the reader, as the second of a pair.
+    reportLine(formatMessage("Boundary file {0} does not exist", boundaryFilePath));
+    return false;
+}
+
+bool checkParentDirectory(const std::string& inputParentDirectory) {
+    if (fs::is_directory(fs::status(inputParentDirectory))) {
+        return true;
+    }
+    reportLine(formatMessage("Directory {0} does not exist", inputParentDirectory));
+    return false;
+}
+
+bool checkInputDirectory(const fs::path& inputDirectory) {
+    if (fs::is_directory(fs::status(inputDirectory))) {
+        return true;
+    }
+    reportLine(formatMessage("Input directory {0} does not exist", inputDirectory.string()));
+    return false;
+}
+
+/// A path that exists and is no directory passes here and fails in its creation.
+bool checkOutputDirectory(const fs::path& outputDirectory) {
+    if (!fs::is_directory(fs::status(outputDirectory))) {
+        return true;
+    }
+    reportLine(formatMessage(
+        "Output directory {0} already exists, aborting in order avoid overwriting of existing data",
+        outputDirectory.string()));
+    return false;
+}
+
+/// Clips the chosen files one after the other and returns the total of kept lines.
+std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDirectory, BoundarySet& boundarySet) {
+    const std::int32_t totalLines = sumLineCounts(selection.lineCounts);
+    double linesDone = 0.0;
+    std::int32_t totalKeptNodes = 0;
+    for (std::size_t i = 0; i < selection.inputFiles.size(); ++i) {
+        const std::string& inputPath = selection.inputFiles[i];
+        const std::int32_t lineCount = selection.lineCounts[i];
+        const std::string outputPath = (outputDirectory / fs::path(inputPath).filename()).string();
+        const std::int32_t keptNodes =
+            clipNodeFile(inputPath, outputPath, lineCount, boundarySet, linesDone, totalLines);
+        totalKeptNodes = addWrapping(totalKeptNodes, keptNodes);
+        linesDone += lineCount;
+    }
+    return totalKeptNodes;
+}
+
+} // namespace
+
+std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParentDirectory,
+                               std::string inputDirectoryName, std::string outputDirectoryName,
+                               std::string boundaryFilePath) {
+    if (!loadBoundary(boundarySet, boundaryFilePath)) {
+        return 1;
+    }
+    if (!checkParentDirectory(inputParentDirectory)) {
+        return 1;
+    }
+    const fs::path inputDirectory = fs::path(inputParentDirectory) / inputDirectoryName;
+    if (!checkInputDirectory(inputDirectory)) {
+        return 1;
+    }
+    const fs::path outputDirectory = fs::path(inputParentDirectory) / outputDirectoryName;
+    if (!checkOutputDirectory(outputDirectory)) {
+        return 1;
+    }
+    fs::create_directory(outputDirectory);
+
+    const InputSelection selection = selectInputFiles(inputDirectory);
+    if (selection.inputFiles.empty()) {
+        reportLine(translateMessage("There are no input files."));
+        return 1;
+    }
+    const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundarySet);
+    writeNodeCount(outputDirectory, totalKeptNodes);
+    return 0;
+}

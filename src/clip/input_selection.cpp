@@ -1,0 +1,64 @@
+#include "clip/input_selection.hpp"
+
+#include "clip/count32.hpp"
+#include "clip/node_file_header.hpp"
+#include "text/text_lines.hpp"
+
+#include <boost/filesystem/directory.hpp>
+#include <boost/filesystem/file_status.hpp>
+
+#include <fstream>
+
+namespace {
+
+/// Byte for byte, so a suffix in capitals does not match. A file named only ".txt" does.
+bool hasNodeFileSuffix(const std::string& path) {
+    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
+}
+
+/// A file that cannot be read has an empty first line, which is no header.
+bool hasNodeFileHeader(const std::string& path) {
+    std::ifstream input(path);
+    std::string line;
+    readTextLine(input, line);
+    char separator = 0;
+    std::int32_t nodeFormat = 0;
+    std::string errorText;
+    return readNodeFileHeader(line, separator, nodeFormat, errorText);
+}
+
+/// One line feed ends the header. A last line without one is not counted, so it is never read.
+std::int32_t countNodeLines(const std::string& path) {
+    std::ifstream input(path);
+    return addWrapping(wrapTo32(countLineFeeds(input)), -1);
+}
+
+bool isDirectory(const boost::filesystem::directory_entry& entry) {
+    return entry.status().type() == boost::filesystem::directory_file;
+}
+
+} // namespace
+
+InputSelection selectInputFiles(const boost::filesystem::path& inputDirectory) {
+    InputSelection selection;
+    for (const boost::filesystem::directory_entry& entry : boost::filesystem::directory_iterator(inputDirectory)) {
+        if (isDirectory(entry)) {
+            continue;
+        }
+        const std::string path = entry.path().string();
+        if (!hasNodeFileSuffix(path) || !hasNodeFileHeader(path)) {
+            continue;
+        }
+        selection.inputFiles.push_back(path);
+        selection.lineCounts.push_back(countNodeLines(path));
+    }
+    return selection;
+}
+
+std::int32_t sumLineCounts(const std::vector<std::int32_t>& lineCounts) {
+    std::int32_t sum = 0;
+    for (const std::int32_t lineCount : lineCounts) {
+        sum = addWrapping(sum, lineCount);
+    }
+    return sum;
+}

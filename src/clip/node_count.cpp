@@ -1,0 +1,23 @@
+#include "clip/node_count.hpp"
+
+#include <ProcessMessage.h>
+
+#include <fstream>
+
+namespace {
+
+/// The range starts at 1.0 and not at 0.0; controlling processes know it this way.
+void reportRunComplete() {
+    ProgressMessage progress(1.0, 100.0, 100);
+    progress.OnProgress(100, false);
+}
+
+} // namespace
+
+void writeNodeCount(const boost::filesystem::path& outputDirectory, std::int32_t totalKeptNodes) {
+    reportRunComplete();
+    std::ofstream output((outputDirectory / "total_node_count.txt").string());
+    output << totalKeptNodes << '\n';
+    output.flush();
+    output.close();
+}

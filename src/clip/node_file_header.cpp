@@ -1,0 +1,70 @@
+#include "clip/node_file_header.hpp"
+
+#include "app/reporting.hpp"
+
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+bool isSeparator(char byte) {
+    return byte == '\t' || byte == ' ' || byte == ',' || byte == ';';
+}
+
+/// "xyz" and ';' make "x;y;z".
+std::string joinColumns(std::string_view columns, char separator) {
+    std::string header;
+    for (const char column : columns) {
+        if (!header.empty()) {
+            header += separator;
+        }
+        header += column;
+    }
+    return header;
+}
+
+/// 1 or 2, or 0 where the line has none of the four shapes.
+std::int32_t matchShape(const std::string& line, char separator) {
+    if (line == joinColumns("xyz", separator) || line == joinColumns("XYZ", separator)) {
+        return 1;
+    }
+    if (line == joinColumns("xyzg", separator) || line == joinColumns("XYZG", separator)) {
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace
+
+bool readNodeFileHeader(std::string line, char& separator, std::int32_t& nodeFormat, std::string& errorText) {
+    nodeFormat = 0;
+    errorText.clear();
+    if (line.empty()) {
+        return false;
+    }
+    if (line.starts_with(byteOrderMark)) {
+        line.erase(0, byteOrderMark.size());
+    }
+    // A line that held nothing but the mark, or one byte, has a zero byte at its end, which passes no test.
+    const char* const bytes = line.c_str();
+    if ((bytes[0] | 0x20) != 'x') {
+        errorText = translateMessage("First character of node file must be one of x,X");
+        return false;
+    }
+    separator = bytes[1];
+    // The two texts that begin with "ERROR:" stay English in every language, on purpose.
+    if (!isSeparator(separator)) {
+        errorText = "ERROR: separator must be either semikolon, comma, space or tab";
+        return false;
+    }
+    nodeFormat = matchShape(line, separator);
+    if (nodeFormat == 0) {
+        // The slip in the fourth shape and the open parenthesis belong to the text: a file that begins with Y is
+        // rejected above.
+        errorText = "ERROR: Using the xyz format, the first header line must be one of x;y;z , X;Y;Z , x;y;z;g , "
+                    "Y;Y;Z;G , while the separator (e.g. \";\" is variable";
+        return false;
+    }
+    return true;
+}
