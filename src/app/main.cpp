@@ -29,8 +29,8 @@ void sendFinishMessage() {
 }
 
 std::int32_t failWithUsage() {
-    reportLine(translateMessage(
-        "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"));
+    reportLine(
+        translateMessage("Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"));
     sendFailedMessage();
     return 1;
 }

@@ -25,7 +25,7 @@ bool extractNumber(const char* text, Number& number) {
 
 bool readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
     const pugi::xml_attribute attribute = polygonNode.attribute("id");
-    if (!attribute || !extractNumber(attribute.value(), id)) {
+    if (attribute.empty() || !extractNumber(attribute.value(), id)) {
         // The placeholder is the number 0 whatever the group is called; kept on purpose.
         reportLine(formatMessage("Cannot find the id of a polygon in a group of type {0}", std::int32_t{0}));
         return false;
@@ -85,7 +85,7 @@ bool readGroup(BoundarySet& set, const pugi::xml_node& group) {
 
 bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName, double& value) {
     const pugi::xml_attribute attribute = node.attribute(attributeName);
-    return attribute && extractNumber(attribute.value(), value);
+    return !attribute.empty() && extractNumber(attribute.value(), value);
 }
 
 bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath) {
@@ -95,7 +95,7 @@ bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath) {
         return false;
     }
     const pugi::xml_node model = document.child("VADELSIM").child("VadeDGM");
-    if (!model) {
+    if (model.empty()) {
         reportLine(formatMessage("Could not find the VadeDGM tag in the boundary file {0}", boundaryFilePath));
         return false;
     }

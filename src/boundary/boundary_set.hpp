@@ -25,9 +25,9 @@ struct Point2D {
 struct BoundaryVertex {
     double x = 0.0;
     double y = 0.0;
-    double z = 0.0;                           ///< Carried: the boundary file gives no third coordinate.
-    std::vector<std::int32_t> attachedItems;  ///< Carried, always empty.
-    std::int32_t vertexTag = 0;               ///< Carried.
+    double z = 0.0;                          ///< Carried: the boundary file gives no third coordinate.
+    std::vector<std::int32_t> attachedItems; ///< Carried, always empty.
+    std::int32_t vertexTag = 0;              ///< Carried.
 };
 
 /// An edge with everything the distance test of a two-vertex polygon needs. `containsPoint` is the only writer.
@@ -43,8 +43,8 @@ struct BoundaryEdge {
     Point2D delta{0.0, 0.0};
     Point2D direction{0.0, 0.0}; ///< `delta` through `length`; no unit vector where `length` was replaced.
     Point2D normal{0.0, 0.0};
-    Point2D minCorner{0.0, 0.0}; ///< Not consulted.
-    Point2D maxCorner{0.0, 0.0}; ///< Not consulted.
+    Point2D minCorner{0.0, 0.0};             ///< Not consulted.
+    Point2D maxCorner{0.0, 0.0};             ///< Not consulted.
     std::vector<std::int32_t> attachedItems; ///< Always empty.
 };
 
@@ -79,8 +79,8 @@ struct BoundaryPolygon {
     double defaultedReal = -1.0;
     std::vector<std::int32_t> thirdIntList;
     std::vector<std::int32_t> fourthIntList;
-    std::vector<BoundaryEdge> edges;                       ///< Filled on demand, for a polygon of two vertices only.
-    std::vector<std::array<std::uint64_t, 2>> pairList;    ///< Carried, as all members from here on.
+    std::vector<BoundaryEdge> edges;                    ///< Filled on demand, for a polygon of two vertices only.
+    std::vector<std::array<std::uint64_t, 2>> pairList; ///< Carried, as all members from here on.
     std::string secondText;
     std::vector<std::int32_t> fifthIntList;
     std::array<std::uint8_t, 2> closingFlags{};

@@ -14,9 +14,9 @@ struct RingWalk {
     Point2D point;
     double prevX; ///< The last vertex that counts as passed. Vertices of a run are not.
     double prevY;
-    double lastX = 0.0;  ///< While `onRun`: x of the vertex before, whatever it was.
-    bool onRun = false;  ///< Among vertices at the point's height that began at or right of the point.
-    bool odd = false;    ///< Whether the number of crossings so far is odd.
+    double lastX = 0.0; ///< While `onRun`: x of the vertex before, whatever it was.
+    bool onRun = false; ///< Among vertices at the point's height that began at or right of the point.
+    bool odd = false;   ///< Whether the number of crossings so far is odd.
 
     RingWalk(Point2D point_, double startX, double startY) : point(point_), prevX(startX), prevY(startY) {}
 

@@ -45,9 +45,9 @@ bool checkOutputDirectory(const fs::path& outputDirectory) {
     if (!fs::is_directory(fs::status(outputDirectory))) {
         return true;
     }
-    reportLine(formatMessage(
-        "Output directory {0} already exists, aborting in order avoid overwriting of existing data",
-        outputDirectory.string()));
+    reportLine(
+        formatMessage("Output directory {0} already exists, aborting in order avoid overwriting of existing data",
+                      outputDirectory.string()));
     return false;
 }
 

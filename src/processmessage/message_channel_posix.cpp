@@ -68,5 +68,5 @@ void guardStandardDescriptors() {
             static_cast<void>(opened);
         }
     }
-    signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(signal(SIGPIPE, SIG_IGN));
 }

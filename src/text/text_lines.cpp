@@ -12,7 +12,7 @@ constexpr bool lineEndKeepsCarriageReturn = false;
 constexpr bool lineEndKeepsCarriageReturn = true;
 #endif
 
-constexpr std::size_t blockSize = 64 * 1024;
+constexpr std::size_t blockSize = 65536;
 
 } // namespace
 

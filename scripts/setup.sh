@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs what building needs (and, with the argument "test", what the checks need) from Debian's packages.
+# Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
+set -euo pipefail
+
+build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
+  nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev python3 clang-format clang-tidy cppcheck)
+
+wanted=("${build_packages[@]}")
+if [ "${1:-}" = test ]; then
+  wanted+=("${test_packages[@]}")
+fi
+
+if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+  echo "This is no Debian system. Please install the counterparts of these packages, then build with CMake:" >&2
+  echo "  ${wanted[*]}" >&2
+  echo "  cmake --preset tool && cmake --build --preset tool" >&2
+  exit 1
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+  state=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
+  [ "$state" = "install ok installed" ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "Missing packages, and neither root nor sudo to install them. Please run as root:" >&2
+    echo "  apt-get install ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Everything that has to hold, from a bare Debian 12 machine: set-up, the suite as an optimised build and with address
+# and undefined-behaviour sanitizers, formatting, static analysis. Ends with status 0 if all of it holds.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+step() { printf '\n== %s\n' "$*"; }
+
+step "Packages"
+scripts/setup.sh test
+
+step "Formatting"
+git ls-files '*.cpp' '*.hpp' '*.h' | xargs clang-format --dry-run --Werror
+
+for preset in release asan; do
+  step "Build: $preset"
+  scripts/build.sh "$preset" -DVADELCLIP_WERROR=ON
+  step "Tests: $preset"
+  ctest --preset "$preset" --progress
+done
+
+step "clang-tidy"
+scripts/clang-tidy.sh
+
+step "cppcheck"
+cppcheck --enable=warning,style,performance,portability --std=c++20 -I src -I src/processmessage \
+  --suppressions-list=.cppcheck-suppressions --inline-suppr --error-exitcode=1 --quiet -j"$(nproc)" src
+
+printf '\nAll checks passed.\n'

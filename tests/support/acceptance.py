@@ -1,0 +1,280 @@
+"""Runs the real executables from outside and compares everything they leave behind.
+
+Each test gets a fresh directory, writes its inputs there, starts one process in it and hands the finished `Run` to one of
+the `expect...` functions. These always compare all of it: exit status, console, empty standard error, every file and
+directory with its bytes (so an input that changed shows as well), and every message in order.
+
+Two executables, from the environment: the real tool (VADELCLIP_EXECUTABLE, catalogues beside it), whose descriptor 3 carries
+JSON Lines with "-pipe"; and the same tool with a recording message layer (VADELCLIP_RECORDING, no catalogues beside it,
+so its texts are the English ids), whose descriptor 3 gets one line for every call of the message classes.
+"""
+import ctypes
+import difflib
+import os
+import shutil
+import stat
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+from dataclasses import dataclass
+
+from expected_messages import failedRun, finishedRun
+
+TOOL = os.environ["VADELCLIP_EXECUTABLE"]
+RECORDING = os.environ["VADELCLIP_RECORDING"]
+SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
+CHANNEL = 3  # the descriptor on which messages leave a process
+TIME_LIMIT = 60.0 if SANITIZED else 20.0  # seconds
+
+# A tree is a dict from relative path to what stands there: bytes for a file, one of these texts for anything else.
+DIRECTORY = "directory"
+FIFO = "fifo"
+
+
+def linkTo(target):
+    return f"link to {target}"
+
+
+@dataclass
+class Run:
+    status: int  # exit status, or minus the signal that ended the process
+    console: bytes
+    errors: bytes
+    messages: list  # lines of descriptor 3
+    tree: dict
+
+    def consoleLines(self):
+        return os.fsdecode(self.console).splitlines()
+
+
+def boundary(*rings):
+    """A boundary file with one polygon for each ring, a ring being a list of (x, y)."""
+    polygons = "".join(
+        f'<polygon id="{number}">' + "".join(f'<point x="{x}" y="{y}"/>' for x, y in ring) + "</polygon>\n"
+        for number, ring in enumerate(rings, 1))
+    return f'<VADELSIM><VadeDGM><group type="boundaries">\n{polygons}</group></VadeDGM></VADELSIM>\n'.encode()
+
+
+SQUARE = boundary([(0, 0), (10, 0), (10, 10), (0, 10)])
+
+
+def output(count, files=None, at="base/out"):
+    """The tree of a finished output directory."""
+    tree = {at: DIRECTORY, f"{at}/total_node_count.txt": b"%d\n" % count}
+    tree.update({f"{at}/{name}": content for name, content in (files or {}).items()})
+    return tree
+
+
+def dropPowersOfRoot():
+    """For `beforeStart`: file permissions bind the process, also if the tests are run by root."""
+    for capability in (1, 2):  # CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH
+        if libc.prctl(24, capability, 0, 0, 0) != 0 and os.geteuid() == 0:  # PR_CAPBSET_DROP
+            raise OSError("cannot give up a power of root")
+
+
+libc = ctypes.CDLL(None)
+
+
+def occupyChannelNumber():
+    """Keeps descriptor 3 taken in this process, so that nothing of subprocess's own is there when a child replaces it."""
+    descriptor = os.open(os.devnull, os.O_RDONLY)
+    while descriptor < CHANNEL:
+        descriptor = os.open(os.devnull, os.O_RDONLY)
+    if descriptor != CHANNEL:
+        os.close(descriptor)
+
+
+occupyChannelNumber()
+
+
+def readTree(root):
+    tree = {}
+    for entry in os.scandir(root):
+        mode = entry.stat(follow_symlinks=False).st_mode
+        if entry.is_symlink():
+            tree[entry.name] = linkTo(os.readlink(entry.path))
+        elif stat.S_ISDIR(mode):
+            os.chmod(entry.path, mode | 0o700)
+            tree[entry.name] = DIRECTORY
+            tree.update({f"{entry.name}/{name}": content for name, content in readTree(entry.path).items()})
+        elif stat.S_ISREG(mode):
+            os.chmod(entry.path, mode | 0o400)
+            with open(entry.path, "rb") as file:
+                tree[entry.name] = file.read()
+        else:
+            tree[entry.name] = FIFO
+    return tree
+
+
+def withParents(tree):
+    complete = dict(tree)
+    for path in tree:
+        while "/" in path:
+            path = path.rsplit("/", 1)[0]
+            complete.setdefault(path, DIRECTORY)
+    return complete
+
+
+def report(status, console, errors, messages, tree):
+    """Everything about a run as lines of text, for comparison and for the difference that a failed test prints."""
+    lines = [f"exit status {status}"]
+    lines += [f"console {line!r}" for line in console.splitlines(keepends=True)]
+    lines += [f"standard error {line!r}" for line in errors.splitlines(keepends=True)]
+    for path in sorted(tree):
+        content = tree[path]
+        if isinstance(content, bytes):
+            lines.append(f"{path}: {len(content)} bytes")
+            lines += [f"{path}: {line!r}" for line in content.split(b"\n")]
+        else:
+            lines.append(f"{path}: {content}")
+    return lines + [f"message {line!r}" for line in messages]
+
+
+class AcceptanceTest(unittest.TestCase):
+    def setUp(self):
+        place = tempfile.mkdtemp(prefix="vadelclip-")
+        self.addCleanup(shutil.rmtree, place)
+        self.directory = os.path.join(place, "work")  # where the process runs, compared as a whole
+        self.aside = os.path.join(place, "aside")  # for what is not to be compared
+        os.mkdir(self.directory)
+        os.mkdir(self.aside)
+        self.given = {}
+        self.servers = []
+
+    # Inputs
+
+    def path(self, name):
+        return os.path.join(self.directory, name)
+
+    def give(self, tree):
+        """Writes inputs. They are expected to stand there unchanged after the run."""
+        for name, content in tree.items():
+            path = self.path(name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            if isinstance(content, bytes):
+                with open(path, "wb") as file:
+                    file.write(content)
+            elif content == DIRECTORY:
+                os.makedirs(path, exist_ok=True)
+            elif content == FIFO:
+                os.mkfifo(path)
+            else:
+                os.symlink(content.removeprefix(linkTo("")), path)
+        self.given.update(tree)
+
+    def giveJob(self, nodeFiles, area=SQUARE):
+        """Inputs of an ordinary job: base/data with these node files, and area.xml."""
+        self.give({"area.xml": area, "base/data": DIRECTORY})
+        self.give({f"base/data/{name}": content for name, content in nodeFiles.items()})
+
+    def walkOrder(self, directory="base/data"):
+        """Names in the order in which the platform lists them: the order of the passes."""
+        return [entry.name for entry in os.scandir(self.path(directory))]
+
+    def serve(self, name, *openings):
+        """Puts a file at `name` that holds something else at each opening.
+
+        Each opening is bytes, or a list of bytes and functions to call, written and called in this order once the tool has
+        opened the file. In truth `name` is a link to a FIFO, a new one for each opening, so that no two of them mix.
+        """
+        fifo = os.path.join(self.aside, f"fifo{len(self.servers)}")
+        os.mkfifo(fifo)
+        self.give({name: linkTo(fifo)})
+
+        def serveAll():
+            for pieces in openings:
+                with open(fifo, "wb", buffering=0) as pipe:
+                    os.mkfifo(fifo + ".next")
+                    os.rename(fifo + ".next", fifo)
+                    try:
+                        for piece in [pieces] if isinstance(pieces, bytes) else pieces:
+                            piece() if callable(piece) else pipe.write(piece)
+                    except BrokenPipeError:
+                        pass  # the tool has read what it wanted
+
+        self.servers.append((name, fifo, threading.Thread(target=serveAll, daemon=True)))
+        self.servers[-1][2].start()
+
+    def waitFor(self, condition, what):
+        """For a step of `serve`: holds the tool's input back until something can be seen."""
+        limit = time.monotonic() + 5
+        while not condition():
+            if time.monotonic() > limit:
+                raise AssertionError(f"{what} was not to be seen in time")
+            time.sleep(0.001)
+
+    # Running
+
+    def start(self, *arguments, tool=RECORDING, environment=None, beforeStart=None, console=None, channel=None, stderr=None):
+        """Runs a tool to its end. `console`, `channel` and `stderr` replace the files that descriptors 1, 3 and 2 go to."""
+        self.channelFile = tempfile.TemporaryFile()
+        self.addCleanup(self.channelFile.close)
+        channelNumber = self.channelFile.fileno() if channel is None else channel
+        settings = {name: value for name, value in os.environ.items() if name not in ("LANG", "LANGUAGE", "LOCPATH")
+                    and not name.startswith("LC_")}
+        settings.update(environment or {})
+
+        def inChild():
+            os.dup2(channelNumber, CHANNEL)
+            if beforeStart:
+                beforeStart()
+
+        with tempfile.TemporaryFile() as consoleFile, tempfile.TemporaryFile() as errorFile:
+            process = subprocess.Popen(
+                [tool, *arguments], cwd=self.directory, env=settings, stdin=subprocess.DEVNULL,
+                stdout=consoleFile if console is None else console, stderr=errorFile if stderr is None else stderr,
+                pass_fds=(CHANNEL,), preexec_fn=inChild)
+            try:
+                process.wait(TIME_LIMIT)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+                self.fail(f"still running after {TIME_LIMIT} s: {arguments}")
+            for name, fifo, thread in self.servers:
+                thread.join(5)
+                if thread.is_alive():
+                    os.close(os.open(fifo, os.O_RDONLY | os.O_NONBLOCK))
+                    self.fail(f"{name} was not opened as often as expected")
+            consoleFile.seek(0)
+            errorFile.seek(0)
+            return Run(process.returncode, consoleFile.read(), errorFile.read(), self.messagesSoFar(), readTree(self.directory))
+
+    def messagesSoFar(self):
+        content = os.pread(self.channelFile.fileno(), os.fstat(self.channelFile.fileno()).st_size, 0)
+        return os.fsdecode(content.replace(b"-nan", b"nan")).split("\n")[:-1]
+
+    def clip(self, *options, **settings):
+        """Runs the ordinary job that `giveJob` has written."""
+        return self.start("base/data", "out", "area.xml", *options, **settings)
+
+    # Comparing
+
+    def expect(self, run, *, status, console=(), created=None, removed=(), messages=()):
+        """Compares all of a run.
+
+        @param console   lines of text
+        @param created   tree of what must be there besides the inputs, or in place of one
+        @param removed   inputs that must be gone
+        @param messages  all lines of descriptor 3
+        """
+        tree = {**self.given, **(created or {})}
+        tree = {path: content for path, content in withParents(tree).items() if path not in removed}
+        expected = report(status, os.fsencode("".join(line + "\n" for line in console)), b"", messages, tree)
+        got = report(run.status, run.console, run.errors, run.messages, run.tree)
+        if expected != got:
+            self.fail("\n" + "\n".join(difflib.unified_diff(expected, got, "expected", "got", lineterm="", n=2)))
+
+    def expectFinished(self, run, count, files=None, lineCounts=(), pipeMode=False):
+        """A run without a word on the console that kept `count` lines; `lineCounts` in the order of the passes."""
+        self.expect(run, status=0, created=output(count, files), messages=finishedRun(*lineCounts, pipeMode=pipeMode))
+
+    def expectFailed(self, run, *errorTexts, created=None, pipeMode=False):
+        """A run that reported these errors, did not get to any file and failed."""
+        self.expect(run, status=1, console=errorTexts, created=created, messages=failedRun(*errorTexts, pipeMode=pipeMode))
+
+    def expectThrown(self, run, origin, created=None):
+        """A run ended by a library's error: its text, of which only the first word is portable, is the one error reported."""
+        self.assertRegex(run.console, b"^" + origin.encode() + b"(: |$)", run)
+        self.expectFailed(run, *run.consoleLines(), created=created)

@@ -1,0 +1,69 @@
+"""The message sequences of a run, line by line as the recording message layer writes them."""
+
+USAGE = "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"
+FAILED = "Clipping of elevation data with model boundaries failed."
+FINISHED = "Finished clipping elevation data with model boundaries"
+CLIPPING = "Clipping elevation data..."
+
+
+def number(value):
+    return ("%.17g" % value).replace("-nan", "nan")
+
+
+def escaped(text):
+    return text.replace("\\", "\\\\").replace("\n", "\\n")
+
+
+def recorded(*parts, pipeMode=False):
+    """All lines of one process: each part is a list of lines."""
+    return [f"MessageSender {int(pipeMode)}", *(line for part in parts for line in part), "~MessageSender"]
+
+
+def errorMessage(text):
+    return [f"ErrorMessage 2 {escaped(text)}", "end ErrorMessage"]
+
+
+def stateMessage(text=CLIPPING):
+    return [f"StateMessage 1 true {escaped(text)}", "end StateMessage"]
+
+
+def failedMessage(text=FAILED):
+    return [f"FailedMessage 1 {escaped(text)}", "end FailedMessage"]
+
+
+def finishMessage(text=FINISHED):
+    return [f"FinishMessage 1 {escaped(text)}", "end FinishMessage"]
+
+
+def progressRange(start, end, steps, values):
+    return [f"ProgressMessage {number(start)} {number(end)} {steps}",
+            *(f"OnProgress {value} false" for value in values), "end ProgressMessage"]
+
+
+def filePass(lineCount, linesDone=0, totalLines=None, state=CLIPPING):
+    """One node file: the state, then its range with a step for every line, from 0 and without the last."""
+    totalLines = lineCount if totalLines is None else totalLines
+    lineInPercent = 100.0 / totalLines if totalLines != 0 else float("inf")
+    start = lineInPercent * float(linesDone)
+    end = (lineCount + float(linesDone)) * lineInPercent
+    return stateMessage(state) + progressRange(start, end, lineCount, range(lineCount))
+
+
+def filePasses(*lineCounts):
+    """All node files of a run, in the order of the passes."""
+    lines = []
+    for index, lineCount in enumerate(lineCounts):
+        lines += filePass(lineCount, sum(lineCounts[:index]), sum(lineCounts))
+    return lines
+
+
+def closingRange():
+    return progressRange(1.0, 100.0, 100, [100])
+
+
+def finishedRun(*lineCounts, pipeMode=False):
+    return recorded(filePasses(*lineCounts), closingRange(), finishMessage(), pipeMode=pipeMode)
+
+
+def failedRun(*errorTexts, pipeMode=False):
+    return recorded(*map(errorMessage, errorTexts), failedMessage(), pipeMode=pipeMode)

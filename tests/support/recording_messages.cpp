@@ -1,0 +1,118 @@
+#include "support/recording_messages.hpp"
+
+#include <ProcessMessage.h>
+
+#include <cstdio>
+#include <map>
+#include <unistd.h>
+
+namespace {
+
+struct Recorder {
+    std::vector<std::string> calls;
+    std::map<const Message*, std::string> liveMessages;
+    bool writesToDescriptor = false; ///< In an executable: each call is also a line on descriptor 3, at once.
+};
+
+Recorder& recorder() {
+    // Never destroyed: the sender's destructor records too, at process exit.
+    static Recorder* const instance = new Recorder;
+    return *instance;
+}
+
+void record(const std::string& call) {
+    recorder().calls.push_back(call);
+    if (recorder().writesToDescriptor) {
+        const std::string line = call + '\n';
+        const ssize_t written = write(3, line.data(), line.size());
+        static_cast<void>(written);
+    }
+}
+
+void recordObject(const Message* message, const std::string& className, const std::string& values) {
+    recorder().liveMessages[message] = className;
+    record(className + " " + values);
+}
+
+std::string escaped(const std::string& text) {
+    std::string result;
+    for (const char byte : text) {
+        if (byte == '\\') {
+            result += "\\\\";
+        } else if (byte == '\n') {
+            result += "\\n";
+        } else {
+            result += byte;
+        }
+    }
+    return result;
+}
+
+std::string exact(double value) {
+    char digits[40];
+    std::snprintf(digits, sizeof digits, "%.17g", value);
+    return digits;
+}
+
+std::string levelAndText(int level, const std::string& text) {
+    return std::to_string(level) + " " + escaped(text);
+}
+
+const char* flagText(bool flag) {
+    return flag ? "true" : "false";
+}
+
+} // namespace
+
+const std::vector<std::string>& recordedCalls() {
+    return recorder().calls;
+}
+
+void clearRecordedCalls() {
+    recorder().calls.clear();
+}
+
+Message::~Message() {
+    record("end " + recorder().liveMessages[this]);
+    recorder().liveMessages.erase(this);
+}
+
+MessageSender& MessageSender::Instance(bool pipeMode) {
+    static MessageSender instance(pipeMode);
+    return instance;
+}
+
+MessageSender::MessageSender(bool pipeMode) {
+    recorder().writesToDescriptor = true;
+    record(pipeMode ? "MessageSender 1" : "MessageSender 0");
+}
+
+MessageSender::~MessageSender() {
+    record("~MessageSender");
+}
+
+ErrorMessage::ErrorMessage(int level, const std::string& text) {
+    recordObject(this, "ErrorMessage", levelAndText(level, text));
+}
+
+StateMessage::StateMessage(int level, const std::string& text, bool active) {
+    recordObject(this, "StateMessage", std::to_string(level) + " " + flagText(active) + " " + escaped(text));
+}
+
+ProgressMessage::ProgressMessage(double startPercent_, double endPercent_, int stepCount_)
+    : startPercent(startPercent_), endPercent(endPercent_), stepCount(stepCount_), nextDueStep(0) {
+    recordObject(this, "ProgressMessage",
+                 exact(startPercent) + " " + exact(endPercent) + " " + std::to_string(stepCount));
+}
+
+void ProgressMessage::OnProgress(int step, bool flag) {
+    record("OnProgress " + std::to_string(step) + " " + flagText(flag));
+}
+
+FailedMessage::FailedMessage(int level, const std::string& text) {
+    recordObject(this, "FailedMessage", levelAndText(level, text));
+}
+
+FinishMessage::FinishMessage(int level, const std::string& text) {
+    recordObject(this, "FinishMessage", levelAndText(level, text));
+}
