@@ -1,12 +1,12 @@
 """Runs the real executables from outside and compares everything they leave behind.
 
-Each test gets a fresh directory, writes its inputs there, starts one process in it and hands the finished `Run` to one of
-the `expect...` functions. These always compare all of it: exit status, console, empty standard error, every file and
+Each test gets a fresh directory, writes its inputs there, starts one process in it and hands the finished `Run` to one
+of the `expect...` functions. These always compare all of it: exit status, console, empty standard error, every file and
 directory with its bytes (so an input that changed shows as well), and every message in order.
 
-Two executables, from the environment: the real tool (VADELCLIP_EXECUTABLE, catalogues beside it), whose descriptor 3 carries
-JSON Lines with "-pipe"; and the same tool with a recording message layer (VADELCLIP_RECORDING, no catalogues beside it,
-so its texts are the English ids), whose descriptor 3 gets one line for every call of the message classes.
+Two executables, from the environment: the real tool (VADELCLIP_EXECUTABLE, catalogues beside it), whose descriptor 3
+carries JSON Lines with "-pipe"; and the same tool with a recording message layer (VADELCLIP_RECORDING, no catalogues
+beside it, so its texts are the English ids), whose descriptor 3 gets one line for every call of the message classes.
 """
 import ctypes
 import difflib
@@ -78,7 +78,7 @@ libc = ctypes.CDLL(None)
 
 
 def occupyChannelNumber():
-    """Keeps descriptor 3 taken in this process, so that nothing of subprocess's own is there when a child replaces it."""
+    """Keeps descriptor 3 taken in this process: nothing of subprocess's own may be there when a child replaces it."""
     descriptor = os.open(os.devnull, os.O_RDONLY)
     while descriptor < CHANNEL:
         descriptor = os.open(os.devnull, os.O_RDONLY)
@@ -142,6 +142,13 @@ class AcceptanceTest(unittest.TestCase):
         os.mkdir(self.aside)
         self.given = {}
         self.servers = []
+        self.serverErrors = []
+
+    def startOver(self):
+        """Empties the directory, for the next case of a table."""
+        shutil.rmtree(self.directory)
+        os.mkdir(self.directory)
+        self.given = {}
 
     # Inputs
 
@@ -176,23 +183,28 @@ class AcceptanceTest(unittest.TestCase):
     def serve(self, name, *openings):
         """Puts a file at `name` that holds something else at each opening.
 
-        Each opening is bytes, or a list of bytes and functions to call, written and called in this order once the tool has
+        Each opening is bytes, or a list of bytes and functions, written and called in this order once the tool has
         opened the file. In truth `name` is a link to a FIFO, a new one for each opening, so that no two of them mix.
         """
         fifo = os.path.join(self.aside, f"fifo{len(self.servers)}")
         os.mkfifo(fifo)
         self.give({name: linkTo(fifo)})
 
+        def serveOne(pieces):
+            with open(fifo, "wb", buffering=0) as pipe:
+                os.mkfifo(fifo + ".next")
+                os.rename(fifo + ".next", fifo)
+                for piece in [pieces] if isinstance(pieces, bytes) else pieces:
+                    piece() if callable(piece) else pipe.write(piece)
+
         def serveAll():
             for pieces in openings:
-                with open(fifo, "wb", buffering=0) as pipe:
-                    os.mkfifo(fifo + ".next")
-                    os.rename(fifo + ".next", fifo)
-                    try:
-                        for piece in [pieces] if isinstance(pieces, bytes) else pieces:
-                            piece() if callable(piece) else pipe.write(piece)
-                    except BrokenPipeError:
-                        pass  # the tool has read what it wanted
+                try:
+                    serveOne(pieces)
+                except BrokenPipeError:
+                    pass  # the tool has read what it wanted
+                except Exception as error:
+                    self.serverErrors.append(f"{name}: {error!r}")
 
         self.servers.append((name, fifo, threading.Thread(target=serveAll, daemon=True)))
         self.servers[-1][2].start()
@@ -207,8 +219,14 @@ class AcceptanceTest(unittest.TestCase):
 
     # Running
 
-    def start(self, *arguments, tool=RECORDING, environment=None, beforeStart=None, console=None, channel=None, stderr=None):
-        """Runs a tool to its end. `console`, `channel` and `stderr` replace the files that descriptors 1, 3 and 2 go to."""
+    def start(self, *arguments, tool=RECORDING, environment=None, beforeStart=None, console=None, channel=None,
+              stderr=None):
+        """Runs a tool to its end.
+
+        @param beforeStart  called in the new process just before it becomes the tool
+        @param console      descriptor to use in place of the file that the console goes to
+        @param channel      the same for descriptor 3
+        """
         self.channelFile = tempfile.TemporaryFile()
         self.addCleanup(self.channelFile.close)
         channelNumber = self.channelFile.fileno() if channel is None else channel
@@ -224,7 +242,7 @@ class AcceptanceTest(unittest.TestCase):
         with tempfile.TemporaryFile() as consoleFile, tempfile.TemporaryFile() as errorFile:
             process = subprocess.Popen(
                 [tool, *arguments], cwd=self.directory, env=settings, stdin=subprocess.DEVNULL,
-                stdout=consoleFile if console is None else console, stderr=errorFile if stderr is None else stderr,
+                stdout=consoleFile if console is None else console, stderr=errorFile,
                 pass_fds=(CHANNEL,), preexec_fn=inChild)
             try:
                 process.wait(TIME_LIMIT)
@@ -237,9 +255,11 @@ class AcceptanceTest(unittest.TestCase):
                 if thread.is_alive():
                     os.close(os.open(fifo, os.O_RDONLY | os.O_NONBLOCK))
                     self.fail(f"{name} was not opened as often as expected")
+            self.assertEqual(self.serverErrors, [])
             consoleFile.seek(0)
             errorFile.seek(0)
-            return Run(process.returncode, consoleFile.read(), errorFile.read(), self.messagesSoFar(), readTree(self.directory))
+            return Run(process.returncode, consoleFile.read(), errorFile.read(), self.messagesSoFar(),
+                       readTree(self.directory))
 
     def messagesSoFar(self):
         content = os.pread(self.channelFile.fileno(), os.fstat(self.channelFile.fileno()).st_size, 0)
@@ -272,9 +292,10 @@ class AcceptanceTest(unittest.TestCase):
 
     def expectFailed(self, run, *errorTexts, created=None, pipeMode=False):
         """A run that reported these errors, did not get to any file and failed."""
-        self.expect(run, status=1, console=errorTexts, created=created, messages=failedRun(*errorTexts, pipeMode=pipeMode))
+        self.expect(run, status=1, console=errorTexts, created=created,
+                    messages=failedRun(*errorTexts, pipeMode=pipeMode))
 
     def expectThrown(self, run, origin, created=None):
-        """A run ended by a library's error: its text, of which only the first word is portable, is the one error reported."""
+        """A run ended by a library's error: its text, portable in its first word only, is the one error reported."""
         self.assertRegex(run.console, b"^" + origin.encode() + b"(: |$)", run)
         self.expectFailed(run, *run.consoleLines(), created=created)

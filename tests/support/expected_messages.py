@@ -1,9 +1,14 @@
-"""The message sequences of a run, line by line as the recording message layer writes them."""
+"""The messages of a run: line by line as the recording message layer writes them, and as the tool's own JSON Lines."""
+import json
 
 USAGE = "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"
 FAILED = "Clipping of elevation data with model boundaries failed."
 FINISHED = "Finished clipping elevation data with model boundaries"
 CLIPPING = "Clipping elevation data..."
+BAD_FIRST_CHARACTER = "First character of node file must be one of x,X"
+BAD_SEPARATOR = "ERROR: separator must be either semikolon, comma, space or tab"
+BAD_SHAPE = ('ERROR: Using the xyz format, the first header line must be one of x;y;z , X;Y;Z , x;y;z;g , '
+             'Y;Y;Z;G , while the separator (e.g. ";" is variable')
 
 
 def number(value):
@@ -67,3 +72,29 @@ def finishedRun(*lineCounts, pipeMode=False):
 
 def failedRun(*errorTexts, pipeMode=False):
     return recorded(*map(errorMessage, errorTexts), failedMessage(), pipeMode=pipeMode)
+
+
+# JSON Lines. The order of the keys counts.
+
+def jsonLine(**message):
+    return json.dumps(message, ensure_ascii=False, separators=(",", ":"))
+
+
+def jsonError(text):
+    return jsonLine(type="error", level=2, text=text)
+
+
+def jsonState(text=CLIPPING):
+    return jsonLine(type="state", level=1, text=text, active=True)
+
+
+def jsonProgress(*percents):
+    return [jsonLine(type="progress", percent=percent) for percent in percents]
+
+
+def jsonFinish(text=FINISHED):
+    return jsonLine(type="finish", level=1, text=text)
+
+
+def jsonFailed(text=FAILED):
+    return jsonLine(type="failed", level=1, text=text)
