@@ -13,5 +13,5 @@
 ///
 /// @param language the value of the option "-lang=", any bytes, may be empty; ".utf8" is added to it.
 /// @throws std::runtime_error for a catalogue that is not one (a corrupt file), or for a language value that names
-///         an unknown character set. Nothing above handles it: a broken installation ends the process abnormally.
+///         an unknown character set and has a catalogue. Nothing above handles it: a broken installation ends the process abnormally.
 void setUpMessageCatalogues(const std::string& language);

@@ -5,7 +5,7 @@
 
 int tenthsAt(const ProgressRange& range, int step) {
     const double span = range.endPercent - range.startPercent;
-    if (!std::isfinite(range.startPercent) || !std::isfinite(span) || !(span > 0.0) || range.stepCount <= 0) {
+    if (!std::isfinite(span) || !(span > 0.0) || range.stepCount <= 0) {
         return noTenths;
     }
     const double percent = range.startPercent + span * step / range.stepCount;

@@ -1,0 +1,273 @@
+#include "boundary/boundary_set.hpp"
+
+#include "support/boundary_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+namespace {
+
+using IntList = std::vector<std::int32_t>;
+using WordList = std::vector<std::uint64_t>;
+
+/// A member stands at its place in the record, with this type.
+#define EXPECT_PLACE(record, place, Type, member)                                                                      \
+    static_assert(std::is_same_v<std::remove_reference_t<decltype(place)>, Type>, #member);                            \
+    EXPECT_EQ(static_cast<const void*>(&(place)), static_cast<const void*>(&(record).member)) << #member
+
+std::uint64_t word(std::uint64_t number) {
+    return 0xFFFFFFFF00000000U + number;
+}
+
+BoundaryEdge filledEdge() {
+    BoundaryEdge edge;
+    edge.length = 1.5;
+    edge.lineOffset = 2.5;
+    edge.squaredLength = 3.5;
+    edge.marked = true;
+    edge.firstVertex = 4;
+    edge.secondVertex = 5;
+    edge.start = {6, 7};
+    edge.end = {8, 9};
+    edge.delta = {10, 11};
+    edge.direction = {12, 13};
+    edge.normal = {14, 15};
+    edge.minCorner = {16, 17};
+    edge.maxCorner = {18, 19};
+    edge.attachedItems = {20, 21};
+    return edge;
+}
+
+/// A polygon in which no member has its initial value.
+BoundaryPolygon filledPolygon() {
+    BoundaryPolygon polygon;
+    polygon.headerWords = {1, 2, 3, 4, 0xFFFFFFFFU};
+    polygon.firstText = "first text";
+    polygon.flagBytes = {5, 6, 7, 8, 9, 10, 255};
+    polygon.firstWord = word(11);
+    polygon.secondWord = word(12);
+    polygon.firstFlag = 13;
+    polygon.boundingBox = {14, 15, 16, 17};
+    polygon.vertexIndices = {18, 19};
+    polygon.firstIntList = {20};
+    polygon.wordList = {word(21)};
+    polygon.secondIntList = {22, 23};
+    polygon.textList = {"24", "25"};
+    polygon.intListMap = {{26, {27, 28}}, {-29, {}}};
+    polygon.thirdWord = word(30);
+    polygon.secondFlag = 31;
+    polygon.fourthWord = word(32);
+    polygon.fifthWord = word(33);
+    polygon.defaultedReal = 34.5;
+    polygon.thirdIntList = {35};
+    polygon.fourthIntList = {36};
+    polygon.edges = {filledEdge(), filledEdge()};
+    polygon.pairList = {{word(37), word(38)}, {39, 40}};
+    polygon.secondText = "second text";
+    polygon.fifthIntList = {41};
+    polygon.closingFlags = {42, 43};
+    polygon.defaultedIndex = 44;
+    return polygon;
+}
+
+BoundaryPolygon filledFamily() {
+    BoundaryPolygon polygon = filledPolygon();
+    polygon.childPolygons = {filledPolygon(), BoundaryPolygon()};
+    polygon.childPolygons[0].firstText = "child";
+    polygon.childPolygons[0].childPolygons = {filledPolygon()};
+    polygon.childPolygons[0].childPolygons[0].firstText = "grandchild";
+    return polygon;
+}
+
+void changeEverything(BoundaryPolygon& polygon) {
+    polygon.childPolygons[0].childPolygons[0].vertexIndices.push_back(1);
+    polygon.childPolygons[0].intListMap[26].push_back(1);
+    polygon.firstText += "!";
+    polygon.vertexIndices[0] = 1;
+    polygon.firstIntList[0] = 1;
+    polygon.wordList[0] = 1;
+    polygon.secondIntList[0] = 1;
+    polygon.textList[1] += "!";
+    polygon.intListMap[26][0] = 1;
+    polygon.intListMap.erase(-29);
+    polygon.thirdIntList[0] = 1;
+    polygon.fourthIntList[0] = 1;
+    polygon.edges[0].attachedItems[0] = 1;
+    polygon.edges[1].start.x = 1;
+    polygon.pairList[0][0] = 1;
+    polygon.secondText += "!";
+    polygon.fifthIntList[0] = 1;
+}
+
+std::string boxText(const BoundingBox& box) {
+    return asText(Outline{{box.minX, box.minY}, {box.maxX, box.maxY}});
+}
+
+} // namespace
+
+TEST(BoundarySet, holdsPolygonsBeforeVertices) {
+    BoundarySet set;
+    auto& [polygons, vertices] = set;
+    EXPECT_PLACE(set, polygons, std::vector<BoundaryPolygon>, polygons);
+    EXPECT_PLACE(set, vertices, std::vector<BoundaryVertex>, vertices);
+    EXPECT_TRUE(polygons.empty());
+    EXPECT_TRUE(vertices.empty());
+}
+
+TEST(BoundarySet, aNewVertexHasTheseMembersAndValues) {
+    BoundaryVertex vertex;
+    auto& [x, y, z, attachedItems, vertexTag] = vertex;
+    EXPECT_PLACE(vertex, x, double, x);
+    EXPECT_PLACE(vertex, y, double, y);
+    EXPECT_PLACE(vertex, z, double, z);
+    EXPECT_PLACE(vertex, attachedItems, IntList, attachedItems);
+    EXPECT_PLACE(vertex, vertexTag, std::int32_t, vertexTag);
+    EXPECT_EQ("(0x0p+0 0x0p+0)", asText(Point2D{x, y}));
+    EXPECT_EQ("(0x0p+0 0x0p+0)", asText(Point2D{z, vertexTag * 1.0}));
+    EXPECT_TRUE(attachedItems.empty());
+}
+
+TEST(BoundarySet, anEdgeHasTheseMembersInThisOrder) {
+    BoundaryEdge edge;
+    auto& [length, lineOffset, squaredLength, marked, firstVertex, secondVertex, start, end, delta, direction, normal,
+           minCorner, maxCorner, attachedItems] = edge;
+    EXPECT_PLACE(edge, length, double, length);
+    EXPECT_PLACE(edge, lineOffset, double, lineOffset);
+    EXPECT_PLACE(edge, squaredLength, double, squaredLength);
+    EXPECT_PLACE(edge, marked, bool, marked);
+    EXPECT_PLACE(edge, firstVertex, std::int32_t, firstVertex);
+    EXPECT_PLACE(edge, secondVertex, std::int32_t, secondVertex);
+    EXPECT_PLACE(edge, start, Point2D, start);
+    EXPECT_PLACE(edge, end, Point2D, end);
+    EXPECT_PLACE(edge, delta, Point2D, delta);
+    EXPECT_PLACE(edge, direction, Point2D, direction);
+    EXPECT_PLACE(edge, normal, Point2D, normal);
+    EXPECT_PLACE(edge, minCorner, Point2D, minCorner);
+    EXPECT_PLACE(edge, maxCorner, Point2D, maxCorner);
+    EXPECT_PLACE(edge, attachedItems, IntList, attachedItems);
+    EXPECT_FALSE(marked);
+}
+
+TEST(BoundarySet, aPolygonHasTheseMembersInThisOrder) {
+    BoundaryPolygon polygon;
+    auto& [childPolygons, headerWords, firstText, flagBytes, firstWord, secondWord, firstFlag, boundingBox,
+           vertexIndices, firstIntList, wordList, secondIntList, textList, intListMap, thirdWord, secondFlag,
+           fourthWord, fifthWord, defaultedReal, thirdIntList, fourthIntList, edges, pairList, secondText, fifthIntList,
+           closingFlags, defaultedIndex] = polygon;
+    EXPECT_PLACE(polygon, childPolygons, std::vector<BoundaryPolygon>, childPolygons);
+    using FiveWords = std::array<std::uint32_t, 5>;
+    EXPECT_PLACE(polygon, headerWords, FiveWords, headerWords);
+    EXPECT_PLACE(polygon, firstText, std::string, firstText);
+    using SevenBytes = std::array<std::uint8_t, 7>;
+    EXPECT_PLACE(polygon, flagBytes, SevenBytes, flagBytes);
+    EXPECT_PLACE(polygon, firstWord, std::uint64_t, firstWord);
+    EXPECT_PLACE(polygon, secondWord, std::uint64_t, secondWord);
+    EXPECT_PLACE(polygon, firstFlag, std::uint8_t, firstFlag);
+    EXPECT_PLACE(polygon, boundingBox, BoundingBox, boundingBox);
+    EXPECT_PLACE(polygon, vertexIndices, IntList, vertexIndices);
+    EXPECT_PLACE(polygon, firstIntList, IntList, firstIntList);
+    EXPECT_PLACE(polygon, wordList, WordList, wordList);
+    EXPECT_PLACE(polygon, secondIntList, IntList, secondIntList);
+    EXPECT_PLACE(polygon, textList, std::vector<std::string>, textList);
+    using IntListMap = std::map<std::int32_t, IntList>;
+    EXPECT_PLACE(polygon, intListMap, IntListMap, intListMap);
+    EXPECT_PLACE(polygon, thirdWord, std::uint64_t, thirdWord);
+    EXPECT_PLACE(polygon, secondFlag, std::uint8_t, secondFlag);
+    EXPECT_PLACE(polygon, fourthWord, std::uint64_t, fourthWord);
+    EXPECT_PLACE(polygon, fifthWord, std::uint64_t, fifthWord);
+    EXPECT_PLACE(polygon, defaultedReal, double, defaultedReal);
+    EXPECT_PLACE(polygon, thirdIntList, IntList, thirdIntList);
+    EXPECT_PLACE(polygon, fourthIntList, IntList, fourthIntList);
+    EXPECT_PLACE(polygon, edges, std::vector<BoundaryEdge>, edges);
+    using WordPair = std::array<std::uint64_t, 2>;
+    EXPECT_PLACE(polygon, pairList, std::vector<WordPair>, pairList);
+    EXPECT_PLACE(polygon, secondText, std::string, secondText);
+    EXPECT_PLACE(polygon, fifthIntList, IntList, fifthIntList);
+    using TwoBytes = std::array<std::uint8_t, 2>;
+    EXPECT_PLACE(polygon, closingFlags, TwoBytes, closingFlags);
+    EXPECT_PLACE(polygon, defaultedIndex, std::int32_t, defaultedIndex);
+}
+
+TEST(BoundarySet, aBoundingBoxHasItsLowerCornerFirst) {
+    BoundingBox box;
+    auto& [minX, minY, maxX, maxY] = box;
+    EXPECT_PLACE(box, minX, double, minX);
+    EXPECT_PLACE(box, minY, double, minY);
+    EXPECT_PLACE(box, maxX, double, maxX);
+    EXPECT_PLACE(box, maxY, double, maxY);
+    EXPECT_EQ(boxText({0, 0, 0, 0}), boxText(box));
+}
+
+TEST(BoundarySet, aNewPolygonHoldsZerosButForTwoMembers) {
+    EXPECT_EQ("headerWords = [ 0 0 0 0 0 ]\n"
+              "firstText = \"\"\n"
+              "flagBytes = [ 0 0 0 0 0 0 0 ]\n"
+              "firstWord = 0\n"
+              "secondWord = 0\n"
+              "firstFlag = 0\n"
+              "boundingBox = x 0x0p+0 to 0x0p+0, y 0x0p+0 to 0x0p+0\n"
+              "vertexIndices = [ ]\n"
+              "firstIntList = [ ]\n"
+              "wordList = [ ]\n"
+              "secondIntList = [ ]\n"
+              "textList = [ ]\n"
+              "thirdWord = 0\n"
+              "secondFlag = 0\n"
+              "fourthWord = 0\n"
+              "fifthWord = 0\n"
+              "defaultedReal = -0x1p+0\n"
+              "thirdIntList = [ ]\n"
+              "fourthIntList = [ ]\n"
+              "secondText = \"\"\n"
+              "fifthIntList = [ ]\n"
+              "closingFlags = [ 0 0 ]\n"
+              "defaultedIndex = -1\n",
+              asText(BoundaryPolygon()));
+}
+
+TEST(BoundarySet, aCopyReproducesEveryMember) {
+    const BoundaryPolygon polygon = filledFamily();
+    const BoundaryPolygon copy = polygon;
+    EXPECT_EQ(asText(filledFamily()), asText(copy));
+    EXPECT_EQ(asText(filledFamily()), asText(polygon));
+}
+
+TEST(BoundarySet, aCopySharesNothingWithItsOriginal) {
+    const BoundaryPolygon polygon = filledFamily();
+    BoundaryPolygon copy;
+    copy = polygon;
+    changeEverything(copy);
+    EXPECT_NE(asText(filledFamily()), asText(copy));
+    EXPECT_EQ(asText(filledFamily()), asText(polygon));
+}
+
+TEST(BoundarySet, aMovedPolygonKeepsEveryMember) {
+    BoundaryPolygon polygon = filledFamily();
+    const BoundaryPolygon moved = std::move(polygon);
+    EXPECT_EQ(asText(filledFamily()), asText(moved));
+}
+
+TEST(BoundarySet, aCopyOfASetIsComplete) {
+    BoundarySet set;
+    set.vertices.resize(2);
+    set.vertices[1] = {1, 2, 3, {4, 5}, 6};
+    set.polygons = {filledFamily(), BoundaryPolygon()};
+    const BoundarySet copy = set;
+    const std::string before = asText(set);
+    set.vertices[1].attachedItems[0] = 0;
+    changeEverything(set.polygons[0]);
+    EXPECT_EQ(before, asText(copy));
+    EXPECT_NE(before, asText(set));
+}
+
+TEST(BoundarySet, clearingEmptiesBothVectors) {
+    BoundarySet set;
+    set.vertices.resize(3);
+    set.vertices[0].attachedItems = {1, 2, 3};
+    set.polygons = {filledFamily(), filledPolygon()};
+    clearBoundarySet(set);
+    EXPECT_EQ("", asText(set));
+    clearBoundarySet(set);
+    EXPECT_EQ("", asText(set));
+}

@@ -1,0 +1,148 @@
+// Child polygons: holes, and islands in holes.
+#include "boundary/contains_point.hpp"
+
+#include "support/boundary_support.hpp"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const Outline counterClockwiseHole = {{2, 2}, {8, 2}, {8, 8}, {2, 8}};
+const Outline clockwiseHole = {{2, 2}, {2, 8}, {8, 8}, {8, 2}};
+
+/// A polygon with the table its indices and those of its children refer to.
+struct Area {
+    std::vector<BoundaryVertex> table;
+    BoundaryPolygon polygon;
+
+    bool contains(double x, double y) { return containsPoint(polygon, {x, y}, table); }
+};
+
+Area squareWithHoles(const std::vector<Outline>& holes) {
+    Area area;
+    area.polygon = makePolygon(area.table, counterClockwiseSquare);
+    for (const Outline& hole : holes) {
+        area.polygon.childPolygons.push_back(makePolygon(area.table, hole));
+    }
+    return area;
+}
+
+} // namespace
+
+TEST(ChildPolygon, isAHole) {
+    Area area = squareWithHoles({counterClockwiseHole});
+    EXPECT_FALSE(area.contains(5, 5));
+    EXPECT_FALSE(area.contains(2.1, 7.9));
+    EXPECT_TRUE(area.contains(1, 5));
+    EXPECT_TRUE(area.contains(9, 5));
+    EXPECT_TRUE(area.contains(5, 1));
+    EXPECT_TRUE(area.contains(5, 9));
+    EXPECT_FALSE(area.contains(11, 5));
+    EXPECT_TRUE(area.contains(10, 5));
+    EXPECT_TRUE(area.contains(0, 0));
+}
+
+TEST(ChildPolygon, ownsItsOutlineWhereItsOwnRingFindsIt) {
+    Area area = squareWithHoles({counterClockwiseHole});
+    EXPECT_FALSE(area.contains(2, 5));
+    EXPECT_FALSE(area.contains(8, 5));
+    EXPECT_FALSE(area.contains(5, 8));
+    EXPECT_FALSE(area.contains(2, 2));
+    EXPECT_TRUE(area.contains(5, 2)) << "the edge towards greater x is judged from below, outside the hole";
+
+    Area other = squareWithHoles({clockwiseHole});
+    EXPECT_FALSE(other.contains(2, 5));
+    EXPECT_FALSE(other.contains(8, 5));
+    EXPECT_FALSE(other.contains(5, 8));
+    EXPECT_FALSE(other.contains(2, 2));
+    EXPECT_FALSE(other.contains(5, 2));
+}
+
+TEST(ChildPolygon, ofAChildIsAnIsland) {
+    Area area = squareWithHoles({counterClockwiseHole});
+    area.polygon.childPolygons[0].childPolygons = {makePolygon(area.table, {{4, 4}, {6, 4}, {6, 6}, {4, 6}})};
+    EXPECT_TRUE(area.contains(5, 5));
+    EXPECT_TRUE(area.contains(6, 5));
+    EXPECT_FALSE(area.contains(3, 5));
+    EXPECT_FALSE(area.contains(7, 5));
+    EXPECT_TRUE(area.contains(1, 5));
+
+    // A pond in the island.
+    area.polygon.childPolygons[0].childPolygons[0].childPolygons = {
+        makePolygon(area.table, {{4.5, 4.5}, {5.5, 4.5}, {5.5, 5.5}, {4.5, 5.5}})};
+    EXPECT_FALSE(area.contains(5, 5));
+    EXPECT_TRUE(area.contains(5.75, 5));
+}
+
+TEST(ChildPolygon, thatAnswersNoLeavesTheWordToTheNextOne) {
+    Area area = squareWithHoles({{{1, 1}, {3, 1}, {3, 3}, {1, 3}}, {{6, 6}, {8, 6}, {8, 8}, {6, 8}}});
+    EXPECT_FALSE(area.contains(2, 2));
+    EXPECT_FALSE(area.contains(7, 7));
+    EXPECT_TRUE(area.contains(2, 7));
+
+    // An island in the first hole that the second hole covers is not inside.
+    area.polygon.childPolygons[0].childPolygons = {makePolygon(area.table, {{1.5, 1.5}, {2.5, 1.5}, {2.5, 2.5}})};
+    EXPECT_TRUE(area.contains(2.25, 2));
+    area.polygon.childPolygons.push_back(makePolygon(area.table, {{2, 1.5}, {2.5, 1.5}, {2.5, 2.5}, {2, 2.5}}));
+    EXPECT_FALSE(area.contains(2.25, 2));
+}
+
+TEST(ChildPolygon, whoseBoxExcludesThePointTakesNothingAway) {
+    Area area = squareWithHoles({{{20, 20}, {30, 20}, {30, 30}}, {{-9, -9}, {-8, -9}, {-8, -8}}});
+    EXPECT_TRUE(area.contains(5, 5));
+}
+
+TEST(ChildPolygon, withoutAnOutlineTakesNothingAwayNorDoItsChildren) {
+    Area area = squareWithHoles({});
+    BoundaryPolygon empty;
+    empty.boundingBox = {0, 0, 10, 10};
+    empty.childPolygons = {makePolygon(area.table, counterClockwiseHole)};
+    area.polygon.childPolygons = {empty, makePolygon(area.table, {{5, 5}})};
+    EXPECT_TRUE(area.contains(5, 5));
+}
+
+TEST(ChildPolygon, isAskedInStoredOrderUntilOneSaysYes) {
+    // A two-vertex child keeps its edge once it has been asked.
+    const Outline segment = {{4, 6}, {6, 6}};
+    Area area = squareWithHoles({segment, {{3, 3}, {7, 3}, {7, 7}, {3, 7}}, segment});
+    EXPECT_FALSE(area.contains(5, 6));
+    EXPECT_EQ(1u, area.polygon.childPolygons[0].edges.size());
+    EXPECT_EQ(0u, area.polygon.childPolygons[2].edges.size());
+
+    Area second = squareWithHoles({{{3, 3}, {7, 3}, {7, 7}, {3, 7}}, segment});
+    EXPECT_FALSE(second.contains(5, 6));
+    EXPECT_EQ(0u, second.polygon.childPolygons[1].edges.size());
+
+    Area all = squareWithHoles({segment, segment, segment});
+    EXPECT_TRUE(all.contains(4.5, 6.0000005));
+    for (const BoundaryPolygon& child : all.polygon.childPolygons) {
+        EXPECT_EQ(1u, child.edges.size());
+    }
+}
+
+TEST(ChildPolygon, isNotAskedForAPointOutsideTheParent) {
+    Area area = squareWithHoles({{{8, 5}, {20, 5}}});
+    EXPECT_FALSE(area.contains(10.0000001, 5));
+    EXPECT_FALSE(area.contains(15, 5));
+    EXPECT_TRUE(area.polygon.childPolygons[0].edges.empty());
+    EXPECT_FALSE(area.contains(9, 5));
+    EXPECT_EQ(1u, area.polygon.childPolygons[0].edges.size());
+}
+
+TEST(ChildPolygon, ofATwoVertexPolygonIsAHoleToo) {
+    Area area;
+    area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}});
+    area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}})};
+    EXPECT_TRUE(area.contains(3, 0));
+    EXPECT_FALSE(area.contains(4, 0));
+    EXPECT_FALSE(area.contains(5, 0));
+    EXPECT_TRUE(area.contains(7, 0));
+}
+
+TEST(ChildPolygon, ofAFlatRingIsAHoleToo) {
+    Area area;
+    area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}, {5, 0}});
+    area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}, {5, 0}})};
+    EXPECT_TRUE(area.contains(3, 0));
+    EXPECT_FALSE(area.contains(5, 0));
+}

@@ -1,0 +1,130 @@
+#include "clip/clip_elevation_data.hpp"
+
+#include "support/run_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+// What becomes of single files within a run: line counts of 0 and less, files that change or fail on the way.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string firstCharacterText = "First character of node file must be one of x,X";
+
+} // namespace
+
+TEST(ClipElevationDataFiles, filesWithoutLinesGiveProgressThatIsNotFinite) {
+    ClipRun job;
+    job.directory.write("base/data/a.xyz", "x;y;z\n");
+    EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("nan nan 0", 0)})), job.run());
+}
+
+TEST(ClipElevationDataFiles, aHeaderWithoutALineFeedCountsMinusOneLine) {
+    ClipRun job;
+    job.directory.write("base/data/a.xyz", "x;y;z");
+    EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("-0 100 -1", 0)})), job.run());
+}
+
+TEST(ClipElevationDataFiles, minusOneLineTakesTheProgressOfTheRunBack) {
+    ClipRun job;
+    job.directory.write("base/data/a.xyz", "x;y;z");
+    job.directory.write("base/data/b.xyz", "x;y;z\n5;5;1\n5;5;2\n5;5;3\n");
+    const FileTree created = {{"base/out/b.xyz", "x;y;z\n5;5;1\n5;5;2\n5;5;3\n"}};
+    const bool headerFirst = fs::directory_iterator(job.directory.pathOf("base/data"))->path().filename() == "a.xyz";
+    const Calls calls =
+        headerFirst ? joined({stateCalls(), progressCalls("0 -50 -1", 0), stateCalls(), progressCalls("-50 100 3", 3)})
+                    : joined({stateCalls(), progressCalls("0 150 3", 3), stateCalls(), progressCalls("150 100 -1", 0)});
+    EXPECT_EQ(finishedRun(3, calls, created), job.run());
+}
+
+TEST(ClipElevationDataFiles, aLastLineWithoutALineFeedIsLost) {
+    ClipRun job;
+    job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n6;6;2");
+    EXPECT_EQ(
+        finishedRun(1, joined({stateCalls(), progressCalls("0 100 1", 1)}), {{"base/out/a.xyz", "x;y;z\n5;5;1\n"}}),
+        job.run());
+}
+
+TEST(ClipElevationDataFiles, anInputNamedLikeTheCountFileIsOverwrittenByIt) {
+    ClipRun job;
+    job.directory.write("base/data/total_node_count.txt", "x;y;z\n5;5;1\n6;6;2\n");
+    EXPECT_EQ(finishedRun(2, joined({stateCalls(), progressCalls("0 100 2", 2)})), job.run());
+}
+
+TEST(ClipElevationDataFiles, aHeaderThatIsRejectedInThePassCountsOneAndTheRunGoesOn) {
+    ClipRun job;
+    const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
+                              {{"x;y;z\n"}, {"x;y;z\n5;5;1\n5;5;2\n"}, {"y;x;z\n5;5;1\n5;5;2\n"}});
+    RunOutcome expected = finishedRun(1, errorCalls(firstCharacterText), {{"base/out/a.xyz", ""}});
+    expected.console = firstCharacterText + "\n";
+    EXPECT_EQ(expected, job.run());
+}
+
+TEST(ClipElevationDataFiles, theLinesOfARejectedFileAreDoneAllTheSame) {
+    ClipRun job;
+    const std::string served = job.directory.pathOf("base/data/a.xyz");
+    job.directory.write("base/data/b.xyz", "x;y;z\n5;5;1\n6;6;2\n");
+    const ServedFile changing(served, {{"x;y;z\n"}, {"x;y;z\n5;5;1\n5;5;2\n"}, {"y;x;z\n"}});
+    const bool rejectedFirst = fs::directory_iterator(job.directory.pathOf("base/data"))->path().filename() == "a.xyz";
+    const Calls other = joined({stateCalls(), progressCalls(rejectedFirst ? "50 100 2" : "0 50 2", 2)});
+    RunOutcome expected = finishedRun(3,
+                                      rejectedFirst ? joined({errorCalls(firstCharacterText), other})
+                                                    : joined({other, errorCalls(firstCharacterText)}),
+                                      {{"base/out/a.xyz", ""}, {"base/out/b.xyz", "x;y;z\n5;5;1\n6;6;2\n"}});
+    expected.console = firstCharacterText + "\n";
+    EXPECT_EQ(expected, job.run());
+}
+
+TEST(ClipElevationDataFiles, aFileThatHasGrownIsReadAsFarAsItWasCounted) {
+    ClipRun job;
+    const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
+                              {{"x;y;z\n"}, {"x;y;z\n5;5;1\n"}, {"x;y;z\n5;5;1\n6;6;2\n"}});
+    EXPECT_EQ(
+        finishedRun(1, joined({stateCalls(), progressCalls("0 100 1", 1)}), {{"base/out/a.xyz", "x;y;z\n5;5;1\n"}}),
+        job.run());
+}
+
+TEST(ClipElevationDataFiles, aFileThatHasBecomeShorterGivesEmptyLines) {
+    ClipRun job;
+    const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
+                              {{"x;y;z\n"}, {"x;y;z\n5;5;1\n6;6;2\n7;7;3\n"}, {"x,y,z\n5,5,1\n"}});
+    EXPECT_EQ(
+        finishedRun(1, joined({stateCalls(), progressCalls("0 100 3", 3)}), {{"base/out/a.xyz", "x,y,z\n5,5,1\n"}}),
+        job.run());
+}
+
+TEST(ClipElevationDataFiles, aRemovalThatFailsEndsTheRunWithoutACount) {
+    ClipRun job;
+    const TemporaryDirectory& directory = job.directory;
+    const ServedFile served(
+        directory.pathOf("base/data/a.xyz"),
+        {{"x;y;z\n"},
+         {"x;y;z\n11;11;1\n", [&directory] { directory.write("base/out/a.xyz/file", "in the way"); }},
+         {"x;y;z\n11;11;1\n"}});
+    EXPECT_EQ(thrownRun("boost::filesystem::remove", joined({stateCalls(), progressCalls("0 100 1", 1)}),
+                        {{"base/out/", ""}, {"base/out/a.xyz/", ""}, {"base/out/a.xyz/file", "in the way"}}),
+              job.run());
+}
+
+TEST(ClipElevationDataFiles, anOutputThatCannotBeWrittenGoesUnnoticed) {
+    ClipRun job;
+    const TemporaryDirectory& directory = job.directory;
+    const ServedFile served(
+        directory.pathOf("base/data/a.xyz"),
+        {{"x;y;z\n"},
+         {"x;y;z\n5;5;1\n6;6;2\n", [&directory] { directory.makeLink("base/out/a.xyz", "/dev/full"); }},
+         {"x;y;z\n5;5;1\n6;6;2\n"}});
+    EXPECT_EQ(finishedRun(2, joined({stateCalls(), progressCalls("0 100 2", 2)}), {{"base/out/a.xyz", "link"}}),
+              job.run());
+}
+
+TEST(ClipElevationDataFiles, aStatusThatCannotBeToldInTheWalkIsThrown) {
+    ClipRun job;
+    job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
+    job.directory.makeLink("base/data/loop.dat", "loop.dat");
+    EXPECT_EQ(thrownRun("boost::filesystem::status", {}, {{"base/out/", ""}}), job.run());
+}

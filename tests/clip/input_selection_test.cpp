@@ -1,0 +1,241 @@
+#include "clip/input_selection.hpp"
+
+#include "support/console_support.hpp"
+#include "support/expected_calls_support.hpp"
+#include "support/file_support.hpp"
+#include "support/recording_messages.hpp"
+
+#include <boost/filesystem/exception.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using LineCounts = std::map<std::string, std::int32_t>;
+
+/// The selection as a map from path to line count. The lists must be parallel and without repetition.
+LineCounts select(const std::string& directory) {
+    const InputSelection selection = selectInputFiles(directory);
+    EXPECT_EQ(selection.inputFiles.size(), selection.lineCounts.size());
+    LineCounts result;
+    for (std::size_t i = 0; i < selection.inputFiles.size(); ++i) {
+        EXPECT_TRUE(result.emplace(selection.inputFiles[i], selection.lineCounts.at(i)).second);
+    }
+    return result;
+}
+
+/// The line count of a directory's only file.
+std::int32_t lineCountOf(const std::string& content) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("a.xyz", content);
+    const LineCounts counts = select(directory.path());
+    EXPECT_EQ(1u, counts.count(path));
+    return counts.empty() ? -99 : counts.begin()->second;
+}
+
+std::string errorOfSelection(const std::string& directory) {
+    try {
+        selectInputFiles(directory);
+        return "no error";
+    } catch (const boost::filesystem::filesystem_error& error) {
+        return error.what();
+    }
+}
+
+} // namespace
+
+TEST(InputSelection, threeSuffixesMakeANodeFile) {
+    const TemporaryDirectory directory;
+    for (const char* const name : {"a.txt", "a.xyz", "a.csv", ".txt", ".hidden.csv", "a.b.xyz", "two words.txt",
+                                   "a.txt.csv", "\xFF.txt", "-pipe.csv", "x.XYZ.xyz", "total_node_count.txt"}) {
+        directory.write(name, "x;y;z\n1;2;3\n");
+    }
+    for (const char* const name : {"a", "atxt", "txt", "a.TXT", "a.Xyz", "a.CSV", "a.txt ", "a.txt.bak", "a.xyzg",
+                                   "a.dat", "a.tx", "a.csv~", "a.xy", "csv", "a_txt", "a.asc", "xyz"}) {
+        directory.write(name, "x;y;z\n1;2;3\n");
+    }
+    const std::string prefix = directory.path() + "/";
+    EXPECT_EQ((LineCounts{{prefix + "a.txt", 1},
+                          {prefix + "a.xyz", 1},
+                          {prefix + "a.csv", 1},
+                          {prefix + ".txt", 1},
+                          {prefix + ".hidden.csv", 1},
+                          {prefix + "a.b.xyz", 1},
+                          {prefix + "two words.txt", 1},
+                          {prefix + "a.txt.csv", 1},
+                          {prefix + "\xFF.txt", 1},
+                          {prefix + "-pipe.csv", 1},
+                          {prefix + "x.XYZ.xyz", 1},
+                          {prefix + "total_node_count.txt", 1}}),
+              select(directory.path()));
+}
+
+TEST(InputSelection, theWalkIsOneLevelDeep) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("a.txt", "x;y;z\n");
+    directory.write("below/b.txt", "x;y;z\n");
+    directory.write("folder.txt/c.txt", "x;y;z\n");
+    EXPECT_EQ((LineCounts{{path, 0}}), select(directory.path()));
+}
+
+TEST(InputSelection, onlyFilesThatBeginWithAHeaderAreChosen) {
+    const TemporaryDirectory directory;
+    const std::string good = directory.write("good.csv", "X\tY\tZ\tG\n1\t2\t3\t4\n");
+    const std::string mark = directory.write("mark.csv", "\xEF\xBB\xBFx;y;z\n1;2;3\n1;2;3\n");
+    const std::string carriageReturn = directory.write("cr.csv", "x;y;z\r\n1;2;3\r\n");
+    directory.write("empty.csv", "");
+    directory.write("blank-line-first.csv", "\nx;y;z\n1;2;3\n");
+    directory.write("no-header.csv", "1;2;3\n4;5;6\n");
+    directory.write("trailing-blank.csv", "x;y;z \n1;2;3\n");
+    directory.write("two-carriage-returns.csv", "x;y;z\r\r\n1;2;3\n");
+    directory.write("carriage-return-at-end.csv", "x;y;z\r");
+    directory.write("mixed.csv", "x;y,z\n1;2;3\n");
+    directory.write("total_node_count.txt", "12\n");
+    EXPECT_EQ((LineCounts{{good, 1}, {mark, 2}, {carriageReturn, 1}}), select(directory.path()));
+}
+
+TEST(InputSelection, linksAreFollowed) {
+    const TemporaryDirectory directory;
+    const TemporaryDirectory elsewhere;
+    elsewhere.write("data.bin", "x;y;z\n1;2;3\n");
+    const std::string link = directory.makeLink("link.txt", elsewhere.pathOf("data.bin"));
+    directory.makeLink("directory.txt", elsewhere.path());
+    directory.makeLink("dangling.txt", elsewhere.pathOf("missing"));
+    directory.makeLink("suffix-of-the-target-only", elsewhere.write("b.txt", "x;y;z\n"));
+    EXPECT_EQ((LineCounts{{link, 1}}), select(directory.path()));
+}
+
+TEST(InputSelection, theOrderOfTheDirectoryIsKept) {
+    const TemporaryDirectory directory;
+    for (int i = 0; i < 40; ++i) {
+        directory.write(std::to_string(i * 7919 % 101) + ".xyz",
+                        "x;y;z\n" + std::string(static_cast<std::size_t>(i), '\n'));
+    }
+    std::vector<std::string> expected;
+    std::vector<std::int32_t> expectedCounts;
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+        expected.push_back(entry.path().string());
+        expectedCounts.push_back(static_cast<std::int32_t>(entry.file_size()) - 6);
+    }
+    const InputSelection selection = selectInputFiles(directory.path());
+    EXPECT_EQ(expected, selection.inputFiles);
+    EXPECT_EQ(expectedCounts, selection.lineCounts);
+}
+
+TEST(InputSelection, pathsBeginWithTheDirectoryAsItIsGiven) {
+    const TemporaryDirectory directory;
+    directory.write("a.txt", "x;y;z\n");
+    EXPECT_THAT(selectInputFiles(directory.path() + "/.").inputFiles, ElementsAre(directory.path() + "/./a.txt"));
+    EXPECT_THAT(selectInputFiles(directory.path() + "/").inputFiles, ElementsAre(directory.path() + "/a.txt"));
+}
+
+TEST(InputSelection, theLineCountIsTheNumberOfLineFeedsLessOne) {
+    EXPECT_EQ(-1, lineCountOf("x;y;z"));
+    EXPECT_EQ(0, lineCountOf("x;y;z\n"));
+    EXPECT_EQ(0, lineCountOf("x;y;z\n1;2;3"));
+    EXPECT_EQ(1, lineCountOf("x;y;z\n1;2;3\n"));
+    EXPECT_EQ(1, lineCountOf("x;y;z\n1;2;3\n4;5;6"));
+    EXPECT_EQ(3, lineCountOf("x;y;z\n\n\n\n"));
+    EXPECT_EQ(2, lineCountOf("x;y;z\r\n1;2;3\r\n4;5;6\r\n"));
+    EXPECT_EQ(1, lineCountOf("x;y;z\n1;2;3\r4;5;6\r7;8;9\n"));
+    EXPECT_EQ(2, lineCountOf(std::string("x;y;z\n\0\n\0\n\0", 11)));
+    EXPECT_EQ(1, lineCountOf("x;y;z\n\x1A\n"));
+    EXPECT_EQ(200000, lineCountOf("x;y;z\n" + std::string(200000, '\n')));
+}
+
+TEST(InputSelection, linesAreCountedAcrossEveryBlockLimit) {
+    for (const std::size_t size : {4095u, 4096u, 8191u, 8192u, 65535u, 65536u, 131072u}) {
+        const std::string filling(size - 6, 'a');
+        EXPECT_EQ(0, lineCountOf("x;y;z\n" + filling)) << size;
+        EXPECT_EQ(1, lineCountOf("x;y;z\n" + filling + "\n")) << size;
+        EXPECT_EQ(2, lineCountOf("x;y;z\n" + filling + "\n\n")) << size;
+    }
+}
+
+TEST(InputSelection, aFileThatGoesAwayBeforeTheCountHasMinusOneLines) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.pathOf("a.txt");
+    const ServedFile file(path, {{[&path] { std::filesystem::remove(path); }, "x;y;z\n1;2;3\n"}});
+    EXPECT_EQ((LineCounts{{path, -1}}), select(directory.path()));
+}
+
+TEST(InputSelection, eachFileIsOpenedOnceForTheHeaderAndOnceForTheCount) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.pathOf("a.txt");
+    const ServedFile file(path, {{"x;y;z\n"}, {"other\ncontent\nby now\n"}});
+    EXPECT_EQ((LineCounts{{path, 2}}), select(directory.path()));
+}
+
+TEST(InputSelection, aRejectedFileIsNotOpenedAgain) {
+    const TemporaryDirectory directory;
+    const ServedFile file(directory.pathOf("a.txt"), {{"y;x;z\n"}});
+    EXPECT_EQ(LineCounts(), select(directory.path()));
+}
+
+TEST(InputSelection, aFileOfAnotherSuffixIsNotOpened) {
+    const TemporaryDirectory directory;
+    const ServedFile file(directory.pathOf("a.dat"), {});
+    EXPECT_EQ(LineCounts(), select(directory.path()));
+}
+
+TEST(InputSelection, nothingIsFoundWhereNothingIsOrOnlyOtherThings) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(LineCounts(), select(directory.path()));
+    directory.write("below.txt/a.txt", "x;y;z\n");
+    directory.write("readme.md", "x;y;z\n");
+    EXPECT_EQ(LineCounts(), select(directory.path()));
+}
+
+TEST(InputSelection, nothingIsReportedAndNothingIsWritten) {
+    const TemporaryDirectory directory;
+    directory.write("a.txt", "x;y;z\n1;2;3\n");
+    directory.write("b.txt", "y;x;z\n");
+    directory.write("c.txt", "x:y:z\n");
+    directory.makeLink("d.txt", "missing");
+    const FileTree before = directory.tree();
+    clearRecordedCalls();
+    ConsoleCapture console;
+    select(directory.path());
+    EXPECT_EQ("", console.text());
+    EXPECT_THAT(recordedCalls(), IsEmpty());
+    EXPECT_EQ(before, directory.tree());
+}
+
+TEST(InputSelection, aWalkThatFailsIsThrown) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.txt", "x;y;z\n");
+    EXPECT_THAT(errorOfSelection(directory.pathOf("missing")),
+                StartsWith("boost::filesystem::directory_iterator::construct: "));
+    EXPECT_THAT(errorOfSelection(file), StartsWith("boost::filesystem::directory_iterator::construct: "));
+    EXPECT_THAT(errorOfSelection(""), StartsWith("boost::filesystem::directory_iterator::construct: "));
+}
+
+TEST(InputSelection, aStatusThatCannotBeToldIsThrownWhateverTheSuffix) {
+    const TemporaryDirectory directory;
+    directory.makeLink("loop.dat", "loop.dat");
+    EXPECT_THAT(errorOfSelection(directory.path()), StartsWith("boost::filesystem::status: "));
+}
+
+TEST(LineCounts, theSumWrapsAround) {
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
+    EXPECT_EQ(0, sumLineCounts({}));
+    EXPECT_EQ(5, sumLineCounts({2, 0, 3}));
+    EXPECT_EQ(1, sumLineCounts({3, -1, -1}));
+    EXPECT_EQ(-2, sumLineCounts({-1, -1}));
+    EXPECT_EQ(smallest, sumLineCounts({largest, 1}));
+    EXPECT_EQ(largest, sumLineCounts({largest, 1, -1}));
+    EXPECT_EQ(-2, sumLineCounts({largest, largest}));
+    EXPECT_EQ(largest - 2, sumLineCounts({largest, largest, largest}));
+}

@@ -1,0 +1,201 @@
+#include "processmessage/message_channel.hpp"
+
+#include "support/child_process_support.hpp"
+#include "support/sending.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <numeric>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+#include <vector>
+
+// Descriptors, readers and disks behind the layer, seen through it, in a process of its own for each test.
+
+namespace {
+
+/// The numbers behind the channel's, as far as a process may use them.
+const std::vector<int> laterDescriptors = [] {
+    std::vector<int> numbers(1000);
+    std::iota(numbers.begin(), numbers.end(), 4);
+    return numbers;
+}();
+
+} // namespace
+
+TEST(MessageChannel, aClosedDescriptorTakesNothing) {
+    const ChildOutcome outcome = runWithPipe([](int aside) {
+        close(3);
+        MessageSender::Instance(true);
+        // A file of the tool gets the number that the channel would have had.
+        if (dup(aside) != 3) {
+            std::abort();
+        }
+        sendError("must not arrive");
+        walkRange(0.0, 100.0, 10, 10);
+    });
+    EXPECT_EQ((ChildOutcome{0, ""}), outcome);
+}
+
+TEST(MessageChannel, aDescriptorOpenForReadingTakesNothing) {
+    const ChildOutcome outcome = runWithPipe([](int aside) {
+        const int readOnly = open("/dev/zero", O_RDONLY);
+        dup2(readOnly, 3);
+        close(readOnly);
+        MessageSender::Instance(true);
+        const bool duplicated = std::any_of(laterDescriptors.begin(), laterDescriptors.end(),
+                                            [](int descriptor) { return sameFile(3, descriptor); });
+        dup2(aside, 3);
+        sendError("must not arrive");
+        mark(duplicated ? "duplicated" : "left alone");
+    });
+    EXPECT_EQ((ChildOutcome{0, "-- left alone\n"}), outcome);
+}
+
+TEST(MessageChannel, noFileOfTheToolCanLandOnTheChannel) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        const int null = open("/dev/null", O_WRONLY);
+        dup2(null, 3);
+        sendError("still there");
+    });
+    EXPECT_EQ((ChildOutcome{0, errorLineOf("still there")}), outcome);
+}
+
+TEST(MessageChannel, theChannelIsAHighDescriptorThatNoProgramInherits) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        std::string found;
+        for (const int descriptor : laterDescriptors) {
+            if (sameFile(3, descriptor)) {
+                found += descriptor < 64 ? "low" : "high";
+                found += (fcntl(descriptor, F_GETFD) & FD_CLOEXEC) != 0 ? " closed on exec" : " inherited";
+            }
+        }
+        mark(found);
+    });
+    EXPECT_EQ((ChildOutcome{0, "-- high closed on exec\n"}), outcome);
+}
+
+TEST(MessageChannel, aLowLimitOfOpenFilesIsNoHindrance) {
+    const ChildOutcome outcome = runWithPipe([] {
+        const rlimit limit{32, 32};
+        setrlimit(RLIMIT_NOFILE, &limit);
+        MessageSender::Instance(true);
+        sendError("a");
+        if (open("/dev/null", O_RDONLY) == 3) {
+            std::abort();
+        }
+        sendError("b");
+    });
+    EXPECT_EQ((ChildOutcome{0, errorLineOf("a") + errorLineOf("b")}), outcome);
+}
+
+TEST(MessageChannel, closedStandardDescriptorsAreOpenedOnTheNullDevice) {
+    for (const bool pipeMode : {false, true}) {
+        const ChildOutcome outcome = runWithPipe([pipeMode] {
+            close(0);
+            close(1);
+            close(2);
+            MessageSender::Instance(pipeMode);
+            const int next = open("/dev/zero", O_RDONLY);
+            bool null = next > 3;
+            const int nullDevice = open("/dev/null", O_RDONLY);
+            for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+                null = null && sameFile(nullDevice, descriptor) && write(descriptor, "x", 1) == 1;
+            }
+            mark(null ? "null device" : "something else");
+        });
+        EXPECT_EQ((ChildOutcome{0, "-- null device\n"}), outcome);
+    }
+}
+
+TEST(MessageChannel, openStandardDescriptorsAreLeftAlone) {
+    const ChildOutcome outcome = runWithPipe([] {
+        dup2(3, 1);
+        close(2);
+        MessageSender::Instance(true);
+        mark(sameFile(1, 3) && !sameFile(2, 3) ? "console" : "lost");
+    });
+    EXPECT_EQ((ChildOutcome{0, "-- console\n"}), outcome);
+}
+
+TEST(MessageChannel, aReaderThatHasGoneSilencesTheChannelAndNothingElse) {
+    for (const bool pipeMode : {true, false}) {
+        const ChildOutcome outcome = runWithPipe([pipeMode](int aside) {
+            int ends[2];
+            if (pipe(ends) != 0) {
+                std::abort();
+            }
+            dup2(ends[1], 3);
+            close(ends[1]);
+            MessageSender::Instance(pipeMode);
+            sendError("read");
+            char bytes[200];
+            const ssize_t count = pipeMode ? read(ends[0], bytes, sizeof bytes) : 0;
+            close(ends[0]);
+            sendError("nobody reads this");
+            walkRange(0.0, 100.0, 10, 10);
+            sendError("nor this");
+            // A console that has gone is no end of the process either.
+            if (write(3, "x", 1) != -1) {
+                std::abort();
+            }
+            if (write(aside, bytes, static_cast<std::size_t>(count)) != count) {
+                std::abort();
+            }
+        });
+        EXPECT_EQ((ChildOutcome{0, pipeMode ? errorLineOf("read") : ""}), outcome);
+    }
+}
+
+TEST(MessageChannel, aFailedWriteSilencesTheChannelForGood) {
+    const ChildOutcome outcome = runWithPipe([](int aside) {
+        // A file that may not grow beyond a line: the second one fails, and would fit again after the limit is lifted.
+        std::FILE* const file = std::tmpfile();
+        dup2(fileno(file), 3);
+        signal(SIGXFSZ, SIG_IGN);
+        MessageSender::Instance(true);
+        sendError("a");
+        const off_t lineSize = lseek(3, 0, SEEK_END);
+        rlimit original{};
+        getrlimit(RLIMIT_FSIZE, &original);
+        const rlimit limit{static_cast<rlim_t>(lineSize), original.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        sendError("b");
+        setrlimit(RLIMIT_FSIZE, &original);
+        sendError("c");
+        char bytes[1000];
+        const ssize_t count = pread(3, bytes, sizeof bytes, 0);
+        if (write(aside, bytes, static_cast<std::size_t>(count)) != count) {
+            std::abort();
+        }
+    });
+    EXPECT_EQ((ChildOutcome{0, errorLineOf("a")}), outcome);
+}
+
+TEST(MessageChannel, aSlowReaderIsWaitedFor) {
+    for (const bool blocking : {true, false}) {
+        const ChildOutcome outcome = runWithPipe(
+            [blocking] {
+                fcntl(3, F_SETFL, blocking ? O_WRONLY : O_WRONLY | O_NONBLOCK);
+                MessageSender::Instance(true);
+                for (int i = 0; i < 200; ++i) {
+                    sendError(std::to_string(i) + std::string(5000, 'a'));
+                }
+            },
+            Reader::slow);
+        std::string expected;
+        for (int i = 0; i < 200; ++i) {
+            expected += errorLineOf(std::to_string(i) + std::string(5000, 'a'));
+        }
+        EXPECT_EQ(0, outcome.status);
+        EXPECT_TRUE(expected == outcome.output) << outcome.output.size() << " bytes of " << expected.size();
+    }
+}

@@ -1,0 +1,59 @@
+#include <ProcessMessage.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <type_traits>
+
+// The contract: any library with these shapes can stand in the layer's place, and the tool compiles with either.
+
+namespace {
+
+/// Access to what derived classes see.
+struct OtherMessage : Message {};
+
+template <typename MessageClass>
+constexpr bool isTextMessage =
+    std::is_base_of_v<Message, MessageClass>&& std::is_destructible_v<MessageClass>&&
+        std::is_constructible_v<MessageClass, int, const std::string&> &&
+    !std::is_default_constructible_v<MessageClass> && !std::is_copy_constructible_v<MessageClass> &&
+    !std::is_constructible_v<MessageClass, int, const std::string&, bool>;
+
+} // namespace
+
+TEST(ProcessMessageContract, messagesEndThroughTheVirtualProtectedDestructorOfTheirBase) {
+    EXPECT_TRUE(std::has_virtual_destructor_v<Message>);
+    EXPECT_FALSE(std::is_destructible_v<Message>);
+    EXPECT_TRUE(std::is_destructible_v<OtherMessage>);
+    EXPECT_FALSE(std::is_default_constructible_v<Message>);
+}
+
+TEST(ProcessMessageContract, textMessagesAreMadeFromALevelAndAText) {
+    EXPECT_TRUE(isTextMessage<ErrorMessage>);
+    EXPECT_TRUE(isTextMessage<FailedMessage>);
+    EXPECT_TRUE(isTextMessage<FinishMessage>);
+}
+
+TEST(ProcessMessageContract, aStateMessageHasAFlagToo) {
+    EXPECT_TRUE((std::is_base_of_v<Message, StateMessage>));
+    EXPECT_TRUE((std::is_destructible_v<StateMessage>));
+    EXPECT_TRUE((std::is_constructible_v<StateMessage, int, const std::string&, bool>));
+    EXPECT_FALSE((std::is_constructible_v<StateMessage, int, const std::string&>));
+}
+
+TEST(ProcessMessageContract, aProgressMessageIsARangeWithSteps) {
+    EXPECT_TRUE((std::is_base_of_v<Message, ProgressMessage>));
+    EXPECT_TRUE((std::is_destructible_v<ProgressMessage>));
+    EXPECT_TRUE((std::is_constructible_v<ProgressMessage, double, double, int>));
+    EXPECT_FALSE((std::is_constructible_v<ProgressMessage, double, double>));
+    EXPECT_TRUE((std::is_same_v<decltype(&ProgressMessage::OnProgress), void (ProgressMessage::*)(int, bool)>));
+}
+
+TEST(ProcessMessageContract, theSenderIsMadeByInstanceAlone) {
+    EXPECT_TRUE((std::is_same_v<decltype(&MessageSender::Instance), MessageSender& (*)(bool)>));
+    EXPECT_FALSE((std::is_constructible_v<MessageSender, bool>));
+    EXPECT_FALSE(std::is_default_constructible_v<MessageSender>);
+    EXPECT_FALSE(std::is_copy_constructible_v<MessageSender>);
+    EXPECT_TRUE(std::is_destructible_v<MessageSender>);
+    EXPECT_FALSE((std::is_base_of_v<Message, MessageSender>));
+}

@@ -1,0 +1,102 @@
+#include <ProcessMessage.h>
+
+#include "support/child_process_support.hpp"
+#include "support/sending.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+// Which steps of a run come out as progress lines.
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+} // namespace
+
+TEST(ProcessMessageProgress, progressIsWrittenWhenItsDecimalHasGrown) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        walkRange(0.0, 50.0, 3, 3);
+        mark("next file");
+        walkRange(50.0, 100.0, 2000, 4);
+        walkClosingRange();
+    });
+    EXPECT_EQ((ChildOutcome{0, percentLine("0.0") + percentLine("16.6") + percentLine("33.3") + "-- next file\n" +
+                                   percentLine("50.0") + percentLine("100.0")}),
+              outcome);
+}
+
+TEST(ProcessMessageProgress, tenMillionStepsAreAThousandLines) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        walkRange(0.0, 40.0, 4000000, 4000000);
+        walkRange(40.0, 100.0, 6000000, 6000000);
+        walkClosingRange();
+    });
+    std::string expected;
+    for (int tenths = 0; tenths <= 1000; ++tenths) {
+        expected += percentLine(std::to_string(tenths / 10) + "." + std::to_string(tenths % 10));
+    }
+    EXPECT_EQ((ChildOutcome{0, expected}), outcome);
+}
+
+TEST(ProcessMessageProgress, progressNeverGoesBack) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        walkRange(0.0, 80.0, 4, 4);
+        // As behind a file whose line count is negative, or with totals that have wrapped around.
+        walkRange(20.0, 40.0, 4, 4);
+        walkRange(80.0, 60.0, 4, 4);
+        walkRange(50.0, 100.0, 4, 4);
+        ProgressMessage progress(0.0, 100.0, 100);
+        for (const int step : {90, 10, 95, 0, 95, 99}) {
+            progress.OnProgress(step, false);
+        }
+        walkClosingRange();
+    });
+    EXPECT_EQ(
+        (ChildOutcome{0, percentLine("0.0") + percentLine("20.0") + percentLine("40.0") + percentLine("60.0") +
+                             percentLine("62.5") + percentLine("75.0") + percentLine("87.5") + percentLine("90.0") +
+                             percentLine("95.0") + percentLine("99.0") + percentLine("100.0")}),
+        outcome);
+}
+
+TEST(ProcessMessageProgress, rangesThatAreEmptyOrNotFiniteWriteNothing) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        walkRange(notANumber, notANumber, 0, 5);
+        walkRange(notANumber, infinity, 5, 5);
+        walkRange(-infinity, infinity, 5, 5);
+        walkRange(0.0, infinity, 5, 5);
+        walkRange(0.0, -50.0, -1, 5);
+        walkRange(50.0, 50.0, 5, 5);
+        walkRange(0.0, 100.0, 0, 5);
+        ProgressMessage(0.0, 100.0, std::numeric_limits<int>::min()).OnProgress(std::numeric_limits<int>::max(), false);
+        walkClosingRange();
+    });
+    EXPECT_EQ((ChildOutcome{0, percentLine("100.0")}), outcome);
+}
+
+TEST(ProcessMessageProgress, theEndOfTheRunIsWrittenInEveryCase) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        // A range whose end has been rounded up, reached before the closing one.
+        walkRange(99.0, 100.00000000000001, 1, 2);
+        walkClosingRange();
+    });
+    EXPECT_EQ((ChildOutcome{0, percentLine("99.0") + percentLine("100.0") + percentLine("100.0")}), outcome);
+}
+
+TEST(ProcessMessageProgress, flagsOfStepsChangeNothing) {
+    const ChildOutcome outcome = runWithPipe([] {
+        MessageSender::Instance(true);
+        ProgressMessage progress(0.0, 100.0, 4);
+        progress.OnProgress(1, true);
+        progress.OnProgress(2, false);
+    });
+    EXPECT_EQ((ChildOutcome{0, percentLine("25.0") + percentLine("50.0")}), outcome);
+}

@@ -1,0 +1,58 @@
+/// \file
+/// One clip pass with everything it leaves behind.
+#pragma once
+
+#include "boundary/boundary_set.hpp"
+#include "support/expected_calls_support.hpp"
+#include "support/file_support.hpp"
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// A boundary with one polygon for each ring.
+BoundarySet boundaryOf(const std::vector<std::vector<Point2D>>& rings);
+
+/// The square from (0, 0) to (10, 10).
+BoundarySet squareBoundary();
+
+struct PassOutcome {
+    std::int32_t keptNodes = 0;
+    FileTree outputDirectory;
+    std::string console;
+    Calls calls;
+
+    bool operator==(const PassOutcome&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& output, const PassOutcome& outcome);
+
+/// A pass from in/a.xyz to out/a.xyz in a directory of its own. Both directories exist, the files do not.
+class ClipPass {
+public:
+    ClipPass() : boundary(squareBoundary()) {
+        directory.makeDirectory("in");
+        directory.makeDirectory("out");
+    }
+
+    /// Runs the pass and looks at everything but the input, which must not change.
+    PassOutcome run(std::int32_t lineCount, double linesDone, std::int32_t totalLines);
+
+    /// The pass of a run over this one file.
+    PassOutcome run(std::int32_t lineCount) { return run(lineCount, 0.0, lineCount); }
+
+    /// Writes the input first.
+    PassOutcome run(const std::string& input, std::int32_t lineCount) {
+        directory.write("in/a.xyz", input);
+        return run(lineCount);
+    }
+
+    /// What has been sent in the latest pass, also if that ended in an exception.
+    static Calls callsSoFar();
+
+    TemporaryDirectory directory;
+    BoundarySet boundary;
+    std::string inputPath = directory.pathOf("in/a.xyz");
+    std::string outputPath = directory.pathOf("out/a.xyz");
+};

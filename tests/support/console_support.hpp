@@ -1,0 +1,22 @@
+/// \file
+/// What the tool writes to the console while a test looks.
+#pragma once
+
+#include <iostream>
+#include <sstream>
+#include <string>
+
+/// Takes over std::cout for its lifetime.
+class ConsoleCapture {
+public:
+    ConsoleCapture() : original(std::cout.rdbuf(buffer.rdbuf())) {}
+    ConsoleCapture(const ConsoleCapture&) = delete;
+    ConsoleCapture& operator=(const ConsoleCapture&) = delete;
+    ~ConsoleCapture() { std::cout.rdbuf(original); }
+
+    std::string text() const { return buffer.str(); }
+
+private:
+    std::ostringstream buffer;
+    std::streambuf* original;
+};

@@ -1,0 +1,39 @@
+#include "support/expected_calls_support.hpp"
+
+Calls joined(const std::vector<Calls>& parts) {
+    Calls result;
+    for (const Calls& part : parts) {
+        result.insert(result.end(), part.begin(), part.end());
+    }
+    return result;
+}
+
+Calls errorCalls(const std::string& text) {
+    return {"ErrorMessage 2 " + text, "end ErrorMessage"};
+}
+
+Calls stateCalls() {
+    return {"StateMessage 1 true Clipping elevation data...", "end StateMessage"};
+}
+
+Calls progressCalls(const std::string& values, int stepCount) {
+    Calls calls = {"ProgressMessage " + values};
+    for (int step = 0; step < stepCount; ++step) {
+        calls.push_back("OnProgress " + std::to_string(step) + " false");
+    }
+    calls.push_back("end ProgressMessage");
+    return calls;
+}
+
+Calls closingCalls() {
+    return {"ProgressMessage 1 100 100", "OnProgress 100 false", "end ProgressMessage"};
+}
+
+Calls withoutSignOfNan(Calls calls) {
+    for (std::string& call : calls) {
+        for (std::size_t at = call.find("-nan"); at != std::string::npos; at = call.find("-nan")) {
+            call.erase(at, 1);
+        }
+    }
+    return calls;
+}

@@ -1,0 +1,154 @@
+#include "text/text_lines.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <vector>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::ifstream opened(const TemporaryDirectory& directory, const std::string& content) {
+    return std::ifstream(directory.write("nodes.txt", content));
+}
+
+/// Lines until nothing can be read any more, the failed attempt not included.
+Lines linesOf(const std::string& content) {
+    const TemporaryDirectory directory;
+    std::ifstream input = opened(directory, content);
+    Lines lines;
+    std::string line;
+    for (readTextLine(input, line); !input.fail(); readTextLine(input, line)) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::uint64_t countOf(const std::string& content) {
+    const TemporaryDirectory directory;
+    std::ifstream input = opened(directory, content);
+    return countLineFeeds(input);
+}
+
+constexpr std::size_t blockSize = 64 * 1024;
+
+} // namespace
+
+TEST(ReadTextLine, endsALineAtEachLineFeed) {
+    EXPECT_EQ((Lines{"x;y;z", "1;2;3", "4;5;6"}), linesOf("x;y;z\n1;2;3\n4;5;6\n"));
+    EXPECT_EQ((Lines{"", "a", "", "", "b"}), linesOf("\na\n\n\nb\n"));
+    EXPECT_EQ((Lines{"a", "unterminated"}), linesOf("a\nunterminated"));
+    EXPECT_EQ((Lines{}), linesOf(""));
+    EXPECT_EQ((Lines{""}), linesOf("\n"));
+}
+
+TEST(ReadTextLine, takesACarriageReturnBeforeALineFeedForPartOfTheLineEnd) {
+    EXPECT_EQ((Lines{"x;y;z", "1;2;3", "", "4;5;6"}), linesOf("x;y;z\r\n1;2;3\r\n\r\n4;5;6\r\n"));
+    EXPECT_EQ((Lines{"a", "b", "c"}), linesOf("a\r\nb\nc\r\n"));
+}
+
+TEST(ReadTextLine, takesOnlyOneOfSeveralCarriageReturns) {
+    EXPECT_EQ((Lines{"a\r", "\r\r", "b"}), linesOf("a\r\r\n\r\r\r\nb\r\n"));
+}
+
+TEST(ReadTextLine, leavesALoneCarriageReturnInTheLine) {
+    EXPECT_EQ((Lines{"a\rb", "\rc", "d\r e"}), linesOf("a\rb\n\rc\r\nd\r e\n"));
+    EXPECT_EQ((Lines{"a\rb\rc\r"}), linesOf("a\rb\rc\r"));
+}
+
+TEST(ReadTextLine, leavesACarriageReturnAtTheEndOfAnUnterminatedLine) {
+    EXPECT_EQ((Lines{"a", "b\r"}), linesOf("a\r\nb\r"));
+    EXPECT_EQ((Lines{"\r"}), linesOf("\r"));
+}
+
+TEST(ReadTextLine, leavesAllOtherBytesAlone) {
+    const std::string bytes = std::string("\0", 1) + "\x01\t\v\f\xEF\xBB\xBF\x85\xFF\xE2\x80\xA8";
+    EXPECT_EQ((Lines{bytes, "a" + bytes}), linesOf(bytes + "\n" + "a" + bytes + "\r\n"));
+}
+
+TEST(ReadTextLine, readsLinesOfAnyLength) {
+    for (const std::size_t length : {blockSize - 1, blockSize, blockSize + 1, 20 * blockSize}) {
+        const std::string line(length, '7');
+        EXPECT_EQ((Lines{line, line}), linesOf(line + "\r\n" + line + "\n")) << length;
+    }
+}
+
+TEST(ReadTextLine, givesAnEmptyLineWhereNothingCanBeRead) {
+    const TemporaryDirectory directory;
+    for (const std::string& path : {directory.pathOf("missing"), directory.path(), directory.write("empty", "")}) {
+        std::ifstream input(path);
+        std::string line = "left over";
+        readTextLine(input, line);
+        EXPECT_EQ("", line) << path;
+        line = "left over";
+        readTextLine(input, line);
+        EXPECT_EQ("", line) << path;
+    }
+}
+
+TEST(ReadTextLine, givesAnEmptyLineBehindTheLastOne) {
+    const TemporaryDirectory directory;
+    for (const std::string content : {"last\n", "last\r\n", "last"}) {
+        std::ifstream input = opened(directory, content);
+        std::string line;
+        readTextLine(input, line);
+        EXPECT_EQ("last", line);
+        readTextLine(input, line);
+        EXPECT_EQ("", line) << "the string of the line before is used again";
+        line = "left over\r";
+        readTextLine(input, line);
+        EXPECT_EQ("", line);
+    }
+}
+
+TEST(CountLineFeeds, countsNothingElse) {
+    EXPECT_EQ(0u, countOf(""));
+    EXPECT_EQ(0u, countOf("a"));
+    EXPECT_EQ(1u, countOf("\n"));
+    EXPECT_EQ(1u, countOf("a\nb"));
+    EXPECT_EQ(2u, countOf("a\nb\n"));
+    EXPECT_EQ(3u, countOf("\n\n\n"));
+    EXPECT_EQ(2u, countOf("a\r\nb\r\n"));
+    EXPECT_EQ(0u, countOf("a\rb\r"));
+    EXPECT_EQ(1u, countOf(std::string("\0\xFF\x0B\x0C\x85\r\0\n\0", 9)));
+}
+
+TEST(CountLineFeeds, countsFromWhereTheStreamStands) {
+    const TemporaryDirectory directory;
+    for (const std::string lineEnd : {"\n", "\r\n"}) {
+        std::ifstream input = opened(directory, "header" + lineEnd + "1" + lineEnd + "2" + lineEnd);
+        std::string line;
+        readTextLine(input, line);
+        EXPECT_EQ(2u, countLineFeeds(input));
+        EXPECT_EQ(0u, countLineFeeds(input)) << "nothing is left";
+    }
+    std::ifstream unterminated = opened(directory, "header");
+    std::string line;
+    readTextLine(unterminated, line);
+    EXPECT_EQ(0u, countLineFeeds(unterminated));
+}
+
+TEST(CountLineFeeds, countsAcrossTheBlocksItReads) {
+    for (const std::size_t blocks : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
+        for (const std::size_t size : {blocks * blockSize - 1, blocks * blockSize, blocks * blockSize + 1}) {
+            EXPECT_EQ(size, countOf(std::string(size, '\n'))) << size;
+            // A line feed as the last byte alone, so that a byte lost or counted twice shows.
+            EXPECT_EQ(1u, countOf(std::string(size - 1, '.') + '\n')) << size;
+            EXPECT_EQ(1u, countOf('\n' + std::string(size - 1, '.'))) << size;
+        }
+    }
+    // Nothing of a full block is left over in the part of the last one that was not filled.
+    EXPECT_EQ(blockSize, countOf(std::string(blockSize, '\n') + "..."));
+}
+
+TEST(CountLineFeeds, isZeroWhereNothingCanBeRead) {
+    const TemporaryDirectory directory;
+    for (const std::string& path : {directory.pathOf("missing"), directory.path(), directory.write("empty", "")}) {
+        std::ifstream input(path);
+        EXPECT_EQ(0u, countLineFeeds(input)) << path;
+        EXPECT_EQ(0u, countLineFeeds(input)) << path;
+    }
+}
