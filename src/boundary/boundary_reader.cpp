@@ -1,6 +1,7 @@
 #include "boundary/boundary_reader.hpp"
 
 #include "app/reporting.hpp"
+#include "text/number_text.hpp"
 
 #include <pugixml.hpp>
 
@@ -14,10 +15,7 @@ namespace {
 /// normalised, and a processing instruction leaves a node that is found by its target's name.
 constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
 
-/// Only fail() is tested here, so a number may end the text; a node line's numbers may not. Both on purpose: see
-/// docs/file-formats.md.
-template <typename Number>
-bool extractNumber(const char* text, Number& number) {
+bool extractInteger(const char* text, std::int32_t& number) {
     std::istringstream stream{std::string(text)};
     stream >> number;
     return !stream.fail();
@@ -25,7 +23,7 @@ bool extractNumber(const char* text, Number& number) {
 
 bool readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
     const pugi::xml_attribute attribute = polygonNode.attribute("id");
-    if (attribute.empty() || !extractNumber(attribute.value(), id)) {
+    if (attribute.empty() || !extractInteger(attribute.value(), id)) {
         // The placeholder is the number 0 whatever the group is called; kept on purpose.
         reportLine(formatMessage("Cannot find the id of a polygon in a group of type {0}", std::int32_t{0}));
         return false;
@@ -85,7 +83,14 @@ bool readGroup(BoundarySet& set, const pugi::xml_node& group) {
 
 bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName, double& value) {
     const pugi::xml_attribute attribute = node.attribute(attributeName);
-    return !attribute.empty() && extractNumber(attribute.value(), value);
+    if (attribute.empty()) {
+        return false;
+    }
+    // Only failure is tested here, so a number may end its text; a node line's numbers may not. Both on purpose: see
+    // docs/file-formats.md.
+    const NumberReading reading = readNumber(attribute.value());
+    value = reading.value;
+    return !reading.failed;
 }
 
 bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath) {

@@ -1,42 +1,46 @@
 #include "clip/node_line.hpp"
 
-#include <sstream>
+#include "text/number_text.hpp"
+
+#include <cstddef>
 
 namespace {
 
 /// How many bytes are looked at to find the separator behind x, the separator included.
-constexpr int separatorReach = 100;
+constexpr std::size_t separatorReach = 100;
 
-bool skipSeparator(std::istream& stream, char separator) {
-    for (int attempt = 0; attempt < separatorReach; ++attempt) {
-        const int byte = stream.get();
-        if (!stream.good()) {
-            return false;
-        }
-        if (static_cast<char>(byte) == separator) {
-            return true;
-        }
+/// Reads a number and leaves the rest of the line.
+///
+/// Something has to follow the number on the line. The boundary reader asks for less: there, a number may end its
+/// text. Both on purpose: see docs/file-formats.md.
+bool readCoordinate(std::string_view& rest, double& coordinate) {
+    const NumberReading reading = readNumber(rest);
+    if (reading.failed || reading.length == rest.size()) {
+        return false;
     }
-    return false;
+    coordinate = reading.value;
+    rest.remove_prefix(reading.length);
+    return true;
 }
 
-/// The good state is tested here, not only fail(), so a number must not end the line. The boundary reader tests
-/// fail() alone. Both on purpose: see docs/file-formats.md.
-bool readCoordinate(std::istream& stream, double& coordinate) {
-    stream >> coordinate;
-    return stream.good();
+bool skipSeparator(std::string_view& rest, char separator) {
+    const std::size_t position = rest.substr(0, separatorReach).find(separator);
+    if (position == std::string_view::npos) {
+        return false;
+    }
+    rest.remove_prefix(position + 1);
+    return true;
 }
 
 } // namespace
 
-bool readNodeLine(const std::string& line, char separator, Point2D& point) {
-    std::istringstream stream(line);
-    if (!readCoordinate(stream, point.x)) {
+bool readNodeLine(std::string_view line, char separator, Point2D& point) {
+    if (!readCoordinate(line, point.x)) {
         return false;
     }
-    // A blank needs no search: the next extraction skips white space by itself.
-    if (separator != ' ' && !skipSeparator(stream, separator)) {
+    // A blank needs no search: the next number skips white space by itself.
+    if (separator != ' ' && !skipSeparator(line, separator)) {
         return false;
     }
-    return readCoordinate(stream, point.y);
+    return readCoordinate(line, point.y);
 }

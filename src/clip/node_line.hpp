@@ -4,7 +4,7 @@
 
 #include "boundary/boundary_set.hpp"
 
-#include <string>
+#include <string_view>
 
 /// Reads x and y from a node line.
 ///
@@ -13,4 +13,4 @@
 ///
 /// @param point receives the position; unspecified after a failure.
 /// @return false for a line that does not parse or that ends right behind y. Such a line is dropped in silence.
-bool readNodeLine(const std::string& line, char separator, Point2D& point);
+bool readNodeLine(std::string_view line, char separator, Point2D& point);

@@ -1,0 +1,135 @@
+#include "text/number_text.hpp"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+namespace {
+
+/// Powers of ten that are exact in a double.
+constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// Integers up to here are exact in a double.
+constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
+
+/// As many digits always fit into 64 bits.
+constexpr std::size_t mostDigits = 19;
+
+/// White space of the classic locale.
+bool isBlank(char byte) {
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+bool isSign(char byte) {
+    return byte == '-' || byte == '+';
+}
+
+bool isDigit(char byte) {
+    return byte >= '0' && byte <= '9';
+}
+
+/// A number of the form [sign] digits [. digits] [e [sign] digits], as it lies in the text.
+struct Decimal {
+    const char* digits = nullptr; ///< First byte behind the sign.
+    const char* end = nullptr;    ///< Where a stream stops reading.
+    std::uint64_t mantissa = 0;   ///< All digits as one integer; wraps around beyond 19 digits.
+    std::size_t digitCount = 0;
+    std::size_t fractionDigits = 0;
+    bool negative = false;
+    bool hasExponent = false;
+};
+
+/// Adds up digits and returns where they end.
+const char* scanDigits(const char* position, const char* last, std::uint64_t& number) {
+    while (position != last && isDigit(*position)) {
+        number = number * 10 + static_cast<std::uint64_t>(*position - '0');
+        ++position;
+    }
+    return position;
+}
+
+/// Skips the exponent that begins here. @return false if it has no digits: then a stream fails.
+bool scanExponent(const char* position, const char* last, Decimal& number) {
+    ++position;
+    if (position != last && isSign(*position)) {
+        ++position;
+    }
+    std::uint64_t exponent = 0;
+    number.end = scanDigits(position, last, exponent);
+    number.hasExponent = true;
+    return number.end != position;
+}
+
+/// @return false if the text does not begin with a number: then a stream fails.
+bool scanDecimal(const char* position, const char* last, Decimal& number) {
+    if (position != last && isSign(*position)) {
+        number.negative = *position == '-';
+        ++position;
+    }
+    number.digits = position;
+    position = scanDigits(position, last, number.mantissa);
+    number.digitCount = static_cast<std::size_t>(position - number.digits);
+    if (position != last && *position == '.') {
+        const char* const fraction = position + 1;
+        position = scanDigits(fraction, last, number.mantissa);
+        number.fractionDigits = static_cast<std::size_t>(position - fraction);
+        number.digitCount += number.fractionDigits;
+    }
+    number.end = position;
+    if (number.digitCount == 0) {
+        return false;
+    }
+    const bool exponentFollows = position != last && (*position == 'e' || *position == 'E');
+    return !exponentFollows || scanExponent(position, last, number);
+}
+
+/// Gives the nearest double. @return false if it is out of range, or the conversion does not take the text.
+bool toDouble(const Decimal& number, double& value) {
+    if (number.digitCount <= mostDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
+        // Both operands are exact, so the one rounding of the division gives the nearest double.
+        value = static_cast<double>(number.mantissa) / exactPowersOfTen[number.fractionDigits];
+    } else {
+        const auto [end, error] = std::from_chars(number.digits, number.end, value);
+        if (error != std::errc() || end != number.end) {
+            return false;
+        }
+    }
+    if (number.negative) {
+        value = -value;
+    }
+    return true;
+}
+
+NumberReading readThroughStream(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    NumberReading reading{0.0, false, 0};
+    stream >> reading.value;
+    reading.failed = stream.fail();
+    if (!reading.failed) {
+        reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
+    }
+    return reading;
+}
+
+} // namespace
+
+NumberReading readNumber(std::string_view text) {
+    const char* const last = text.data() + text.size();
+    const char* position = text.data();
+    while (position != last && isBlank(*position)) {
+        ++position;
+    }
+    Decimal number;
+    if (!scanDecimal(position, last, number)) {
+        return {0.0, true, 0};
+    }
+    double value = 0.0;
+    if (!toDouble(number, value)) {
+        return readThroughStream(text);
+    }
+    return {value, false, static_cast<std::size_t>(number.end - text.data())};
+}

@@ -1,0 +1,226 @@
+#include "text/number_text.hpp"
+
+#include "support/catalogue_support.hpp"
+#include "support/workload.hpp"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+/// What formatted extraction from a fresh stream with default flags does.
+class PlainReader {
+public:
+    NumberReading read(const std::string& text) {
+        stream.clear();
+        stream.str(text);
+        NumberReading reading{0.0, false, 0};
+        stream >> reading.value;
+        reading.failed = stream.fail();
+        if (!reading.failed) {
+            reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
+        }
+        return reading;
+    }
+
+private:
+    std::istringstream stream;
+};
+
+bool same(const NumberReading& a, const NumberReading& b) {
+    return std::bit_cast<std::uint64_t>(a.value) == std::bit_cast<std::uint64_t>(b.value) && a.failed == b.failed &&
+           a.length == b.length;
+}
+
+std::string describe(const NumberReading& reading) {
+    char text[80];
+    std::snprintf(text, sizeof text, "%a failed %d length %zu", reading.value, reading.failed, reading.length);
+    return text;
+}
+
+class RandomTexts {
+public:
+    explicit RandomTexts(std::uint64_t seed) : random(seed) {}
+
+    std::string next() {
+        text.clear();
+        switch (below(16)) {
+        case 0:
+            addJunk(1 + below(12));
+            break;
+        case 1:
+            addExact(std::bit_cast<double>(random()), "%.17g");
+            break;
+        case 2:
+            addHalfway();
+            break;
+        case 3:
+            addNumber(20 + below(400), below(400));
+            break;
+        case 4:
+            addNumber(below(3), 280 + below(100));
+            break;
+        case 5:
+            addNumber(300 + below(20), below(3));
+            break;
+        case 6:
+            addBlanks();
+            addNumber(1 + below(3), below(6));
+            text += below(2) == 0 ? 'e' : 'E';
+            addNumber(below(4), 0);
+            break;
+        default:
+            if (below(4) == 0) {
+                addBlanks();
+            }
+            addNumber(below(10), below(14));
+        }
+        addTail();
+        return text;
+    }
+
+private:
+    std::uint64_t below(std::uint64_t limit) { return random() % limit; }
+
+    void addDigits(std::uint64_t count) {
+        for (; count > 0; --count) {
+            text += static_cast<char>('0' + below(10));
+        }
+    }
+
+    void addNumber(std::uint64_t whole, std::uint64_t fraction) {
+        if (below(3) == 0) {
+            text += below(2) == 0 ? '-' : '+';
+        }
+        addDigits(whole);
+        if (fraction > 0 || below(8) == 0) {
+            text += '.';
+        }
+        addDigits(fraction);
+    }
+
+    void addExact(double value, const char* format) {
+        char digits[800];
+        std::snprintf(digits, sizeof digits, format, value);
+        text += digits;
+    }
+
+    /// A decimal exactly between two doubles, or next to it: where rounding is decided by the last digit.
+    void addHalfway() {
+        const auto mantissa = static_cast<double>((std::uint64_t{1} << 52) + random() % (std::uint64_t{1} << 52));
+        const auto exponent = static_cast<int>(below(120)) - 100;
+        const auto doubled = static_cast<long double>(mantissa) * 2.0L + 1.0L;
+        char digits[800];
+        std::snprintf(digits, sizeof digits, "%.70Lf", std::ldexp(doubled, exponent - 1));
+        text = digits;
+        if (below(2) == 0) {
+            text += static_cast<char>('0' + below(10));
+        }
+    }
+
+    void addBlanks() {
+        static const std::string blanks = " \t\n\v\f\r";
+        for (std::uint64_t count = below(4); count > 0; --count) {
+            text += blanks[below(blanks.size())];
+        }
+    }
+
+    void addJunk(std::uint64_t count) {
+        static const std::string bytes = std::string("0123456789+-.,eExXinfa; \t'") + '\0' + "\xEF\xA0";
+        for (; count > 0; --count) {
+            text += bytes[below(bytes.size())];
+        }
+    }
+
+    void addTail() {
+        switch (below(4)) {
+        case 0:
+            break;
+        case 1:
+            addJunk(1 + below(3));
+            break;
+        default:
+            text += ';';
+        }
+    }
+
+    std::mt19937_64 random;
+    std::string text;
+};
+
+void compareRandomTexts(std::uint64_t seed, int count) {
+    RandomTexts texts(seed);
+    PlainReader plain;
+    for (int i = 0; i < count; ++i) {
+        const std::string text = texts.next();
+        const NumberReading expected = plain.read(text);
+        const NumberReading got = readNumber(text);
+        ASSERT_TRUE(same(expected, got)) << testing::PrintToString(text) << "\nexpected " << describe(expected)
+                                         << "\ngot      " << describe(got);
+    }
+}
+
+struct Example {
+    const char* text;
+    double value;
+    bool failed;
+    std::size_t length;
+};
+
+} // namespace
+
+TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
+    const Example examples[] = {
+        {"1", 1.0, false, 1},
+        {"+1;", 1.0, false, 2},
+        {"-0;", -0.0, false, 2},
+        {"00012 ", 12.0, false, 5},
+        {" \t\n\v\f\r5;", 5.0, false, 7},
+        {"5.;", 5.0, false, 2},
+        {".5;", 0.5, false, 2},
+        {"-.5;", -0.5, false, 3},
+        {"1.2.3", 1.2, false, 3},
+        {"1,5", 1.0, false, 1},
+        {"0x10", 0.0, false, 1},
+        {"1e+5x", 100000.0, false, 4},
+        {"1.e5;", 100000.0, false, 4},
+        {"9007199254740993;", 9007199254740992.0, false, 16},
+        {"0.1234567890123456789012345;", 0.1234567890123456789012345, false, 27},
+        {"2e-324;", 0.0, false, 6},
+    };
+    for (const Example& example : examples) {
+        const NumberReading expected{example.value, example.failed, example.length};
+        EXPECT_TRUE(same(expected, readNumber(example.text)))
+            << example.text << ' ' << describe(readNumber(example.text));
+    }
+}
+
+TEST(NumberText, failsWhereAStreamFails) {
+    for (const char* const text :
+         {"", "  ", "-", "+", ".", "-.;", "+-5", "- 5", "1e", "1e;", "1e+;", "1e 5", ".e5;", "inf", "nan",
+          "\xEF\xBB\xBF"
+          "1;",
+          "1e999", "-1e999;", "abc"}) {
+        EXPECT_TRUE(readNumber(text).failed) << text;
+    }
+}
+
+TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionRandomTexts) {
+    compareRandomTexts(1, workload(25000000));
+}
+
+TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionOtherRandomTexts) {
+    compareRandomTexts(2, workload(25000000));
+}
+
+TEST(NumberText, agreesWithTheStreamUnderAGeneratedGermanLocale) {
+    const GeneratedLocale german("de_DE.utf8");
+    compareRandomTexts(3, workload(1000000));
+}
