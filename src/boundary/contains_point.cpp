@@ -2,19 +2,12 @@
 
 #include "boundary/boundary_edge.hpp"
 #include "boundary/ring_walk.hpp"
+#include "boundary/widened_box.hpp"
 
 #include <cmath>
 #include <cstddef>
 
 namespace {
-
-/// The only tolerance there is. It widens the box that rejects and reaches no other step.
-constexpr double boxTolerance = 1e-06;
-
-bool boxRejects(const BoundingBox& box, Point2D point) {
-    return box.minX + -boxTolerance > point.x || box.minY + -boxTolerance > point.y ||
-           box.maxX + boxTolerance < point.x || box.maxY + boxTolerance < point.y;
-}
 
 /// An outline as a sequence of positions: 0 to size - 1, then round again.
 struct Ring {
@@ -92,7 +85,7 @@ bool anyChildContains(BoundaryPolygon& polygon, Point2D point, const std::vector
 } // namespace
 
 bool containsPoint(BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable) {
-    if (polygon.vertexIndices.empty() || boxRejects(polygon.boundingBox, point)) {
+    if (polygon.vertexIndices.empty() || WidenedBox(polygon.boundingBox).rejects(point)) {
         return false;
     }
     return outlineContains(polygon, point, vertexTable) && !anyChildContains(polygon, point, vertexTable);

@@ -5,6 +5,14 @@
 
 #include "boundary/boundary_set.hpp"
 
+/// Gives the x at which the edge from `prev` to `current` meets the height `y`. The order of the operations is part
+/// of the result, and so is the direction of the edge.
+///
+/// For a given edge each operation is monotone in y, rounding included, and so is the result.
+inline double crossingX(Point2D prev, Point2D current, double y) {
+    return ((y - prev.y) * (current.x - prev.x)) / (current.y - prev.y) + prev.x;
+}
+
 /// State of a walk. It starts at a vertex whose y differs from the point's, and is handed every vertex after that one
 /// in ring order.
 ///
@@ -59,8 +67,7 @@ private:
         if (smallerX > point.x) {
             cross();
         } else if (!(largerX < point.x)) {
-            // The order of these operations is part of the result.
-            const double xi = ((point.y - prevY) * (cx - prevX)) / (cy - prevY) + prevX;
+            const double xi = crossingX({prevX, prevY}, {cx, cy}, point.y);
             if (xi == point.x) {
                 return true;
             }

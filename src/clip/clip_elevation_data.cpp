@@ -1,6 +1,7 @@
 #include "clip/clip_elevation_data.hpp"
 
 #include "app/reporting.hpp"
+#include "boundary/boundary_index.hpp"
 #include "boundary/boundary_reader.hpp"
 #include "clip/clip_node_file.hpp"
 #include "clip/count32.hpp"
@@ -52,7 +53,8 @@ bool checkOutputDirectory(const fs::path& outputDirectory) {
 }
 
 /// Clips the chosen files one after the other and returns the total of kept lines.
-std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDirectory, BoundarySet& boundarySet) {
+std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDirectory,
+                       const BoundaryIndex& boundary) {
     const std::int32_t totalLines = sumLineCounts(selection.lineCounts);
     double linesDone = 0.0;
     std::int32_t totalKeptNodes = 0;
@@ -60,8 +62,7 @@ std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDi
         const std::string& inputPath = selection.inputFiles[i];
         const std::int32_t lineCount = selection.lineCounts[i];
         const std::string outputPath = (outputDirectory / fs::path(inputPath).filename()).string();
-        const std::int32_t keptNodes =
-            clipNodeFile(inputPath, outputPath, lineCount, boundarySet, linesDone, totalLines);
+        const std::int32_t keptNodes = clipNodeFile(inputPath, outputPath, lineCount, boundary, linesDone, totalLines);
         totalKeptNodes = addWrapping(totalKeptNodes, keptNodes);
         linesDone += lineCount;
     }
@@ -94,7 +95,8 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
         reportLine(translateMessage("There are no input files."));
         return 1;
     }
-    const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundarySet);
+    const BoundaryIndex boundary(boundarySet);
+    const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundary);
     writeNodeCount(outputDirectory, totalKeptNodes);
     return 0;
 }

@@ -1,11 +1,11 @@
 #include "clip/clip_node_file.hpp"
 
 #include "app/reporting.hpp"
-#include "boundary/contains_point.hpp"
+#include "boundary/boundary_index.hpp"
 #include "clip/count32.hpp"
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
-#include "text/text_lines.hpp"
+#include "text/line_reader.hpp"
 
 #include <ProcessMessage.h>
 
@@ -13,21 +13,14 @@
 #include <boost/filesystem/path.hpp>
 
 #include <fstream>
+#include <string_view>
 
 namespace {
 
-void writeLine(std::ostream& output, const std::string& line) {
-    output << line << '\n';
+/// One flush for each line: whoever watches the output sees it grow line by line, whole lines only.
+void writeLine(std::ostream& output, std::string_view lineWithLineFeed) {
+    output.write(lineWithLineFeed.data(), static_cast<std::streamsize>(lineWithLineFeed.size()));
     output.flush();
-}
-
-bool anyPolygonContains(BoundarySet& boundary, Point2D point) {
-    for (BoundaryPolygon& polygon : boundary.polygons) {
-        if (containsPoint(polygon, point, boundary.vertices)) {
-            return true;
-        }
-    }
-    return false;
 }
 
 void sendClippingState() {
@@ -35,17 +28,16 @@ void sendClippingState() {
 }
 
 /// Runs over the lines behind the header and returns the number of kept ones.
-std::int32_t clipLines(std::istream& input, std::ostream& output, char separator, std::int32_t lineCount,
-                       BoundarySet& boundary, ProgressMessage& progress) {
+std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, std::int32_t lineCount,
+                       const BoundaryIndex& boundary, ProgressMessage& progress) {
     std::int32_t keptNodes = 0;
-    std::string line;
     for (std::int32_t i = 0; i < lineCount; ++i) {
         progress.OnProgress(i, false);
-        readTextLine(input, line);
+        const std::string_view line = input.nextLine();
         Point2D point{};
         // Dropped in silence: a line that does not parse, and any point outside.
-        if (readNodeLine(line, separator, point) && anyPolygonContains(boundary, point)) {
-            writeLine(output, line);
+        if (readNodeLine(line, separator, point) && boundary.anyContains(point)) {
+            writeLine(output, input.lineWithLineFeed());
             keptNodes = addWrapping(keptNodes, 1);
         }
     }
@@ -54,12 +46,11 @@ std::int32_t clipLines(std::istream& input, std::ostream& output, char separator
 
 /// The pass while both streams are open. They end with it, the output first.
 std::int32_t clipStreams(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
-                         BoundarySet& boundary, double linesDone, std::int32_t totalLines) {
-    std::ifstream input(inputPath);
+                         const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines) {
+    LineReader input(inputPath);
     // Opened before the input has been looked at, so an existing file is emptied whatever comes after.
     std::ofstream output(outputPath);
-    std::string headerLine;
-    readTextLine(input, headerLine);
+    const std::string headerLine(input.nextLine());
 
     char separator = 0;
     std::int32_t nodeFormat = 0;
@@ -69,7 +60,7 @@ std::int32_t clipStreams(const std::string& inputPath, const std::string& output
         // Not 0: the empty output file stays, and the total counts one. Both belong to this branch.
         return 1;
     }
-    writeLine(output, headerLine);
+    writeLine(output, input.lineWithLineFeed());
     sendClippingState();
 
     const double percentPerLine = 100.0 / totalLines;
@@ -83,7 +74,7 @@ std::int32_t clipStreams(const std::string& inputPath, const std::string& output
 } // namespace
 
 std::int32_t clipNodeFile(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
-                          BoundarySet& boundary, double linesDone, std::int32_t totalLines) {
+                          const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines) {
     const std::int32_t keptNodes = clipStreams(inputPath, outputPath, lineCount, boundary, linesDone, totalLines);
     if (keptNodes < 1) {
         boost::filesystem::remove(outputPath);

@@ -2,7 +2,7 @@
 /// The clip pass over one node file, the one place where the boundary is applied to data.
 #pragma once
 
-#include "boundary/boundary_set.hpp"
+#include "boundary/boundary_index.hpp"
 
 #include <cstdint>
 #include <string>
@@ -14,11 +14,11 @@
 /// unnoticed and its lines are counted all the same.
 ///
 /// @param lineCount  how many lines to read behind the header, whatever the file holds by now; may be negative.
-/// @param boundary   its two-vertex polygons get their edges on first use.
+/// @param boundary   all polygons of the run.
 /// @param linesDone  data lines of all files before this one.
 /// @param totalLines data lines of all files. 0 makes the progress values infinite or not-a-number, on purpose.
 /// @return the number of kept lines; 1 if the header is rejected now, which leaves an empty output file. Both are
 ///         kept on purpose.
 /// @throws boost::filesystem::filesystem_error if the output file of a pass that kept nothing cannot be removed.
 std::int32_t clipNodeFile(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
-                          BoundarySet& boundary, double linesDone, std::int32_t totalLines);
+                          const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines);

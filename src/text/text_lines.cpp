@@ -1,18 +1,28 @@
 #include "text/text_lines.hpp"
 
+#include "text/text_mode.hpp"
+
 #include <algorithm>
 #include <vector>
 
 namespace {
 
-#if defined(_WIN32)
-/// The platform's text mode has removed the carriage return already; a second one before the line feed stays.
-constexpr bool lineEndKeepsCarriageReturn = false;
-#else
-constexpr bool lineEndKeepsCarriageReturn = true;
-#endif
-
 constexpr std::size_t blockSize = 65536;
+
+/// Bytes that are counted at once: as many as one byte can count, so that the compiler adds up bytes.
+constexpr std::size_t chunkSize = 128;
+
+std::uint64_t countLineFeeds(const char* position, std::size_t size) {
+    std::uint64_t count = 0;
+    for (; size >= chunkSize; position += chunkSize, size -= chunkSize) {
+        std::uint8_t inChunk = 0;
+        for (std::size_t i = 0; i < chunkSize; ++i) {
+            inChunk = static_cast<std::uint8_t>(inChunk + (position[i] == '\n' ? 1 : 0));
+        }
+        count += inChunk;
+    }
+    return count + static_cast<std::uint64_t>(std::count(position, position + size, '\n'));
+}
 
 } // namespace
 
@@ -21,8 +31,8 @@ void readTextLine(std::istream& input, std::string& line) {
     line.clear();
     std::getline(input, line);
     const bool endedByLineFeed = input.good();
-    if (lineEndKeepsCarriageReturn && endedByLineFeed && !line.empty() && line.back() == '\r') {
-        line.pop_back();
+    if (endedByLineFeed) {
+        line.resize(line.size() - carriageReturnsToDrop(line));
     }
 }
 
@@ -32,7 +42,7 @@ std::uint64_t countLineFeeds(std::istream& input) {
     // Through istream members only: iterators over the stream buffer throw where the file is a directory.
     while (input.good()) {
         input.read(block.data(), static_cast<std::streamsize>(block.size()));
-        count += static_cast<std::uint64_t>(std::count(block.data(), block.data() + input.gcount(), '\n'));
+        count += countLineFeeds(block.data(), static_cast<std::size_t>(input.gcount()));
     }
     return count;
 }

@@ -198,7 +198,7 @@ TEST(ClipNodeFileStreams, theHeaderIsWrittenBeforeTheStateIsSent) {
             while (read(fifo, bytes, sizeof bytes) > 0) {
             }
         });
-        clipNodeFile(pass.inputPath, pass.outputPath, 1, pass.boundary, 0.0, 1);
+        clipNodeFile(pass.inputPath, pass.outputPath, 1, BoundaryIndex(pass.boundary), 0.0, 1);
         reader.join();
     });
     EXPECT_EQ((ChildOutcome{0, "MessageSender 0\n-- emptied\nStateMessage 1 true Clipping elevation data...\n"

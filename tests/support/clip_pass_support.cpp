@@ -60,7 +60,8 @@ PassOutcome ClipPass::run(std::int32_t lineCount, double linesDone, std::int32_t
     PassOutcome outcome;
     {
         const ConsoleCapture console;
-        outcome.keptNodes = clipNodeFile(inputPath, outputPath, lineCount, boundary, linesDone, totalLines);
+        outcome.keptNodes =
+            clipNodeFile(inputPath, outputPath, lineCount, BoundaryIndex(boundary), linesDone, totalLines);
         outcome.console = console.text();
     }
     outcome.calls = callsSoFar();

@@ -1,0 +1,28 @@
+/// \file
+/// The box that rejects points before anything else is asked.
+#pragma once
+
+#include "boundary/boundary_set.hpp"
+
+/// A bounding box widened by the only tolerance there is. It only rejects, and reaches no other step.
+struct WidenedBox {
+    static constexpr double tolerance = 1e-06;
+
+    double minX = 0.0;
+    double minY = 0.0;
+    double maxX = 0.0;
+    double maxY = 0.0;
+
+    WidenedBox() = default;
+    explicit WidenedBox(const BoundingBox& box)
+        : minX(box.minX + -tolerance), minY(box.minY + -tolerance), maxX(box.maxX + tolerance),
+          maxY(box.maxY + tolerance) {}
+
+    /// Strictly outside; a point exactly on the widened box passes.
+    bool rejects(Point2D point) const {
+        // Without short cuts: for scattered points each would be a branch that nobody can predict.
+        const int outside = static_cast<int>(minX > point.x) | static_cast<int>(minY > point.y) |
+                            static_cast<int>(maxX < point.x) | static_cast<int>(maxY < point.y);
+        return outside != 0;
+    }
+};

@@ -1,0 +1,80 @@
+#include "text/line_reader.hpp"
+
+#include "text/text_mode.hpp"
+
+#include <cstring>
+#include <ios>
+
+namespace {
+
+/// A file buffer reads one byte less than it is given.
+constexpr std::size_t blockSize = 65536 + 1;
+
+} // namespace
+
+LineReader::LineReader(const std::string& path) : block(blockSize), stream(&buffer) {
+    buffer.pubsetbuf(block.data(), static_cast<std::streamsize>(block.size()));
+    if (buffer.open(path, std::ios_base::in) == nullptr) {
+        stream.setstate(std::ios_base::failbit);
+    }
+}
+
+std::string_view LineReader::nextLine() {
+    char* const lineFeed = findLineFeed();
+    if (lineFeed == nullptr) {
+        collectLine();
+    } else {
+        lineStart = buffer.position();
+        lineLength = static_cast<std::size_t>(lineFeed - lineStart);
+        buffer.setPosition(lineFeed + 1);
+        lineLength -= carriageReturnsToDrop({lineStart, lineLength});
+    }
+    return {lineStart, lineLength};
+}
+
+std::string_view LineReader::lineWithLineFeed() {
+    // There is always a byte behind the line: its line end, the dropped carriage return, or the collected line's own
+    // terminator, which `collectLine` makes room for.
+    lineStart[lineLength] = '\n';
+    return {lineStart, lineLength + 1};
+}
+
+void LineReader::close() {
+    buffer.close();
+}
+
+char* LineReader::findLineFeed() {
+    const auto available = static_cast<std::size_t>(buffer.limit() - buffer.position());
+    return available == 0 ? nullptr : static_cast<char*>(std::memchr(buffer.position(), '\n', available));
+}
+
+/// Gets more bytes once the buffer is used up. After the first failure or end of file nothing is tried again.
+bool LineReader::refill() {
+    if (!stream.good()) {
+        return false;
+    }
+    stream.peek();
+    return stream.good();
+}
+
+/// Puts together a line that goes on beyond the buffer.
+void LineReader::collectLine() {
+    collected.clear();
+    bool ended = false;
+    while (!ended) {
+        collected.append(buffer.position(), buffer.limit());
+        buffer.setPosition(buffer.limit());
+        if (!refill()) {
+            break;
+        }
+        if (char* const lineFeed = findLineFeed()) {
+            collected.append(buffer.position(), lineFeed);
+            buffer.setPosition(lineFeed + 1);
+            collected.resize(collected.size() - carriageReturnsToDrop(collected));
+            ended = true;
+        }
+    }
+    lineLength = collected.size();
+    collected.push_back('\n');
+    lineStart = collected.data();
+}

@@ -1,0 +1,12 @@
+/// \file
+/// The run as its rules tell it, without any of the tool's short cuts: one string stream per line, one walk per polygon.
+/// What the tool is compared with.
+#pragma once
+
+#include "support/run_support.hpp"
+
+/// Works out what a job is to leave behind. Nothing is written.
+///
+/// @param job      inputs of readable node files and a good boundary file.
+/// @param boundary the polygons of that file.
+RunOutcome plainRun(const ClipRun& job, BoundarySet boundary);
