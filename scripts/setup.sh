@@ -1,16 +1,19 @@
 #!/usr/bin/env bash
-# Installs what building needs (and, with the argument "test", what the checks need) from Debian's packages.
+# Installs what building needs from Debian's packages; with the argument "test" also what the checks need, with "bench"
+# what the benchmarks need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev)
-test_packages=(libgtest-dev libgmock-dev python3 clang-format clang-tidy cppcheck)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev python3 clang-format clang-tidy cppcheck)
+bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 
 wanted=("${build_packages[@]}")
-if [ "${1:-}" = test ]; then
-  wanted+=("${test_packages[@]}")
-fi
+case "${1:-}" in
+  test) wanted+=("${test_packages[@]}") ;;
+  bench) wanted+=("${bench_packages[@]}") ;;
+esac
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
   echo "This is no Debian system. Please install the counterparts of these packages, then build with CMake:" >&2

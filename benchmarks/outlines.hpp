@@ -1,0 +1,33 @@
+/// \file
+/// Outlines of many kinds for measurements, the same in every run.
+#pragma once
+
+#include "boundary/boundary_set.hpp"
+
+#include <cstddef>
+#include <vector>
+
+using Ring = std::vector<Point2D>;
+
+/// About a circle around `centre`, without a wrinkle.
+Ring smoothRing(std::size_t vertexCount, Point2D centre, double radius);
+
+/// A coast: bays of all sizes down to single vertices, as measured outlines have them.
+Ring jaggedRing(std::size_t vertexCount, Point2D centre, double radius, unsigned int seed);
+
+/// Every vertex at a random distance between a twentieth of `radius` and `radius`: a height crosses very many edges.
+Ring spikyRing(std::size_t vertexCount, Point2D centre, double radius, unsigned int seed);
+
+/// A comb in a square of the given side whose teeth, two vertices each, cross every height but the lowest.
+Ring combRing(std::size_t toothCount, double side);
+
+BoundarySet makeBoundarySet(const std::vector<Ring>& rings);
+
+/// Polygons of 20 vertices on a square lattice that fills a square of the given side, with gaps between them.
+BoundarySet makeLattice(std::size_t polygonCount, double side);
+
+/// Points of a square lattice in the square from (0, 0) to (side, side), row by row; `count` is a square number.
+std::vector<Point2D> gridPoints(std::size_t count, double side);
+
+/// Random points of the square from (0, 0) to (side, side).
+std::vector<Point2D> randomPoints(std::size_t count, double side);

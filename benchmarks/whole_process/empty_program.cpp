@@ -1,0 +1,3 @@
+/// Linked to the same libraries as the tool, and does nothing: what a process costs before its first line.
+
+int main() {}
