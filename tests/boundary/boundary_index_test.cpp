@@ -26,14 +26,6 @@ std::size_t pick(Random& random, std::size_t count) {
     return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
 }
 
-BoundarySet makeSet(const std::vector<Outline>& rings) {
-    BoundarySet set;
-    for (const Outline& ring : rings) {
-        set.polygons.push_back(makePolygon(set.vertices, ring));
-    }
-    return set;
-}
-
 bool anyPolygonContains(BoundarySet& set, Point2D point) {
     return std::any_of(set.polygons.begin(), set.polygons.end(),
                        [&set, point](BoundaryPolygon& polygon) { return containsPoint(polygon, point, set.vertices); });
@@ -160,14 +152,14 @@ Outline moved(Outline ring, double factor, Point2D by) {
 TEST(BoundaryIndex, answersLikeThePlainLoopOnRandomSelfCrossingRings) {
     Random random(1);
     for (int round = 0; round < workload(8000); ++round) {
-        compare(makeSet({randomRing(random, 3 + pick(random, 30), 100.0)}), random, 400);
+        compare(setOf({randomRing(random, 3 + pick(random, 30), 100.0)}), random, 400);
     }
 }
 
 TEST(BoundaryIndex, answersLikeThePlainLoopOnIntegerGrids) {
     Random random(2);
     for (int round = 0; round < workload(12000); ++round) {
-        compare(makeSet({gridRing(random, 1 + pick(random, 24), 2 + pick(random, 9))}), random, 400);
+        compare(setOf({gridRing(random, 1 + pick(random, 24), 2 + pick(random, 9))}), random, 400);
     }
 }
 
@@ -182,7 +174,7 @@ TEST(BoundaryIndex, answersLikeThePlainLoopOnSetsOfMixedPolygons) {
             rings.push_back(pick(random, 4) == 0 ? gridRing(random, pick(random, 6), 12)
                                                  : star(random, 3 + pick(random, 20), centre, size * 0.3, size));
         }
-        compare(makeSet(rings), random, 600);
+        compare(setOf(rings), random, 600);
     }
 }
 
@@ -190,8 +182,8 @@ TEST(BoundaryIndex, answersLikeThePlainLoopOnTinyAndHugeCoordinates) {
     Random random(4);
     for (const double scale : {1e-320, 1e-300, 1e-160, 1e-10, 1e15, 1e150, 1e300, 4e307}) {
         for (int round = 0; round < workload(400); ++round) {
-            compare(makeSet({randomRing(random, 3 + pick(random, 20), scale)}), random, 200);
-            compare(makeSet({gridRing(random, 3 + pick(random, 20), 4, scale)}), random, 200);
+            compare(setOf({randomRing(random, 3 + pick(random, 20), scale)}), random, 200);
+            compare(setOf({gridRing(random, 3 + pick(random, 20), 4, scale)}), random, 200);
         }
     }
 }
@@ -204,7 +196,7 @@ TEST(BoundaryIndex, answersLikeThePlainLoopWhereDifferencesOverflow) {
             for (Point2D& point : ring) {
                 point = {point.x * scale.x, point.y * scale.y};
             }
-            compare(makeSet({ring}), random, 200);
+            compare(setOf({ring}), random, 200);
         }
     }
 }
@@ -213,9 +205,9 @@ TEST(BoundaryIndex, answersLikeThePlainLoopFarFromTheOrigin) {
     Random random(5);
     for (int round = 0; round < workload(1500); ++round) {
         const Outline ring = randomRing(random, 3 + pick(random, 30), 1.0);
-        compare(makeSet({moved(ring, 0.01, {3382250.25, 6354640.91})}), random, 300);
-        compare(makeSet({moved(ring, 1e-6, {1e8, 1e8})}), random, 300);
-        compare(makeSet({moved(ring, 1e8, {1e8, -1e8 + 1e-3})}), random, 300);
+        compare(setOf({moved(ring, 0.01, {3382250.25, 6354640.91})}), random, 300);
+        compare(setOf({moved(ring, 1e-6, {1e8, 1e8})}), random, 300);
+        compare(setOf({moved(ring, 1e8, {1e8, -1e8 + 1e-3})}), random, 300);
     }
 }
 
@@ -223,11 +215,11 @@ TEST(BoundaryIndex, answersLikeThePlainLoopOnSmoothSpikyAndCombedOutlines) {
     Random random(6);
     for (const std::size_t size : {100U, 1000U, 5000U}) {
         for (int round = 0; round < 4; ++round) {
-            compare(makeSet({star(random, size, {0.0, 0.0}, 9.99, 10.0)}), random, workload(5000));
-            compare(makeSet({star(random, size, {5.0, 5.0}, 0.5, 10.0)}), random, workload(5000));
-            compare(makeSet({comb(size / 2, 0.0)}), random, workload(5000));
-            compare(makeSet({comb(size / 2, 0.3)}), random, workload(5000));
-            compare(makeSet({comb(size / 2, 40.0)}), random, workload(5000));
+            compare(setOf({star(random, size, {0.0, 0.0}, 9.99, 10.0)}), random, workload(5000));
+            compare(setOf({star(random, size, {5.0, 5.0}, 0.5, 10.0)}), random, workload(5000));
+            compare(setOf({comb(size / 2, 0.0)}), random, workload(5000));
+            compare(setOf({comb(size / 2, 0.3)}), random, workload(5000));
+            compare(setOf({comb(size / 2, 40.0)}), random, workload(5000));
         }
     }
 }
@@ -242,14 +234,14 @@ TEST(BoundaryIndex, answersLikeThePlainLoopOnManyPolygons) {
         }
         rings.push_back(star(random, 50, {1e6, 1e6}, 1.0, 2.0));
         rings.push_back(star(random, 50, {0.0, 0.0}, 1.0, spread));
-        compare(makeSet(rings), random, workload(20000));
+        compare(setOf(rings), random, workload(20000));
     }
 }
 
 TEST(BoundaryIndex, answersLikeThePlainLoopOnPolygonsWithHoles) {
     Random random(8);
     for (int round = 0; round < workload(500); ++round) {
-        BoundarySet set = makeSet({gridRing(random, 3 + pick(random, 8), 12), gridRing(random, 3, 12)});
+        BoundarySet set = setOf({gridRing(random, 3 + pick(random, 8), 12), gridRing(random, 3, 12)});
         BoundaryPolygon hole = makePolygon(set.vertices, gridRing(random, 2 + pick(random, 8), 12));
         hole.childPolygons.push_back(makePolygon(set.vertices, gridRing(random, 3 + pick(random, 8), 12)));
         set.polygons.front().childPolygons.push_back(hole);
@@ -260,7 +252,7 @@ TEST(BoundaryIndex, answersLikeThePlainLoopOnPolygonsWithHoles) {
 TEST(BoundaryIndex, answersLikeThePlainLoopOnListsClosedByTheirFirstIndex) {
     Random random(9);
     for (int round = 0; round < workload(500); ++round) {
-        BoundarySet set = makeSet({gridRing(random, 1 + pick(random, 12), 6)});
+        BoundarySet set = setOf({gridRing(random, 1 + pick(random, 12), 6)});
         set.polygons.front().vertexIndices.push_back(0);
         compare(set, random, 300);
     }
@@ -272,7 +264,7 @@ TEST(BoundaryIndex, holdsNothingForAnEmptySet) {
 }
 
 TEST(BoundaryIndex, fillsTheEdgesOfATwoVertexPolygonOfTheSetItself) {
-    BoundarySet set = makeSet({{{0.0, 0.0}, {10.0, 0.0}}});
+    BoundarySet set = setOf({{{0.0, 0.0}, {10.0, 0.0}}});
     const BoundaryIndex index(set);
     EXPECT_TRUE(index.anyContains({5.0, 0.0}));
     EXPECT_EQ(set.polygons.front().edges.size(), 1U);

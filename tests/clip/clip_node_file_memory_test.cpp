@@ -2,6 +2,7 @@
 
 #include "clip/clip_node_file.hpp"
 
+#include "support/boundary_support.hpp"
 #include "support/counting_allocator.hpp"
 #include "support/file_support.hpp"
 
@@ -10,21 +11,6 @@
 #include <string>
 
 namespace {
-
-BoundarySet square() {
-    BoundarySet set;
-    BoundaryPolygon polygon;
-    for (const Point2D corner : {Point2D{0, 0}, {10, 0}, {10, 10}, {0, 10}}) {
-        BoundaryVertex vertex;
-        vertex.x = corner.x;
-        vertex.y = corner.y;
-        polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size()));
-        set.vertices.push_back(vertex);
-    }
-    computeBoundingBox(polygon, set.vertices);
-    set.polygons.push_back(polygon);
-    return set;
-}
 
 /// Kept, outside and unreadable lines, with both line ends.
 std::string nodeFile(int rounds) {
@@ -40,7 +26,7 @@ long countAllocations(int rounds) {
     const TemporaryDirectory directory;
     const std::string input = directory.write("a.xyz", nodeFile(rounds));
     const std::string output = directory.pathOf("out.xyz");
-    BoundarySet set = square();
+    BoundarySet set = setOf({counterClockwiseSquare});
     const BoundaryIndex index(set);
     const long before = allocationCount();
     EXPECT_EQ(clipNodeFile(input, output, rounds * 6, index, 0.0, rounds * 6), rounds * 3);

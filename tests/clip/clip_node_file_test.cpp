@@ -55,7 +55,7 @@ TEST(ClipNodeFile, onlyLinesThatParseCanBeKept) {
 
 TEST(ClipNodeFile, aLineInSeveralPolygonsIsWrittenOnce) {
     ClipPass pass;
-    pass.boundary = boundaryOf({{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {{4, 4}, {20, 4}, {20, 20}, {4, 20}}});
+    pass.boundary = setOf({{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {{4, 4}, {20, 4}, {20, 20}, {4, 20}}});
     const std::string nodes = "x;y;z\n1;1;first\n5;5;both\n15;15;second\n1;15;none\n";
     const PassOutcome expected = kept(3, "x;y;z\n1;1;first\n5;5;both\n15;15;second\n", 4);
     EXPECT_EQ(expected, pass.run(nodes, 4));
@@ -71,7 +71,7 @@ TEST(ClipNodeFile, theOutlineBelongsToThePolygon) {
 
 TEST(ClipNodeFile, aHoleIsLeftOut) {
     ClipPass pass;
-    pass.boundary = boundaryOf({{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {{4, 4}, {6, 4}, {6, 6}, {4, 6}}});
+    pass.boundary = setOf({{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {{4, 4}, {6, 4}, {6, 6}, {4, 6}}});
     pass.boundary.polygons[0].childPolygons = {pass.boundary.polygons[1]};
     pass.boundary.polygons.pop_back();
     EXPECT_EQ(kept(1, "x;y;z\n1;1;1\n", 2), pass.run("x;y;z\n5;5;1\n1;1;1\n", 2));
@@ -79,7 +79,7 @@ TEST(ClipNodeFile, aHoleIsLeftOut) {
 
 TEST(ClipNodeFile, aPolygonOfTwoVerticesKeepsWhatLiesOnItAndGetsItsEdges) {
     ClipPass pass;
-    pass.boundary = boundaryOf({{{0, 0}, {8, 0}}});
+    pass.boundary = setOf({{{0, 0}, {8, 0}}});
     EXPECT_EQ(kept(2, "x;y;z\n4;0;1\n8;0;2\n", 3), pass.run("x;y;z\n4;0;1\n8;0;2\n4;1;3\n", 3));
     EXPECT_EQ(1u, pass.boundary.polygons[0].edges.size());
     EXPECT_EQ(kept(1, "x;y;z\n4;0;1\n", 1), pass.run("x;y;z\n4;0;1\n", 1));

@@ -31,14 +31,6 @@ std::string inBoundaries(const std::string& content) {
     return inModel("<group type=\"boundaries\">" + content + "</group>");
 }
 
-BoundarySet setOf(const std::vector<Outline>& outlines) {
-    BoundarySet set;
-    for (const Outline& outline : outlines) {
-        set.polygons.push_back(makePolygon(set.vertices, outline));
-    }
-    return set;
-}
-
 void expectRead(const std::vector<Outline>& outlines, const std::string& bytes) {
     const Reading reading = readBoundaryBytes(bytes);
     EXPECT_TRUE(reading.succeeded) << bytes;

@@ -33,9 +33,6 @@ const std::string triangleElement =
     R"(<polygon id="1"><point x="0" y="1"/><point x="5" y="2"/><point x="3" y="4"/></polygon>)";
 const Outline triangle = {{0, 1}, {5, 2}, {3, 4}};
 
-/// What a file with one polygon for each outline is read into.
-BoundarySet setOf(const std::vector<Outline>& outlines);
-
 /// Expects success without a word and exactly these polygons.
 void expectRead(const std::vector<Outline>& outlines, const std::string& bytes);
 

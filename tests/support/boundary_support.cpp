@@ -112,6 +112,14 @@ BoundaryPolygon makePolygon(std::vector<BoundaryVertex>& vertexTable, const Outl
     return polygon;
 }
 
+BoundarySet setOf(const std::vector<Outline>& outlines) {
+    BoundarySet set;
+    for (const Outline& outline : outlines) {
+        set.polygons.push_back(makePolygon(set.vertices, outline));
+    }
+    return set;
+}
+
 Outline reversed(Outline outline) {
     std::reverse(outline.begin(), outline.end());
     return outline;

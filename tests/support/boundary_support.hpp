@@ -30,6 +30,9 @@ const Outline clockwiseSquare = {{0, 0}, {0, 10}, {10, 10}, {10, 0}};
 BoundaryPolygon makePolygon(std::vector<BoundaryVertex>& vertexTable, const Outline& outline,
                             Closing closing = Closing::open);
 
+/// A set with one polygon for each outline, as reading a boundary file gives it.
+BoundarySet setOf(const std::vector<Outline>& outlines);
+
 Outline reversed(Outline outline);
 
 /// The same ring, beginning with another corner.

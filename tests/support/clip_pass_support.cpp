@@ -22,27 +22,6 @@ FileTree partOf(const FileTree& tree, const std::string& directory, bool inside)
 
 } // namespace
 
-BoundarySet boundaryOf(const std::vector<std::vector<Point2D>>& rings) {
-    BoundarySet set;
-    for (const std::vector<Point2D>& ring : rings) {
-        BoundaryPolygon polygon;
-        for (const Point2D corner : ring) {
-            BoundaryVertex vertex;
-            vertex.x = corner.x;
-            vertex.y = corner.y;
-            polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size()));
-            set.vertices.push_back(vertex);
-        }
-        computeBoundingBox(polygon, set.vertices);
-        set.polygons.push_back(polygon);
-    }
-    return set;
-}
-
-BoundarySet squareBoundary() {
-    return boundaryOf({{{0, 0}, {10, 0}, {10, 10}, {0, 10}}});
-}
-
 std::ostream& operator<<(std::ostream& output, const PassOutcome& outcome) {
     output << "kept " << outcome.keptNodes << "\nconsole '" << outcome.console << "'\n";
     for (const auto& [path, content] : outcome.outputDirectory) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "boundary/boundary_set.hpp"
+#include "support/boundary_support.hpp"
 #include "support/expected_calls_support.hpp"
 #include "support/file_support.hpp"
 
@@ -10,12 +11,6 @@
 #include <ostream>
 #include <string>
 #include <vector>
-
-/// A boundary with one polygon for each ring.
-BoundarySet boundaryOf(const std::vector<std::vector<Point2D>>& rings);
-
-/// The square from (0, 0) to (10, 10).
-BoundarySet squareBoundary();
 
 struct PassOutcome {
     std::int32_t keptNodes = 0;
@@ -31,7 +26,7 @@ std::ostream& operator<<(std::ostream& output, const PassOutcome& outcome);
 /// A pass from in/a.xyz to out/a.xyz in a directory of its own. Both directories exist, the files do not.
 class ClipPass {
 public:
-    ClipPass() : boundary(squareBoundary()) {
+    ClipPass() : boundary(setOf({counterClockwiseSquare})) {
         directory.makeDirectory("in");
         directory.makeDirectory("out");
     }
