@@ -12,4 +12,6 @@ function(add_catalogue language)
     DEPENDS ${source}
     COMMENT "Compiling the message catalogue of language ${language}")
   add_custom_target(catalogue_${language} ALL DEPENDS ${directory}/VD2D.mo)
+  # Whoever builds the tool alone gets its catalogues too.
+  add_dependencies(Vadelclip catalogue_${language})
 endfunction()

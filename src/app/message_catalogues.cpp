@@ -2,7 +2,6 @@
 
 #include "app/executable_path.hpp"
 
-#include <boost/filesystem/path.hpp>
 #include <boost/locale/encoding_errors.hpp>
 #include <boost/locale/generator.hpp>
 #include <boost/locale/localization_backend.hpp>
@@ -21,18 +20,16 @@ void chooseLocaleBackend() {
     boost::locale::localization_backend_manager::global(manager);
 }
 
-/// The directory `locale` beside the executable, or the empty text if the executable's path is unknown.
-std::string catalogueSearchPath() {
-    const boost::filesystem::path executable = executablePath();
+} // namespace
+
+std::string catalogueSearchPath(const boost::filesystem::path& executable) {
     return executable.empty() ? std::string() : (executable.parent_path() / "locale").string();
 }
-
-} // namespace
 
 void setUpMessageCatalogues(const std::string& language) {
     chooseLocaleBackend();
     boost::locale::generator generator;
-    generator.add_messages_path(catalogueSearchPath());
+    generator.add_messages_path(catalogueSearchPath(executablePath()));
     generator.add_messages_domain("VD2D");
 
     std::stringstream localeName;

@@ -2,6 +2,8 @@
 /// The one-time set-up of the gettext catalogues that lie beside the executable.
 #pragma once
 
+#include <boost/filesystem/path.hpp>
+
 #include <string>
 
 /// Makes a locale for `language` global, with the translations of
@@ -15,3 +17,8 @@
 /// @throws std::runtime_error for a catalogue that is not one (a corrupt file), or for a language value that names
 ///         an unknown character set and has a catalogue. Nothing above handles it: a broken installation ends the process abnormally.
 void setUpMessageCatalogues(const std::string& language);
+
+/// Gives the directory where catalogues are looked for: `locale` beside the executable. Whether it exists is not tested.
+///
+/// @param executable full path; where it is empty because the platform does not tell it, the result is empty too.
+std::string catalogueSearchPath(const boost::filesystem::path& executable);

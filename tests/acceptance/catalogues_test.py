@@ -228,11 +228,7 @@ class NumbersInEveryLanguage(CatalogueTest):
     def test_numbers_keep_the_classic_notation_under_a_german_system_locale(self):
         place = os.path.join(self.aside, "locales")
         os.mkdir(place)
-        try:
-            subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", place + "/de_DE.utf8"], check=True,
-                           capture_output=True)
-        except (OSError, subprocess.CalledProcessError) as error:
-            self.skipTest(f"no German locale can be made here: {error}")
+        subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", place + "/de_DE.utf8"], check=True, capture_output=True)
         content = b"x;y;z\n" + b"1.5;2.5;3.5\n" * 1234 + b"1.500,5;1;1\n"
         square = [(0.5, 0.5), (2.5, 0.5), (2.5, 9.5), (0.5, 9.5)]
         for index, (locale, options) in enumerate((("de_DE.utf8", []), ("de_DE.utf8", ["-lang=de_DE"]),

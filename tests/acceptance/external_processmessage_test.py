@@ -71,7 +71,7 @@ class ExternalProcessMessage(unittest.TestCase):
 
     def testARunSendsItsMessagesThroughTheLibrary(self):
         self.assertEqual(
-            (0, "", "", ["MessageSender true", "StateMessage 1 Clipping elevation data... true", "end StateMessage",
+            (0, "", "", ["Instance true", "MessageSender true", "StateMessage 1 Clipping elevation data... true", "end StateMessage",
                          "ProgressMessage 0 100 3", "OnProgress 0 false", "OnProgress 1 false", "OnProgress 2 false",
                          "end ProgressMessage", "ProgressMessage 1 100 100", "OnProgress 100 false",
                          "end ProgressMessage",
@@ -85,7 +85,7 @@ class ExternalProcessMessage(unittest.TestCase):
         os.mkdir(os.path.join(self.job, "base", "out"))
         text = "Output directory base/out already exists, aborting in order avoid overwriting of existing data"
         self.assertEqual(
-            (1, text + "\n", "", ["MessageSender false", f"ErrorMessage 2 {text}", "end ErrorMessage",
+            (1, text + "\n", "", ["Instance false", "MessageSender false", f"ErrorMessage 2 {text}", "end ErrorMessage",
                                   "FailedMessage 1 Clipping of elevation data with model boundaries failed.",
                                   "end FailedMessage", "~MessageSender"]),
             self.runTool("base/data", "out", "area.xml", "-lang=en"))

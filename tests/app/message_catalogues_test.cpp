@@ -153,3 +153,12 @@ TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
     }
     EXPECT_EQ("", console.text());
 }
+
+TEST(CatalogueSearchPath, liesBesideTheExecutable) {
+    EXPECT_EQ(catalogueSearchPath("/opt/tools/Vadelclip"), "/opt/tools/locale");
+    EXPECT_EQ(catalogueSearchPath("/Vadelclip"), "/locale");
+}
+
+TEST(CatalogueSearchPath, isEmptyWhereThePlatformDoesNotTellTheExecutable) {
+    EXPECT_EQ(catalogueSearchPath(boost::filesystem::path()), "");
+}

@@ -240,7 +240,7 @@ class AcceptanceTest(unittest.TestCase):
                 beforeStart()
 
         with tempfile.TemporaryFile() as consoleFile, tempfile.TemporaryFile() as errorFile:
-            process = subprocess.Popen(
+            process = self.process = subprocess.Popen(
                 [tool, *arguments], cwd=self.directory, env=settings, stdin=subprocess.DEVNULL,
                 stdout=consoleFile if console is None else console, stderr=errorFile,
                 pass_fds=(CHANNEL,), preexec_fn=inChild)

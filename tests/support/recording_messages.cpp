@@ -3,7 +3,9 @@
 #include <ProcessMessage.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <map>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace {
@@ -20,6 +22,14 @@ Recorder& recorder() {
     return *instance;
 }
 
+/// Stands in for a library that fails: the call that reads like VADELCLIP_RECORDING_THROWS throws once it is noted.
+void throwIfAsked(const std::string& call) {
+    const char* const throwing = std::getenv("VADELCLIP_RECORDING_THROWS");
+    if (throwing != nullptr && call == throwing) {
+        throw std::runtime_error("thrown by " + call);
+    }
+}
+
 void record(const std::string& call) {
     recorder().calls.push_back(call);
     if (recorder().writesToDescriptor) {
@@ -32,6 +42,7 @@ void record(const std::string& call) {
 void recordObject(const Message* message, const std::string& className, const std::string& values) {
     recorder().liveMessages[message] = className;
     record(className + " " + values);
+    throwIfAsked(className + " " + values);
 }
 
 std::string escaped(const std::string& text) {
@@ -106,7 +117,9 @@ ProgressMessage::ProgressMessage(double startPercent_, double endPercent_, int s
 }
 
 void ProgressMessage::OnProgress(int step, bool flag) {
-    record("OnProgress " + std::to_string(step) + " " + flagText(flag));
+    const std::string call = "OnProgress " + std::to_string(step) + " " + flagText(flag);
+    record(call);
+    throwIfAsked(call);
 }
 
 FailedMessage::FailedMessage(int level, const std::string& text) {

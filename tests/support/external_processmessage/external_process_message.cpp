@@ -41,6 +41,7 @@ void Message::addCall(const std::string& call) {
 }
 
 MessageSender& MessageSender::Instance(bool pipeMode) {
+    append("Instance" + listed(pipeMode));
     static MessageSender instance(pipeMode);
     return instance;
 }
