@@ -12,6 +12,9 @@ namespace {
 /// Chains per vertex that the rows of a ring may hold, apart from those of vertices at the rows' limits.
 constexpr double chainsPerVertex = 2.0;
 
+/// The same where chains are merged.
+constexpr double mergedChainsPerVertex = 10.0;
+
 /// Finer rows would only take more memory: by then a point hardly ever lies on a chain's range.
 constexpr double mostRows = 8192.0;
 
@@ -103,12 +106,14 @@ void RingRowsBuilder::chooseRows(std::size_t vertexCount, const Extent& extent) 
     const double vertices = std::max(static_cast<double>(vertexCount), fewestRows);
     const double room = std::max(chainsPerVertex * vertices / extent.crossingsPerHeight, 2.0);
     double rowCount = std::min(std::max(vertices / 2.0, fewestRows), room);
-    double merged = std::sqrt(extent.crossingsPerWidth / (2.0 * room));
     longestMergedChain = 0;
-    if (merged >= 2.0) {
-        merged = std::min(merged, mostMergedEdges);
+    // From here on the best merged chain has two edges or more.
+    if (extent.crossingsPerWidth >= 8.0 * room) {
+        // A merged chain ends after so many vertices, whether they meet the row or not.
+        const double mergedRoom = std::min(room, mergedChainsPerVertex);
+        const double merged = std::min(std::sqrt(extent.crossingsPerWidth / (2.0 * mergedRoom)), mostMergedEdges);
         longestMergedChain = static_cast<std::uint32_t>(merged);
-        rowCount = room * merged;
+        rowCount = mergedRoom * merged;
     }
     // A quotient that is no number means an extent that is none; the cells find out.
     rows =
@@ -241,7 +246,9 @@ ChainList RingRowsBuilder::storeRow(std::span<const RingChain> rowChains) {
             for (const RingChain& chain : rowChains) {
                 listed += cells.cellOf(chain.maxX) - cells.cellOf(chain.minX) + 1;
             }
-            if (listed <= listedPerChain * rowChains.size()) {
+            // Columns that list nearly everything would only take memory.
+            const bool shortLists = listed * 2 <= rowChains.size() * count;
+            if (shortLists && listed <= listedPerChain * rowChains.size()) {
                 return storeColumns(rowChains, cells);
             }
         }
