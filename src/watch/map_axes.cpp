@@ -81,7 +81,8 @@ std::vector<MapTick> ticksBetween(double first, double last, TickStep step) {
     const int largestPlace = placeOf(std::max(std::abs(first), std::abs(last)));
     std::vector<MapTick> ticks;
     double multiple = std::ceil(first / valueOf(step));
-    for (double value = multipleOf(step, multiple); value <= last; value = multipleOf(step, multiple)) {
+    while (multipleOf(step, multiple) <= last) {
+        const double value = multipleOf(step, multiple);
         ticks.push_back({value, formatTick(value, step, largestPlace)});
         ++multiple;
     }

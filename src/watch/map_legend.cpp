@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr double legendGap = 44.0;
@@ -44,13 +46,13 @@ std::string nodesText(std::uint64_t nodes) {
     return formatCount(nodes) + (nodes == 1 ? " node" : " nodes");
 }
 
-std::string keptText(const NodeCounts& counts) {
+/// The share of all data lines.
+std::string keptName(const NodeCounts& counts) {
     const std::uint64_t all = counts.kept + counts.dropped + counts.unreadable;
     if (all == 0) {
-        return nodesText(0);
+        return "Kept";
     }
-    const double percent = 100.0 * static_cast<double>(counts.kept) / static_cast<double>(all);
-    return fmt::format("{} ({:.1f} %)", nodesText(counts.kept), percent);
+    return fmt::format("Kept ({:.1f} %)", 100.0 * static_cast<double>(counts.kept) / static_cast<double>(all));
 }
 
 /// Notes below the entries, one line each, where there is something to say.
@@ -82,7 +84,10 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, double left, double to
     canvas.fillRectangle({left, top, pixels / 2.0, 9.0}, ink);
     canvas.strokeRectangle(bar, ink, 1.5);
     canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
-    canvas.drawText(formatLength(length), {left + pixels, top + 34.0}, {labelSize, TextAnchor::middle, false});
+    const TextStyle style{labelSize, TextAnchor::middle, false};
+    const std::string label = formatLength(length);
+    const double lastMiddle = view.pictureWidth - 12.0 - canvas.textWidth(label, style) / 2.0;
+    canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
     canvas.drawText("in units of the coordinates", {left, top + 34.0 + lineHeight},
                     {labelSize - 3.0, TextAnchor::left, false});
 }
@@ -133,7 +138,8 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
 void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend) {
     const double left = legendLeft(view);
     double top = view.plot.top;
-    drawNodeEntry(canvas, left, top, keptColour, legend.showsDensity, "Kept", keptText(legend.counts));
+    drawNodeEntry(canvas, left, top, keptColour, legend.showsDensity, keptName(legend.counts),
+                  nodesText(legend.counts.kept));
     top += entryHeight;
     drawNodeEntry(canvas, left, top, droppedColour, legend.showsDensity, "Dropped", nodesText(legend.counts.dropped));
     top += entryHeight;

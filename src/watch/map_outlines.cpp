@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <string_view>
 #include <system_error>
 
@@ -55,6 +56,11 @@ bool narrow(double distance, double change, double& first, double& last) {
     return first <= last;
 }
 
+/// A crossing on an edge that is very much longer than the window is rounded to somewhere beside it.
+MapPosition clampTo(const MapExtent& window, MapPosition position) {
+    return {std::clamp(position.x, window.minX, window.maxX), std::clamp(position.y, window.minY, window.maxY)};
+}
+
 /// Clips one edge in place.
 /// @return false if nothing of it is in the window.
 bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
@@ -66,11 +72,12 @@ bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
         !narrow(start.y - window.minY, dy, first, last) || !narrow(window.maxY - start.y, -dy, first, last)) {
         return false;
     }
+    const MapPosition origin = start;
     if (last < 1.0) {
-        end = {start.x + last * dx, start.y + last * dy};
+        end = clampTo(window, {origin.x + last * dx, origin.y + last * dy});
     }
     if (first > 0.0) {
-        start = {start.x + first * dx, start.y + first * dy};
+        start = clampTo(window, {origin.x + first * dx, origin.y + first * dy});
     }
     return true;
 }
@@ -78,6 +85,11 @@ bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
 } // namespace
 
 std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
+    std::error_code error;
+    if (std::filesystem::is_directory(boundaryFile, error)) {
+        // The parser would speak of missing memory.
+        return fmt::format("The boundary file {} cannot be read: it is a directory.", boundaryFile);
+    }
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_file(boundaryFile.c_str(), parseOptions, pugi::encoding_auto);
     if (result.status != pugi::status_ok) {

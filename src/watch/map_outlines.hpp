@@ -22,6 +22,6 @@ MapExtent extentOf(const MapOutlines& outlines);
 
 /// Cuts a closed outline to what a window shows, in the order of travel.
 ///
-/// @return lines of at least two positions each, all within the window up to rounding. A single vertex in the window
+/// @return lines of at least two positions each, all within the window. A single vertex in the window
 ///         comes as a line from itself to itself.
 MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window);

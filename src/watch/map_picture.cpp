@@ -44,6 +44,12 @@ std::string readContent(const MapRequest& request, MapContent& content) {
     return error;
 }
 
+/// Where nothing was kept, the question is where the nodes are, so all of them are shown.
+MapExtent frameOf(const MapContent& content) {
+    const MapExtent outlines = extentOf(content.outlines);
+    return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
+}
+
 MapView layOut(const MapExtent& frame) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     return layOutMap(addMargin(frame), [&scratch](const std::string& label) {
@@ -151,7 +157,7 @@ std::string drawMap(const MapRequest& request) {
     if (!error.empty()) {
         return error;
     }
-    const MapExtent frame = chooseFrame(content.points, extentOf(content.outlines));
+    const MapExtent frame = frameOf(content);
     if (isEmpty(frame)) {
         return "There is nothing to draw: no node has a position and the boundary has no vertex.";
     }

@@ -111,9 +111,9 @@ void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity
             centres.clear();
         }
         colour = next;
-        const auto column = static_cast<double>(cell % static_cast<std::size_t>(raster.width));
-        const auto row = static_cast<double>(cell / static_cast<std::size_t>(raster.width));
-        centres.push_back({corner.x + column + 0.5, corner.y + row + 0.5});
+        const std::size_t row = cell / static_cast<std::size_t>(raster.width);
+        const std::size_t column = cell % static_cast<std::size_t>(raster.width);
+        centres.push_back({corner.x + static_cast<double>(column) + 0.5, corner.y + static_cast<double>(row) + 0.5});
     }
     canvas.fillDiscs(centres, radius, colour);
 }
@@ -134,9 +134,10 @@ double discRadius(double nodeSpacing) {
     }
     // Discs around the corners of a square cover it from half its diagonal on, and centres are whole pixels: at a
     // spacing of 3.1 some are 4 apart.
-    constexpr double halfDiagonal = 0.71;
-    constexpr double softEdge = 0.4;
-    return std::min(std::ceil(nodeSpacing) * halfDiagonal + softEdge, 4.0);
+    constexpr double halfDiagonal = 0.7072;
+    constexpr double softEdge = 0.5;
+    const double largest = nodeSpacing < 12.0 ? 4.0 : 6.0;
+    return std::min(std::ceil(nodeSpacing) * halfDiagonal + softEdge, largest);
 }
 
 PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius) {
