@@ -4,7 +4,7 @@
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
-  nlohmann-json3-dev libcli11-dev libcairo2-dev)
+  nlohmann-json3-dev libcli11-dev libcairo2-dev pkgconf)
 test_packages=(libgtest-dev libgmock-dev python3 clang-format clang-tidy cppcheck)
 
 wanted=("${build_packages[@]}")

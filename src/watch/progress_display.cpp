@@ -10,9 +10,27 @@ namespace {
 
 constexpr double secondsBetweenDrawings = 0.1;
 
-/// Back to the first column, and everything from there to the end of the screen is cleared: also the second half of a
-/// bar that a narrower window broke into two.
-constexpr const char* eraseBar = "\r\033[J";
+/// The row of the cursor, which stands in its first column.
+constexpr const char* eraseRow = "\033[K";
+
+/// What a narrower window has moved to the next rows. In a window that cuts lines there is nothing to erase, and the
+/// last row of the screen has no next one: the cursor comes back from wherever it got to.
+std::string eraseRowsBelow(int rows) {
+    if (rows <= 0) {
+        return {};
+    }
+    // Row by row: clearing all of the screen makes some terminals keep a copy of it.
+    std::string sequence = "\0337";
+    for (int row = 0; row < rows; ++row) {
+        sequence += "\033[B\033[2K";
+    }
+    return sequence + "\0338";
+}
+
+/// Around a drawing: a line that turns out too long is cut at the edge and does not go on in the next row. Terminals may
+/// become narrower some time before they say so.
+constexpr const char* wrappingOff = "\033[?7l";
+constexpr const char* wrappingOn = "\033[?7h";
 
 /// A value that is not empty, or nothing.
 std::string_view environmentValue(const char* name) {
@@ -54,18 +72,24 @@ void ProgressDisplay::update(const ProgressFigures& figures, double now) {
 
 void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
     // One column stays free: many terminals go to the next line when the last one is filled.
-    const std::string line = progressBarLine(figures, std::max(0, width() - 1), style, texts);
-    if (barStands && line == drawnLine) {
+    const int columns = width();
+    const std::string line = progressBarLine(figures, std::max(0, columns - 1), style, texts);
+    // Drawn over the old one where that is as wide, so that nothing flickers.
+    const bool over = barStands && columns == drawnColumns;
+    if (over && line == drawnLine) {
         return;
     }
-    clear();
-    drawnLine = line;
-    if (!line.empty()) {
-        pending += line;
-        pending += '\r';
-        barStands = true;
-        lastDrawing = now;
+    if (!over) {
+        clear();
     }
+    if (line.empty()) {
+        return;
+    }
+    pending += wrappingOff + line + eraseRow + "\r" + wrappingOn;
+    barStands = true;
+    drawnLine = line;
+    drawnColumns = columns;
+    lastDrawing = now;
 }
 
 void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
@@ -80,7 +104,8 @@ void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
 
 void ProgressDisplay::clear() {
     if (barStands) {
-        pending += eraseBar;
+        const int columns = width();
+        pending += eraseRow + eraseRowsBelow(columns > 0 ? (drawnColumns - 1) / columns : 0);
         barStands = false;
     }
 }

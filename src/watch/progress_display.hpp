@@ -19,7 +19,7 @@ public:
     using Width = std::function<int()>;
 
     /// @param writer takes what is to be seen.
-    /// @param width  gives the columns of the terminal; asked before each drawing, in mode `bar` alone.
+    /// @param width  gives the columns of the terminal; asked before each drawing and erasing.
     ProgressDisplay(ProgressMode mode, BarStyle style, const WatchTexts& texts, Writer writer, Width width);
 
     /// Shows a line above the bar. The bar comes back with the next `update`.
@@ -30,9 +30,6 @@ public:
     ///
     /// @param now seconds on a clock that only goes forward.
     void update(const ProgressFigures& figures, double now);
-
-    /// After a change of the window: the bar is drawn anew with the next `update` that is due.
-    void windowChanged() { drawnLine.clear(); }
 
     /// Removes the bar. It comes back with the next `update`.
     void clear();
@@ -51,7 +48,8 @@ private:
     Width width;
     std::string pending;     ///< Collected output.
     bool barStands = false;  ///< The bar is to be seen, or will be with the collected output.
-    std::string drawnLine;   ///< The bar as it was drawn last, empty if it has to be drawn anew.
+    std::string drawnLine;   ///< The bar as it was drawn last,
+    int drawnColumns = 0;    ///< and the width of the terminal then.
     double lastDrawing = -1; ///< Time of the last drawing.
     int shownTens = 0;       ///< Tens of percent that have had their plain line.
 };

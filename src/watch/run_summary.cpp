@@ -4,12 +4,17 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <utility>
+#include <sstream>
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-using Row = std::pair<std::string, std::string>;
+
+struct Row {
+    std::string label;
+    std::string value;
+    bool isPath = false;
+};
 
 /// Percent of the nodes read, where that has a meaning.
 std::optional<double> percentKept(const RunSummary& summary) {
@@ -29,22 +34,54 @@ std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
                        percent ? decimalNumber(*percent, 1, texts) : "-");
 }
 
-/// Columns of a label; its letters are one column wide each.
-std::size_t columnsOf(const std::string& label) {
+/// Columns of a text whose letters are one column wide each.
+std::size_t columnsOf(const std::string& text) {
     return static_cast<std::size_t>(
-        std::count_if(label.begin(), label.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
-std::string alignedRows(const std::vector<Row>& rows) {
-    std::size_t widest = 0;
-    for (const Row& row : rows) {
-        widest = std::max(widest, columnsOf(row.first));
+/// Breaks a sentence between words.
+std::string wrapped(const std::string& sentence, const std::string& indent, std::size_t columns) {
+    std::string text;
+    std::string line = indent;
+    std::istringstream words(sentence);
+    for (std::string word; words >> word;) {
+        if (line.size() > indent.size() && columnsOf(line) + 1 + columnsOf(word) > columns) {
+            text += line + "\n";
+            line = indent;
+        }
+        line += (line.size() > indent.size() ? " " : "") + word;
     }
+    return text + line + "\n";
+}
+
+std::string alignedRows(const std::vector<Row>& rows, std::size_t labelColumns) {
     std::string text;
     for (const Row& row : rows) {
-        text += "  " + row.first + std::string(widest - columnsOf(row.first) + 2, ' ') + row.second + "\n";
+        const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
+        text += fmt::format("  {}{}{}\n", row.label, space, row.value);
     }
     return text;
+}
+
+std::string stackedRows(const std::vector<Row>& rows, std::size_t columns) {
+    std::string text;
+    for (const Row& row : rows) {
+        text += fmt::format("  {}\n", row.label);
+        text += row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", columns);
+    }
+    return text;
+}
+
+std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
+    std::size_t labelColumns = 0;
+    std::size_t valueColumns = 0;
+    for (const Row& row : rows) {
+        labelColumns = std::max(labelColumns, columnsOf(row.label));
+        // A path goes its own way in either form.
+        valueColumns = std::max(valueColumns, row.isPath ? 0 : columnsOf(row.value));
+    }
+    return labelColumns + valueColumns + 4 <= columns ? alignedRows(rows, labelColumns) : stackedRows(rows, columns);
 }
 
 template <typename Value>
@@ -54,16 +91,18 @@ Json orNull(const std::optional<Value>& value) {
 
 } // namespace
 
-std::string summaryText(const RunSummary& summary, const WatchTexts& texts) {
-    const std::string title = summary.closingText.empty() ? "" : summary.closingText + "\n";
-    return title + alignedRows({
-                       {texts.filesRead, groupedNumber(summary.filesRead)},
-                       {texts.filesWritten, groupedNumber(summary.filesWritten)},
-                       {texts.nodesKept, nodesText(summary, texts)},
-                       {texts.time, fmt::format(fmt::runtime(texts.seconds), decimalNumber(summary.seconds, 1, texts))},
-                       {texts.outputDirectory, summary.outputDirectory},
-                       {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
-                   });
+std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns) {
+    const std::string time = decimalNumber(summary.seconds, 1, texts);
+    const std::vector<Row> rows{
+        {texts.filesRead, groupedNumber(summary.filesRead)},
+        {texts.filesWritten, groupedNumber(summary.filesWritten)},
+        {texts.nodesKept, nodesText(summary, texts)},
+        {texts.time, fmt::format(fmt::runtime(texts.seconds), time)},
+        {texts.outputDirectory, summary.outputDirectory, true},
+        {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
+    };
+    const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);
+    return title + tableText(rows, columns);
 }
 
 std::string summaryJson(const RunSummary& summary) {

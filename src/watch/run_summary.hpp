@@ -4,6 +4,7 @@
 
 #include "watch/watch_texts.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -25,7 +26,10 @@ struct RunSummary {
 };
 
 /// Lines for a person, each with its line feed. Only for a finished run.
-std::string summaryText(const RunSummary& summary, const WatchTexts& texts);
+///
+/// @param columns width of the window. Where the table is wider, each value stands below its label, and sentences are
+///                broken between words; a path is never broken.
+std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns);
 
 /// One JSON object with a line feed behind it; what is unknown is null, and so is all that only a finished run has.
 std::string summaryJson(const RunSummary& summary);

@@ -73,9 +73,8 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
         if (asksForEnd(number)) {
             record.interruptedBy = number;
             tool.forward(number);
-        } else if (number == SIGWINCH) {
-            display.windowChanged();
         }
+        // SIGWINCH is for the wait to end: the next drawing asks for the width.
     }
     if (const std::optional<ToolEnd> end = tool.pollEnd()) {
         record.end = *end;

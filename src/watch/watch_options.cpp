@@ -1,6 +1,7 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
+#include "watch/map_picture.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -34,16 +35,12 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")->type_name("FILE");
 }
 
-bool isPicturePath(const std::string& path) {
-    return path.ends_with(".png") || path.ends_with(".svg");
-}
-
 /// What CLI11 cannot know.
 void checkValues(const CLI::App& app, const WatchOptions& options) {
     if (app.count("--log") > 0 && options.logPath.empty()) {
         throw CLI::ValidationError("--log", "needs the name of a file");
     }
-    if (app.count("--map") > 0 && !isPicturePath(options.mapPath)) {
+    if (app.count("--map") > 0 && !isPictureFileName(options.mapPath)) {
         throw CLI::ValidationError("--map", "the name must end in .png or .svg: " + options.mapPath);
     }
 }

@@ -1,6 +1,7 @@
 #include "watch/watch_run.hpp"
 
 #include "watch/exit_status.hpp"
+#include "watch/map_picture.hpp"
 #include "watch/message_log.hpp"
 #include "watch/node_files.hpp"
 #include "watch/output_check.hpp"
@@ -17,6 +18,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -163,11 +165,33 @@ void closeLog(Watch& watch, RunSummary& summary) {
     }
 }
 
+/// Draws the map of a finished run, if it is wanted; says so if that fails.
+void drawWantedMap(Watch& watch, RunSummary& summary) {
+    if (watch.options.mapPath.empty()) {
+        return;
+    }
+    const std::string problem = drawMap(
+        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
+    if (!problem.empty()) {
+        watch.errors.write("Vadelwatch: " + problem + "\n");
+        if (summary.exitStatus == finishedStatus) {
+            summary.exitStatus = usageErrorStatus;
+        }
+    }
+}
+
+/// Columns for the summary: those of the terminal, or as many as it likes.
+std::size_t summaryColumns() {
+    constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+    const int columns = isatty(STDOUT_FILENO) == 1 ? terminalColumns(STDOUT_FILENO) : 0;
+    return columns > 0 ? static_cast<std::size_t>(columns) : unlimited;
+}
+
 void printSummary(Watch& watch, const RunSummary& summary) {
     if (watch.options.json) {
         watch.output.write(summaryJson(summary));
     } else if (summary.finished && !watch.options.quiet) {
-        watch.output.write(summaryText(summary, watch.texts));
+        watch.output.write(summaryText(summary, watch.texts, summaryColumns()));
     }
 }
 
@@ -190,6 +214,9 @@ int watchRun(const WatchOptions& options) {
         watch.errors.write(line + "\n");
     }
     closeLog(watch, summary);
+    if (summary.finished) {
+        drawWantedMap(watch, summary);
+    }
     printSummary(watch, summary);
     for (const std::string& line : difference) {
         watch.errors.write(line + "\n");
