@@ -67,6 +67,14 @@ cairo_surface_t* copyImage(const PixelImage& image) {
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the leak sanitizer's name for it; without it nobody calls this.
+extern "C" const char* __lsan_default_suppressions();
+
+// The library that finds the fonts keeps what it has found until the process ends, and offers Cairo no way to free it.
+extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libfontconfig.so\n";
+}
+
 MapCanvas::MapCanvas(PictureFormat format, int width, int height)
     : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr})) {
     surface->target = makeSurface(format, width, height, surface->bytes);

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace {
 
 struct LayerPixel {
     float opacity = 0.0F;
     float tone = 0.0F;
+    /// To the nearest centre of a disc that reaches the pixel, squared.
+    int distance = std::numeric_limits<int>::max();
 };
 
 /// One layer of discs: at each pixel the largest opacity and the darkest tone of those that reach it.
@@ -49,6 +52,7 @@ void stampDisc(NodeLayer& layer, const MapRaster& raster, const DiscMask& mask, 
                                       static_cast<std::size_t>(x)];
             pixel.opacity = std::max(pixel.opacity, coverage);
             pixel.tone = std::max(pixel.tone, tone);
+            pixel.distance = std::min(pixel.distance, (x - column) * (x - column) + (y - row) * (y - row));
         }
     }
 }
@@ -80,15 +84,6 @@ void blend(std::uint32_t& pixel, MapColour colour, float opacity) {
                << shift;
     };
     pixel = part(24, 255) | part(16, colour.red) | part(8, colour.green) | part(0, colour.blue);
-}
-
-template <typename ColourOfTone>
-void layOver(PixelImage& image, const NodeLayer& layer, ColourOfTone colourOfTone) {
-    for (std::size_t i = 0; i < layer.size(); ++i) {
-        if (layer[i].opacity > 0.0F) {
-            blend(image.pixels[i], colourOfTone(layer[i].tone), layer[i].opacity);
-        }
-    }
 }
 
 bool isSameColour(MapColour first, MapColour second) {
@@ -143,8 +138,19 @@ double discRadius(double nodeSpacing) {
 PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius) {
     PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
     const DiscMask mask = makeMask(radius);
-    layOver(image, makeLayer(raster, density, mask, &RasterCell::anyDropped), droppedColour);
-    layOver(image, makeLayer(raster, density, mask, &RasterCell::anyKept), keptColour);
+    const NodeLayer dropped = makeLayer(raster, density, mask, &RasterCell::anyDropped);
+    const NodeLayer kept = makeLayer(raster, density, mask, &RasterCell::anyKept);
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        // Kept nodes are on top, but where a dropped one is nearer: else the discs, wider than their nodes' share of
+        // the ground, would carry the colour of kept ones across the outline.
+        if (dropped[i].distance < kept[i].distance) {
+            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+            blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
+        } else {
+            blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
+            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+        }
+    }
     return image;
 }
 

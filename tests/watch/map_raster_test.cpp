@@ -136,6 +136,16 @@ TEST(MapShading, keptNodesLieOverDroppedOnes) {
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0xFFBABABAU, 0U}), image.pixels);
 }
 
+TEST(MapShading, theNearerNodeColoursAPixel) {
+    MapRaster raster = makeRaster(7, 1, {0, 0, 7, 1});
+    countNode(raster, {0.5, 0.5}, true);
+    countNode(raster, {4.5, 0.5}, false);
+    const PixelImage image = shadeNodes(raster, measureDensity(raster), 4.0);
+    constexpr std::uint32_t kept = 0xFF4180BAU;
+    constexpr std::uint32_t dropped = 0xFFBABABAU;
+    EXPECT_EQ((std::vector<std::uint32_t>{kept, kept, kept, dropped, dropped, dropped, dropped}), image.pixels);
+}
+
 TEST(MapShading, radiusIsLimited) {
     EXPECT_EQ(0.5, discRadius(0.0));
     EXPECT_EQ(0.5, discRadius(0.7));
