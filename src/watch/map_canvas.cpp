@@ -67,13 +67,15 @@ cairo_surface_t* copyImage(const PixelImage& image) {
 
 } // namespace
 
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the leak sanitizer's name for it; without it nobody calls this.
+// The name is the leak sanitizer's; without it nobody calls this. The library that finds the fonts keeps what it has
+// found until the process ends.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" const char* __lsan_default_suppressions();
 
-// The library that finds the fonts keeps what it has found until the process ends, and offers Cairo no way to free it.
-extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig.so\n";
 }
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
 
 MapCanvas::MapCanvas(PictureFormat format, int width, int height)
     : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr})) {
