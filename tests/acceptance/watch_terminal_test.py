@@ -150,7 +150,7 @@ class Resizing(TerminalTest):
         for seen, data in terminal.reads:
             # What was drawn as the window changed may still be on its way.
             fitting = [columns for changed, columns in bounds if changed <= seen]
-            recent = [columns for changed, columns in bounds if changed <= seen < changed + 0.15]
+            recent = [columns for changed, columns in bounds if changed <= seen < changed + 0.3]
             columns = max(fitting[-1:] + fitting[-2:-1] if recent else fitting[-1:], default=120)
             for row in self.shown(data, columns).drawings:
                 self.assertLess(len(row), columns)
