@@ -2,6 +2,7 @@
 
 #include "watch/line_count.hpp"
 
+#include <array>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
@@ -35,10 +36,10 @@ std::string firstLine(const std::string& path) {
     if (descriptor == -1) {
         return {};
     }
-    char bytes[longestHeader];
-    const ssize_t size = read(descriptor, bytes, sizeof bytes);
+    std::array<char, longestHeader> bytes{};
+    const ssize_t size = read(descriptor, bytes.data(), bytes.size());
     close(descriptor);
-    std::string line(bytes, size > 0 ? static_cast<std::size_t>(size) : 0);
+    std::string line(bytes.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
     const std::size_t lineFeed = line.find('\n');
     if (lineFeed != std::string::npos) {
         line.erase(lineFeed);

@@ -1,7 +1,5 @@
 #include "watch/output_check.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -9,34 +7,30 @@
 
 namespace {
 
-template <typename... Arguments>
-std::string formatted(const char* text, const Arguments&... arguments) {
-    return fmt::format(fmt::runtime(text), arguments...);
-}
-
 std::string differenceLine(const OutputCheck& check, const WatchTexts& texts) {
     const std::string found = groupedNumber(check.nodeLines);
     if (!check.nodeCount) {
-        return formatted(texts.noNodeCount, found);
+        return filledIn(texts.noNodeCount, {found});
     }
     const std::int64_t missing = check.missingNodes();
-    return formatted(missing < 0 ? texts.linesTooMany : texts.linesDiffer, found, *check.nodeCount,
-                     groupedNumber(static_cast<std::uint64_t>(std::abs(missing))));
+    return filledIn(
+        missing < 0 ? texts.linesTooMany : texts.linesDiffer,
+        {found, std::to_string(*check.nodeCount), groupedNumber(static_cast<std::uint64_t>(std::abs(missing)))});
 }
 
 /// What is wrong with a file in itself; empty for a whole one.
 std::string conditionLine(const OutputFile& file, const WatchTexts& texts) {
     switch (file.condition) {
     case OutputCondition::empty:
-        return formatted(texts.fileEmpty, file.name);
+        return filledIn(texts.fileEmpty, {file.name});
     case OutputCondition::cut:
-        return formatted(texts.fileCut, file.name, groupedNumber(file.nodeLines));
+        return filledIn(texts.fileCut, {file.name, groupedNumber(file.nodeLines)});
     case OutputCondition::withoutNode:
-        return formatted(texts.fileWithoutNode, file.name);
+        return filledIn(texts.fileWithoutNode, {file.name});
     case OutputCondition::unreadable:
-        return formatted(texts.fileUnreadable, file.name);
+        return filledIn(texts.fileUnreadable, {file.name});
     case OutputCondition::notRegular:
-        return formatted(texts.fileNotRegular, file.name);
+        return filledIn(texts.fileNotRegular, {file.name});
     case OutputCondition::whole:
         break;
     }
@@ -55,7 +49,7 @@ void addConditions(const OutputCheck& check, const WatchTexts& texts, std::vecto
 void addInputs(const NodeFiles& nodeFiles, const WatchTexts& texts, std::vector<std::string>& lines) {
     for (const NodeFile& file : nodeFiles.files) {
         if (fileState(file.path) != file.state) {
-            lines.push_back(formatted(texts.inputChanged, file.name));
+            lines.push_back(filledIn(texts.inputChanged, {file.name}));
         }
     }
     const bool overwritten = std::any_of(nodeFiles.files.begin(), nodeFiles.files.end(),
@@ -81,11 +75,11 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
     std::vector<std::string> lines{differenceLine(check, texts)};
     addConditions(check, texts, lines);
     if (evidence.rejectedHeaders > 0) {
-        lines.push_back(formatted(texts.headerRejected, evidence.rejectedHeaders));
+        lines.push_back(filledIn(texts.headerRejected, {std::to_string(evidence.rejectedHeaders)}));
     }
     addInputs(evidence.nodeFiles, texts, lines);
     if (isFull(evidence.outputDirectory)) {
-        lines.push_back(formatted(texts.diskFull, evidence.outputDirectory));
+        lines.push_back(filledIn(texts.diskFull, {evidence.outputDirectory}));
     }
     if (lines.size() == 1) {
         lines.emplace_back(texts.noSuspect);

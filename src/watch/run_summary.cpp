@@ -30,8 +30,8 @@ std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
         return kept;
     }
     const std::optional<double> percent = percentKept(summary);
-    return fmt::format(fmt::runtime(texts.keptOfRead), kept, groupedNumber(*summary.nodesRead),
-                       percent ? decimalNumber(*percent, 1, texts) : "-");
+    return filledIn(texts.keptOfRead,
+                    {kept, groupedNumber(*summary.nodesRead), percent ? decimalNumber(*percent, 1, texts) : "-"});
 }
 
 /// Columns of a text whose letters are one column wide each.
@@ -97,7 +97,7 @@ std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std:
         {texts.filesRead, groupedNumber(summary.filesRead)},
         {texts.filesWritten, groupedNumber(summary.filesWritten)},
         {texts.nodesKept, nodesText(summary, texts)},
-        {texts.time, fmt::format(fmt::runtime(texts.seconds), time)},
+        {texts.time, filledIn(texts.seconds, {time})},
         {texts.outputDirectory, summary.outputDirectory, true},
         {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
     };

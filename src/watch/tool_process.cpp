@@ -1,5 +1,6 @@
 #include "watch/tool_process.hpp"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -29,8 +30,8 @@ int movedUp(int descriptor) {
 
 /// Both ends are closed on exec; only the reading end does not block.
 Pipe makePipe() {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return {};
     }
     const Pipe made{movedUp(ends[0]), movedUp(ends[1])};
@@ -93,6 +94,7 @@ int ToolProcess::start(const std::string& program, const std::vector<std::string
         std::vector<std::string> words{program};
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char*> pointers;
+        pointers.reserve(words.size() + 1);
         for (std::string& word : words) {
             pointers.push_back(word.data());
         }

@@ -8,13 +8,12 @@
 #include "watch/own_output.hpp"
 #include "watch/progress_display.hpp"
 #include "watch/run_directories.hpp"
+#include "watch/run_ending.hpp"
 #include "watch/run_signals.hpp"
 #include "watch/run_summary.hpp"
 #include "watch/run_watcher.hpp"
 #include "watch/tool_process.hpp"
 #include "watch/watch_texts.hpp"
-
-#include <fmt/format.h>
 
 #include <cstring>
 #include <filesystem>
@@ -40,17 +39,6 @@ struct Watch {
     NodeLineCount lineCount;
 };
 
-template <typename... Arguments>
-std::string formatted(const char* text, const Arguments&... arguments) {
-    return fmt::format(fmt::runtime(text), arguments...);
-}
-
-/// The name of a signal without its "SIG".
-std::string signalName(int number) {
-    const char* const name = sigabbrev_np(number);
-    return name == nullptr ? std::to_string(number) : name;
-}
-
 /// Looked at before the run, so that nobody waits for an hour to hear that the map has nowhere to go.
 bool canBeWritten(const std::string& path) {
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
@@ -61,11 +49,11 @@ bool canBeWritten(const std::string& path) {
 /// @return false, and says so, if the log or the map has nowhere to go.
 bool prepareFiles(Watch& watch) {
     if (!watch.log.open(watch.options.logPath)) {
-        watch.errors.write(formatted(watch.texts.cannotWrite, watch.options.logPath) + "\n");
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
         return false;
     }
     if (!watch.options.mapPath.empty() && !canBeWritten(watch.options.mapPath)) {
-        watch.errors.write(formatted(watch.texts.cannotWrite, watch.options.mapPath) + "\n");
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.mapPath}) + "\n");
         return false;
     }
     return true;
@@ -79,7 +67,7 @@ bool startTool(Watch& watch, ToolProcess& tool) {
     }
     const int error = tool.start(program, toolArguments(watch.options));
     if (error != 0) {
-        watch.errors.write(formatted(watch.texts.cannotStart, program, std::strerror(error)) + "\n");
+        watch.errors.write(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
         return false;
     }
     return true;
@@ -102,27 +90,6 @@ bool watchTool(Watch& watch, RunRecord& record) {
     RunWatcher watcher(tool, display, watch.log, watch.lineCount);
     record = watcher.watch(signals);
     return true;
-}
-
-int statusOf(const ToolEnd& end) {
-    const bool itsOwn = end.signal == 0 && (end.exitStatus == finishedStatus || end.exitStatus == toolFailedStatus);
-    return itsOwn ? end.exitStatus : abnormalEndStatus;
-}
-
-/// The one line about a run that did not finish; for a failed one, the tool's own last words.
-std::string endingLine(const RunRecord& record, const Watch& watch) {
-    const WatchTexts& texts = watch.texts;
-    if (statusOf(record.end) == toolFailedStatus) {
-        return record.closingText;
-    }
-    const std::string notComplete = formatted(texts.notComplete, watch.directories.output);
-    if (record.interruptedBy != 0) {
-        return formatted(texts.interrupted, signalName(record.interruptedBy)) + notComplete;
-    }
-    if (record.end.signal != 0) {
-        return formatted(texts.endedBySignal, signalName(record.end.signal), record.end.signal) + notComplete;
-    }
-    return formatted(texts.unknownStatus, record.end.exitStatus) + notComplete;
 }
 
 RunSummary summaryOf(const RunRecord& record, const Watch& watch) {
@@ -158,7 +125,7 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, Watch& watch,
 /// Closes the log, and says so if something of it is missing.
 void closeLog(Watch& watch, RunSummary& summary) {
     if (!watch.log.close()) {
-        watch.errors.write(formatted(watch.texts.cannotWrite, watch.options.logPath) + "\n");
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
         if (summary.exitStatus == finishedStatus) {
             summary.exitStatus = usageErrorStatus;
         }
@@ -210,7 +177,7 @@ int watchRun(const WatchOptions& options) {
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
-    } else if (const std::string line = endingLine(record, watch); !line.empty()) {
+    } else if (const std::string line = endingLine(record, watch.directories.output, watch.texts); !line.empty()) {
         watch.errors.write(line + "\n");
     }
     closeLog(watch, summary);

@@ -1,5 +1,6 @@
 #include "watch/watch_texts.hpp"
 
+#include <fmt/args.h>
 #include <fmt/format.h>
 
 #include <cctype>
@@ -96,6 +97,14 @@ const WatchTexts& watchTexts(const std::optional<std::string>& language) {
     const bool named = folder == "de" || folder == "DE" || folder == "De" || folder == "dE";
     const bool ends = language->size() <= 2 || std::isalnum(static_cast<unsigned char>((*language)[2])) == 0;
     return named && ends ? german : english;
+}
+
+std::string filledIn(const char* text, const std::vector<std::string>& values) {
+    fmt::dynamic_format_arg_store<fmt::format_context> arguments;
+    for (const std::string& value : values) {
+        arguments.push_back(value);
+    }
+    return fmt::vformat(text, arguments);
 }
 
 std::string groupedNumber(std::uint64_t number) {

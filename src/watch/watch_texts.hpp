@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct WatchTexts {
     char decimalPoint;
@@ -55,6 +56,9 @@ struct WatchTexts {
 
 /// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
 const WatchTexts& watchTexts(const std::optional<std::string>& language);
+
+/// A text with these values in the places of its placeholders.
+std::string filledIn(const char* text, const std::vector<std::string>& values);
 
 /// Digits in groups of three with blanks between them, which no language takes for a decimal sign.
 std::string groupedNumber(std::uint64_t number);
