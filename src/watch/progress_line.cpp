@@ -34,7 +34,7 @@ std::string remainingText(const std::optional<double>& seconds) {
 
 /// The figures behind the bar, from the most to the fewest words.
 std::string figuresText(const ProgressFigures& figures, int detail, const WatchTexts& texts) {
-    const std::string percent = percentText(figures.percent, texts);
+    std::string percent = percentText(figures.percent, texts);
     const std::string elapsed = clockText(figures.elapsedSeconds);
     const std::string remaining = remainingText(figures.remainingSeconds);
     const std::string rate = fmt::format("{:>9} {}", rateText(figures.linesPerSecond), texts.linesPerSecond);
@@ -91,7 +91,7 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
         }
     }
     for (int detail = 1; detail >= 0; --detail) {
-        const std::string text = figuresText(figures, detail, texts);
+        std::string text = figuresText(figures, detail, texts);
         if (columnsOf(text) <= columns) {
             return text;
         }

@@ -25,7 +25,7 @@ std::optional<double> percentKept(const RunSummary& summary) {
 }
 
 std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
-    const std::string kept = groupedNumber(summary.nodesKept);
+    std::string kept = groupedNumber(summary.nodesKept);
     if (!summary.nodesRead) {
         return kept;
     }

@@ -49,6 +49,8 @@ def watchEnvironment(extra=None):
     settings = {name: value for name, value in os.environ.items()
                 if name not in dropped and not name.startswith("LC_")}
     settings.update({"TERM": "xterm", "LC_ALL": "C.UTF-8"})
+    if SANITIZED:  # or every map would be followed by a table of what the fonts' library keeps
+        settings["LSAN_OPTIONS"] = "print_suppressions=0"
     settings.update(extra or {})
     return settings
 
