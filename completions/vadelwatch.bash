@@ -1,0 +1,55 @@
+# Completion of Vadelwatch's options and arguments in bash. Source it, or put it into a directory that bash-completion
+# reads: ~/.local/share/bash-completion/completions/Vadelwatch
+
+_vadelwatch_offer_files() {
+  local file
+  while IFS= read -r file; do
+    COMPREPLY+=("$file")
+  done < <(compgen "$@")
+  compopt -o filenames 2>/dev/null || true
+}
+
+_vadelwatch() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  COMPREPLY=()
+
+  # "--lang=de" comes as three words.
+  if [ "$current" = = ]; then
+    current=
+  elif [ "$previous" = = ]; then
+    previous=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
+
+  case $previous in
+  --lang)
+    mapfile -t COMPREPLY < <(compgen -W "de en" -- "$current")
+    return
+    ;;
+  --log | --map)
+    _vadelwatch_offer_files -f -- "$current"
+    return
+    ;;
+  esac
+
+  if [[ $current == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --quiet --version -h" -- "$current")
+    return
+  fi
+
+  # The first argument is a directory, the second a new name, the third a file.
+  local word place=0 index
+  for ((index = 1; index < COMP_CWORD; index++)); do
+    word=${COMP_WORDS[index]}
+    case $word in
+    --lang | --log | --map) ((index++)) ;;
+    = | -*) ;;
+    *) ((place++)) ;;
+    esac
+  done
+  case $place in
+  0) _vadelwatch_offer_files -d -- "$current" ;;
+  2) _vadelwatch_offer_files -f -- "$current" ;;
+  esac
+}
+
+complete -F _vadelwatch Vadelwatch

@@ -1,0 +1,28 @@
+/// \file
+/// Vadelwatch: the controlling process for people. It starts the tool beside it and shows what the tool does.
+
+#include "watch/exit_status.hpp"
+#include "watch/own_output.hpp"
+#include "watch/watch_options.hpp"
+#include "watch/watch_run.hpp"
+
+#include <exception>
+#include <string>
+#include <unistd.h>
+
+int main(int argc, char* argv[]) {
+    guardOwnOutput();
+    OwnOutput errors(STDERR_FILENO);
+    try {
+        const CommandLineOutcome outcome = readCommandLine(argc, argv);
+        if (outcome.options) {
+            return watchRun(*outcome.options);
+        }
+        OwnOutput(STDOUT_FILENO).write(outcome.standardOutput);
+        errors.write(outcome.standardError);
+        return outcome.exitStatus;
+    } catch (const std::exception& error) {
+        errors.write("Vadelwatch: " + std::string(error.what()) + "\n");
+        return abnormalEndStatus;
+    }
+}

@@ -1,0 +1,34 @@
+/// \file
+/// What stands around the map: title, axes, legend, scale bar.
+#pragma once
+
+#include "watch/map_canvas.hpp"
+#include "watch/map_points.hpp"
+#include "watch/map_view.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+struct MapLegend {
+    NodeCounts counts;
+    std::uint64_t outside = 0;
+    std::size_t polygons = 0;
+    bool showsDensity = false;
+    /// Width of an outline in the map, in pixels.
+    double outlineWidth = 0.0;
+};
+
+constexpr MapColour outlineColour{208, 72, 0};
+
+void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title);
+
+/// Faint lines at the ticks, below everything else of the map.
+void drawGrid(MapCanvas& canvas, const MapView& view);
+
+/// The frame of the map with ticks, labels and the names of the axes.
+void drawAxes(MapCanvas& canvas, const MapView& view);
+
+/// Right of the map: what the colours mean, how many nodes there are of each, and below them the scale bar. Its
+/// length is in the unit of the coordinates, whichever that is; the files do not tell.
+void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend);

@@ -1,0 +1,32 @@
+/// \file
+/// The file of --log: every message as it came, with the seconds since the start, as JSON Lines.
+#pragma once
+
+#include "watch/message_stream.hpp"
+
+#include <fstream>
+#include <string>
+#include <string_view>
+
+/// One line of the log, its line feed included: `{"seconds":1.25,"message":{...}}` with the message byte for byte, or
+/// `{"seconds":1.25,"line":"..."}` for a line that is not JSON, with U+FFFD for what is not UTF-8.
+std::string logLine(double seconds, std::string_view line, const Message& message);
+
+class MessageLog {
+public:
+    /// Empties or creates the file. An empty path is no log: everything is accepted and dropped.
+    /// @return false if the file cannot be opened.
+    bool open(const std::string& path);
+
+    void add(double seconds, std::string_view line, const Message& message);
+
+    /// Hands what is buffered to the system.
+    void flush();
+
+    /// Closes the file. @return false if something could not be written.
+    bool close();
+
+private:
+    std::ofstream file;
+    bool wanted = false;
+};

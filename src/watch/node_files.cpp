@@ -1,0 +1,126 @@
+#include "watch/node_files.hpp"
+
+#include "watch/line_count.hpp"
+
+#include <array>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+/// Longer than any header: mark, seven characters, line end.
+constexpr std::size_t longestHeader = 16;
+
+bool hasNodeFileSuffix(const std::string& path) {
+    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
+}
+
+bool matchesColumns(std::string_view line, std::string_view columns) {
+    if (line.size() != 2 * columns.size() - 1) {
+        return false;
+    }
+    const char separator = line[1];
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] != (i % 2 == 0 ? columns[i / 2] : separator)) {
+            return false;
+        }
+    }
+    return separator == '\t' || separator == ' ' || separator == ',' || separator == ';';
+}
+
+/// The first line of a regular file, as far as a header could go.
+std::string firstLine(const std::string& path) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor == -1) {
+        return {};
+    }
+    std::array<char, longestHeader> bytes{};
+    const ssize_t size = read(descriptor, bytes.data(), bytes.size());
+    close(descriptor);
+    std::string line(bytes.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    const std::size_t lineFeed = line.find('\n');
+    if (lineFeed != std::string::npos) {
+        line.erase(lineFeed);
+        if (line.ends_with('\r')) {
+            line.pop_back();
+        }
+    }
+    return line;
+}
+
+/// Adds an entry to what was found if it is, or may be, a node file.
+void lookAt(const std::filesystem::path& path, NodeFiles& found) {
+    struct stat status {};
+    if (!hasNodeFileSuffix(path.string()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+        return;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        found.incomplete = true;
+    } else if (isNodeFileHeader(firstLine(path.string()))) {
+        const std::optional<FileState> state = fileState(path.string());
+        found.files.push_back({path.filename().string(), path.string(), state.value_or(FileState{})});
+    }
+}
+
+} // namespace
+
+bool isNodeFileHeader(std::string_view line) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (line.starts_with(byteOrderMark)) {
+        line.remove_prefix(byteOrderMark.size());
+    }
+    return matchesColumns(line, "xyz") || matchesColumns(line, "XYZ") || matchesColumns(line, "xyzg") ||
+           matchesColumns(line, "XYZG");
+}
+
+NodeFiles findNodeFiles(const std::string& directory) {
+    NodeFiles found;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        lookAt(entry->path(), found);
+    }
+    return found;
+}
+
+std::optional<FileState> fileState(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+    return FileState{status.st_size, status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
+
+NodeLineCount::~NodeLineCount() {
+    stop();
+    wait();
+}
+
+void NodeLineCount::start(const std::string& directory) {
+    worker = std::thread([this, directory] { count(directory); });
+}
+
+void NodeLineCount::count(const std::string& directory) {
+    found = findNodeFiles(directory);
+    for (const NodeFile& file : found.files) {
+        const std::optional<LineCount> lines = countLines(file.path, stopped);
+        if (!lines) {
+            return;
+        }
+        total += lines->nodeLines();
+    }
+    known = !found.incomplete;
+}
+
+std::optional<std::uint64_t> NodeLineCount::nodeLines() const {
+    return known ? std::optional(total) : std::nullopt;
+}
+
+void NodeLineCount::wait() {
+    if (worker.joinable()) {
+        worker.join();
+    }
+}

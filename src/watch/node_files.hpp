@@ -1,0 +1,75 @@
+/// \file
+/// Which files of the input directory the tool takes as node files, and how many lines they hold.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+/// A file as it was when it was looked at.
+struct FileState {
+    std::int64_t bytes = 0;
+    std::int64_t modifiedNanoseconds = 0; ///< Since the epoch.
+
+    bool operator==(const FileState&) const = default;
+};
+
+struct NodeFile {
+    std::string name; ///< Without its directory.
+    std::string path;
+    FileState state;
+};
+
+struct NodeFiles {
+    std::vector<NodeFile> files;
+    /// Something that may be a node file is no regular file, so it cannot be read without taking it from the tool.
+    bool incomplete = false;
+};
+
+/// The first line of a node file, with or without a byte order mark. See docs/file-formats.md.
+///
+/// @param line without its line end.
+bool isNodeFileHeader(std::string_view line);
+
+/// Looks through a directory, one level deep. A directory that cannot be read holds nothing.
+NodeFiles findNodeFiles(const std::string& directory);
+
+/// Nothing if the file cannot be looked at.
+std::optional<FileState> fileState(const std::string& path);
+
+/// The lines of all node files of a directory, counted beside the run.
+class NodeLineCount {
+public:
+    NodeLineCount() = default;
+    NodeLineCount(const NodeLineCount&) = delete;
+    NodeLineCount& operator=(const NodeLineCount&) = delete;
+    ~NodeLineCount();
+
+    void start(const std::string& directory);
+
+    /// Gives up soon.
+    void stop() { stopped = true; }
+
+    /// Lines of all node files, headers left out. Nothing while the count goes on, and for ever if it was stopped or a
+    /// file could not be counted.
+    std::optional<std::uint64_t> nodeLines() const;
+
+    /// Waits for the end of the count.
+    void wait();
+
+    /// The files as they were found at the start. Only after `wait`.
+    const NodeFiles& nodeFiles() const { return found; }
+
+private:
+    void count(const std::string& directory);
+
+    NodeFiles found;
+    std::uint64_t total = 0;
+    std::atomic<bool> known = false;
+    std::atomic<bool> stopped = false;
+    std::thread worker;
+};

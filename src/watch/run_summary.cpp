@@ -1,0 +1,124 @@
+#include "watch/run_summary.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Row {
+    std::string label;
+    std::string value;
+    bool isPath = false;
+};
+
+/// Percent of the nodes read, where that has a meaning.
+std::optional<double> percentKept(const RunSummary& summary) {
+    if (!summary.nodesRead || *summary.nodesRead == 0) {
+        return std::nullopt;
+    }
+    return 100.0 * static_cast<double>(summary.nodesKept) / static_cast<double>(*summary.nodesRead);
+}
+
+std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
+    std::string kept = groupedNumber(summary.nodesKept);
+    if (!summary.nodesRead) {
+        return kept;
+    }
+    const std::optional<double> percent = percentKept(summary);
+    return filledIn(texts.keptOfRead,
+                    {kept, groupedNumber(*summary.nodesRead), percent ? decimalNumber(*percent, 1, texts) : "-"});
+}
+
+/// Columns of a text whose letters are one column wide each.
+std::size_t columnsOf(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+/// Breaks a sentence between words.
+std::string wrapped(const std::string& sentence, const std::string& indent, std::size_t columns) {
+    std::string text;
+    std::string line = indent;
+    std::istringstream words(sentence);
+    for (std::string word; words >> word;) {
+        if (line.size() > indent.size() && columnsOf(line) + 1 + columnsOf(word) > columns) {
+            text += line + "\n";
+            line = indent;
+        }
+        line += (line.size() > indent.size() ? " " : "") + word;
+    }
+    return text + line + "\n";
+}
+
+std::string alignedRows(const std::vector<Row>& rows, std::size_t labelColumns) {
+    std::string text;
+    for (const Row& row : rows) {
+        const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
+        text += fmt::format("  {}{}{}\n", row.label, space, row.value);
+    }
+    return text;
+}
+
+std::string stackedRows(const std::vector<Row>& rows, std::size_t columns) {
+    std::string text;
+    for (const Row& row : rows) {
+        text += fmt::format("  {}\n", row.label);
+        text += row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", columns);
+    }
+    return text;
+}
+
+std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
+    std::size_t labelColumns = 0;
+    std::size_t valueColumns = 0;
+    for (const Row& row : rows) {
+        labelColumns = std::max(labelColumns, columnsOf(row.label));
+        // A path goes its own way in either form.
+        valueColumns = std::max(valueColumns, row.isPath ? 0 : columnsOf(row.value));
+    }
+    return labelColumns + valueColumns + 4 <= columns ? alignedRows(rows, labelColumns) : stackedRows(rows, columns);
+}
+
+template <typename Value>
+Json orNull(const std::optional<Value>& value) {
+    return value ? Json(*value) : Json();
+}
+
+} // namespace
+
+std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns) {
+    const std::string time = decimalNumber(summary.seconds, 1, texts);
+    const std::vector<Row> rows{
+        {texts.filesRead, groupedNumber(summary.filesRead)},
+        {texts.filesWritten, groupedNumber(summary.filesWritten)},
+        {texts.nodesKept, nodesText(summary, texts)},
+        {texts.time, filledIn(texts.seconds, {time})},
+        {texts.outputDirectory, summary.outputDirectory, true},
+        {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
+    };
+    const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);
+    return title + tableText(rows, columns);
+}
+
+std::string summaryJson(const RunSummary& summary) {
+    const bool finished = summary.finished;
+    Json object;
+    object["finished"] = finished;
+    object["exit_status"] = summary.exitStatus;
+    object["files_read"] = finished ? Json(summary.filesRead) : Json();
+    object["files_written"] = finished ? Json(summary.filesWritten) : Json();
+    object["nodes_read"] = finished ? orNull(summary.nodesRead) : Json();
+    object["nodes_kept"] = finished ? Json(summary.nodesKept) : Json();
+    object["percent_kept"] = finished ? orNull(percentKept(summary)) : Json();
+    object["total_node_count"] = finished ? orNull(summary.nodeCount) : Json();
+    object["adds_up"] = finished ? Json(summary.addsUp) : Json();
+    object["seconds"] = summary.seconds;
+    object["output_directory"] = summary.outputDirectory;
+    object["errors"] = summary.errors;
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+}

@@ -1,0 +1,181 @@
+#include "watch/run_watcher.hpp"
+
+#include <array>
+#include <cerrno>
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t blockSize = 65536;
+
+/// At most this much of the console goes before the messages of a block: more than a pipe holds, so every line that was
+/// written before one of these messages is among it.
+constexpr int consoleBlocks = 2;
+
+/// For the clock in the bar to go on, and for nothing else.
+constexpr int pollMilliseconds = 100;
+
+} // namespace
+
+RunWatcher::Source::Source(int pipe) : descriptor(pipe), block(blockSize) {}
+
+std::string_view RunWatcher::Source::readBlock() {
+    if (!open) {
+        return {};
+    }
+    const ssize_t size = read(descriptor, block.data(), block.size());
+    if (size > 0) {
+        return {block.data(), static_cast<std::size_t>(size)};
+    }
+    if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+        open = false;
+    }
+    return {};
+}
+
+RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, MessageLog& messageLog,
+                       const NodeLineCount& nodeLineCount)
+    : tool(toolProcess), display(progressDisplay), log(messageLog), lineCount(nodeLineCount), channel(tool.channel()),
+      console(tool.console()) {}
+
+RunRecord RunWatcher::watch(const RunSignals& signals) {
+    while (!ended) {
+        showProgress();
+        log.flush();
+        display.flush();
+        waitForSomething(signals);
+        takeSignals(signals);
+        // Messages and their console lines; without messages, the console alone.
+        if (!readMessages()) {
+            readConsole();
+        }
+    }
+    readTheRest();
+    finishLines();
+    record.seconds = secondsSinceStart();
+    display.update(figures(), record.seconds);
+    display.clear();
+    display.flush();
+    return record;
+}
+
+void RunWatcher::waitForSomething(const RunSignals& signals) const {
+    // A negative descriptor is passed over.
+    std::array<pollfd, 3> sources{{{signals.descriptor(), POLLIN, 0},
+                                   {channel.open ? channel.descriptor : -1, POLLIN, 0},
+                                   {console.open ? console.descriptor : -1, POLLIN, 0}}};
+    poll(sources.data(), sources.size(), pollMilliseconds);
+}
+
+void RunWatcher::takeSignals(const RunSignals& signals) {
+    for (const int number : signals.take()) {
+        if (asksForEnd(number)) {
+            record.interruptedBy = number;
+            tool.forward(number);
+        }
+        // SIGWINCH is for the wait to end: the next drawing asks for the width.
+    }
+    if (const std::optional<ToolEnd> end = tool.pollEnd()) {
+        record.end = *end;
+        ended = true;
+    }
+}
+
+/// @return whether there was anything.
+bool RunWatcher::readMessages() {
+    const std::string_view bytes = channel.readBlock();
+    // The console line of an error is written before its message. So it is there by now, and is shown first.
+    for (int i = 0; i < consoleBlocks && readConsole(); ++i) {
+    }
+    channel.lines.feed(bytes, [this](std::string_view line) { takeMessageLine(line); });
+    return !bytes.empty();
+}
+
+/// @return whether there was anything.
+bool RunWatcher::readConsole() {
+    const std::string_view bytes = console.readBlock();
+    console.lines.feed(bytes, [this](std::string_view line) { takeConsoleLine(line); });
+    return !bytes.empty();
+}
+
+/// After the end of the tool: only what is there now. A process that the tool left behind may hold the pipes open for
+/// ever, and is not waited for.
+void RunWatcher::readTheRest() {
+    bool more = true;
+    while (more) {
+        more = readMessages();
+        more = readConsole() || more;
+        display.flush();
+    }
+}
+
+void RunWatcher::finishLines() {
+    console.lines.finish([this](std::string_view line) { takeConsoleLine(line); });
+    channel.lines.finish([this](std::string_view line) { takeMessageLine(line); });
+}
+
+void RunWatcher::takeConsoleLine(std::string_view line) {
+    display.showLine(line);
+    echo.shown(line);
+}
+
+void RunWatcher::takeMessageLine(std::string_view line) {
+    const Message message = parseMessage(line);
+    log.add(secondsSinceStart(), line, message);
+    takeMessage(message, line);
+}
+
+void RunWatcher::takeMessage(const Message& message, std::string_view line) {
+    switch (message.kind) {
+    case MessageKind::error:
+        record.errors.push_back(message.text);
+        if (!echo.repeats(message.text)) {
+            display.showLine(message.text);
+        }
+        break;
+    case MessageKind::progress:
+        percent = message.percent;
+        if (!firstProgressSeconds) {
+            firstProgressSeconds = secondsSinceStart();
+        }
+        showProgress();
+        break;
+    case MessageKind::state:
+        ++record.passes;
+        break;
+    case MessageKind::failed:
+    case MessageKind::finish:
+        record.closingText = message.text;
+        break;
+    case MessageKind::other:
+        break;
+    case MessageKind::unreadable:
+        display.showLine(line);
+        break;
+    }
+}
+
+void RunWatcher::showProgress() {
+    display.update(figures(), secondsSinceStart());
+}
+
+ProgressFigures RunWatcher::figures() const {
+    ProgressFigures figures;
+    figures.percent = percent;
+    figures.elapsedSeconds = secondsSinceStart();
+    if (!firstProgressSeconds || !(percent > 0.0)) {
+        return figures;
+    }
+    const double working = figures.elapsedSeconds - *firstProgressSeconds;
+    figures.remainingSeconds = working * (100.0 - percent) / percent;
+    const std::optional<std::uint64_t> lines = lineCount.nodeLines();
+    if (lines && working > 0.0) {
+        figures.linesPerSecond = static_cast<double>(*lines) * percent / 100.0 / working;
+    }
+    return figures;
+}
+
+double RunWatcher::secondsSinceStart() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - startTime).count();
+}

@@ -1,0 +1,80 @@
+/// \file
+/// Watching one run from its first message to its end: everything that comes from the tool goes to the display, the log
+/// and the record of what happened.
+#pragma once
+
+#include "watch/error_echo.hpp"
+#include "watch/message_log.hpp"
+#include "watch/message_stream.hpp"
+#include "watch/node_files.hpp"
+#include "watch/progress_display.hpp"
+#include "watch/run_signals.hpp"
+#include "watch/tool_process.hpp"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What a run has said about itself.
+struct RunRecord {
+    ToolEnd end;
+    int interruptedBy = 0;    ///< The last signal that asked for the end, 0 if none did.
+    double seconds = 0.0;     ///< From the start of the tool to its end.
+    std::uint64_t passes = 0; ///< State messages: one for each node file.
+    std::string closingText;  ///< Of the finish or failed message.
+    std::vector<std::string> errors;
+};
+
+class RunWatcher {
+public:
+    /// All of these outlive the watcher. The tool has just been started.
+    RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, MessageLog& messageLog,
+               const NodeLineCount& nodeLineCount);
+
+    /// Returns when the tool has ended and everything it sent has been dealt with. The display is left without a bar.
+    RunRecord watch(const RunSignals& signals);
+
+private:
+    /// One pipe from the tool. It is read in blocks and cut into lines.
+    struct Source {
+        explicit Source(int pipe);
+
+        /// Reads what is there, up to a block. Empty if there is nothing now; `open` is false from the end of the
+        /// stream on. Valid until the next call.
+        std::string_view readBlock();
+
+        int descriptor;
+        bool open = true;
+        std::vector<char> block;
+        LineSplitter lines;
+    };
+
+    void waitForSomething(const RunSignals& signals) const;
+    void takeSignals(const RunSignals& signals);
+    bool readMessages();
+    bool readConsole();
+    void readTheRest();
+    void finishLines();
+    void takeConsoleLine(std::string_view line);
+    void takeMessageLine(std::string_view line);
+    void takeMessage(const Message& message, std::string_view line);
+    void showProgress();
+    ProgressFigures figures() const;
+    double secondsSinceStart() const;
+
+    ToolProcess& tool;
+    ProgressDisplay& display;
+    MessageLog& log;
+    const NodeLineCount& lineCount;
+    std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
+    Source channel;
+    Source console;
+    ErrorEcho echo;
+    RunRecord record;
+    bool ended = false;
+    double percent = 0.0;
+    std::optional<double> firstProgressSeconds; ///< When the lines began to be dealt with.
+};

@@ -1,0 +1,72 @@
+#include "watch/watch_options.hpp"
+
+#include "watch/exit_status.hpp"
+#include "watch/map_picture.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <sstream>
+
+namespace {
+
+constexpr const char* description =
+    "Starts the Vadelclip beside it, shows its progress, sums up what it did and checks its output.";
+
+constexpr const char* footer =
+    "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log or map that cannot be\n"
+    "written, 3 the output does not add up to total_node_count.txt, 4 the tool did not start or\n"
+    "ended abnormally.";
+
+void addArguments(CLI::App& app, WatchOptions& options) {
+    app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")
+        ->required();
+    app.add_option("output-directory-name", options.outputDirectoryName,
+                   "Name of the new directory beside the input directory")
+        ->required();
+    app.add_option("boundary-file-path", options.boundaryFilePath, "XML file with the polygons")->required();
+}
+
+void addOptions(CLI::App& app, WatchOptions& options) {
+    app.add_option("--lang", options.language, "Language of the messages; German (de) unless given")
+        ->type_name("LANGUAGE");
+    app.add_flag("--quiet", options.quiet, "Show errors only");
+    app.add_flag("--json", options.json, "Print the summary as one JSON object");
+    app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")->type_name("FILE");
+    app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")->type_name("FILE");
+}
+
+/// What CLI11 cannot know.
+void checkValues(const CLI::App& app, const WatchOptions& options) {
+    if (app.count("--log") > 0 && options.logPath.empty()) {
+        throw CLI::ValidationError("--log", "needs the name of a file");
+    }
+    if (app.count("--map") > 0 && !isPictureFileName(options.mapPath)) {
+        throw CLI::ValidationError("--map", "the name must end in .png or .svg: " + options.mapPath);
+    }
+}
+
+} // namespace
+
+CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
+    CLI::App app(description, "Vadelwatch");
+    WatchOptions options;
+    addArguments(app, options);
+    addOptions(app, options);
+    app.set_help_flag("-h,--help", "Show this help and exit");
+    app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
+    app.footer(footer);
+
+    CommandLineOutcome outcome;
+    try {
+        app.parse(argc, argv);
+        checkValues(app, options);
+        outcome.options = options;
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream output;
+        std::ostringstream errors;
+        outcome.exitStatus = app.exit(error, output, errors) == 0 ? 0 : usageErrorStatus;
+        outcome.standardOutput = output.str();
+        outcome.standardError = errors.str();
+    }
+    return outcome;
+}

@@ -1,0 +1,192 @@
+#include "watch/watch_run.hpp"
+
+#include "watch/exit_status.hpp"
+#include "watch/map_picture.hpp"
+#include "watch/message_log.hpp"
+#include "watch/node_files.hpp"
+#include "watch/output_check.hpp"
+#include "watch/own_output.hpp"
+#include "watch/progress_display.hpp"
+#include "watch/run_directories.hpp"
+#include "watch/run_ending.hpp"
+#include "watch/run_signals.hpp"
+#include "watch/run_summary.hpp"
+#include "watch/run_watcher.hpp"
+#include "watch/tool_process.hpp"
+#include "watch/watch_texts.hpp"
+
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+/// What the steps of one run share.
+struct Watch {
+    explicit Watch(const WatchOptions& watchOptions)
+        : options(watchOptions), texts(watchTexts(watchOptions.language)),
+          directories(runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)) {}
+
+    const WatchOptions& options;
+    const WatchTexts& texts;
+    RunDirectories directories;
+    OwnOutput output{STDOUT_FILENO};
+    OwnOutput errors{STDERR_FILENO};
+    MessageLog log;
+    NodeLineCount lineCount;
+};
+
+/// Looked at before the run, so that nobody waits for an hour to hear that the map has nowhere to go.
+bool canBeWritten(const std::string& path) {
+    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    return !std::filesystem::is_directory(path, error) && access(parent.empty() ? "." : parent.c_str(), W_OK) == 0;
+}
+
+/// @return false, and says so, if the log or the map has nowhere to go.
+bool prepareFiles(Watch& watch) {
+    if (!watch.log.open(watch.options.logPath)) {
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
+        return false;
+    }
+    if (!watch.options.mapPath.empty() && !canBeWritten(watch.options.mapPath)) {
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.mapPath}) + "\n");
+        return false;
+    }
+    return true;
+}
+
+bool startTool(Watch& watch, ToolProcess& tool) {
+    const std::string program = toolPathBesideExecutable();
+    if (program.empty()) {
+        watch.errors.write(std::string(watch.texts.unknownDirectory) + "\n");
+        return false;
+    }
+    const int error = tool.start(program, toolArguments(watch.options));
+    if (error != 0) {
+        watch.errors.write(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
+        return false;
+    }
+    return true;
+}
+
+/// The run itself; afterwards signals act on this process again.
+///
+/// @return false if the tool could not be started.
+bool watchTool(Watch& watch, RunRecord& record) {
+    const RunSignals signals;
+    ToolProcess tool;
+    if (!startTool(watch, tool)) {
+        return false;
+    }
+    watch.lineCount.start(watch.directories.input);
+    const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
+    ProgressDisplay display(
+        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.write(text); },
+        [] { return terminalColumns(STDERR_FILENO); });
+    RunWatcher watcher(tool, display, watch.log, watch.lineCount);
+    record = watcher.watch(signals);
+    return true;
+}
+
+RunSummary summaryOf(const RunRecord& record, const Watch& watch) {
+    RunSummary summary;
+    summary.closingText = record.closingText;
+    summary.exitStatus = statusOf(record.end);
+    summary.finished = summary.exitStatus == finishedStatus;
+    summary.filesRead = record.passes;
+    summary.seconds = record.seconds;
+    summary.outputDirectory = watch.directories.output;
+    summary.errors = record.errors;
+    return summary;
+}
+
+/// Adds to the summary what is only to be known after a finished run.
+///
+/// @return lines that say what does not add up.
+std::vector<std::string> checkFinishedRun(const RunRecord& record, Watch& watch, RunSummary& summary) {
+    watch.lineCount.wait();
+    const OutputCheck check = checkOutput(watch.directories.output);
+    summary.filesWritten = check.files.size();
+    summary.nodesRead = watch.lineCount.nodeLines();
+    summary.nodesKept = check.nodeLines;
+    summary.nodeCount = check.nodeCount;
+    summary.addsUp = check.addsUp;
+    if (!check.addsUp) {
+        summary.exitStatus = checkFailedStatus;
+    }
+    const RunEvidence evidence{watch.lineCount.nodeFiles(), record.errors.size(), watch.directories.output};
+    return describeDifference(check, evidence, watch.texts);
+}
+
+/// Closes the log, and says so if something of it is missing.
+void closeLog(Watch& watch, RunSummary& summary) {
+    if (!watch.log.close()) {
+        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
+        if (summary.exitStatus == finishedStatus) {
+            summary.exitStatus = usageErrorStatus;
+        }
+    }
+}
+
+/// Draws the map of a finished run, if it is wanted; says so if that fails.
+void drawWantedMap(Watch& watch, RunSummary& summary) {
+    if (watch.options.mapPath.empty()) {
+        return;
+    }
+    const std::string problem = drawMap(
+        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
+    if (!problem.empty()) {
+        watch.errors.write("Vadelwatch: " + problem + "\n");
+        if (summary.exitStatus == finishedStatus) {
+            summary.exitStatus = usageErrorStatus;
+        }
+    }
+}
+
+/// Columns for the summary: those of the terminal, or as many as it likes.
+std::size_t summaryColumns() {
+    constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+    const int columns = isatty(STDOUT_FILENO) == 1 ? terminalColumns(STDOUT_FILENO) : 0;
+    return columns > 0 ? static_cast<std::size_t>(columns) : unlimited;
+}
+
+void printSummary(Watch& watch, const RunSummary& summary) {
+    if (watch.options.json) {
+        watch.output.write(summaryJson(summary));
+    } else if (summary.finished && !watch.options.quiet) {
+        watch.output.write(summaryText(summary, watch.texts, summaryColumns()));
+    }
+}
+
+} // namespace
+
+int watchRun(const WatchOptions& options) {
+    Watch watch(options);
+    if (!prepareFiles(watch)) {
+        return usageErrorStatus;
+    }
+    RunRecord record;
+    if (!watchTool(watch, record)) {
+        return abnormalEndStatus;
+    }
+    RunSummary summary = summaryOf(record, watch);
+    std::vector<std::string> difference;
+    if (summary.finished) {
+        difference = checkFinishedRun(record, watch, summary);
+    } else if (const std::string line = endingLine(record, watch.directories.output, watch.texts); !line.empty()) {
+        watch.errors.write(line + "\n");
+    }
+    closeLog(watch, summary);
+    if (summary.finished) {
+        drawWantedMap(watch, summary);
+    }
+    printSummary(watch, summary);
+    for (const std::string& line : difference) {
+        watch.errors.write(line + "\n");
+    }
+    return summary.exitStatus;
+}

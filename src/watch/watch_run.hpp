@@ -1,0 +1,11 @@
+/// \file
+/// A watched run from the start of the tool to the exit status, one line for each step.
+#pragma once
+
+#include "watch/watch_options.hpp"
+
+/// Starts the tool, watches it, sums up and checks. Errors and progress go to standard error, the summary to standard
+/// output.
+///
+/// @return the exit status, see exit_status.hpp.
+int watchRun(const WatchOptions& options);

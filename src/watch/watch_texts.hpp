@@ -1,0 +1,67 @@
+/// \file
+/// What Vadelwatch itself says, in English and in German. Placeholders are those of fmt.
+///
+/// The tool's own texts come from its catalogues; help and usage errors are English in every language.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct WatchTexts {
+    char decimalPoint;
+
+    // The line of progress.
+    const char* linesPerSecond;
+    const char* elapsed;
+    const char* remaining;
+
+    // The summary.
+    const char* filesRead;
+    const char* filesWritten;
+    const char* nodesKept;
+    const char* keptOfRead; ///< {0} kept, {1} read, {2} percent.
+    const char* time;
+    const char* seconds; ///< {0} seconds.
+    const char* outputDirectory;
+    const char* check;
+    const char* checkPassed;
+    const char* checkFailed;
+
+    // Ends that are not the tool's own.
+    const char* cannotStart;      ///< {0} path of the tool, {1} reason.
+    const char* unknownDirectory; ///< where the executable stands cannot be found out
+    const char* endedBySignal;    ///< {0} name of the signal, {1} its number.
+    const char* unknownStatus;    ///< {0} exit status.
+    const char* interrupted;      ///< {0} name of the signal that asked for the end.
+    const char* notComplete;      ///< {0} path of the output directory.
+    const char* cannotWrite;      ///< {0} path of the log or map.
+
+    // The check.
+    const char* linesDiffer;     ///< {0} lines found, {1} count of the tool, {2} lines missing.
+    const char* linesTooMany;    ///< {0} lines found, {1} count of the tool, {2} lines too many.
+    const char* noNodeCount;     ///< {0} lines found.
+    const char* fileEmpty;       ///< {0} name.
+    const char* fileCut;         ///< {0} name, {1} complete lines in it.
+    const char* fileWithoutNode; ///< {0} name.
+    const char* fileUnreadable;  ///< {0} name.
+    const char* fileNotRegular;  ///< {0} name.
+    const char* headerRejected;  ///< {0} how many.
+    const char* countOverwrites; ///< no argument
+    const char* inputChanged;    ///< {0} name.
+    const char* diskFull;        ///< {0} path of the output directory.
+    const char* noSuspect;       ///< no argument
+};
+
+/// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
+const WatchTexts& watchTexts(const std::optional<std::string>& language);
+
+/// A text with these values in the places of its placeholders.
+std::string filledIn(const char* text, const std::vector<std::string>& values);
+
+/// Digits in groups of three with blanks between them, which no language takes for a decimal sign.
+std::string groupedNumber(std::uint64_t number);
+
+/// A number with so many decimals and the decimal sign of the language.
+std::string decimalNumber(double number, int decimals, const WatchTexts& texts);

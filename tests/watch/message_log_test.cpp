@@ -1,0 +1,44 @@
+#include "watch/message_log.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(LogLine, aMessageStandsInItByteForByte) {
+    const std::string line = R"({"type" : "progress", "percent":12.50 })";
+    EXPECT_EQ("{\"seconds\":1.250000,\"message\":" + line + "}\n", logLine(1.25, line, parseMessage(line)));
+}
+
+TEST(LogLine, aLineThatIsNotJsonIsAText) {
+    EXPECT_EQ("{\"seconds\":0.000001,\"line\":\"a \\\"b\\\" \xEF\xBF\xBD\"}\n",
+              logLine(0.000001, "a \"b\" \xFF", parseMessage("a \"b\" \xFF")));
+}
+
+TEST(MessageLog, writesLinesInTheirOrder) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("log", "an older log");
+    MessageLog log;
+    ASSERT_TRUE(log.open(path));
+    log.add(0.5, "1", parseMessage("1"));
+    log.flush();
+    EXPECT_EQ("{\"seconds\":0.500000,\"message\":1}\n", readFile(path));
+    log.add(1.0, "2", parseMessage("2"));
+    EXPECT_TRUE(log.close());
+    EXPECT_EQ("{\"seconds\":0.500000,\"message\":1}\n{\"seconds\":1.000000,\"message\":2}\n", readFile(path));
+}
+
+TEST(MessageLog, withoutAPathEverythingIsDropped) {
+    MessageLog log;
+    EXPECT_TRUE(log.open(""));
+    log.add(1.0, "1", parseMessage("1"));
+    EXPECT_TRUE(log.close());
+}
+
+TEST(MessageLog, aFileThatCannotBeWrittenIsTold) {
+    const TemporaryDirectory directory;
+    MessageLog log;
+    EXPECT_FALSE(log.open(directory.pathOf("none/log")));
+    EXPECT_FALSE(MessageLog().open(directory.path()));
+}

@@ -1,0 +1,78 @@
+#include "watch/watch_options.hpp"
+
+#include "watch/exit_status.hpp"
+#include "watch/tool_process.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+CommandLineOutcome read(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "Vadelwatch");
+    return readCommandLine(static_cast<int>(arguments.size()), arguments.data());
+}
+
+} // namespace
+
+TEST(WatchOptions, threeArgumentsAndNothingElse) {
+    const CommandLineOutcome outcome = read({"base/data", "out", "area.xml"});
+    ASSERT_TRUE(outcome.options);
+    EXPECT_EQ("base/data", outcome.options->inputDirectoryPath);
+    EXPECT_EQ("out", outcome.options->outputDirectoryName);
+    EXPECT_EQ("area.xml", outcome.options->boundaryFilePath);
+    EXPECT_FALSE(outcome.options->language || outcome.options->quiet || outcome.options->json);
+    EXPECT_EQ("", outcome.options->logPath + outcome.options->mapPath);
+    EXPECT_EQ((std::vector<std::string>{"base/data", "out", "area.xml", "-pipe"}), toolArguments(*outcome.options));
+}
+
+TEST(WatchOptions, allOptionsAnywhere) {
+    const CommandLineOutcome outcome =
+        read({"--quiet", "-x", "--lang=fr", "out", "--json", "--log", "l", "--map", "m.svg", "b"});
+    EXPECT_FALSE(outcome.options);
+    const CommandLineOutcome good =
+        read({"--quiet", "data", "--lang=fr", "--json", "--log", "l", "--map", "m.svg", "--", "-out", "b"});
+    ASSERT_TRUE(good.options);
+    EXPECT_EQ("-out", good.options->outputDirectoryName);
+    EXPECT_TRUE(good.options->quiet && good.options->json);
+    EXPECT_EQ("l", good.options->logPath);
+    EXPECT_EQ("m.svg", good.options->mapPath);
+    EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
+}
+
+TEST(WatchOptions, namesAreTakenAsTheyAre) {
+    const CommandLineOutcome outcome = read({"[a,b]", "{c}", "Höhe 1/%%.xml"});
+    ASSERT_TRUE(outcome.options);
+    EXPECT_EQ("[a,b]|{c}|Höhe 1/%%.xml", outcome.options->inputDirectoryPath + "|" +
+                                             outcome.options->outputDirectoryName + "|" +
+                                             outcome.options->boundaryFilePath);
+}
+
+TEST(WatchOptions, whatIsWrongIsSaid) {
+    struct Case {
+        std::vector<const char*> arguments;
+        const char* words;
+    };
+    for (const Case& each :
+         {Case{{}, "input-directory-path"}, Case{{"a", "b"}, "boundary-file-path"}, Case{{"a", "b", "c", "d"}, "d"},
+          Case{{"a", "b", "c", "--no"}, "--no"}, Case{{"a", "b", "c", "--lang"}, "--lang"},
+          Case{{"a", "b", "c", "--log="}, "--log"}, Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
+        const CommandLineOutcome outcome = read(each.arguments);
+        EXPECT_FALSE(outcome.options) << each.words;
+        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << each.words;
+        EXPECT_EQ("", outcome.standardOutput);
+        EXPECT_NE(std::string::npos, outcome.standardError.find(each.words)) << outcome.standardError;
+    }
+}
+
+TEST(WatchOptions, helpAndVersionEndWell) {
+    for (const char* const option : {"--help", "-h", "--version"}) {
+        const CommandLineOutcome outcome = read({option});
+        EXPECT_FALSE(outcome.options);
+        EXPECT_EQ(0, outcome.exitStatus);
+        EXPECT_NE("", outcome.standardOutput);
+        EXPECT_EQ("", outcome.standardError);
+    }
+}
