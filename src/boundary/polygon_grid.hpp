@@ -15,6 +15,8 @@
 /// the finest in which it covers a few cells only, so that large polygons do not flood small cells: memory is linear in
 /// the number of polygons. A cell of the finest level that holds many polygons all the same has a grid of its own.
 ///
+/// The order in which polygons are visited is not the set's: whether any contains a point does not depend on it.
+///
 /// A polygon's box and a point in it always meet in a cell, because both are mapped by the same monotone functions.
 class PolygonGrid {
 public:

@@ -5,7 +5,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import DIRECTORY, TOOL, AcceptanceTest, dropPowersOfRoot, linkTo, output
+from acceptance import DIRECTORY, SANITIZED, TOOL, AcceptanceTest, dropPowersOfRoot, linkTo, output
 from expected_messages import (BAD_FIRST_CHARACTER, BAD_SEPARATOR, BAD_SHAPE, closingRange, errorMessage, failedMessage,
                                filePass, finishedRun, finishMessage,
                                recorded)
@@ -47,6 +47,23 @@ class ChangedInput(ChangingTest):
     def test_a_carriage_return_at_the_end_of_such_a_line_stays(self):
         run = self.clipServed(HEADER, HEADER + b"\n\n", HEADER + b"1;1;5\r\n2;2\r")
         self.expectFinished(run, 2, {"a.xyz": HEADER + b"1;1;5\n2;2\r\n"}, lineCounts=[2])
+
+    @unittest.skipIf(SANITIZED, "too slow")
+    def test_a_count_beyond_32_bits_wraps_around_and_no_line_is_read(self):
+        lineFeeds = [b"\n" * 2**20] * 2**11  # 2^31 of them
+        self.serve("base/data/a.xyz", HEADER, [HEADER, *lineFeeds], HEADER + INSIDE)
+        self.serve("base/data/b.xyz", HEADER, [HEADER, *lineFeeds], HEADER + INSIDE)
+        self.give({"base/data/c.xyz": HEADER + INSIDE})
+        order = self.walkOrder()
+        run = self.clip()
+        counts = {"a.xyz": -2**31, "b.xyz": -2**31, "c.xyz": 2}
+        # The sum of all counts wraps around to 2; the sum of those done does not.
+        passes, done = [], 0
+        for name in order:
+            passes += filePass(counts[name], done, 2)
+            done += counts[name]
+        self.expect(run, status=0, created=output(2, {"c.xyz": HEADER + INSIDE}),
+                    messages=recorded(passes, closingRange(), finishMessage()))
 
     def test_the_separator_is_that_of_the_last_opening(self):
         header = b"X,Y,Z,G\n"

@@ -1,4 +1,5 @@
 """Runs that end before their time: a messaging library that throws, and a process that is killed."""
+import os
 import sys
 import unittest
 from pathlib import Path
@@ -38,11 +39,30 @@ class ThrownErrors(AcceptanceTest):
                                                        "OnProgress 1 false", call, "end ProgressMessage"],
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
+    def test_files_finished_before_an_error_stay_and_no_count_is_written(self):
+        content = HEADER + b"1;1;5\n2;2;5\n"
+        self.giveJob({"a.xyz": content, "b.xyz": content})
+        first, second = self.walkOrder()
+        call = "ProgressMessage 50 100 2"  # the second pass, whichever file it is
+        run = self.clip(environment=throwing(call))
+        self.expect(run, status=1, console=[f"thrown by {call}"],
+                    created={"base/out": DIRECTORY, f"base/out/{first}": content, f"base/out/{second}": HEADER},
+                    messages=recorded(filePass(2, 0, 4), stateMessage(), [call, "end ProgressMessage"],
+                                      errorMessage(f"thrown by {call}"), failedMessage()))
+
     def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
         run = self.start(environment=throwing(f"ErrorMessage 2 {USAGE}"))
         self.assertNotIn(run.status, (0, 1))
         self.assertEqual(run.console, USAGE.encode() + b"\n")
         self.assertEqual(run.messages, ["MessageSender 0", f"ErrorMessage 2 {USAGE}"])
+
+
+class FailingWalk(AcceptanceTest):
+    def test_a_walk_that_fails_on_its_way_ends_the_run_before_any_pass(self):
+        self.giveJob({name: HEADER + INSIDE for name in ("a.xyz", "b.xyz", "c.xyz", "d.xyz", "e.xyz")})
+        run = self.clip(environment={"LD_PRELOAD": os.environ["VADELCLIP_FAILING_READDIR"],
+                                     "ASAN_OPTIONS": "verify_asan_link_order=0"})
+        self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+", created={"base/out": DIRECTORY})
 
 
 class KilledRun(AcceptanceTest):

@@ -151,6 +151,12 @@ TEST(ClipNodeFile, theProgressRangeIsTheFilesShareOfTheRun) {
     EXPECT_EQ(half, pass.run(2, 3.0, 8));
 }
 
+TEST(ClipNodeFile, linesDoneMayBeMoreThanAnIntegerHolds) {
+    ClipPass pass;
+    pass.directory.write("in/a.xyz", "x;y;z\n1;1;5\n");
+    EXPECT_EQ(pass.run(1, 3e9, 1000000000).calls, joined({stateCalls(), progressCalls("300 300.00000009999997 1", 1)}));
+}
+
 TEST(ClipNodeFile, theProgressRangeIsComputedFromTheShareOfOneLine) {
     ClipPass pass;
     // Eleventh parts are not exact: any other order of the operations gives other last digits.
