@@ -5,6 +5,7 @@
 #include "watch/message_log.hpp"
 #include "watch/node_files.hpp"
 #include "watch/output_check.hpp"
+#include "watch/own_files.hpp"
 #include "watch/own_output.hpp"
 #include "watch/progress_display.hpp"
 #include "watch/run_directories.hpp"
@@ -16,7 +17,6 @@
 #include "watch/watch_texts.hpp"
 
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <string>
 #include <unistd.h>
@@ -39,24 +39,30 @@ struct Watch {
     NodeLineCount lineCount;
 };
 
-/// Looked at before the run, so that nobody waits for an hour to hear that the map has nowhere to go.
-bool canBeWritten(const std::string& path) {
-    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
-    std::error_code error;
-    return !std::filesystem::is_directory(path, error) && access(parent.empty() ? "." : parent.c_str(), W_OK) == 0;
+bool isInput(const Watch& watch, const std::string& path) {
+    return isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath);
 }
 
-/// @return false, and says so, if the log or the map has nowhere to go.
+/// Says that one of our own files cannot be written.
+bool refuse(Watch& watch, const std::string& path) {
+    watch.errors.write(filledIn(watch.texts.cannotWrite, {path}) + "\n");
+    return false;
+}
+
+/// Looks at the map and opens the log before the run, so that nobody waits for an hour to hear that they have nowhere to
+/// go. The log comes last: opening it empties what stood there.
+///
+/// @return false, and says so, if one of them cannot be written, or would take the place of an input or of the other.
 bool prepareFiles(Watch& watch) {
-    if (!watch.log.open(watch.options.logPath)) {
-        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
-        return false;
+    const std::string& map = watch.options.mapPath;
+    const std::string& log = watch.options.logPath;
+    if (!map.empty() && (!canBeWritten(map) || isInput(watch, map))) {
+        return refuse(watch, map);
     }
-    if (!watch.options.mapPath.empty() && !canBeWritten(watch.options.mapPath)) {
-        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.mapPath}) + "\n");
-        return false;
+    if (!log.empty() && (isInput(watch, log) || (!map.empty() && isSameFile(log, map)))) {
+        return refuse(watch, log);
     }
-    return true;
+    return watch.log.open(log) || refuse(watch, log);
 }
 
 bool startTool(Watch& watch, ToolProcess& tool) {

@@ -76,6 +76,23 @@ class Finished(WatchTest):
         messages = [re.fullmatch(r'\{"seconds":\d+\.\d{6},"message":(.*)\}', line)[1] for line in lines]
         self.assertEqual(self.content("direct.jsonl").decode().splitlines(), messages)
 
+    def test_neither_log_nor_map_takes_the_place_of_an_input_or_of_the_other(self):
+        os.symlink("area.xml", self.path("link.png"))
+        os.link(self.path("base/data/a.xyz"), self.path("hard.log"))
+        before = {name: self.content(name) for name in ("area.xml", "base/data/a.xyz")}
+        with open(self.path("old.log"), "w", encoding="ascii") as file:
+            file.write("kept\n")
+        for options in (["--log", "area.xml"], ["--log", "base/data/a.xyz"], ["--log", "hard.log"],
+                        ["--map", "link.png"], ["--log", "x.png", "--map", "./x.png"],
+                        ["--log", "old.log", "--map", "absent/x.png"]):
+            with self.subTest(options=options):
+                watched = self.job(*options, "--lang=en")
+                self.assertEqual(2, watched.status)
+                self.assertIn("cannot write", watched.errors)
+                self.assertFalse(os.path.exists(self.path("base/out")))
+                self.assertEqual(before, {name: self.content(name) for name in before})
+                self.assertEqual(b"kept\n", self.content("old.log"))
+
     def test_directory_names_with_blanks_and_umlauts(self):
         self.giveJob(NODES, base="Höhe 1/ä ö")
         watched = self.run_("Höhe 1/ä ö/data", "Neues Ziel→", "area.xml", "--lang=en", "--quiet", "--json")

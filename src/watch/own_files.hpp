@@ -1,0 +1,16 @@
+/// \file
+/// The files that Vadelwatch itself writes, its log and its map: never in place of what a run reads.
+#pragma once
+
+#include <string>
+
+/// Tells whether a file to be written is, by whatever name or link, the boundary file or one of the input directory's.
+///
+/// @param path need not exist; then it is none of them.
+bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
+
+/// Tells whether two paths lead to the same file, existing or not.
+bool isSameFile(const std::string& path, const std::string& otherPath);
+
+/// Tells whether a file can be made or replaced there: its directory exists and may be written to, and it is none itself.
+bool canBeWritten(const std::string& path);
