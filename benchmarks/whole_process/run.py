@@ -18,6 +18,7 @@ from dataclasses import dataclass
 BUILD, DATA, RUNS = (os.path.abspath(path) for path in sys.argv[1:4])
 PAIRS = int(sys.argv[4]) if len(sys.argv) > 4 else 7
 PATTERN = re.compile(sys.argv[5] if len(sys.argv) > 5 else "")
+SLOW = 60.0  # seconds for one pair; of slower ones there is one pair only, and the table says so
 HERE = os.path.dirname(os.path.abspath(__file__))
 EXAMPLES = os.path.join(HERE, "..", "..", "examples")
 PROGRAMS = os.path.join(BUILD, "benchmarks")
@@ -118,7 +119,10 @@ def peakMemory(command):
 
 
 def measure(commandA, commandB, pairs):
+    start = time.perf_counter()
     peaks = peakMemory(commandA), peakMemory(commandB)  # these are the warm-up too
+    if time.perf_counter() - start > SLOW:
+        pairs = 1
     runs = [(runOnce(commandA), runOnce(commandB)) for _ in range(pairs)]
     clean()
     return runs, peaks
@@ -179,6 +183,7 @@ def row(name, other, runs, peaks, lines):
     a, b = median(runs, 0, "wall"), median(runs, 1, "wall")
     perLine = f"{a / lines * 1e9:.0f}" if lines else ""
     faster = f"{1 / ratio:.1f} × faster" if ratio < 0.5 else f"{ratio:.2f} × its time"
+    name += " (1 pair)" if len(runs) == 1 else ""
     return (f"| {name} | {other} | {a:.4f} | {b:.4f} | {faster} | {perLine} | "
             f"{peaks[0] / 1024:.1f} | {peaks[1] / 1024:.1f} |")
 
@@ -204,13 +209,18 @@ def main():
         raw.append({"case": name, "against": other, "lines": lineCount, "runs": runs, "peaks": peaks})
         lines.append(row(name, other, runs, peaks, lineCount))
         print(lines[-1], flush=True)
-    if PATTERN.pattern == "":
-        directory = os.path.join(RUNS, f"{datetime.date.today()}-{re.sub('[^A-Za-z0-9]+', '-', processorName())}")
-        os.makedirs(directory, exist_ok=True)
-        with open(os.path.join(directory, "table.md"), "w", encoding="utf-8") as file:
-            file.write("\n".join(lines) + "\n")
-        with open(os.path.join(directory, "raw.json"), "w", encoding="utf-8") as file:
-            json.dump(raw, file, indent=1)
+        keep(lines, raw)
+
+
+def keep(lines, raw):
+    """Writes what has been measured so far: a run of all cases takes long."""
+    name = f"{datetime.date.today()}-{re.sub('[^A-Za-z0-9]+', '-', processorName())}"
+    directory = os.path.join(RUNS, name + ("-some-cases" if PATTERN.pattern else ""))
+    os.makedirs(directory, exist_ok=True)
+    with open(os.path.join(directory, "table.md"), "w", encoding="utf-8") as file:
+        file.write("\n".join(lines) + "\n")
+    with open(os.path.join(directory, "raw.json"), "w", encoding="utf-8") as file:
+        json.dump(raw, file, indent=1)
 
 
 main()
