@@ -13,8 +13,8 @@ constexpr std::uint32_t mostCellsOfABox = 9;
 /// A cell of the finest level with more polygons gets a grid of its own.
 constexpr std::size_t crowd = 16;
 
-/// Grids in grids in grids; a limit for boxes that no grid can tell apart.
-constexpr int deepestGrid = 6;
+/// Grids in grids. Each depth may copy a crowd at a cell's corner four times, so this bounds the memory.
+constexpr int deepestGrid = 2;
 
 constexpr std::uint32_t mostCellsPerSide = 2048;
 

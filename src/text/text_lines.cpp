@@ -40,8 +40,10 @@ std::uint64_t countLineFeeds(std::istream& input) {
     std::vector<char> block(blockSize);
     std::uint64_t count = 0;
     // Through istream members only: iterators over the stream buffer throw where the file is a directory.
-    while (input.good()) {
-        input.read(block.data(), static_cast<std::streamsize>(block.size()));
+    // Only as much as one system read has brought: a read error behind it must not take back what came before.
+    while (input.peek() != std::istream::traits_type::eof()) {
+        const auto available = static_cast<std::size_t>(input.rdbuf()->in_avail());
+        input.read(block.data(), static_cast<std::streamsize>(std::min(available, block.size())));
         count += countLineFeeds(block.data(), static_cast<std::size_t>(input.gcount()));
     }
     return count;

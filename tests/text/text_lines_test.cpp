@@ -152,3 +152,30 @@ TEST(CountLineFeeds, isZeroWhereNothingCanBeRead) {
         EXPECT_EQ(0u, countLineFeeds(input)) << path;
     }
 }
+
+namespace {
+
+/// Gives its text in two pieces, as two system reads would, and then fails as a file does on a read error.
+class FailingBuffer : public std::streambuf {
+public:
+    FailingBuffer() { setg(text.data(), text.data(), text.data() + 4); }
+
+private:
+    int_type underflow() override {
+        if (egptr() == text.data() + text.size()) {
+            throw std::ios_base::failure("read error");
+        }
+        setg(text.data(), egptr(), text.data() + text.size());
+        return traits_type::to_int_type(*gptr());
+    }
+
+    std::string text = "a\nb\nc\nd";
+};
+
+} // namespace
+
+TEST(CountLineFeeds, countsEverythingInFrontOfAReadError) {
+    FailingBuffer buffer;
+    std::istream input(&buffer);
+    EXPECT_EQ(countLineFeeds(input), 3U);
+}
