@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <ios>
+#include <istream>
+#include <streambuf>
+#include <string>
 #include <vector>
 
 namespace {
