@@ -21,6 +21,9 @@ for preset in release asan; do
   ctest --preset "$preset" --progress
 done
 
+step "valgrind on an example"
+scripts/valgrind.sh
+
 step "clang-tidy"
 scripts/clang-tidy.sh
 

@@ -57,7 +57,7 @@ Outline randomOutline(Dice& dice, const Terrain& terrain, int cornerCount) {
     Outline outline;
     for (int corner = 0; corner < cornerCount; ++corner) {
         if (corner > 0 && dice.oneIn(8)) {
-            outline.push_back(Point2D(outline[static_cast<std::size_t>(dice.below(corner))])); // a corner once more
+            outline.push_back(outline[static_cast<std::size_t>(dice.below(corner))]); // a corner once more
         } else {
             const double x = terrain.coordinate(dice);
             outline.push_back({x, flat || dice.oneIn(4) ? height : terrain.coordinate(dice)});

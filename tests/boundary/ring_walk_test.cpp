@@ -71,7 +71,7 @@ protected:
         if (ring[0].y == heightToAvoid) {
             ring[0].y += 1;
         }
-        ring.push_back(Point2D(ring[0]));
+        ring.push_back(ring[0]);
         return ring;
     }
 };

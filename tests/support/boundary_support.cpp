@@ -131,7 +131,7 @@ Outline startingAt(Outline outline, std::size_t first) {
 }
 
 Outline withRepeatedCorner(Outline outline, std::size_t corner, std::size_t times) {
-    outline.insert(outline.begin() + static_cast<std::ptrdiff_t>(corner), times - 1, Point2D(outline[corner]));
+    outline.insert(outline.begin() + static_cast<std::ptrdiff_t>(corner), times - 1, outline[corner]);
     return outline;
 }
 
