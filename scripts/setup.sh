@@ -1,19 +1,22 @@
 #!/usr/bin/env bash
-# Installs what building needs from Debian's packages; with the argument "test" also what the checks need, with
-# "coverage" what counting the reached lines needs, with "bench" what the benchmarks need.
+# Installs what building needs from Debian's packages; with an argument also what the checks ("test"), counting the
+# reached lines ("coverage"), the fuzzers ("fuzz") or the benchmarks ("bench") need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev pkgconf)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format clang-tidy cppcheck valgrind)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
+  clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
+fuzz_packages=(clang-14 libclang-rt-14-dev libgtest-dev)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 
 wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
   coverage) wanted+=("${coverage_packages[@]}") ;;
+  fuzz) wanted+=("${fuzz_packages[@]}") ;;
   bench) wanted+=("${bench_packages[@]}") ;;
 esac
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Everything that has to hold, from a bare Debian 12 machine: set-up, the suite as an optimised build and with address
-# and undefined-behaviour sanitizers, formatting, static analysis. Ends with status 0 if all of it holds.
+# and undefined-behaviour sanitizers, the fuzzers for a short time, formatting, static analysis. Ends with status 0 if all
+# of it holds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,6 +24,9 @@ done
 
 step "valgrind on an example"
 scripts/valgrind.sh
+
+step "Fuzzing, 20 seconds each"
+scripts/fuzz.sh 20
 
 step "clang-tidy"
 scripts/clang-tidy.sh

@@ -28,9 +28,19 @@ public:
         return inBoundaries(polygons);
     }
 
+    /// Mostly the name of a node file.
+    std::string nodeFileName() {
+        static const char* const suffixes[] = {".xyz", ".txt", ".csv", ".xyz", ".XYZ", ".dat"};
+        return std::to_string(below(100)) + suffixes[below(6)];
+    }
+
+    /// Mostly with a good header.
     std::string nodeFile() {
+        if (below(12) == 0) {
+            return below(2) == 0 ? "x;y;z" : junk();
+        }
         const char separator = "\t ,;"[below(4)];
-        std::string columns = below(2) == 0 ? "xyz" : "XYZG";
+        std::string columns = below(8) == 0 ? "xyZ" : below(2) == 0 ? "xyz" : "XYZG";
         std::string content = below(4) == 0 ? "\xEF\xBB\xBF" : "";
         for (const char column : columns) {
             content += (column == columns.front() ? "" : std::string(1, separator)) + column;
@@ -88,7 +98,7 @@ TEST(ClipElevationData, agreesWithThePlainRunOnRandomJobs) {
         const std::string boundaryFile = jobs.boundaryFile();
         job.directory.write("area.xml", boundaryFile);
         for (unsigned int file = 0; file <= jobs.below(4); ++file) {
-            job.directory.write("base/data/" + std::to_string(file) + ".xyz", jobs.nodeFile());
+            job.directory.write("base/data/" + jobs.nodeFileName(), jobs.nodeFile());
         }
         const Reading boundary = readBoundaryBytes(boundaryFile);
         ASSERT_TRUE(boundary.succeeded);

@@ -1,67 +1,64 @@
 #include "support/plain_run_support.hpp"
 
 #include "boundary/contains_point.hpp"
+#include "support/plain_text_support.hpp"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <sstream>
 
 namespace {
 
 struct PlainFile {
     std::string name;
-    Calls calls;
     std::string headerLine;
     std::vector<std::string> lines; ///< Those that end in a line feed, without their line ends.
+    int lineCount;
 };
 
-/// Everything before the last line feed, cut at line feeds; a carriage return before one goes with it.
-std::vector<std::string> linesOf(const std::string& content) {
-    std::vector<std::string> lines;
-    std::size_t start = 0;
-    for (std::size_t end = content.find('\n'); end != std::string::npos; end = content.find('\n', start)) {
-        const std::size_t length = end - start;
-        lines.push_back(content.substr(start, length > 0 && content[end - 1] == '\r' ? length - 1 : length));
-        start = end + 1;
-    }
+bool isNodeFileName(const std::string& name) {
+    return name.ends_with(".txt") || name.ends_with(".xyz") || name.ends_with(".csv");
+}
+
+/// The four shapes with each separator, all of them written out.
+const std::vector<std::string>& headerLines() {
+    static const std::vector<std::string> lines = {
+        "x\ty\tz", "X\tY\tZ", "x\ty\tz\tg", "X\tY\tZ\tG", "x y z", "X Y Z", "x y z g", "X Y Z G",
+        "x,y,z",   "X,Y,Z",   "x,y,z,g",    "X,Y,Z,G",    "x;y;z", "X;Y;Z", "x;y;z;g", "X;Y;Z;G"};
     return lines;
 }
 
+std::string withoutMark(const std::string& headerLine) {
+    return headerLine.starts_with("\xEF\xBB\xBF") ? headerLine.substr(3) : headerLine;
+}
+
+bool isHeaderLine(const std::string& line) {
+    return std::find(headerLines().begin(), headerLines().end(), withoutMark(line)) != headerLines().end();
+}
+
+/// The node files of the job, in the order of the walk.
 std::vector<PlainFile> readFiles(const ClipRun& job) {
     std::vector<PlainFile> files;
     for (const auto& entry : std::filesystem::directory_iterator(job.directory.pathOf("base/data"))) {
-        std::vector<std::string> lines = linesOf(readFile(entry.path()));
-        const std::string headerLine = lines.front();
-        lines.erase(lines.begin());
-        files.push_back({entry.path().filename(), {}, headerLine, lines});
+        if (entry.is_directory() || !isNodeFileName(entry.path().string())) {
+            continue;
+        }
+        const std::string content = readFile(entry.path());
+        std::vector<std::string> lines = terminatedLines(content);
+        const std::string headerLine = lines.empty() ? unterminatedLine(content) : lines.front();
+        if (isHeaderLine(headerLine)) {
+            // One line feed less than there are; without any, one less than none.
+            const int lineCount = static_cast<int>(lines.size()) - 1;
+            lines.erase(lines.begin(), lines.empty() ? lines.begin() : lines.begin() + 1);
+            files.push_back({entry.path().filename(), headerLine, lines, lineCount});
+        }
     }
     return files;
 }
 
-bool parsePlainly(const std::string& line, char separator, Point2D& point) {
-    std::stringstream stream(line);
-    stream >> point.x;
-    if (!stream.good()) {
-        return false;
-    }
-    if (separator != ' ') {
-        int attempts = 0;
-        char byte = 0;
-        do {
-            if (attempts == 100 || !stream.get(byte)) {
-                return false;
-            }
-            ++attempts;
-        } while (byte != separator);
-    }
-    stream >> point.y;
-    return stream.good();
-}
-
 bool isKept(const std::string& line, char separator, BoundarySet& boundary) {
     Point2D point{};
-    return parsePlainly(line, separator, point) &&
+    return readNodeLinePlainly(line, separator, point) &&
            std::any_of(boundary.polygons.begin(), boundary.polygons.end(),
                        [&](BoundaryPolygon& polygon) { return containsPoint(polygon, point, boundary.vertices); });
 }
@@ -76,19 +73,20 @@ std::string exact(double value) {
 
 RunOutcome plainRun(const ClipRun& job, BoundarySet boundary) {
     const std::vector<PlainFile> files = readFiles(job);
-    std::size_t totalLines = 0;
-    for (const PlainFile& file : files) {
-        totalLines += file.lines.size();
+    if (files.empty()) {
+        return stoppedRun({"There are no input files."}, {{"base/out/", ""}});
     }
-    const double percentPerLine = 100.0 / static_cast<double>(totalLines);
+    int totalLines = 0;
+    for (const PlainFile& file : files) {
+        totalLines += file.lineCount;
+    }
+    const double percentPerLine = 100.0 / totalLines;
     double linesDone = 0.0;
     int totalKept = 0;
     Calls calls;
     FileTree created;
     for (const PlainFile& file : files) {
-        const auto lineCount = static_cast<double>(file.lines.size());
-        const std::size_t markSize = file.headerLine.starts_with("\xEF\xBB\xBF") ? 3 : 0;
-        const char separator = file.headerLine[markSize + 1];
+        const char separator = withoutMark(file.headerLine)[1];
         std::string output = file.headerLine + '\n';
         int kept = 0;
         for (const std::string& line : file.lines) {
@@ -101,11 +99,11 @@ RunOutcome plainRun(const ClipRun& job, BoundarySet boundary) {
             created["base/out/" + file.name] = output;
         }
         const std::string range = exact(percentPerLine * linesDone) + " " +
-                                  exact((lineCount + linesDone) * percentPerLine) + " " +
-                                  std::to_string(file.lines.size());
-        calls = joined({calls, stateCalls(), progressCalls(range, static_cast<int>(file.lines.size()))});
+                                  exact((file.lineCount + linesDone) * percentPerLine) + " " +
+                                  std::to_string(file.lineCount);
+        calls = joined({calls, stateCalls(), progressCalls(range, file.lineCount)});
         totalKept += kept;
-        linesDone += lineCount;
+        linesDone += file.lineCount;
     }
     return finishedRun(totalKept, withoutSignOfNan(calls), created);
 }

@@ -7,6 +7,6 @@
 
 /// Works out what a job is to leave behind. Nothing is written.
 ///
-/// @param job      inputs of readable node files and a good boundary file.
+/// @param job      readable inputs and a good boundary file.
 /// @param boundary the polygons of that file.
 RunOutcome plainRun(const ClipRun& job, BoundarySet boundary);

@@ -1,6 +1,7 @@
 #include "text/number_text.hpp"
 
 #include "support/catalogue_support.hpp"
+#include "support/plain_text_support.hpp"
 #include "support/workload.hpp"
 
 #include <gtest/gtest.h>
@@ -10,40 +11,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <random>
-#include <sstream>
 #include <string>
 
 namespace {
-
-/// What formatted extraction from a fresh stream with default flags does.
-class PlainReader {
-public:
-    NumberReading read(const std::string& text) {
-        stream.clear();
-        stream.str(text);
-        NumberReading reading{0.0, false, 0};
-        stream >> reading.value;
-        reading.failed = stream.fail();
-        if (!reading.failed) {
-            reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
-        }
-        return reading;
-    }
-
-private:
-    std::istringstream stream;
-};
-
-bool same(const NumberReading& a, const NumberReading& b) {
-    return std::bit_cast<std::uint64_t>(a.value) == std::bit_cast<std::uint64_t>(b.value) && a.failed == b.failed &&
-           a.length == b.length;
-}
-
-std::string describe(const NumberReading& reading) {
-    char text[80];
-    std::snprintf(text, sizeof text, "%a failed %d length %zu", reading.value, reading.failed, reading.length);
-    return text;
-}
 
 class RandomTexts {
 public:
@@ -157,13 +127,13 @@ private:
 
 void compareRandomTexts(std::uint64_t seed, int count) {
     RandomTexts texts(seed);
-    PlainReader plain;
+    PlainNumberReader plain;
     for (int i = 0; i < count; ++i) {
         const std::string text = texts.next();
         const NumberReading expected = plain.read(text);
         const NumberReading got = readNumber(text);
-        ASSERT_TRUE(same(expected, got)) << testing::PrintToString(text) << "\nexpected " << describe(expected)
-                                         << "\ngot      " << describe(got);
+        ASSERT_TRUE(sameReading(expected, got))
+            << testing::PrintToString(text) << "\nexpected " << describe(expected) << "\ngot      " << describe(got);
     }
 }
 
@@ -197,7 +167,7 @@ TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
     };
     for (const Example& example : examples) {
         const NumberReading expected{example.value, example.failed, example.length};
-        EXPECT_TRUE(same(expected, readNumber(example.text)))
+        EXPECT_TRUE(sameReading(expected, readNumber(example.text)))
             << example.text << ' ' << describe(readNumber(example.text));
     }
 }

@@ -1,0 +1,151 @@
+/// \file
+/// `BoundaryIndex` against its definition: `containsPoint` for each polygon in turn. The input is a boundary
+/// (boundary_input.hpp) and points, and every boundary is asked for many points of its own: on and next to vertices,
+/// edges, heights of vertices, corners of boxes and the limits of the index's rows.
+
+#include "boundary_input.hpp"
+#include "fuzz_target.hpp"
+
+#include "boundary/boundary_index.hpp"
+#include "boundary/contains_point.hpp"
+#include "boundary/ring_rows_builder.hpp"
+#include "boundary/ring_walk.hpp"
+#include "boundary/widened_box.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <vector>
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+/// Asks both ways.
+class Comparison {
+public:
+    explicit Comparison(const BoundarySet& set) : indexed(set), plain(set), index(indexed) {}
+
+    void compare(Point2D point) {
+        // No number that a node line can give.
+        if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
+            return;
+        }
+        const bool expected =
+            std::any_of(plain.polygons.begin(), plain.polygons.end(), [this, point](BoundaryPolygon& polygon) {
+                return containsPoint(polygon, point, plain.vertices);
+            });
+        if (index.anyContains(point) != expected) {
+            std::ostringstream text;
+            text << std::hexfloat << "point " << point.x << ' ' << point.y << " is "
+                 << (expected ? "inside" : "outside") << ", the index says otherwise; " << plain.polygons.size()
+                 << " polygons";
+            reportFinding(text.str());
+        }
+    }
+
+    /// Compares at the position and at its neighbours among the doubles.
+    void compareAround(Point2D point) {
+        for (const double x : {std::nextafter(point.x, -infinity), point.x, std::nextafter(point.x, infinity)}) {
+            compare({x, point.y});
+        }
+        compare({point.x, std::nextafter(point.y, -infinity)});
+        compare({point.x, std::nextafter(point.y, infinity)});
+    }
+
+private:
+    BoundarySet indexed;
+    BoundarySet plain;
+    BoundaryIndex index;
+};
+
+Point2D positionOf(const BoundarySet& set, const BoundaryPolygon& polygon, std::size_t position) {
+    const std::size_t index = position % polygon.vertexIndices.size();
+    const BoundaryVertex& vertex = set.vertices[static_cast<std::size_t>(polygon.vertexIndices[index])];
+    return {vertex.x, vertex.y};
+}
+
+void compareAlongEdge(Comparison& comparison, Point2D from, Point2D to, double share) {
+    const double y = from.y + (to.y - from.y) * share;
+    comparison.compareAround({from.x + (to.x - from.x) * share, y});
+    comparison.compareAround({crossingX(from, to, y), y});
+    comparison.compareAround({crossingX(to, from, y), y});
+}
+
+void compareAtCorners(Comparison& comparison, const WidenedBox& box) {
+    comparison.compareAround({box.minX, box.minY});
+    comparison.compareAround({box.maxX, box.maxY});
+    comparison.compareAround({box.minX, (box.minY + box.maxY) / 2.0});
+    comparison.compareAround({(box.minX + box.maxX) / 2.0, box.maxY});
+}
+
+/// At the limits of the rows that a ring is cut into, on some of its edges.
+void compareAtRowLimits(Comparison& comparison, const BoundarySet& set, const BoundaryPolygon& polygon,
+                        std::size_t limits) {
+    const std::size_t size = polygon.vertexIndices.size();
+    if (size < 3 || polygon.vertexIndices.front() == polygon.vertexIndices.back()) {
+        return;
+    }
+    std::vector<Point2D> ring;
+    for (std::size_t i = 0; i < size; ++i) {
+        ring.push_back(positionOf(set, polygon, i));
+    }
+    RingRows rows;
+    const std::optional<RingInRows> inRows = RingRowsBuilder(rows, 128.0).add(ring, polygon.boundingBox.minX);
+    const std::uint32_t count = inRows ? inRows->rows.count() : 0;
+    for (std::uint32_t row = 1; row < count; row += 1 + count / static_cast<std::uint32_t>(limits)) {
+        const double limit = inRows->rows.firstCoordinateOf(row);
+        const std::size_t edge = row * 7 % size;
+        const Point2D from = ring[edge];
+        const Point2D to = ring[(edge + 1) % size];
+        for (const double y : {std::nextafter(limit, -infinity), limit}) {
+            comparison.compare({from.x, y});
+            comparison.compareAround({crossingX(from, to, y), y});
+        }
+    }
+}
+
+/// Points of its own for some polygons and some of their vertices: as many as the plain loop has time for.
+void compareOwnPoints(Comparison& comparison, const BoundarySet& set) {
+    // A point costs a visit to each vertex and polygon. Half of the points go to vertices, half to whole polygons.
+    constexpr std::size_t visits = 25000;
+    constexpr std::size_t pointsPerVertex = 22;
+    constexpr std::size_t pointsPerRowLimit = 12;
+    const std::size_t points = visits / (set.vertices.size() + set.polygons.size() + 20);
+    const std::size_t vertexStep = 1 + set.vertices.size() * pointsPerVertex / (points / 2 + 1);
+    const std::size_t polygonStep = 1 + set.polygons.size() * 4 * pointsPerRowLimit / (points / 2 + 1);
+    const std::size_t rowLimits = 1 + points * polygonStep / (4 * pointsPerRowLimit * (set.polygons.size() + 1));
+    std::size_t vertex = 0;
+    for (std::size_t number = 0; number < set.polygons.size(); ++number) {
+        const BoundaryPolygon& polygon = set.polygons[number];
+        for (std::size_t i = 0; i < polygon.vertexIndices.size(); ++i, ++vertex) {
+            if (vertex % vertexStep == 0) {
+                const Point2D from = positionOf(set, polygon, i);
+                const Point2D to = positionOf(set, polygon, i + 1);
+                comparison.compareAround(from);
+                comparison.compare({to.x, from.y});
+                comparison.compare({(polygon.boundingBox.minX + polygon.boundingBox.maxX) / 2.0, from.y});
+                compareAlongEdge(comparison, from, to, static_cast<double>(1 + vertex % 7) / 8.0);
+            }
+        }
+        if (number % polygonStep == 0) {
+            compareAtCorners(comparison, WidenedBox(polygon.boundingBox));
+            compareAtRowLimits(comparison, set, polygon, rowLimits);
+        }
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    InputBytes input(data, size);
+    const BoundarySet set = takeBoundary(input);
+    Comparison comparison(set);
+    for (int points = 0; !input.isEmpty() && points < 100; ++points) {
+        const double x = takeCoordinate(input, 0.5, set);
+        comparison.compare({x, takeCoordinate(input, 0.5, set)});
+    }
+    compareOwnPoints(comparison, set);
+    return 0;
+}
