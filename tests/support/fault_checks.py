@@ -30,6 +30,10 @@ def takes(count):
     return f"{count} "
 
 
+def takesForever(count):
+    return f"{count}*"
+
+
 def preloaded(variable, settings):
     # The sanitizer's own library wants to be the first one; it works behind these as well.
     return {"LD_PRELOAD": os.environ[variable], "ASAN_OPTIONS": "verify_asan_link_order=0", **settings}
