@@ -96,7 +96,8 @@ class Nesting(HostileTest):
 
 class NulBytes(HostileTest):
     def test_in_names_values_and_text_they_end_the_file_too_early(self):
-        for place in (b"<a\0/>", b'<a b="\0"/>', b'<a b="1\0"/>', b"text\0", b"<!-- \0 -->", b"<?pi \0?>", b"<![CDATA[\0]]>"):
+        for place in (b"<a\0/>", b'<a b="\0"/>', b'<a b="1\0"/>', b"text\0", b"<!-- \0 -->", b"<?pi \0?>",
+                      b"<![CDATA[\0]]>"):
             with self.subTest(place=place):
                 self.expectRefused(around(place), NOT_FOUND)
 
