@@ -80,10 +80,12 @@ class KilledRuns(FaultTest):
 
     def test_what_a_killed_run_left_is_refused_and_once_removed_the_run_can_be_repeated(self):
         seconds = self.secondsOfARun()
-        run = None
-        while run is None or self.momentOf(run) != "in the passes":
+        for _ in range(50):
             self.clearOutput()
             run = self.clipAndKill(seconds / 2)
+            if self.momentOf(run) == "in the passes":
+                break
+        self.assertEqual(self.momentOf(run), "in the passes")
         left = {path: content for path, content in run.tree.items() if path.startswith("base/out")}
         text = "Output directory base/out already exists, aborting in order avoid overwriting of existing data"
         again = self.clip("-lang=en")
