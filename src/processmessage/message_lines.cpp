@@ -4,36 +4,37 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;
 
-std::string toLine(const Json& message) {
-    return message.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+/// Only texts and numbers are given to the JSON library. The end of one of its objects takes memory, and where there is
+/// none the process would end with it.
+std::string quoted(const std::string& text) {
+    return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-Json textMessage(const char* type, int level, const std::string& text) {
-    return {{"type", type}, {"level", level}, {"text", text}};
+/// The members of every message that carries a text, without the closing brace.
+std::string textMembers(const char* type, int level, const std::string& text) {
+    return std::string(R"({"type":")") + type + R"(","level":)" + std::to_string(level) + R"(,"text":)" + quoted(text);
 }
 
 } // namespace
 
 std::string errorLine(int level, const std::string& text) {
-    return toLine(textMessage("error", level, text));
+    return textMembers("error", level, text) + "}\n";
 }
 
 std::string stateLine(int level, const std::string& text, bool active) {
-    Json message = textMessage("state", level, text);
-    message["active"] = active;
-    return toLine(message);
+    return textMembers("state", level, text) + R"(,"active":)" + (active ? "true" : "false") + "}\n";
 }
 
 std::string failedLine(int level, const std::string& text) {
-    return toLine(textMessage("failed", level, text));
+    return textMembers("failed", level, text) + "}\n";
 }
 
 std::string finishLine(int level, const std::string& text) {
-    return toLine(textMessage("finish", level, text));
+    return textMembers("finish", level, text) + "}\n";
 }
 
 std::string progressLine(int tenths) {
-    return toLine({{"type", "progress"}, {"percent", tenths / 10.0}});
+    return R"({"type":"progress","percent":)" + Json(tenths / 10.0).dump() + "}\n";
 }

@@ -1,14 +1,14 @@
 """Message catalogues beside the executable: languages, what a translation may hold, what a bad one does."""
 import gettext
 import os
-import shutil
 import subprocess
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import RECORDING, TOOL, AcceptanceTest, boundary, linkTo, output
+from acceptance import TOOL, boundary, linkTo, output
+from catalogue_files import CatalogueTest, catalogue
 from expected_messages import (BAD_FIRST_CHARACTER, BAD_SEPARATOR, BAD_SHAPE, CLIPPING, FAILED, FINISHED, USAGE,
                                closingRange, errorMessage, failedMessage, failedRun, filePass, finishedRun,
                                finishMessage, jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState, recorded)
@@ -17,38 +17,6 @@ NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
 KEPT = {"a.xyz": b"x;y;z\n1;1;5\n"}
 NOT_FOUND = "Boundary file {0} not found"
 NOT_THERE = "Boundary file {0} does not exist"
-
-
-def quoted(text):
-    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n") + '"'
-
-
-def catalogue(translations, charset="UTF-8"):
-    """A binary catalogue, made by msgfmt from these translations."""
-    entries = {"": f"Content-Type: text/plain; charset={charset}\n", **translations}
-    source = "\n".join(f"msgid {quoted(text)}\nmsgstr {quoted(translation)}\n" for text, translation in entries.items())
-    return subprocess.run(["msgfmt", "-o", "-", "-"], input=source.encode(charset), stdout=subprocess.PIPE,
-                          check=True).stdout
-
-
-class CatalogueTest(AcceptanceTest):
-    def copyOfTool(self, catalogues, tool=RECORDING):
-        """A copy of the tool with these catalogues beside it: a dict from language folder to file content."""
-        place = Path(self.aside, "tool")
-        place.mkdir()
-        shutil.copy(tool, place / "Vadelclip")
-        for language, content in catalogues.items():
-            folder = place / "locale" / language / "LC_MESSAGES"
-            folder.mkdir(parents=True)
-            (folder / "VD2D.mo").write_bytes(content)
-        return str(place / "Vadelclip")
-
-    def usageText(self, tool, *arguments, **settings):
-        """The usage line under these options, after a check that nothing else happened."""
-        run = self.start(*arguments, tool=tool, **settings)
-        text, = run.consoleLines()
-        self.expect(run, status=1, console=[text], messages=run.messages)
-        return text
 
 
 class LanguageChoice(CatalogueTest):

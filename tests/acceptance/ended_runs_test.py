@@ -1,5 +1,4 @@
 """Runs that end before their time: a messaging library that throws, and a process that is killed."""
-import os
 import sys
 import unittest
 from pathlib import Path
@@ -8,6 +7,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import DIRECTORY, AcceptanceTest
 from expected_messages import (FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
                                stateMessage)
+from fault_checks import PASS, failing, failsForever
 
 HEADER = b"x;y;z\n"
 INSIDE = b"1;1;5\n2;2;5\n3;3;5\n"
@@ -60,8 +60,7 @@ class ThrownErrors(AcceptanceTest):
 class FailingWalk(AcceptanceTest):
     def test_a_walk_that_fails_on_its_way_ends_the_run_before_any_pass(self):
         self.giveJob({name: HEADER + INSIDE for name in ("a.xyz", "b.xyz", "c.xyz", "d.xyz", "e.xyz")})
-        run = self.clip(environment={"LD_PRELOAD": os.environ["VADELCLIP_FAILING_READDIR"],
-                                     "ASAN_OPTIONS": "verify_asan_link_order=0"})
+        run = self.clip(environment=failing("readdir", "base/data", PASS * 3, failsForever()))
         self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+", created={"base/out": DIRECTORY})
 
 

@@ -1,0 +1,99 @@
+"""Runs killed at random moments: what they leave is a beginning of the right result, in whole lines."""
+import collections
+import random
+import statistics
+import sys
+import threading
+import time
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from acceptance import SANITIZED
+from fault_checks import COUNT_FILE, FaultTest
+
+FILES, LINES = 10, 4000
+KILLS = 40 if SANITIZED else 200
+
+# Every line has eight bytes, so none lies across two pages of memory: the system may stop a killed process between the
+# pages of one write, which is the one way in which it can leave a part of a line.
+HEADER, INSIDE, OUTSIDE = b"x;y;z;g\n", b"1;1;1;1\n", b"1;1e9;1\n"
+
+
+class KilledRuns(FaultTest):
+    def setUp(self):
+        super().setUp()
+        source = random.Random(11)
+        self.giveFaultJob({f"{number}.xyz": self.nodeFile(source, kept=number != 0) for number in range(FILES)})
+
+    def nodeFile(self, source, kept):
+        lines = [INSIDE if kept and source.random() < 0.8 else OUTSIDE for _ in range(LINES)]
+        return HEADER + b"".join(lines), INSIDE * lines.count(INSIDE)
+
+    def secondsOfARun(self):
+        seconds = []
+        for _ in range(5):
+            self.clearOutput()
+            begin = time.monotonic()
+            run = self.clipPiped()
+            seconds.append(time.monotonic() - begin)
+            self.assertEqual(self.check(run), "finished")
+        return statistics.median(seconds)
+
+    def clipAndKill(self, delay):
+        self.process = None
+
+        def kill():
+            while self.process is None:
+                time.sleep(0.0001)
+            time.sleep(delay)
+            self.process.kill()
+
+        killer = threading.Thread(target=kill, daemon=True)
+        killer.start()
+        run = self.clipPiped()
+        killer.join()
+        return run
+
+    def test_a_run_killed_at_any_moment_leaves_a_beginning_of_the_right_result(self):
+        source = random.Random(12)
+        seconds = self.secondsOfARun()
+        moments = collections.Counter()
+        for number in range(KILLS):
+            self.clearOutput()
+            delay = source.uniform(0, seconds)
+            with self.subTest(number=number, delay=delay):
+                run = self.clipAndKill(delay)
+                self.assertIn(run.status, (0, -9))
+                self.assertEqual((run.console, run.errors), (b"", b""))
+                self.check(run)
+                moments[self.momentOf(run)] += 1
+        self.assertGreater(moments["in the passes"], KILLS // 10, moments)
+
+    def momentOf(self, run):
+        outputs = [path for path in run.tree if path.startswith("base/out/")]
+        if run.status == 0:
+            return "too late"
+        if not outputs:
+            return "before the passes"
+        return "behind the passes" if f"base/out/{COUNT_FILE}" in outputs else "in the passes"
+
+    def test_what_a_killed_run_left_is_refused_and_once_removed_the_run_can_be_repeated(self):
+        seconds = self.secondsOfARun()
+        for _ in range(50):
+            self.clearOutput()
+            run = self.clipAndKill(seconds / 2)
+            if self.momentOf(run) == "in the passes":
+                break
+        self.assertEqual(self.momentOf(run), "in the passes")
+        left = {path: content for path, content in run.tree.items() if path.startswith("base/out")}
+        text = "Output directory base/out already exists, aborting in order avoid overwriting of existing data"
+        again = self.clip("-lang=en")
+        self.assertEqual((again.status, again.console), (1, text.encode() + b"\n"))
+        self.assertEqual({path: again.tree[path] for path in left}, left)
+        self.clearOutput()
+        self.assertEqual(self.check(self.clipPiped()), "finished")
+
+
+if __name__ == "__main__":
+    unittest.main()

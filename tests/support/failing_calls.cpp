@@ -1,0 +1,157 @@
+/// \file
+/// Loaded before the C library, it lets chosen calls on chosen files fail, as a full disk or a broken one does.
+///
+/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink or stat
+/// VADELCLIP_FAILING_PATH     only calls on paths that end like this
+/// VADELCLIP_FAILING_OPENING  only reads during this opening of such a path, counted from 1; absent for all
+/// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
+
+#include "scripted_outcomes.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace {
+
+int openings = 0;
+
+/// The entries begin with the first call that is looked at.
+ScriptedOutcomes& outcomes() {
+    static ScriptedOutcomes script;
+    static const bool begun = (script.begin(), true);
+    static_cast<void>(begun);
+    return script;
+}
+
+std::string_view setting(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+bool isMeant(std::string_view call, std::string_view path) {
+    return call == setting("VADELCLIP_FAILING_CALL") && path.ends_with(setting("VADELCLIP_FAILING_PATH"));
+}
+
+/// @return as `ScriptedOutcomes::next`. The error number is set.
+long outcomeFor(std::string_view call, std::string_view path) {
+    const long outcome = isMeant(call, path) ? outcomes().next() : ScriptedOutcomes::passes;
+    if (outcome < 0) {
+        errno = static_cast<int>(-outcome);
+    }
+    return outcome;
+}
+
+long outcomeFor(std::string_view call, int descriptor) {
+    char link[32];
+    char path[PATH_MAX];
+    std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
+    const ssize_t length = readlink(link, path, sizeof path);
+    return length < 0 ? ScriptedOutcomes::passes : outcomeFor(call, {path, static_cast<std::size_t>(length)});
+}
+
+bool isRightOpening() {
+    const std::string_view opening = setting("VADELCLIP_FAILING_OPENING");
+    return opening.empty() || opening == "0" || std::atoi(opening.data()) == openings;
+}
+
+/// The C library's function behind one of the same name here.
+template <typename Function>
+Function* behind(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+FILE* openUnlessItFails(const char* name, const char* path, const char* mode) {
+    if (std::string_view(path).ends_with(setting("VADELCLIP_FAILING_PATH"))) {
+        ++openings;
+    }
+    return outcomeFor("open", path) < 0 ? nullptr : behind<FILE*(const char*, const char*)>(name)(path, mode);
+}
+
+} // namespace
+
+extern "C" FILE* fopen(const char* path, const char* mode) {
+    return openUnlessItFails("fopen", path, mode);
+}
+
+extern "C" FILE* fopen64(const char* path, const char* mode) {
+    return openUnlessItFails("fopen64", path, mode);
+}
+
+extern "C" int fclose(FILE* file) {
+    static const auto next = behind<int(FILE*)>("fclose");
+    const long outcome = outcomeFor("fclose", fileno(file));
+    const int result = next(file);
+    if (outcome < 0) {
+        errno = static_cast<int>(-outcome);
+        return EOF;
+    }
+    return result;
+}
+
+extern "C" ssize_t read(int descriptor, void* bytes, std::size_t count) {
+    static const auto next = behind<ssize_t(int, void*, std::size_t)>("read");
+    const long outcome = isRightOpening() ? outcomeFor("read", descriptor) : ScriptedOutcomes::passes;
+    const std::size_t most = outcome > 0 ? static_cast<std::size_t>(outcome) : count;
+    return outcome < 0 ? -1 : next(descriptor, bytes, std::min(count, most));
+}
+
+extern "C" std::size_t fread(void* items, std::size_t size, std::size_t count, FILE* file) {
+    static const auto next = behind<std::size_t(void*, std::size_t, std::size_t, FILE*)>("fread");
+    const long outcome = outcomeFor("fread", fileno(file));
+    const std::size_t most = outcome > 0 ? static_cast<std::size_t>(outcome) / size : count;
+    return outcome < 0 ? 0 : next(items, size, std::min(count, most), file);
+}
+
+extern "C" ssize_t write(int descriptor, const void* bytes, std::size_t count) {
+    static const auto next = behind<ssize_t(int, const void*, std::size_t)>("write");
+    const long outcome = outcomeFor("write", descriptor);
+    const std::size_t most = outcome > 0 ? static_cast<std::size_t>(outcome) : count;
+    return outcome < 0 ? -1 : next(descriptor, bytes, std::min(count, most));
+}
+
+extern "C" ssize_t writev(int descriptor, const iovec* pieces, int count) {
+    static const auto next = behind<ssize_t(int, const iovec*, int)>("writev");
+    const long outcome = outcomeFor("write", descriptor);
+    if (outcome <= 0) {
+        return outcome < 0 ? -1 : next(descriptor, pieces, count);
+    }
+    const iovec* const first =
+        std::find_if(pieces, pieces + count, [](const iovec& piece) { return piece.iov_len > 0; });
+    iovec beginning = *first;
+    beginning.iov_len = std::min(beginning.iov_len, static_cast<std::size_t>(outcome));
+    return next(descriptor, &beginning, 1);
+}
+
+extern "C" DIR* opendir(const char* path) {
+    static const auto next = behind<DIR*(const char*)>("opendir");
+    return outcomeFor("opendir", path) < 0 ? nullptr : next(path);
+}
+
+extern "C" dirent64* readdir64(DIR* directory) {
+    static const auto next = behind<dirent64*(DIR*)>("readdir64");
+    return outcomeFor("readdir", dirfd(directory)) < 0 ? nullptr : next(directory);
+}
+
+extern "C" int mkdir(const char* path, mode_t mode) noexcept {
+    static const auto next = behind<int(const char*, mode_t)>("mkdir");
+    return outcomeFor("mkdir", path) < 0 ? -1 : next(path, mode);
+}
+
+extern "C" int unlink(const char* path) noexcept {
+    static const auto next = behind<int(const char*)>("unlink");
+    return outcomeFor("unlink", path) < 0 ? -1 : next(path);
+}
+
+extern "C" int stat64(const char* path, struct stat64* result) noexcept {
+    static const auto next = behind<int(const char*, struct stat64*)>("stat64");
+    return outcomeFor("stat", path) < 0 ? -1 : next(path, result);
+}
