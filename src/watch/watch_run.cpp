@@ -65,21 +65,23 @@ bool prepareFiles(Watch& watch) {
     return watch.log.open(log) || refuse(watch, log);
 }
 
+/// @return false, with words about it kept, if it cannot be started.
 bool startTool(Watch& watch, ToolProcess& tool) {
     const std::string program = toolPathBesideExecutable();
     if (program.empty()) {
-        watch.errors.write(std::string(watch.texts.unknownDirectory) + "\n");
+        watch.errors.keep(std::string(watch.texts.unknownDirectory) + "\n");
         return false;
     }
     const int error = tool.start(program, toolArguments(watch.options));
     if (error != 0) {
-        watch.errors.write(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
+        watch.errors.keep(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
         return false;
     }
     return true;
 }
 
-/// The run itself; afterwards signals act on this process again.
+/// The run itself. Nothing is written here that would have to be waited for, since signals only act on this process
+/// again when it is over.
 ///
 /// @return false if the tool could not be started.
 bool watchTool(Watch& watch, RunRecord& record) {
@@ -91,9 +93,9 @@ bool watchTool(Watch& watch, RunRecord& record) {
     watch.lineCount.start(watch.directories.input);
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
-        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.write(text); },
+        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
-    RunWatcher watcher(tool, display, watch.log, watch.lineCount);
+    RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
     record = watcher.watch(signals);
     return true;
 }
@@ -176,7 +178,9 @@ int watchRun(const WatchOptions& options) {
         return usageErrorStatus;
     }
     RunRecord record;
-    if (!watchTool(watch, record)) {
+    const bool watched = watchTool(watch, record);
+    watch.errors.write({});
+    if (!watched) {
         return abnormalEndStatus;
     }
     RunSummary summary = summaryOf(record, watch);

@@ -211,8 +211,17 @@ class WatchTest(unittest.TestCase):
         return tool
 
     def start(self, *arguments, environment=None, **settings):
-        return subprocess.Popen([self.watch, *arguments], cwd=self.directory, env=watchEnvironment(environment),
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **settings)
+        process = subprocess.Popen([self.watch, *arguments], cwd=self.directory, env=watchEnvironment(environment),
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **settings)
+        self.addCleanup(self.end, process)
+        return process
+
+    def end(self, process):
+        """After a failed test as well, nothing goes on."""
+        process.kill()
+        process.wait()
+        process.stdout.close()
+        process.stderr.close()
 
     def finish(self, process):
         try:
