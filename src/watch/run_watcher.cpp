@@ -107,6 +107,7 @@ bool RunWatcher::readMessages() {
     for (int i = 0; i < consoleBlocks && readConsole(); ++i) {
     }
     channel.lines.feed(bytes, [this](std::string_view line) { takeMessageLine(line); });
+    progress.endOfReports(secondsSinceStart());
     return !bytes.empty();
 }
 
@@ -153,10 +154,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
         }
         break;
     case MessageKind::progress:
-        percent = message.percent;
-        if (!firstProgressSeconds) {
-            firstProgressSeconds = secondsSinceStart();
-        }
+        progress.report(message.percent);
         showProgress();
         break;
     case MessageKind::state:
@@ -182,19 +180,7 @@ void RunWatcher::showProgress() {
 }
 
 ProgressFigures RunWatcher::figures() const {
-    ProgressFigures figures;
-    figures.percent = percent;
-    figures.elapsedSeconds = secondsSinceStart();
-    if (!firstProgressSeconds || !(percent > 0.0)) {
-        return figures;
-    }
-    const double working = figures.elapsedSeconds - *firstProgressSeconds;
-    figures.remainingSeconds = working * (100.0 - percent) / percent;
-    const std::optional<std::uint64_t> lines = lineCount.nodeLines();
-    if (lines && working > 0.0) {
-        figures.linesPerSecond = static_cast<double>(*lines) * percent / 100.0 / working;
-    }
-    return figures;
+    return progress.figures(secondsSinceStart(), lineCount.nodeLines());
 }
 
 double RunWatcher::secondsSinceStart() const {

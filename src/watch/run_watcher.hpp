@@ -9,12 +9,12 @@
 #include "watch/node_files.hpp"
 #include "watch/own_output.hpp"
 #include "watch/progress_display.hpp"
+#include "watch/progress_measure.hpp"
 #include "watch/run_signals.hpp"
 #include "watch/tool_process.hpp"
 
 #include <chrono>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,7 +82,6 @@ private:
     Source console;
     ErrorEcho echo;
     RunRecord record;
+    ProgressMeasure progress;
     bool ended = false;
-    double percent = 0.0;
-    std::optional<double> firstProgressSeconds; ///< When the lines began to be dealt with.
 };
