@@ -130,6 +130,12 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, Watch& watch,
     return describeDifference(check, evidence, watch.texts);
 }
 
+void sayLines(Watch& watch, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        watch.errors.write(line + "\n");
+    }
+}
+
 /// Closes the log, and says so if something of it is missing.
 void closeLog(Watch& watch, RunSummary& summary) {
     if (!watch.log.close()) {
@@ -184,19 +190,16 @@ int watchRun(const WatchOptions& options) {
         return abnormalEndStatus;
     }
     RunSummary summary = summaryOf(record, watch);
+    sayLines(watch, endingLines(record, watch.directories.output, watch.texts));
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
-    } else if (const std::string line = endingLine(record, watch.directories.output, watch.texts); !line.empty()) {
-        watch.errors.write(line + "\n");
     }
     closeLog(watch, summary);
     if (summary.finished) {
         drawWantedMap(watch, summary);
     }
     printSummary(watch, summary);
-    for (const std::string& line : difference) {
-        watch.errors.write(line + "\n");
-    }
+    sayLines(watch, difference);
     return summary.exitStatus;
 }

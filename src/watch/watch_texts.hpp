@@ -30,13 +30,15 @@ struct WatchTexts {
     const char* checkFailed;
 
     // Ends that are not the tool's own.
-    const char* cannotStart;      ///< {0} path of the tool, {1} reason.
-    const char* unknownDirectory; ///< where the executable stands cannot be found out
-    const char* endedBySignal;    ///< {0} name of the signal, {1} its number.
-    const char* unknownStatus;    ///< {0} exit status.
-    const char* interrupted;      ///< {0} name of the signal that asked for the end.
-    const char* notComplete;      ///< {0} path of the output directory.
-    const char* cannotWrite;      ///< {0} path of the log or map.
+    const char* cannotStart;         ///< {0} path of the tool, {1} reason.
+    const char* unknownDirectory;    ///< where the executable stands cannot be found out
+    const char* endedBySignal;       ///< {0} name of the signal, {1} its number.
+    const char* unknownStatus;       ///< {0} exit status.
+    const char* interrupted;         ///< {0} name of the signal that asked for the end.
+    const char* interruptedStatus;   ///< {0} the same, {1} exit status.
+    const char* interruptedFinished; ///< {0} the same.
+    const char* notComplete;         ///< {0} path of the output directory.
+    const char* cannotWrite;         ///< {0} path of the log or map.
 
     // The check.
     const char* linesDiffer;     ///< {0} lines found, {1} count of the tool, {2} lines missing.

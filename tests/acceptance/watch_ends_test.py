@@ -97,6 +97,41 @@ time.sleep(600)
                 self.assertEqual(name.encode(), self.content("got"))
                 os.remove(self.path("started"))
 
+    def interrupted(self, script, *options):
+        """A run whose tool takes SIGTERM in its own way."""
+        self.standIn(f"""
+def end(*unused):
+    {script}
+signal.signal(signal.SIGTERM, end)
+open('started', 'w').close()
+time.sleep(600)
+""")
+        self.giveJob({"a.xyz": HEADER})
+        process = self.start(*JOB, *options)
+        self.waitForFile("started")
+        process.send_signal(signal.SIGTERM)
+        return self.finish(process)
+
+    def test_a_tool_that_fails_after_a_signal_has_its_status_passed_on(self):
+        self.expect(self.interrupted("message(type='failed', level=1, text='No more.'); os._exit(1)"), status=1, errors=[
+            "No more.",
+            "Vadelwatch: interrupted by SIGTERM, Vadelclip has ended with exit status 1." + NOT_COMPLETE])
+
+    def test_a_tool_that_finishes_after_a_signal_is_summed_up_and_checked(self):
+        for options in ([], ["--quiet"]):
+            with self.subTest(options=options):
+                watched = self.interrupted("finish(); os._exit(0)", *options)
+                self.assertEqual((0, ["Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."]),
+                                 (watched.status, watched.errorLines()))
+                self.assertEqual([] if options else ["The end"], watched.outputLines()[:1])
+                self.setUp()
+
+    def test_a_tool_that_ends_with_another_status_after_a_signal(self):
+        watched = self.interrupted("os._exit(130)", "--json")
+        self.assertEqual((4, ["Vadelwatch: interrupted by SIGTERM, Vadelclip has ended with exit status 130." + NOT_COMPLETE]),
+                         (watched.status, watched.errorLines()))
+        self.assertEqual(4, json.loads(watched.output)["exit_status"])
+
     def test_a_signal_that_was_ignored_stays_ignored(self):
         self.standIn("open('started', 'w').close(); time.sleep(0.5); finish()")
         process = self.start(*JOB, "--quiet", preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN),
