@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -93,6 +94,13 @@ bool OwnOutput::writeOnce() {
         done = kept.size();
     }
     return true;
+}
+
+bool OwnOutput::readerHasGone() const {
+    // A terminal that was closed answers like a broken disk.
+    struct stat status {};
+    const bool terminalWasClosed = firstError == EIO && fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode);
+    return firstError == EPIPE || firstError == ECONNRESET || terminalWasClosed;
 }
 
 void guardOwnOutput() {

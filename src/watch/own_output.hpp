@@ -33,6 +33,9 @@ public:
     /// The errno of the first write that failed, 0 if none did.
     int failure() const { return firstError; }
 
+    /// Whether that was because nobody reads any more, which is no fault of anybody. A full disk is none of these.
+    bool readerHasGone() const;
+
 private:
     bool writeOnce();
 

@@ -13,9 +13,9 @@ constexpr const char* description =
     "Starts the Vadelclip beside it, shows its progress, sums up what it did and checks its output.";
 
 constexpr const char* footer =
-    "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log or map that cannot be\n"
-    "written, 3 the output does not add up to total_node_count.txt, 4 the tool did not start or\n"
-    "ended abnormally.";
+    "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log, map or summary that\n"
+    "cannot be written, 3 the output does not add up to total_node_count.txt, 4 the tool did not\n"
+    "start or ended abnormally.";
 
 void addArguments(CLI::App& app, WatchOptions& options) {
     app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")

@@ -39,6 +39,7 @@ struct WatchTexts {
     const char* interruptedFinished; ///< {0} the same.
     const char* notComplete;         ///< {0} path of the output directory.
     const char* cannotWrite;         ///< {0} path of the log or map.
+    const char* cannotWriteSummary;  ///< {0} reason.
 
     // The check.
     const char* linesDiffer;     ///< {0} lines found, {1} count of the tool, {2} lines missing.

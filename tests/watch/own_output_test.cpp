@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <string>
@@ -128,8 +129,25 @@ TEST(OwnOutput, aReaderThatWentAwayIsTheEndOfIt) {
     output.keep("a");
     output.writeWhatFits();
     EXPECT_EQ(EPIPE, output.failure());
+    EXPECT_TRUE(output.readerHasGone());
     output.write("b");
     EXPECT_EQ(0U, output.waitingBytes());
+}
+
+TEST(OwnOutput, aTerminalThatWasClosedHasNoReaderAnyMore) {
+    guardOwnOutput();
+    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_NE(-1, master);
+    ASSERT_EQ(0, grantpt(master));
+    ASSERT_EQ(0, unlockpt(master));
+    const int terminal = open(ptsname(master), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    ASSERT_NE(-1, terminal);
+    close(master);
+    OwnOutput output(terminal);
+    output.write("a");
+    EXPECT_EQ(EIO, output.failure());
+    EXPECT_TRUE(output.readerHasGone());
+    close(terminal);
 }
 
 TEST(OwnOutput, theFirstFailureIsRemembered) {
@@ -139,6 +157,7 @@ TEST(OwnOutput, theFirstFailureIsRemembered) {
     OwnOutput output(full);
     output.write("a");
     EXPECT_EQ(ENOSPC, output.failure());
+    EXPECT_FALSE(output.readerHasGone());
     close(full);
     output.write("b");
     EXPECT_EQ(ENOSPC, output.failure());
