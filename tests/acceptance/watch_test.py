@@ -8,7 +8,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from watching import HEADER, SQUARE, WATCH, WatchTest, summaryLines
+from watching import HEADER, SANITIZED, SQUARE, WATCH, WatchTest, summaryLines
 
 INSIDE = b"1;1;5\n"
 OUTSIDE = b"30;3;5\n"
@@ -206,6 +206,10 @@ class Usage(WatchTest):
         watched = self.run_("--version")
         self.assertEqual((0, ""), (watched.status, watched.errors))
         self.assertRegex(watched.output, r"^Vadelwatch \d+\.\d+\.\d+\n$")
+
+    def test_settings_of_a_sanitizer_are_in_sanitized_builds_alone(self):
+        with open(WATCH, "rb") as file:
+            self.assertEqual(SANITIZED, b"leak:libfontconfig" in file.read())
 
     def test_options_may_stand_anywhere(self):
         self.giveJob(NODES)
