@@ -8,6 +8,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from acceptance import dropPowersOfRoot
 from watching import HEADER, SANITIZED, SQUARE, WATCH, WatchTest, summaryLines
 
 INSIDE = b"1;1;5\n"
@@ -92,6 +93,21 @@ class Finished(WatchTest):
                 self.assertFalse(os.path.exists(self.path("base/out")))
                 self.assertEqual(before, {name: self.content(name) for name in before})
                 self.assertEqual(b"kept\n", self.content("old.log"))
+
+    def test_files_that_may_not_be_written_are_refused_before_the_run(self):
+        os.mkdir(self.path("locked"))
+        for name in ("old.png", "old.log"):
+            self.give({name: b"kept"})
+            os.chmod(self.path(name), 0o444)
+        os.chmod(self.path("locked"), 0o555)
+        self.addCleanup(os.chmod, self.path("locked"), 0o755)
+        for option, name in (("--map", "old.png"), ("--map", "locked/new.png"), ("--log", "old.log"),
+                             ("--log", "locked/new.log")):
+            with self.subTest(name=name):
+                watched = self.job(option, name, "--lang=en", preexec_fn=dropPowersOfRoot)
+                self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}"])
+                self.assertFalse(os.path.exists(self.path("base/out")))
+        self.assertEqual((b"kept", b"kept"), (self.content("old.png"), self.content("old.log")))
 
     def test_directory_names_with_blanks_and_umlauts(self):
         self.giveJob(NODES, base="Höhe 1/ä ö")
