@@ -36,6 +36,9 @@ constexpr WatchTexts english = {
     .linesTooMany = "Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} too many.",
     .noNodeCount =
         "Vadelwatch: the output files hold {0} nodes, and total_node_count.txt holds no number to compare with.",
+    .noNodeCountFile =
+        "Vadelwatch: the output files hold {0} nodes, and there is no total_node_count.txt to compare with.",
+    .outputUnreadable = "Vadelwatch: the output directory {0} cannot be read: {1}",
     .fileEmpty = "  {0}: empty, without even its header",
     .fileCut = "  {0}: its last line is cut off, {1} whole nodes before it",
     .fileWithoutNode = "  {0}: a header and no node; the tool leaves no such file",
@@ -46,6 +49,7 @@ constexpr WatchTexts english = {
         "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten",
     .inputChanged = "  {0}: the node file was changed during the run",
     .diskFull = "  No space is left on the file system of {0}.",
+    .noOutputFile = "  There is no output file.",
     .noSuspect = "  Every file looks whole, so which one the difference belongs to cannot be told.",
 };
 
@@ -79,6 +83,9 @@ constexpr WatchTexts german = {
     .noNodeCount =
         "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, und total_node_count.txt enthält keine Zahl zum "
         "Vergleich.",
+    .noNodeCountFile =
+        "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, und es gibt kein total_node_count.txt zum Vergleich.",
+    .outputUnreadable = "Vadelwatch: das Ausgabeverzeichnis {0} kann nicht gelesen werden: {1}",
     .fileEmpty = "  {0}: leer, auch ohne Kopfzeile",
     .fileCut = "  {0}: die letzte Zeile ist abgeschnitten, davor {1} ganze Punkte",
     .fileWithoutNode = "  {0}: eine Kopfzeile und kein Punkt; so lässt das Werkzeug keine Datei zurück",
@@ -90,6 +97,7 @@ constexpr WatchTexts german = {
                        "überschrieben",
     .inputChanged = "  {0}: die Punktdatei wurde während des Laufs verändert",
     .diskFull = "  Auf dem Dateisystem von {0} ist kein Platz mehr.",
+    .noOutputFile = "  Es gibt keine Ausgabedatei.",
     .noSuspect = "  Jede Datei sieht ganz aus; zu welcher der Unterschied gehört, ist nicht festzustellen.",
 };
 

@@ -42,19 +42,22 @@ struct WatchTexts {
     const char* cannotWriteSummary;  ///< {0} reason.
 
     // The check.
-    const char* linesDiffer;     ///< {0} lines found, {1} count of the tool, {2} lines missing.
-    const char* linesTooMany;    ///< {0} lines found, {1} count of the tool, {2} lines too many.
-    const char* noNodeCount;     ///< {0} lines found.
-    const char* fileEmpty;       ///< {0} name.
-    const char* fileCut;         ///< {0} name, {1} complete lines in it.
-    const char* fileWithoutNode; ///< {0} name.
-    const char* fileUnreadable;  ///< {0} name.
-    const char* fileNotRegular;  ///< {0} name.
-    const char* headerRejected;  ///< {0} how many.
-    const char* countOverwrites; ///< no argument
-    const char* inputChanged;    ///< {0} name.
-    const char* diskFull;        ///< {0} path of the output directory.
-    const char* noSuspect;       ///< no argument
+    const char* linesDiffer;      ///< {0} lines found, {1} count of the tool, {2} lines missing.
+    const char* linesTooMany;     ///< {0} lines found, {1} count of the tool, {2} lines too many.
+    const char* noNodeCount;      ///< {0} lines found.
+    const char* noNodeCountFile;  ///< {0} lines found.
+    const char* outputUnreadable; ///< {0} path of the output directory, {1} reason.
+    const char* fileEmpty;        ///< {0} name.
+    const char* fileCut;          ///< {0} name, {1} complete lines in it.
+    const char* fileWithoutNode;  ///< {0} name.
+    const char* fileUnreadable;   ///< {0} name.
+    const char* fileNotRegular;   ///< {0} name.
+    const char* headerRejected;   ///< {0} how many.
+    const char* countOverwrites;  ///< no argument
+    const char* inputChanged;     ///< {0} name.
+    const char* diskFull;         ///< {0} path of the output directory.
+    const char* noOutputFile;     ///< no argument
+    const char* noSuspect;        ///< no argument
 };
 
 /// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
