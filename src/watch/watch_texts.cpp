@@ -1,5 +1,7 @@
 #include "watch/watch_texts.hpp"
 
+#include "watch/shown_name.hpp"
+
 #include <fmt/args.h>
 #include <fmt/format.h>
 
@@ -116,7 +118,7 @@ const WatchTexts& watchTexts(const std::optional<std::string>& language) {
 std::string filledIn(const char* text, const std::vector<std::string>& values) {
     fmt::dynamic_format_arg_store<fmt::format_context> arguments;
     for (const std::string& value : values) {
-        arguments.push_back(value);
+        arguments.push_back(shownName(value));
     }
     return fmt::vformat(text, arguments);
 }

@@ -63,7 +63,7 @@ struct WatchTexts {
 /// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
 const WatchTexts& watchTexts(const std::optional<std::string>& language);
 
-/// A text with these values in the places of its placeholders.
+/// A text with these values, as `shownName` has them, in the places of its placeholders.
 std::string filledIn(const char* text, const std::vector<std::string>& values);
 
 /// Digits in groups of three with blanks between them, which no language takes for a decimal sign.

@@ -115,6 +115,14 @@ class Finished(WatchTest):
         self.assertEqual((0, "Höhe 1/ä ö/Neues Ziel→"),
                          (watched.status, json.loads(watched.output)["output_directory"]))
 
+    def test_control_characters_of_a_directory_name_are_shown_as_numbers(self):
+        watched = self.run_("base/data", "o\x1b[2J\nut\r", "area.xml", "--lang=en", "--quiet", "--json")
+        self.assertEqual((0, "base/o\x1b[2J\nut\r"), (watched.status, json.loads(watched.output)["output_directory"]))
+        subprocess.run(["rm", "-rf", self.path("base/o\x1b[2J\nut\r")], check=True)
+        watched = self.run_("base/data", "o\x1b[2J\nut\r", "area.xml", "--lang=en")
+        self.expect(watched, status=0, errors=watched.errorLines(),
+                    output=summaryLines(3, 2, "5 of 7 (71.4 %)", r"base/o\x1B[2J\x0Aut\x0D"))
+
     def test_a_separator_at_the_end_puts_the_output_into_the_input(self):
         watched = self.run_("base/data/", "out", "area.xml", "--lang=en", "--quiet", "--json")
         summary = json.loads(watched.output)
