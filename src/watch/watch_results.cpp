@@ -44,7 +44,8 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         return;
     }
     const std::string problem = drawMap(
-        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
+        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath},
+        watch.texts);
     if (!problem.empty()) {
         tellFailure(watch, summary, "Vadelwatch: " + problem);
     }

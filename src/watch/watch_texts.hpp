@@ -9,6 +9,39 @@
 #include <string>
 #include <vector>
 
+/// What stands in the map, and why there is none.
+struct MapTexts {
+    const char* title; ///< {0} last component of the input directory, {1} of the boundary file.
+
+    // The legend.
+    const char* kept;
+    const char* keptShare; ///< {0} percent.
+    const char* dropped;
+    const char* boundary;
+    const char* node;  ///< {0} is one.
+    const char* nodes; ///< {0} how many, here and below.
+    const char* polygon;
+    const char* polygons;
+    const char* darker;
+    const char* beyond; ///< {0} `node` or `nodes`.
+    const char* lineWithoutPosition;
+    const char* linesWithoutPosition;
+    const char* coordinateUnits;
+
+    // Sentences.
+    const char* wrongSuffix;        ///< {0} path of the picture.
+    const char* boundaryUnreadable; ///< {0} path, {1} reason: one of the next two, or the words of a library.
+    const char* isDirectory;
+    const char* fileNotFound;
+    const char* boundaryPoint;    ///< {0} path.
+    const char* inputUnreadable;  ///< {0} path.
+    const char* outputUnreadable; ///< {0} path.
+    const char* strangeLines;     ///< {0} path of an output file.
+    const char* nothingToDraw;
+    const char* pictureUnwritten; ///< {0} path, {1} reason.
+    const char* pictureUndrawn;   ///< {0} path, {1} reason.
+};
+
 struct WatchTexts {
     char decimalPoint;
 
@@ -58,6 +91,8 @@ struct WatchTexts {
     const char* diskFull;         ///< {0} path of the output directory.
     const char* noOutputFile;     ///< no argument
     const char* noSuspect;        ///< no argument
+
+    MapTexts map;
 };
 
 /// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.

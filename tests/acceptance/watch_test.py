@@ -147,6 +147,23 @@ class Finished(WatchTest):
             self.assertTrue(self.content(name).startswith(start))
 
 
+    def test_a_map_speaks_the_language_of_the_run(self):
+        pictures = set()
+        for options in ([], ["--lang=de"], ["--lang=en"]):
+            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
+            self.expect(self.job("--quiet", "--map", "map.png", *options), status=0)
+            pictures.add(self.content("map.png"))
+        self.assertEqual(2, len(pictures))
+        self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
+        self.give({"area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
+        for options, sentence in (
+                ([], "Es gibt nichts zu zeichnen: kein Punkt hat eine Lage, und die Grenze hat keine Ecke."),
+                (["--lang=en"], "There is nothing to draw: no node has a position and the boundary has no vertex.")):
+            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
+            self.expect(self.job("--quiet", "--map", "none.png", *options), status=2,
+                        errors=["Vadelwatch: " + sentence])
+
+
 class Failed(WatchTest):
     """Each kind of failure: every error once, the tool's status, and no summary."""
 
