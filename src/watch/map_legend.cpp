@@ -15,41 +15,58 @@ constexpr double lineHeight = 27.0;
 constexpr double entryHeight = 2.0 * lineHeight + 14.0;
 constexpr double longestScaleBar = 250.0;
 
+/// Right of the legend, to the end of the picture.
+constexpr double rightMargin = 16.0;
+
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
+
 double legendLeft(const MapView& view) {
     return view.plot.left + view.plot.width + legendGap;
 }
 
-void drawEntryText(MapCanvas& canvas, double left, double top, const LegendEntry& entry) {
-    canvas.drawText(entry.name, {left + textIndent, top + 17.0}, {labelSize, TextAnchor::left, true});
-    canvas.drawText(entry.count, {left + textIndent, top + 17.0 + lineHeight}, {labelSize, TextAnchor::left, false});
+/// Smaller where it would not end within the picture: counts may have any number of digits.
+void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text, PixelPosition baseline,
+                 TextStyle style) {
+    const double widest = view.pictureWidth - rightMargin - baseline.x;
+    style.size = fittingSize(style.size, canvas.textWidth(text, style), widest);
+    canvas.drawText(text, baseline, style);
+}
+
+void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
+    const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
+    drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
+    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left, false});
 }
 
 using ColourOfTone = MapColour (*)(float);
 
-void drawNodeEntry(MapCanvas& canvas, double left, double top, ColourOfTone colour, bool showsDensity,
+void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
                    const LegendEntry& entry) {
-    const PixelRectangle swatch{left, top, swatchWidth, swatchHeight};
+    const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
     canvas.fillGradient(swatch, colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F));
-    drawEntryText(canvas, left, top, entry);
+    drawEntryText(canvas, view, top, entry);
 }
 
-void drawOutlineEntry(MapCanvas& canvas, double left, double top, double outlineWidth, const LegendEntry& entry) {
+void drawOutlineEntry(MapCanvas& canvas, const MapView& view, double top, double outlineWidth,
+                      const LegendEntry& entry) {
+    const double left = legendLeft(view);
     const double middle = top + swatchHeight / 2.0;
     canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, outlineWidth);
-    drawEntryText(canvas, left, top, entry);
+    drawEntryText(canvas, view, top, entry);
 }
 
 /// @return where the next thing below may stand.
-double drawNotes(MapCanvas& canvas, const std::vector<std::string>& notes, double left, double top) {
+double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::string>& notes, double top) {
     for (const std::string& note : notes) {
-        canvas.drawText(note, {left, top + 17.0}, {labelSize - 3.0, TextAnchor::left, false});
+        drawFitting(canvas, view, note, {legendLeft(view), top + 17.0}, noteStyle);
         top += lineHeight;
     }
     return top;
 }
 
 /// Two halves, filled and empty, with the length in the unit of the data.
-void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double left, double top) {
+void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
+    const double left = legendLeft(view);
     const TickStep length = stepAtMost(longestScaleBar / scaleOf(view));
     const double pixels = valueOf(length) * scaleOf(view);
     const MapColour ink{34, 34, 34};
@@ -59,9 +76,9 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
     canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
     const TextStyle style{labelSize, TextAnchor::middle, false};
     const std::string label = formatLength(length, words.decimalPoint);
-    const double lastMiddle = view.pictureWidth - 12.0 - canvas.textWidth(label, style) / 2.0;
+    const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
-    canvas.drawText(words.unit, {left, top + 34.0 + lineHeight}, {labelSize - 3.0, TextAnchor::left, false});
+    drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);
 }
 
 } // namespace
@@ -108,13 +125,12 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
 }
 
 void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
-    const double left = legendLeft(view);
     double top = view.plot.top;
-    drawNodeEntry(canvas, left, top, keptColour, words.showsDensity, words.kept);
+    drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
     top += entryHeight;
-    drawNodeEntry(canvas, left, top, droppedColour, words.showsDensity, words.dropped);
+    drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
     top += entryHeight;
-    drawOutlineEntry(canvas, left, top, outlineWidth, words.boundary);
-    top = drawNotes(canvas, words.notes, left, top + entryHeight);
-    drawScaleBar(canvas, view, words, left, top + 24.0);
+    drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
+    top = drawNotes(canvas, view, words.notes, top + entryHeight);
+    drawScaleBar(canvas, view, words, top + 24.0);
 }

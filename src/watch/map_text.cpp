@@ -34,6 +34,10 @@ std::string fitText(std::string text, double widest, const std::function<double(
     return text + std::string(ellipsis);
 }
 
+double fittingSize(double size, double widthAtSize, double widest) {
+    return widthAtSize <= widest ? size : size * widest / widthAtSize;
+}
+
 std::string lastComponent(const std::string& path) {
     const std::filesystem::path whole(path);
     return (whole.has_filename() ? whole : whole.parent_path()).filename().string();

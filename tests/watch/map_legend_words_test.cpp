@@ -33,9 +33,8 @@ TEST(MapLegendWords, inGermanWithTheNumbersOfTheSummary) {
     EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Punkte"}), words.kept);
     EXPECT_EQ((LegendEntry{"Verworfen", "123 148 Punkte"}), words.dropped);
     EXPECT_EQ((LegendEntry{"Grenze", "12 Polygone"}), words.boundary);
-    EXPECT_EQ(
-        (Notes{"Dunkler: mehr Punkte an einem Ort", "5 678 Punkte außerhalb der Karte", "1 234 Zeilen ohne Lage"}),
-        words.notes);
+    EXPECT_EQ((Notes{"Dunkler: dichtere Punkte", "5 678 Punkte außerhalb der Karte", "1 234 Zeilen ohne Lage"}),
+              words.notes);
     EXPECT_EQ("in Einheiten der Koordinaten", words.unit);
     EXPECT_EQ(',', words.decimalPoint);
 }
