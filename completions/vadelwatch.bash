@@ -41,8 +41,12 @@ _vadelwatch() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-    --lang | --log | --map) ((index++)) ;;
-    = | -*) ;;
+    --lang | --log | --map)
+      # The value, and an equals sign in front of it.
+      [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
+      ((index++))
+      ;;
+    -*) ;;
     *) ((place++)) ;;
     esac
   done

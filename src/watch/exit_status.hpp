@@ -8,7 +8,7 @@ constexpr int finishedStatus = 0;
 /// The tool's own status for every failure it handles.
 constexpr int toolFailedStatus = 1;
 
-/// Wrong arguments, or a log or map that cannot be written.
+/// Wrong arguments, or a log, map or summary that cannot be written.
 constexpr int usageErrorStatus = 2;
 
 /// The tool finished, and what stands in the output directory does not add up to the count it wrote.

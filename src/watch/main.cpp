@@ -6,6 +6,7 @@
 #include "watch/watch_options.hpp"
 #include "watch/watch_run.hpp"
 
+#include <cstring>
 #include <exception>
 #include <string>
 #include <unistd.h>
@@ -18,8 +19,14 @@ int main(int argc, char* argv[]) {
         if (outcome.options) {
             return watchRun(*outcome.options);
         }
-        OwnOutput(STDOUT_FILENO).write(outcome.standardOutput);
+        OwnOutput output(STDOUT_FILENO);
+        output.write(outcome.standardOutput);
         errors.write(outcome.standardError);
+        if (output.failure() != 0 && !output.readerHasGone()) {
+            errors.write(
+                "Vadelwatch: cannot write to standard output: " + std::string(std::strerror(output.failure())) + "\n");
+            return usageErrorStatus;
+        }
         return outcome.exitStatus;
     } catch (const std::exception& error) {
         errors.write("Vadelwatch: " + std::string(error.what()) + "\n");

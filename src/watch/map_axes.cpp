@@ -21,16 +21,21 @@ int placeOf(double value) {
     return value == 0.0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value))));
 }
 
-std::string formatTick(double value, TickStep step, int largestPlace) {
+std::string withDecimalPoint(std::string number, char decimalPoint) {
+    std::replace(number.begin(), number.end(), '.', decimalPoint);
+    return number;
+}
+
+std::string formatTick(double value, TickStep step, int largestPlace, char decimalPoint) {
     const int decimals = std::max(0, -step.exponent);
     if (value == 0.0) {
         // Zero needs no decimals, and a negative one no sign.
         return "0";
     }
     if (std::max(0, largestPlace) + 1 + decimals <= longestPlainLabel) {
-        return fmt::format("{:.{}f}", value, decimals);
+        return withDecimalPoint(fmt::format("{:.{}f}", value, decimals), decimalPoint);
     }
-    return fmt::format("{:.{}e}", value, std::max(0, placeOf(value) - step.exponent));
+    return withDecimalPoint(fmt::format("{:.{}e}", value, std::max(0, placeOf(value) - step.exponent)), decimalPoint);
 }
 
 } // namespace
@@ -77,26 +82,18 @@ TickStep stepBelow(TickStep step) {
     }
 }
 
-std::vector<MapTick> ticksBetween(double first, double last, TickStep step) {
+std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint) {
     const int largestPlace = placeOf(std::max(std::abs(first), std::abs(last)));
     std::vector<MapTick> ticks;
     double multiple = std::ceil(first / valueOf(step));
     while (multipleOf(step, multiple) <= last) {
         const double value = multipleOf(step, multiple);
-        ticks.push_back({value, formatTick(value, step, largestPlace)});
+        ticks.push_back({value, formatTick(value, step, largestPlace, decimalPoint)});
         ++multiple;
     }
     return ticks;
 }
 
-std::string formatLength(TickStep step) {
-    return formatTick(valueOf(step), step, placeOf(valueOf(step)));
-}
-
-std::string formatCount(unsigned long long count) {
-    std::string digits = std::to_string(count);
-    for (std::size_t place = digits.size(); place > 3; place -= 3) {
-        digits.insert(place - 3, 1, ' ');
-    }
-    return digits;
+std::string formatLength(TickStep step, char decimalPoint) {
+    return formatTick(valueOf(step), step, placeOf(valueOf(step)), decimalPoint);
 }

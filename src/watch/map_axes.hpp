@@ -31,10 +31,9 @@ TickStep stepBelow(TickStep step);
 
 /// All multiples of the step from `first` to `last`, both included, with as many decimals as the step has. Numbers
 /// that would be longer than 12 digits that way are written with a power of ten.
-std::vector<MapTick> ticksBetween(double first, double last, TickStep step);
+///
+/// @param decimalPoint the decimal sign of the labels.
+std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint = '.');
 
 /// A length as it stands at the scale bar.
-std::string formatLength(TickStep step);
-
-/// A count with blanks between groups of three digits.
-std::string formatCount(unsigned long long count);
+std::string formatLength(TickStep step, char decimalPoint = '.');

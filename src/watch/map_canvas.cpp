@@ -67,16 +67,6 @@ cairo_surface_t* copyImage(const PixelImage& image) {
 
 } // namespace
 
-// The name is the leak sanitizer's; without it nobody calls this. The library that finds the fonts keeps what it has
-// found until the process ends.
-// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
-extern "C" const char* __lsan_default_suppressions();
-
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\n";
-}
-// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
-
 MapCanvas::MapCanvas(PictureFormat format, int width, int height)
     : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr})) {
     surface->target = makeSurface(format, width, height, surface->bytes);

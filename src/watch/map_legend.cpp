@@ -3,8 +3,6 @@
 #include "watch/map_shading.hpp"
 #include "watch/map_text.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 namespace {
@@ -17,66 +15,58 @@ constexpr double lineHeight = 27.0;
 constexpr double entryHeight = 2.0 * lineHeight + 14.0;
 constexpr double longestScaleBar = 250.0;
 
+/// Right of the legend, to the end of the picture.
+constexpr double rightMargin = 16.0;
+
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
+
 double legendLeft(const MapView& view) {
     return view.plot.left + view.plot.width + legendGap;
 }
 
-void drawEntryText(MapCanvas& canvas, double left, double top, const std::string& name, const std::string& count) {
-    canvas.drawText(name, {left + textIndent, top + 17.0}, {labelSize, TextAnchor::left, true});
-    canvas.drawText(count, {left + textIndent, top + 17.0 + lineHeight}, {labelSize, TextAnchor::left, false});
+/// Smaller where it would not end within the picture: counts may have any number of digits.
+void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text, PixelPosition baseline,
+                 TextStyle style) {
+    const double widest = view.pictureWidth - rightMargin - baseline.x;
+    style.size = fittingSize(style.size, canvas.textWidth(text, style), widest);
+    canvas.drawText(text, baseline, style);
+}
+
+void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
+    const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
+    drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
+    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left, false});
 }
 
 using ColourOfTone = MapColour (*)(float);
 
-void drawNodeEntry(MapCanvas& canvas, double left, double top, ColourOfTone colour, bool showsDensity,
-                   const std::string& name, const std::string& count) {
-    const PixelRectangle swatch{left, top, swatchWidth, swatchHeight};
+void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
+                   const LegendEntry& entry) {
+    const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
     canvas.fillGradient(swatch, colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F));
-    drawEntryText(canvas, left, top, name, count);
+    drawEntryText(canvas, view, top, entry);
 }
 
-void drawOutlineEntry(MapCanvas& canvas, double left, double top, const MapLegend& legend) {
+void drawOutlineEntry(MapCanvas& canvas, const MapView& view, double top, double outlineWidth,
+                      const LegendEntry& entry) {
+    const double left = legendLeft(view);
     const double middle = top + swatchHeight / 2.0;
-    canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, legend.outlineWidth);
-    drawEntryText(canvas, left, top, "Boundary",
-                  formatCount(legend.polygons) + (legend.polygons == 1 ? " polygon" : " polygons"));
+    canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, outlineWidth);
+    drawEntryText(canvas, view, top, entry);
 }
 
-std::string nodesText(std::uint64_t nodes) {
-    return formatCount(nodes) + (nodes == 1 ? " node" : " nodes");
-}
-
-/// The share of all data lines.
-std::string keptName(const NodeCounts& counts) {
-    const std::uint64_t all = counts.kept + counts.dropped + counts.unreadable;
-    if (all == 0) {
-        return "Kept";
-    }
-    return fmt::format("Kept ({:.1f} %)", 100.0 * static_cast<double>(counts.kept) / static_cast<double>(all));
-}
-
-/// Notes below the entries, one line each, where there is something to say.
-double drawNotes(MapCanvas& canvas, const MapLegend& legend, double left, double top) {
-    const TextStyle style{labelSize - 3.0, TextAnchor::left, false};
-    const auto drawNote = [&canvas, &style, &top, left](const std::string& note) {
-        canvas.drawText(note, {left, top + 17.0}, style);
+/// @return where the next thing below may stand.
+double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::string>& notes, double top) {
+    for (const std::string& note : notes) {
+        drawFitting(canvas, view, note, {legendLeft(view), top + 17.0}, noteStyle);
         top += lineHeight;
-    };
-    if (legend.showsDensity) {
-        drawNote("Darker: more nodes in one place");
-    }
-    if (legend.outside > 0) {
-        drawNote(nodesText(legend.outside) + " beyond the map");
-    }
-    if (legend.counts.unreadable > 0) {
-        drawNote(formatCount(legend.counts.unreadable) +
-                 (legend.counts.unreadable == 1 ? " line without a position" : " lines without a position"));
     }
     return top;
 }
 
 /// Two halves, filled and empty, with the length in the unit of the data.
-void drawScaleBar(MapCanvas& canvas, const MapView& view, double left, double top) {
+void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
+    const double left = legendLeft(view);
     const TickStep length = stepAtMost(longestScaleBar / scaleOf(view));
     const double pixels = valueOf(length) * scaleOf(view);
     const MapColour ink{34, 34, 34};
@@ -85,11 +75,10 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, double left, double to
     canvas.strokeRectangle(bar, ink, 1.5);
     canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
     const TextStyle style{labelSize, TextAnchor::middle, false};
-    const std::string label = formatLength(length);
-    const double lastMiddle = view.pictureWidth - 12.0 - canvas.textWidth(label, style) / 2.0;
+    const std::string label = formatLength(length, words.decimalPoint);
+    const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
-    canvas.drawText("in units of the coordinates", {left, top + 34.0 + lineHeight},
-                    {labelSize - 3.0, TextAnchor::left, false});
+    drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);
 }
 
 } // namespace
@@ -135,15 +124,13 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
     canvas.drawText("y", {24.0, view.plot.top + view.plot.height / 2.0}, {labelSize, TextAnchor::middle, true});
 }
 
-void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend) {
-    const double left = legendLeft(view);
+void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
     double top = view.plot.top;
-    drawNodeEntry(canvas, left, top, keptColour, legend.showsDensity, keptName(legend.counts),
-                  nodesText(legend.counts.kept));
+    drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
     top += entryHeight;
-    drawNodeEntry(canvas, left, top, droppedColour, legend.showsDensity, "Dropped", nodesText(legend.counts.dropped));
+    drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
     top += entryHeight;
-    drawOutlineEntry(canvas, left, top, legend);
-    top = drawNotes(canvas, legend, left, top + entryHeight);
-    drawScaleBar(canvas, view, left, top + 24.0);
+    drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
+    top = drawNotes(canvas, view, words.notes, top + entryHeight);
+    drawScaleBar(canvas, view, words, top + 24.0);
 }

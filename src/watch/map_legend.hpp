@@ -3,21 +3,10 @@
 #pragma once
 
 #include "watch/map_canvas.hpp"
-#include "watch/map_points.hpp"
+#include "watch/map_legend_words.hpp"
 #include "watch/map_view.hpp"
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
-
-struct MapLegend {
-    NodeCounts counts;
-    std::uint64_t outside = 0;
-    std::size_t polygons = 0;
-    bool showsDensity = false;
-    /// Width of an outline in the map, in pixels.
-    double outlineWidth = 0.0;
-};
 
 constexpr MapColour outlineColour{208, 72, 0};
 
@@ -31,4 +20,6 @@ void drawAxes(MapCanvas& canvas, const MapView& view);
 
 /// Right of the map: what the colours mean, how many nodes there are of each, and below them the scale bar. Its
 /// length is in the unit of the coordinates, whichever that is; the files do not tell.
-void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend);
+///
+/// @param outlineWidth of an outline in the map, in pixels.
+void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth);

@@ -1,6 +1,5 @@
 #include "watch/map_outlines.hpp"
 
-#include <fmt/format.h>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -84,16 +83,18 @@ bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
 
 } // namespace
 
-std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
+std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines) {
     std::error_code error;
     if (std::filesystem::is_directory(boundaryFile, error)) {
         // The parser would speak of missing memory.
-        return fmt::format("The boundary file {} cannot be read: it is a directory.", boundaryFile);
+        return filledIn(texts.map.boundaryUnreadable, {boundaryFile, texts.map.isDirectory});
     }
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_file(boundaryFile.c_str(), parseOptions, pugi::encoding_auto);
     if (result.status != pugi::status_ok) {
-        return fmt::format("The boundary file {} cannot be read: {}.", boundaryFile, result.description());
+        const bool missing = result.status == pugi::status_file_not_found;
+        return filledIn(texts.map.boundaryUnreadable,
+                        {boundaryFile, missing ? texts.map.fileNotFound : result.description()});
     }
     for (const pugi::xml_node& group : document.child("VADELSIM").child("VadeDGM").children("group")) {
         if (std::string_view(group.attribute("type").value()) != "boundaries") {
@@ -102,7 +103,7 @@ std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlin
         for (const pugi::xml_node& polygon : group.children("polygon")) {
             outlines.emplace_back();
             if (!readOutline(polygon, outlines.back())) {
-                return fmt::format("The boundary file {} holds a point without coordinates.", boundaryFile);
+                return filledIn(texts.map.boundaryPoint, {boundaryFile});
             }
         }
     }

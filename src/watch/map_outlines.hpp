@@ -5,6 +5,7 @@
 #pragma once
 
 #include "watch/map_extent.hpp"
+#include "watch/watch_texts.hpp"
 
 #include <string>
 #include <vector>
@@ -14,9 +15,10 @@ using MapOutlines = std::vector<std::vector<MapPosition>>;
 
 /// Reads the polygons of all groups of type "boundaries".
 ///
+/// @param texts    for the sentence.
 /// @param outlines receives them; coordinates that cannot be drawn are moved to the limit of what can.
 /// @return empty on success, else a sentence that names the file. `outlines` holds what was read before then.
-std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines);
+std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines);
 
 MapExtent extentOf(const MapOutlines& outlines);
 

@@ -11,8 +11,6 @@
 #include "watch/map_text.hpp"
 #include "watch/map_view.hpp"
 
-#include <fmt/format.h>
-
 #include <cerrno>
 #include <cmath>
 #include <fstream>
@@ -35,10 +33,10 @@ PictureFormat formatOf(const std::string& pictureFile) {
 }
 
 /// First pass over the nodes: how many there are, how far they reach.
-std::string readContent(const MapRequest& request, MapContent& content) {
-    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
+std::string readContent(const MapRequest& request, const WatchTexts& texts, MapContent& content) {
+    std::string error = readMapOutlines(request.boundaryFile, texts, content.outlines);
     if (error.empty()) {
-        error = visitNodes(request.inputDirectory, request.outputDirectory, content.counts,
+        error = visitNodes(request.inputDirectory, request.outputDirectory, texts, content.counts,
                            [&content](MapPosition position, bool) { includePosition(content.points, position); });
     }
     return error;
@@ -50,17 +48,18 @@ MapExtent frameOf(const MapContent& content) {
     return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
 }
 
-MapView layOut(const MapExtent& frame) {
+MapView layOut(const MapExtent& frame, const WatchTexts& texts) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
-    return layOutMap(addMargin(frame), [&scratch](const std::string& label) {
+    const auto labelWidth = [&scratch](const std::string& label) {
         return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
-    });
+    };
+    return layOutMap(addMargin(frame), labelWidth, texts.decimalPoint);
 }
 
 /// Second pass: the nodes of each pixel.
-std::string countNodes(const MapRequest& request, MapRaster& raster) {
+std::string countNodes(const MapRequest& request, const WatchTexts& texts, MapRaster& raster) {
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, counts,
+    return visitNodes(request.inputDirectory, request.outputDirectory, texts, counts,
                       [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
 }
 
@@ -113,31 +112,31 @@ void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& out
     canvas.endClip();
 }
 
-std::string titleOf(const MapRequest& request) {
-    return readableText(lastComponent(request.inputDirectory)) + " clipped to " +
-           readableText(lastComponent(request.boundaryFile));
+std::string titleOf(const MapRequest& request, const WatchTexts& texts) {
+    return filledIn(texts.map.title, {readableText(lastComponent(request.inputDirectory)),
+                                      readableText(lastComponent(request.boundaryFile))});
 }
 
-void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
-                 const MapRaster& raster) {
+void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
+                 const MapRaster& raster, const WatchTexts& texts) {
     const MapDensity density = measureDensity(raster);
-    drawTitle(canvas, view, titleOf(request));
+    drawTitle(canvas, view, title);
     drawGrid(canvas, view);
     drawNodes(canvas, view, raster, density);
     const double outlineWidth = outlineWidthOf(content.outlines);
     drawOutlines(canvas, view, content.outlines, outlineWidth);
     drawAxes(canvas, view);
-    drawLegend(canvas, view, {content.counts, raster.outside, content.outlines.size(), density.uneven, outlineWidth});
+    const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
+    drawLegend(canvas, view, wordsOf(legend, texts), outlineWidth);
 }
 
-std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
+std::string writePicture(const std::string& pictureFile, const std::string& bytes, const WatchTexts& texts) {
     errno = 0;
     std::ofstream output(pictureFile, std::ios::binary);
     output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     output.close();
     if (output.fail()) {
-        return fmt::format("The picture {} cannot be written: {}.", pictureFile,
-                           std::generic_category().message(errno));
+        return filledIn(texts.map.pictureUnwritten, {pictureFile, std::generic_category().message(errno)});
     }
     return "";
 }
@@ -148,29 +147,29 @@ bool isPictureFileName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".svg");
 }
 
-std::string drawMap(const MapRequest& request) {
+std::string drawMap(const MapRequest& request, const WatchTexts& texts) {
     if (!isPictureFileName(request.pictureFile)) {
-        return fmt::format("The name of the picture must end in .png or .svg: {}.", request.pictureFile);
+        return filledIn(texts.map.wrongSuffix, {request.pictureFile});
     }
     MapContent content;
-    std::string error = readContent(request, content);
+    std::string error = readContent(request, texts, content);
     if (!error.empty()) {
         return error;
     }
     const MapExtent frame = frameOf(content);
     if (isEmpty(frame)) {
-        return "There is nothing to draw: no node has a position and the boundary has no vertex.";
+        return texts.map.nothingToDraw;
     }
-    const MapView view = layOut(frame);
+    const MapView view = layOut(frame, texts);
     MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
-    error = countNodes(request, raster);
+    error = countNodes(request, texts, raster);
     if (!error.empty()) {
         return error;
     }
     MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
-    drawPicture(canvas, request, view, content, raster);
+    drawPicture(canvas, titleOf(request, texts), view, content, raster, texts);
     std::string bytes;
     error = canvas.finish(bytes);
-    return error.empty() ? writePicture(request.pictureFile, bytes)
-                         : fmt::format("The picture {} cannot be drawn: {}.", request.pictureFile, error);
+    return error.empty() ? writePicture(request.pictureFile, bytes, texts)
+                         : filledIn(texts.map.pictureUndrawn, {request.pictureFile, error});
 }

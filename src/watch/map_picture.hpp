@@ -2,6 +2,8 @@
 /// The picture of a run: outlines, kept and dropped points, with everything a map needs around them.
 #pragma once
 
+#include "watch/watch_texts.hpp"
+
 #include <string>
 #include <string_view>
 
@@ -19,4 +21,4 @@ bool isPictureFileName(std::string_view name);
 /// Draws the map of a finished run. The node files are read twice, in memory that does not grow with them.
 ///
 /// @return empty on success, else a sentence that says why no picture was written.
-std::string drawMap(const MapRequest& request);
+std::string drawMap(const MapRequest& request, const WatchTexts& texts);

@@ -2,8 +2,6 @@
 
 #include "watch/map_node_lines.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
@@ -98,21 +96,21 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
 
 } // namespace
 
-std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
-                       const NodeVisitor& visit) {
+std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, const WatchTexts& texts,
+                       NodeCounts& counts, const NodeVisitor& visit) {
     counts = NodeCounts();
     std::vector<std::string> names;
     if (!listFiles(inputDirectory, names)) {
-        return fmt::format("The input directory {} cannot be read.", inputDirectory);
+        return filledIn(texts.map.inputUnreadable, {inputDirectory});
     }
     std::error_code error;
     if (!std::filesystem::is_directory(outputDirectory, error)) {
-        return fmt::format("The output directory {} cannot be read.", outputDirectory);
+        return filledIn(texts.map.outputUnreadable, {outputDirectory});
     }
     for (const std::string& name : names) {
         const std::string outputPath = joinPath(outputDirectory, name);
         if (!visitFile(joinPath(inputDirectory, name), outputPath, counts, visit)) {
-            return fmt::format("The file {} holds lines that its input file does not hold.", outputPath);
+            return filledIn(texts.map.strangeLines, {outputPath});
         }
     }
     return "";

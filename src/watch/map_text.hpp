@@ -13,5 +13,8 @@ std::string readableText(std::string_view bytes);
 /// Shortens valid UTF-8 with an ellipsis at its end until it is at most `widest` wide.
 std::string fitText(std::string text, double widest, const std::function<double(const std::string&)>& widthOfText);
 
+/// The size at which a text is at most `widest` wide: `size`, or less for a text that would be wider at that size.
+double fittingSize(double size, double widthAtSize, double widest);
+
 /// The last component of a path, also where a separator follows it.
 std::string lastComponent(const std::string& path);

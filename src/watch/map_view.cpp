@@ -24,6 +24,11 @@ constexpr double labelGap = 36.0;
 /// The least number of ticks beside the map.
 constexpr std::size_t fewestTicks = 4;
 
+struct LabelStyle {
+    const LabelWidth& width;
+    char decimalPoint;
+};
+
 double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
     double widest = 0.0;
     for (const MapTick& tick : ticks) {
@@ -34,24 +39,24 @@ double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWid
 
 /// The smallest step at which neither the ticks nor the labels of x are crowded, for both axes, so that the grid has
 /// squares. A flat map would have hardly a tick at its side that way; there y has smaller steps.
-void chooseTicks(MapView& view, const LabelWidth& labelWidth) {
+void chooseTicks(MapView& view, const LabelStyle& style) {
     TickStep step = stepAtLeast(tickDistance / scaleOf(view));
     while (true) {
-        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step);
+        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, style.decimalPoint);
         const double stepWidth = valueOf(step) * scaleOf(view);
-        if (view.xTicks.size() < 2 || stepWidth >= widestLabel(view.xTicks, labelWidth) + labelGap) {
+        if (view.xTicks.size() < 2 || stepWidth >= widestLabel(view.xTicks, style.width) + labelGap) {
             break;
         }
         step = stepAbove(step);
     }
-    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step);
+    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
     while (view.yTicks.size() < fewestTicks) {
         step = stepBelow(step);
-        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step);
+        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
     }
 }
 
-MapView layOutBeside(const MapExtent& frame, const LabelWidth& labelWidth, double yLabelWidth) {
+MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
     MapView view;
     view.plot.left = std::ceil(leftSpace + yLabelWidth);
     view.plot.top = topSpace;
@@ -60,19 +65,20 @@ MapView layOutBeside(const MapExtent& frame, const LabelWidth& labelWidth, doubl
     view.plot.height = std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
     view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
     view.shown = fitAspect(frame, view.plot.height / view.plot.width);
-    chooseTicks(view, labelWidth);
+    chooseTicks(view, style);
     return view;
 }
 
 } // namespace
 
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth) {
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
+    const LabelStyle style{labelWidth, decimalPoint};
     // The space for the labels of y depends on the labels, and these on the space: settled in a few rounds.
     double yLabelWidth = 80.0;
-    MapView view = layOutBeside(frame, labelWidth, yLabelWidth);
+    MapView view = layOutBeside(frame, style, yLabelWidth);
     for (int round = 0; round < 3; ++round) {
         yLabelWidth = widestLabel(view.yTicks, labelWidth);
-        view = layOutBeside(frame, labelWidth, yLabelWidth);
+        view = layOutBeside(frame, style, yLabelWidth);
     }
     return view;
 }

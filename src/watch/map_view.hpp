@@ -26,8 +26,10 @@ struct MapView {
 /// Size of the tick labels and all plain texts, in pixels.
 constexpr double labelSize = 20.0;
 
-/// @param frame what must be seen; not empty. More is shown where its shape is too wide or too high for the picture.
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth);
+/// @param frame        what must be seen; not empty. More is shown where its shape is too wide or too high for the
+///                     picture.
+/// @param decimalPoint the decimal sign of the labels.
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint = '.');
 
 /// Pixels for one unit of the data.
 double scaleOf(const MapView& view);

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "watch/message_stream.hpp"
+#include "watch/own_output.hpp"
 
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -14,19 +14,26 @@ std::string logLine(double seconds, std::string_view line, const Message& messag
 
 class MessageLog {
 public:
+    MessageLog() = default;
+    MessageLog(const MessageLog&) = delete;
+    MessageLog& operator=(const MessageLog&) = delete;
+    ~MessageLog();
+
     /// Empties or creates the file. An empty path is no log: everything is accepted and dropped.
     /// @return false if the file cannot be opened.
     bool open(const std::string& path);
 
     void add(double seconds, std::string_view line, const Message& message);
 
-    /// Hands what is buffered to the system.
-    void flush();
+    /// Where the lines go; they are kept there until somebody writes them.
+    OwnOutput& output() { return file; }
+    const OwnOutput& output() const { return file; }
 
-    /// Closes the file. @return false if something could not be written.
+    /// Writes what is still kept, however long that takes, and closes the file.
+    /// @return false if something could not be written.
     bool close();
 
 private:
-    std::ofstream file;
-    bool wanted = false;
+    int descriptor = -1;
+    OwnOutput file{-1};
 };

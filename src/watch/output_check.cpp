@@ -69,9 +69,9 @@ std::int64_t OutputCheck::missingNodes() const {
 
 OutputCheck checkOutput(const std::string& outputDirectory) {
     OutputCheck check;
-    std::error_code error;
+    std::error_code& error = check.directoryError;
+    std::error_code ignored;
     for (fs::directory_iterator entry(outputDirectory, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code ignored;
         if (!fs::is_directory(entry->path(), ignored) && entry->path().filename() != nodeCountName) {
             check.files.push_back(lookAtOutput(entry->path()));
             check.nodeLines += check.files.back().nodeLines;
@@ -79,7 +79,9 @@ OutputCheck checkOutput(const std::string& outputDirectory) {
     }
     std::sort(check.files.begin(), check.files.end(),
               [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });
-    check.nodeCount = readNodeCount(fs::path(outputDirectory) / nodeCountName);
+    const fs::path nodeCountFile = fs::path(outputDirectory) / nodeCountName;
+    check.hasNodeCountFile = fs::exists(nodeCountFile, ignored);
+    check.nodeCount = readNodeCount(nodeCountFile);
     check.addsUp = !error && check.nodeCount && check.missingNodes() == 0 &&
                    std::all_of(check.files.begin(), check.files.end(), countedInFull);
     return check;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 enum class OutputCondition {
@@ -26,9 +27,11 @@ struct OutputFile {
 };
 
 struct OutputCheck {
+    std::error_code directoryError;        ///< Why the directory cannot be read, if so; then files may be missing here.
     std::vector<OutputFile> files;         ///< By name; `total_node_count.txt` is not among them.
     std::uint64_t nodeLines = 0;           ///< Of all files.
-    std::optional<std::int64_t> nodeCount; ///< What `total_node_count.txt` says, if it says anything.
+    bool hasNodeCountFile = false;         ///< `total_node_count.txt` exists.
+    std::optional<std::int64_t> nodeCount; ///< What it says, if it says anything.
     bool addsUp = false;
 
     /// How much the count says beyond the lines that are there. Negative if there are more lines. Both sides are seen as

@@ -7,10 +7,13 @@
 
 namespace {
 
-std::string differenceLine(const OutputCheck& check, const WatchTexts& texts) {
+std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory, const WatchTexts& texts) {
+    if (check.directoryError) {
+        return filledIn(texts.outputUnreadable, {outputDirectory, check.directoryError.message()});
+    }
     const std::string found = groupedNumber(check.nodeLines);
     if (!check.nodeCount) {
-        return filledIn(texts.noNodeCount, {found});
+        return filledIn(check.hasNodeCountFile ? texts.noNodeCount : texts.noNodeCountFile, {found});
     }
     const std::int64_t missing = check.missingNodes();
     return filledIn(
@@ -72,7 +75,7 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
     if (check.addsUp) {
         return {};
     }
-    std::vector<std::string> lines{differenceLine(check, texts)};
+    std::vector<std::string> lines{differenceLine(check, evidence.outputDirectory, texts)};
     addConditions(check, texts, lines);
     if (evidence.rejectedHeaders > 0) {
         lines.push_back(filledIn(texts.headerRejected, {std::to_string(evidence.rejectedHeaders)}));
@@ -81,8 +84,9 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
     if (isFull(evidence.outputDirectory)) {
         lines.push_back(filledIn(texts.diskFull, {evidence.outputDirectory}));
     }
-    if (lines.size() == 1) {
-        lines.emplace_back(texts.noSuspect);
+    // Two numbers differ, and nothing accounts for it.
+    if (lines.size() == 1 && !check.directoryError && check.nodeCount) {
+        lines.emplace_back(check.files.empty() ? texts.noOutputFile : texts.noSuspect);
     }
     return lines;
 }

@@ -27,7 +27,20 @@ bool isSameFile(const std::string& path, const std::string& otherPath) {
 }
 
 bool canBeWritten(const std::string& path) {
-    const fs::path parent = fs::path(path).parent_path();
+    // As many as the system follows.
+    constexpr int mostLinks = 40;
+    fs::path place = path;
     std::error_code error;
-    return !fs::is_directory(path, error) && access(parent.empty() ? "." : parent.c_str(), W_OK) == 0;
+    // A file that a link names and that does not exist yet would be made where the link leads to.
+    for (int links = 0; fs::is_symlink(place, error) && !fs::exists(place, error); ++links) {
+        if (links == mostLinks) {
+            return false;
+        }
+        place = place.parent_path() / fs::read_symlink(place, error);
+    }
+    if (fs::exists(place, error)) {
+        return !fs::is_directory(place, error) && access(place.c_str(), W_OK) == 0;
+    }
+    const fs::path parent = place.has_parent_path() ? place.parent_path() : ".";
+    return fs::is_directory(parent, error) && access(parent.c_str(), W_OK | X_OK) == 0;
 }

@@ -12,5 +12,6 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 /// Tells whether two paths lead to the same file, existing or not.
 bool isSameFile(const std::string& path, const std::string& otherPath);
 
-/// Tells whether a file can be made or replaced there: its directory exists and may be written to, and it is none itself.
+/// Tells whether a file can be replaced there, or made where there is none: whether it, or else its directory, may be
+/// written to by this process. A directory cannot be replaced.
 bool canBeWritten(const std::string& path);

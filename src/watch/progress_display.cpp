@@ -10,8 +10,9 @@ namespace {
 
 constexpr double secondsBetweenDrawings = 0.1;
 
-/// The row of the cursor, which stands in its first column.
-constexpr const char* eraseRow = "\033[K";
+/// To the first column: the cursor stands there, unless something was typed, "^C" for instance.
+constexpr std::string_view rowStart = "\r";
+constexpr std::string_view eraseToRowEnd = "\033[K";
 
 /// What a narrower window has moved to the next rows. In a window that cuts lines there is nothing to erase, and the
 /// last row of the screen has no next one: the cursor comes back from wherever it got to.
@@ -29,8 +30,8 @@ std::string eraseRowsBelow(int rows) {
 
 /// Around a drawing: a line that turns out too long is cut at the edge and does not go on in the next row. Terminals may
 /// become narrower some time before they say so.
-constexpr const char* wrappingOff = "\033[?7l";
-constexpr const char* wrappingOn = "\033[?7h";
+constexpr std::string_view wrappingOff = "\033[?7l";
+constexpr std::string_view wrappingOn = "\033[?7h";
 
 /// A value that is not empty, or nothing.
 std::string_view environmentValue(const char* name) {
@@ -85,7 +86,10 @@ void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
     if (line.empty()) {
         return;
     }
-    pending += wrappingOff + line + eraseRow + "\r" + wrappingOn;
+    for (const std::string_view part :
+         {rowStart, wrappingOff, std::string_view(line), eraseToRowEnd, rowStart, wrappingOn}) {
+        pending += part;
+    }
     barStands = true;
     drawnLine = line;
     drawnColumns = columns;
@@ -105,7 +109,9 @@ void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
 void ProgressDisplay::clear() {
     if (barStands) {
         const int columns = width();
-        pending += eraseRow + eraseRowsBelow(columns > 0 ? (drawnColumns - 1) / columns : 0);
+        pending += rowStart;
+        pending += eraseToRowEnd;
+        pending += eraseRowsBelow(columns > 0 ? (drawnColumns - 1) / columns : 0);
         barStands = false;
     }
 }

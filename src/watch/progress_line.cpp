@@ -90,13 +90,8 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
             return fmt::format(" {} {}", barText(figures.percent, barWidth, style), text);
         }
     }
-    for (int detail = 1; detail >= 0; --detail) {
-        std::string text = figuresText(figures, detail, texts);
-        if (columnsOf(text) <= columns) {
-            return text;
-        }
-    }
-    return {};
+    std::string text = figuresText(figures, 0, texts);
+    return columnsOf(text) <= columns ? text : "";
 }
 
 std::string plainProgressLine(const ProgressFigures& figures, const WatchTexts& texts) {

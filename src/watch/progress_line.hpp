@@ -26,7 +26,7 @@ struct BarStyle {
 
 /// The bar with its figures, exactly as many columns wide as are given, or less; never more.
 ///
-/// Where there is little room, the words go first, then the rate, then the bar, then the times.
+/// Where there is little room, the words go first, then the rate, then the times, and the bar last of all.
 /// @param columns what may be filled, from 0 on.
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style,
                             const WatchTexts& texts);

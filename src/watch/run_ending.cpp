@@ -12,11 +12,19 @@ std::string signalName(int number) {
     return name == nullptr ? std::to_string(number) : name;
 }
 
-std::string abnormalEnd(const RunRecord& record, const WatchTexts& texts) {
-    if (record.interruptedBy != 0) {
-        return filledIn(texts.interrupted, {signalName(record.interruptedBy)});
+/// How the tool ended when a signal had asked it to.
+std::string interruptedEnd(const RunRecord& record, const WatchTexts& texts) {
+    const std::string signal = signalName(record.interruptedBy);
+    if (record.end.signal != 0) {
+        return filledIn(texts.interrupted, {signal});
     }
-    const ToolEnd& end = record.end;
+    if (record.end.exitStatus == finishedStatus) {
+        return filledIn(texts.interruptedFinished, {signal});
+    }
+    return filledIn(texts.interruptedStatus, {signal, std::to_string(record.end.exitStatus)});
+}
+
+std::string abnormalEnd(const ToolEnd& end, const WatchTexts& texts) {
     if (end.signal != 0) {
         return filledIn(texts.endedBySignal, {signalName(end.signal), std::to_string(end.signal)});
     }
@@ -30,9 +38,22 @@ int statusOf(const ToolEnd& end) {
     return itsOwn ? end.exitStatus : abnormalEndStatus;
 }
 
-std::string endingLine(const RunRecord& record, const std::string& outputDirectory, const WatchTexts& texts) {
-    if (statusOf(record.end) == toolFailedStatus) {
-        return record.closingText;
+std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory,
+                                     const WatchTexts& texts) {
+    const int status = statusOf(record.end);
+    std::vector<std::string> lines;
+    if (status == toolFailedStatus && !record.closingText.empty()) {
+        lines.push_back(record.closingText);
     }
-    return abnormalEnd(record, texts) + filledIn(texts.notComplete, {outputDirectory});
+    if (record.interruptedBy != 0) {
+        lines.push_back(interruptedEnd(record, texts));
+    } else if (status == abnormalEndStatus) {
+        lines.push_back(abnormalEnd(record.end, texts));
+    } else {
+        return lines;
+    }
+    if (status != finishedStatus) {
+        lines.back() += filledIn(texts.notComplete, {outputDirectory});
+    }
+    return lines;
 }

@@ -7,9 +7,14 @@
 #include "watch/watch_texts.hpp"
 
 #include <string>
+#include <vector>
 
 /// The tool's own status where it is one of its own, 4 for any other end.
 int statusOf(const ToolEnd& end);
 
-/// The one line about a run that did not finish; for a failed one, the tool's own last words, which may be empty.
-std::string endingLine(const RunRecord& record, const std::string& outputDirectory, const WatchTexts& texts);
+/// What there is to say about the end of a run: for a failed one, the tool's own last words; a line if the tool ended in
+/// a way that is none of its own; and always a line if a signal asked for the end, whatever the tool made of it.
+///
+/// @return nothing for a run that finished, or failed without a word.
+std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory,
+                                     const WatchTexts& texts);

@@ -3,13 +3,25 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+namespace {
+
+bool isIgnored(int number) {
+    struct sigaction action {};
+    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+} // namespace
+
 RunSignals::RunSignals() {
     // Where the parent process had it ignored, children would vanish without a status.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
     sigset_t watched;
     sigemptyset(&watched);
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGCHLD}) {
-        sigaddset(&watched, number);
+        // A blocked signal would wait to be read though it is ignored.
+        if (!isIgnored(number)) {
+            sigaddset(&watched, number);
+        }
     }
     pthread_sigmask(SIG_BLOCK, &watched, &formerMask);
     signalDescriptor = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);

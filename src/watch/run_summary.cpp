@@ -1,5 +1,7 @@
 #include "watch/run_summary.hpp"
 
+#include "watch/shown_name.hpp"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -98,7 +100,7 @@ std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std:
         {texts.filesWritten, groupedNumber(summary.filesWritten)},
         {texts.nodesKept, nodesText(summary, texts)},
         {texts.time, filledIn(texts.seconds, {time})},
-        {texts.outputDirectory, summary.outputDirectory, true},
+        {texts.outputDirectory, shownName(summary.outputDirectory), true},
         {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
     };
     const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);

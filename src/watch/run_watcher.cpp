@@ -13,6 +13,11 @@ constexpr std::size_t blockSize = 65536;
 /// written before one of these messages is among it.
 constexpr int consoleBlocks = 2;
 
+/// How much may wait for room in our own output before the tool has to wait too. Once it has been asked to end it is
+/// listened to for longer, since it may want to say something first.
+constexpr std::size_t usualBacklog = 65536;
+constexpr std::size_t lastBacklog = std::size_t{16} << 20U;
+
 /// For the clock in the bar to go on, and for nothing else.
 constexpr int pollMilliseconds = 100;
 
@@ -34,20 +39,19 @@ std::string_view RunWatcher::Source::readBlock() {
     return {};
 }
 
-RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, MessageLog& messageLog,
-                       const NodeLineCount& nodeLineCount)
-    : tool(toolProcess), display(progressDisplay), log(messageLog), lineCount(nodeLineCount), channel(tool.channel()),
-      console(tool.console()) {}
+RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
+                       MessageLog& messageLog, const NodeLineCount& nodeLineCount)
+    : tool(toolProcess), display(progressDisplay), shown(displayOutput), log(messageLog), lineCount(nodeLineCount),
+      channel(tool.channel()), console(tool.console()) {}
 
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
         showProgress();
-        log.flush();
-        display.flush();
+        writeWhatFits();
         waitForSomething(signals);
         takeSignals(signals);
         // Messages and their console lines; without messages, the console alone.
-        if (!readMessages()) {
+        if (mayRead() && !readMessages()) {
             readConsole();
         }
     }
@@ -56,15 +60,29 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
     record.seconds = secondsSinceStart();
     display.update(figures(), record.seconds);
     display.clear();
-    display.flush();
+    writeWhatFits();
     return record;
 }
 
-void RunWatcher::waitForSomething(const RunSignals& signals) const {
+void RunWatcher::writeWhatFits() {
+    display.flush();
+    shown.writeWhatFits();
+    log.output().writeWhatFits();
+}
+
+bool RunWatcher::mayRead() const {
+    const std::size_t limit = record.interruptedBy == 0 ? usualBacklog : lastBacklog;
+    return shown.waitingBytes() + log.output().waitingBytes() < limit;
+}
+
+void RunWatcher::waitForSomething(const RunSignals& signals) {
+    const bool reading = mayRead();
     // A negative descriptor is passed over.
-    std::array<pollfd, 3> sources{{{signals.descriptor(), POLLIN, 0},
-                                   {channel.open ? channel.descriptor : -1, POLLIN, 0},
-                                   {console.open ? console.descriptor : -1, POLLIN, 0}}};
+    std::array<pollfd, 5> sources{{{signals.descriptor(), POLLIN, 0},
+                                   {reading && channel.open ? channel.descriptor : -1, POLLIN, 0},
+                                   {reading && console.open ? console.descriptor : -1, POLLIN, 0},
+                                   {shown.waitingDescriptor(), POLLOUT, 0},
+                                   {log.output().waitingDescriptor(), POLLOUT, 0}}};
     poll(sources.data(), sources.size(), pollMilliseconds);
 }
 
@@ -89,6 +107,7 @@ bool RunWatcher::readMessages() {
     for (int i = 0; i < consoleBlocks && readConsole(); ++i) {
     }
     channel.lines.feed(bytes, [this](std::string_view line) { takeMessageLine(line); });
+    progress.endOfReports(secondsSinceStart());
     return !bytes.empty();
 }
 
@@ -106,7 +125,7 @@ void RunWatcher::readTheRest() {
     while (more) {
         more = readMessages();
         more = readConsole() || more;
-        display.flush();
+        writeWhatFits();
     }
 }
 
@@ -135,10 +154,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
         }
         break;
     case MessageKind::progress:
-        percent = message.percent;
-        if (!firstProgressSeconds) {
-            firstProgressSeconds = secondsSinceStart();
-        }
+        progress.report(message.percent);
         showProgress();
         break;
     case MessageKind::state:
@@ -156,24 +172,15 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     }
 }
 
+/// Not where earlier output waits for room: progress is worth nothing when it is no longer new.
 void RunWatcher::showProgress() {
-    display.update(figures(), secondsSinceStart());
+    if (shown.waitingBytes() == 0) {
+        display.update(figures(), secondsSinceStart());
+    }
 }
 
 ProgressFigures RunWatcher::figures() const {
-    ProgressFigures figures;
-    figures.percent = percent;
-    figures.elapsedSeconds = secondsSinceStart();
-    if (!firstProgressSeconds || !(percent > 0.0)) {
-        return figures;
-    }
-    const double working = figures.elapsedSeconds - *firstProgressSeconds;
-    figures.remainingSeconds = working * (100.0 - percent) / percent;
-    const std::optional<std::uint64_t> lines = lineCount.nodeLines();
-    if (lines && working > 0.0) {
-        figures.linesPerSecond = static_cast<double>(*lines) * percent / 100.0 / working;
-    }
-    return figures;
+    return progress.figures(secondsSinceStart(), lineCount.nodeLines());
 }
 
 double RunWatcher::secondsSinceStart() const {

@@ -7,13 +7,14 @@
 #include "watch/message_log.hpp"
 #include "watch/message_stream.hpp"
 #include "watch/node_files.hpp"
+#include "watch/own_output.hpp"
 #include "watch/progress_display.hpp"
+#include "watch/progress_measure.hpp"
 #include "watch/run_signals.hpp"
 #include "watch/tool_process.hpp"
 
 #include <chrono>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,10 +32,14 @@ struct RunRecord {
 class RunWatcher {
 public:
     /// All of these outlive the watcher. The tool has just been started.
-    RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, MessageLog& messageLog,
-               const NodeLineCount& nodeLineCount);
+    ///
+    /// @param displayOutput where the display writes to.
+    RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
+               MessageLog& messageLog, const NodeLineCount& nodeLineCount);
 
     /// Returns when the tool has ended and everything it sent has been dealt with. The display is left without a bar.
+    /// What has found no room in the display's output or in the log is still kept there: nothing is waited for while
+    /// the signals are taken here.
     RunRecord watch(const RunSignals& signals);
 
 private:
@@ -52,7 +57,9 @@ private:
         LineSplitter lines;
     };
 
-    void waitForSomething(const RunSignals& signals) const;
+    void writeWhatFits();
+    bool mayRead() const;
+    void waitForSomething(const RunSignals& signals);
     void takeSignals(const RunSignals& signals);
     bool readMessages();
     bool readConsole();
@@ -67,6 +74,7 @@ private:
 
     ToolProcess& tool;
     ProgressDisplay& display;
+    OwnOutput& shown;
     MessageLog& log;
     const NodeLineCount& lineCount;
     std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
@@ -74,7 +82,6 @@ private:
     Source console;
     ErrorEcho echo;
     RunRecord record;
+    ProgressMeasure progress;
     bool ended = false;
-    double percent = 0.0;
-    std::optional<double> firstProgressSeconds; ///< When the lines began to be dealt with.
 };

@@ -5,7 +5,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <array>
 #include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -13,9 +18,13 @@ constexpr const char* description =
     "Starts the Vadelclip beside it, shows its progress, sums up what it did and checks its output.";
 
 constexpr const char* footer =
-    "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log or map that cannot be\n"
-    "written, 3 the output does not add up to total_node_count.txt, 4 the tool did not start or\n"
-    "ended abnormally.";
+    "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log, map or summary that\n"
+    "cannot be written, 3 the output does not add up to total_node_count.txt, 4 the tool did not\n"
+    "start or ended abnormally.";
+
+/// Options that take a value, and how each looks with an empty one.
+constexpr std::array<const char*, 3> valueOptions{"--lang", "--log", "--map"};
+constexpr std::array<std::string_view, 3> emptyValues{"--lang=", "--log=", "--map="};
 
 void addArguments(CLI::App& app, WatchOptions& options) {
     app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")
@@ -35,10 +44,31 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")->type_name("FILE");
 }
 
+/// CLI11 takes "--log=" for an option without a value, and the next argument for its value. As two arguments, the second
+/// of them empty, it is what it says.
+std::vector<const char*> withEmptyValues(int argc, const char* const* argv) {
+    std::vector<const char*> words;
+    bool mayBeOption = true;
+    for (int i = 0; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        mayBeOption = mayBeOption && word != "--";
+        const auto* const option = std::find(emptyValues.begin(), emptyValues.end(), word);
+        if (mayBeOption && option != emptyValues.end()) {
+            words.push_back(valueOptions.at(static_cast<std::size_t>(option - emptyValues.begin())));
+            words.push_back("");
+        } else {
+            words.push_back(argv[i]);
+        }
+    }
+    return words;
+}
+
 /// What CLI11 cannot know.
 void checkValues(const CLI::App& app, const WatchOptions& options) {
-    if (app.count("--log") > 0 && options.logPath.empty()) {
-        throw CLI::ValidationError("--log", "needs the name of a file");
+    for (const auto& [option, path] : {std::pair("--log", &options.logPath), std::pair("--map", &options.mapPath)}) {
+        if (app.count(option) > 0 && path->empty()) {
+            throw CLI::ValidationError(option, "needs the name of a file");
+        }
     }
     if (app.count("--map") > 0 && !isPictureFileName(options.mapPath)) {
         throw CLI::ValidationError("--map", "the name must end in .png or .svg: " + options.mapPath);
@@ -58,7 +88,8 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
 
     CommandLineOutcome outcome;
     try {
-        app.parse(argc, argv);
+        const std::vector<const char*> words = withEmptyValues(argc, argv);
+        app.parse(static_cast<int>(words.size()), words.data());
         checkValues(app, options);
         outcome.options = options;
     } catch (const CLI::ParseError& error) {

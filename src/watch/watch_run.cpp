@@ -1,50 +1,30 @@
 #include "watch/watch_run.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/map_picture.hpp"
-#include "watch/message_log.hpp"
-#include "watch/node_files.hpp"
 #include "watch/output_check.hpp"
 #include "watch/own_files.hpp"
-#include "watch/own_output.hpp"
 #include "watch/progress_display.hpp"
-#include "watch/run_directories.hpp"
 #include "watch/run_ending.hpp"
 #include "watch/run_signals.hpp"
 #include "watch/run_summary.hpp"
 #include "watch/run_watcher.hpp"
 #include "watch/tool_process.hpp"
-#include "watch/watch_texts.hpp"
+#include "watch/watch_context.hpp"
+#include "watch/watch_results.hpp"
 
 #include <cstring>
-#include <limits>
 #include <string>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
-/// What the steps of one run share.
-struct Watch {
-    explicit Watch(const WatchOptions& watchOptions)
-        : options(watchOptions), texts(watchTexts(watchOptions.language)),
-          directories(runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)) {}
-
-    const WatchOptions& options;
-    const WatchTexts& texts;
-    RunDirectories directories;
-    OwnOutput output{STDOUT_FILENO};
-    OwnOutput errors{STDERR_FILENO};
-    MessageLog log;
-    NodeLineCount lineCount;
-};
-
-bool isInput(const Watch& watch, const std::string& path) {
+bool isInput(const WatchContext& watch, const std::string& path) {
     return isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath);
 }
 
 /// Says that one of our own files cannot be written.
-bool refuse(Watch& watch, const std::string& path) {
+bool refuse(WatchContext& watch, const std::string& path) {
     watch.errors.write(filledIn(watch.texts.cannotWrite, {path}) + "\n");
     return false;
 }
@@ -53,7 +33,7 @@ bool refuse(Watch& watch, const std::string& path) {
 /// go. The log comes last: opening it empties what stood there.
 ///
 /// @return false, and says so, if one of them cannot be written, or would take the place of an input or of the other.
-bool prepareFiles(Watch& watch) {
+bool prepareFiles(WatchContext& watch) {
     const std::string& map = watch.options.mapPath;
     const std::string& log = watch.options.logPath;
     if (!map.empty() && (!canBeWritten(map) || isInput(watch, map))) {
@@ -65,24 +45,26 @@ bool prepareFiles(Watch& watch) {
     return watch.log.open(log) || refuse(watch, log);
 }
 
-bool startTool(Watch& watch, ToolProcess& tool) {
+/// @return false, with words about it kept, if it cannot be started.
+bool startTool(WatchContext& watch, ToolProcess& tool) {
     const std::string program = toolPathBesideExecutable();
     if (program.empty()) {
-        watch.errors.write(std::string(watch.texts.unknownDirectory) + "\n");
+        watch.errors.keep(std::string(watch.texts.unknownDirectory) + "\n");
         return false;
     }
     const int error = tool.start(program, toolArguments(watch.options));
     if (error != 0) {
-        watch.errors.write(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
+        watch.errors.keep(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
         return false;
     }
     return true;
 }
 
-/// The run itself; afterwards signals act on this process again.
+/// The run itself. Nothing is written here that would have to be waited for, since signals only act on this process
+/// again when it is over.
 ///
 /// @return false if the tool could not be started.
-bool watchTool(Watch& watch, RunRecord& record) {
+bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
     ToolProcess tool;
     if (!startTool(watch, tool)) {
@@ -91,14 +73,14 @@ bool watchTool(Watch& watch, RunRecord& record) {
     watch.lineCount.start(watch.directories.input);
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
-        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.write(text); },
+        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
-    RunWatcher watcher(tool, display, watch.log, watch.lineCount);
+    RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
     record = watcher.watch(signals);
     return true;
 }
 
-RunSummary summaryOf(const RunRecord& record, const Watch& watch) {
+RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
     RunSummary summary;
     summary.closingText = record.closingText;
     summary.exitStatus = statusOf(record.end);
@@ -113,7 +95,7 @@ RunSummary summaryOf(const RunRecord& record, const Watch& watch) {
 /// Adds to the summary what is only to be known after a finished run.
 ///
 /// @return lines that say what does not add up.
-std::vector<std::string> checkFinishedRun(const RunRecord& record, Watch& watch, RunSummary& summary) {
+std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
     watch.lineCount.wait();
     const OutputCheck check = checkOutput(watch.directories.output);
     summary.filesWritten = check.files.size();
@@ -128,71 +110,30 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, Watch& watch,
     return describeDifference(check, evidence, watch.texts);
 }
 
-/// Closes the log, and says so if something of it is missing.
-void closeLog(Watch& watch, RunSummary& summary) {
-    if (!watch.log.close()) {
-        watch.errors.write(filledIn(watch.texts.cannotWrite, {watch.options.logPath}) + "\n");
-        if (summary.exitStatus == finishedStatus) {
-            summary.exitStatus = usageErrorStatus;
-        }
-    }
-}
-
-/// Draws the map of a finished run, if it is wanted; says so if that fails.
-void drawWantedMap(Watch& watch, RunSummary& summary) {
-    if (watch.options.mapPath.empty()) {
-        return;
-    }
-    const std::string problem = drawMap(
-        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
-    if (!problem.empty()) {
-        watch.errors.write("Vadelwatch: " + problem + "\n");
-        if (summary.exitStatus == finishedStatus) {
-            summary.exitStatus = usageErrorStatus;
-        }
-    }
-}
-
-/// Columns for the summary: those of the terminal, or as many as it likes.
-std::size_t summaryColumns() {
-    constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
-    const int columns = isatty(STDOUT_FILENO) == 1 ? terminalColumns(STDOUT_FILENO) : 0;
-    return columns > 0 ? static_cast<std::size_t>(columns) : unlimited;
-}
-
-void printSummary(Watch& watch, const RunSummary& summary) {
-    if (watch.options.json) {
-        watch.output.write(summaryJson(summary));
-    } else if (summary.finished && !watch.options.quiet) {
-        watch.output.write(summaryText(summary, watch.texts, summaryColumns()));
-    }
-}
-
 } // namespace
 
 int watchRun(const WatchOptions& options) {
-    Watch watch(options);
+    WatchContext watch(options);
     if (!prepareFiles(watch)) {
         return usageErrorStatus;
     }
     RunRecord record;
-    if (!watchTool(watch, record)) {
+    const bool watched = watchTool(watch, record);
+    watch.errors.write({});
+    if (!watched) {
         return abnormalEndStatus;
     }
     RunSummary summary = summaryOf(record, watch);
+    sayLines(watch, endingLines(record, watch.directories.output, watch.texts));
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
-    } else if (const std::string line = endingLine(record, watch.directories.output, watch.texts); !line.empty()) {
-        watch.errors.write(line + "\n");
     }
     closeLog(watch, summary);
     if (summary.finished) {
         drawWantedMap(watch, summary);
     }
     printSummary(watch, summary);
-    for (const std::string& line : difference) {
-        watch.errors.write(line + "\n");
-    }
+    sayLines(watch, difference);
     return summary.exitStatus;
 }

@@ -2,7 +2,6 @@
 import ctypes
 import json
 import os
-import re
 import resource
 import signal
 import sys
@@ -182,6 +181,14 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
         self.expect(self.checked({"a.xyz": HEADER}, b"1\n"), status=3, errors=[
             "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
             "  a.xyz: a header and no node; the tool leaves no such file"])
+
+    def test_no_output_directory(self):
+        self.standIn("message(type='finish', level=1, text='The end')")
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
+            "Vadelwatch: the output directory base/out cannot be read: No such file or directory"])
+        self.expect(self.job("--quiet"), status=3, errors=[
+            "Vadelwatch: das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
 
     def test_a_node_file_changed_during_the_run(self):
         self.standIn("""

@@ -1,5 +1,4 @@
 """completions/vadelwatch.bash in a real bash: every option that --help names is completed, and nothing else."""
-import os
 import re
 import subprocess
 import sys
@@ -48,6 +47,8 @@ class Completion(WatchTest):
         self.assertEqual(["area.xml"], self.complete("--log", "a"))
         self.assertEqual(["area.xml"], self.complete("--map", "=", "a"))
         self.assertEqual(["area.xml"], self.complete("--lang", "de", "in put", "--quiet", "out", "a"))
+        self.assertEqual(["in put"], self.complete("--lang", "=", "de", ""))
+        self.assertEqual(["area.xml"], self.complete("--map", "=", "x.png", "in put", "--log", "=", "l", "out", "a"))
 
     def test_the_command_is_registered(self):
         result = subprocess.run(["bash", "-c", f"source '{SCRIPT}'; complete -p Vadelwatch"], capture_output=True,

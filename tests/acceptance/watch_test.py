@@ -8,7 +8,8 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from watching import HEADER, SQUARE, WATCH, WatchTest, summaryLines
+from acceptance import dropPowersOfRoot
+from watching import HEADER, SANITIZED, SQUARE, WATCH, WatchTest, summaryLines
 
 INSIDE = b"1;1;5\n"
 OUTSIDE = b"30;3;5\n"
@@ -93,11 +94,34 @@ class Finished(WatchTest):
                 self.assertEqual(before, {name: self.content(name) for name in before})
                 self.assertEqual(b"kept\n", self.content("old.log"))
 
+    def test_files_that_may_not_be_written_are_refused_before_the_run(self):
+        os.mkdir(self.path("locked"))
+        for name in ("old.png", "old.log"):
+            self.give({name: b"kept"})
+            os.chmod(self.path(name), 0o444)
+        os.chmod(self.path("locked"), 0o555)
+        self.addCleanup(os.chmod, self.path("locked"), 0o755)
+        for option, name in (("--map", "old.png"), ("--map", "locked/new.png"), ("--log", "old.log"),
+                             ("--log", "locked/new.log")):
+            with self.subTest(name=name):
+                watched = self.job(option, name, "--lang=en", preexec_fn=dropPowersOfRoot)
+                self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}"])
+                self.assertFalse(os.path.exists(self.path("base/out")))
+        self.assertEqual((b"kept", b"kept"), (self.content("old.png"), self.content("old.log")))
+
     def test_directory_names_with_blanks_and_umlauts(self):
         self.giveJob(NODES, base="Höhe 1/ä ö")
         watched = self.run_("Höhe 1/ä ö/data", "Neues Ziel→", "area.xml", "--lang=en", "--quiet", "--json")
         self.assertEqual((0, "Höhe 1/ä ö/Neues Ziel→"),
                          (watched.status, json.loads(watched.output)["output_directory"]))
+
+    def test_control_characters_of_a_directory_name_are_shown_as_numbers(self):
+        watched = self.run_("base/data", "o\x1b[2J\nut\r", "area.xml", "--lang=en", "--quiet", "--json")
+        self.assertEqual((0, "base/o\x1b[2J\nut\r"), (watched.status, json.loads(watched.output)["output_directory"]))
+        subprocess.run(["rm", "-rf", self.path("base/o\x1b[2J\nut\r")], check=True)
+        watched = self.run_("base/data", "o\x1b[2J\nut\r", "area.xml", "--lang=en")
+        self.expect(watched, status=0, errors=watched.errorLines(),
+                    output=summaryLines(3, 2, "5 of 7 (71.4 %)", r"base/o\x1B[2J\x0Aut\x0D"))
 
     def test_a_separator_at_the_end_puts_the_output_into_the_input(self):
         watched = self.run_("base/data/", "out", "area.xml", "--lang=en", "--quiet", "--json")
@@ -121,6 +145,23 @@ class Finished(WatchTest):
             subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
             self.expect(self.job("--quiet", "--map", name), status=0)
             self.assertTrue(self.content(name).startswith(start))
+
+
+    def test_a_map_speaks_the_language_of_the_run(self):
+        pictures = set()
+        for options in ([], ["--lang=de"], ["--lang=en"]):
+            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
+            self.expect(self.job("--quiet", "--map", "map.png", *options), status=0)
+            pictures.add(self.content("map.png"))
+        self.assertEqual(2, len(pictures))
+        self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
+        self.give({"area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
+        for options, sentence in (
+                ([], "Es gibt nichts zu zeichnen: kein Punkt hat eine Lage, und die Grenze hat keine Ecke."),
+                (["--lang=en"], "There is nothing to draw: no node has a position and the boundary has no vertex.")):
+            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
+            self.expect(self.job("--quiet", "--map", "none.png", *options), status=2,
+                        errors=["Vadelwatch: " + sentence])
 
 
 class Failed(WatchTest):
@@ -206,6 +247,10 @@ class Usage(WatchTest):
         watched = self.run_("--version")
         self.assertEqual((0, ""), (watched.status, watched.errors))
         self.assertRegex(watched.output, r"^Vadelwatch \d+\.\d+\.\d+\n$")
+
+    def test_settings_of_a_sanitizer_are_in_sanitized_builds_alone(self):
+        with open(WATCH, "rb") as file:
+            self.assertEqual(SANITIZED, b"leak:libfontconfig" in file.read())
 
     def test_options_may_stand_anywhere(self):
         self.giveJob(NODES)

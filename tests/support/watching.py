@@ -116,7 +116,7 @@ class Screen:
         self.saved = (0, 0)
         self.wrapping = True
         self.longest = 0  # the most columns that a row has ever filled
-        self.drawings = []  # each row that was left by a carriage return without a line feed
+        self.drawings = []  # the row of the bar as each drawing left it
 
     def write(self, text):
         position = 0
@@ -131,8 +131,6 @@ class Screen:
                 if self.row == len(self.rows):
                     self.rows.append("")
             elif text[position] == "\r":
-                if not text.startswith("\r\n", position) and self.rows[self.row]:
-                    self.drawings.append(self.rows[self.row])
                 self.column = 0
             else:
                 self.put(text[position])
@@ -157,6 +155,8 @@ class Screen:
             self.row, self.column = self.saved
         elif sequence in ("\x1b[?7l", "\x1b[?7h"):
             self.wrapping = sequence.endswith("h")
+            if self.wrapping:  # on again: a drawing has ended
+                self.drawings.append(self.rows[self.row])
         elif not sequence.endswith("m"):
             raise AssertionError(f"unknown sequence {sequence!r}")
 
@@ -211,8 +211,17 @@ class WatchTest(unittest.TestCase):
         return tool
 
     def start(self, *arguments, environment=None, **settings):
-        return subprocess.Popen([self.watch, *arguments], cwd=self.directory, env=watchEnvironment(environment),
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **settings)
+        process = subprocess.Popen([self.watch, *arguments], cwd=self.directory, env=watchEnvironment(environment),
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **settings)
+        self.addCleanup(self.end, process)
+        return process
+
+    def end(self, process):
+        """After a failed test as well, nothing goes on."""
+        process.kill()
+        process.wait()
+        process.stdout.close()
+        process.stderr.close()
 
     def finish(self, process):
         try:

@@ -78,12 +78,18 @@ TEST(MapAxes, longNumbersAreWrittenWithAPowerOfTen) {
     EXPECT_EQ((Labels{"500000000000"}), labelsBetween(4e11, 6e11, {5, 11}));
 }
 
-TEST(MapAxes, lengthsAndCounts) {
+TEST(MapAxes, lengths) {
     EXPECT_EQ("200", formatLength({2, 2}));
     EXPECT_EQ("0.05", formatLength({5, -2}));
     EXPECT_EQ("1e+15", formatLength({1, 15}));
-    EXPECT_EQ("0", formatCount(0));
-    EXPECT_EQ("999", formatCount(999));
-    EXPECT_EQ("1 000", formatCount(1000));
-    EXPECT_EQ("123 456 789", formatCount(123456789));
+}
+
+TEST(MapAxes, theDecimalSignOfTheLanguage) {
+    Labels labels;
+    for (const MapTick& tick : ticksBetween(-0.5, 0.39, {2, -1}, ',')) {
+        labels.push_back(tick.label);
+    }
+    EXPECT_EQ((Labels{"-0,4", "-0,2", "0", "0,2"}), labels);
+    EXPECT_EQ("1,000000001e+12", ticksBetween(1.0000000005e12, 1.0000000015e12, {1, 3}, ',').front().label);
+    EXPECT_EQ("0,05", formatLength({5, -2}, ','));
 }

@@ -9,6 +9,8 @@
 
 namespace {
 
+const WatchTexts& english = watchTexts("en");
+
 std::string describe(const MapOutlines& outlines) {
     std::ostringstream text;
     for (const std::vector<MapPosition>& outline : outlines) {
@@ -26,7 +28,7 @@ std::string read(const std::string& content) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("b.xml", content);
     MapOutlines outlines;
-    std::string error = readMapOutlines(path, outlines);
+    std::string error = readMapOutlines(path, english, outlines);
     if (error.empty()) {
         return describe(outlines);
     }
@@ -58,8 +60,8 @@ TEST(MapOutlines, coordinatesBeyondTheDrawableAreMovedToItsLimit) {
 TEST(MapOutlines, unreadableFilesAreNamed) {
     MapOutlines outlines;
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.",
-              readMapOutlines("/no/b.xml", outlines));
-    EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", outlines));
+              readMapOutlines("/no/b.xml", english, outlines));
+    EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", english, outlines));
     EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch.", read("<a></b>"));
     for (const char* const point : {"<point x='1'/>", "<point x='a' y='1'/>", "<point x='1' y='nan'/>"}) {
         EXPECT_EQ("The boundary file FILE holds a point without coordinates.",

@@ -9,6 +9,9 @@
 
 namespace {
 
+const WatchTexts& english = watchTexts("en");
+const WatchTexts& german = watchTexts("de");
+
 constexpr const char* square = "<VADELSIM><VadeDGM><group type='boundaries'><polygon id='1'><point x='0' y='0'/>"
                                "<point x='10' y='0'/><point x='10' y='10'/><point x='0' y='10'/></polygon></group>"
                                "</VadeDGM></VADELSIM>";
@@ -25,9 +28,9 @@ struct DrawnRun {
     }
 
     /// Draws and returns the bytes of the picture; the test fails if there is none.
-    std::string draw(const std::string& pictureName) {
+    std::string draw(const std::string& pictureName, const WatchTexts& texts = english) {
         request.pictureFile = directory.pathOf(pictureName);
-        EXPECT_EQ("", drawMap(request));
+        EXPECT_EQ("", drawMap(request, texts));
         return readFile(request.pictureFile);
     }
 
@@ -101,6 +104,42 @@ TEST(MapPicture, theSamePictureIsDrawnAgain) {
     EXPECT_EQ(run.draw("a.png"), run.draw("b.png"));
 }
 
+TEST(MapPicture, theLanguageMakesADifference) {
+    DrawnRun run;
+    run.write("x;y;z\n5;5;1\n15;5;1\n", "x;y;z\n5;5;1\n");
+    EXPECT_NE(run.draw("a.png"), run.draw("b.png", german));
+}
+
+TEST(MapPicture, sentencesInGerman) {
+    DrawnRun run;
+    MapRequest request = run.request;
+    request.boundaryFile = "/no/b.xml";
+    EXPECT_EQ("Die Grenzdatei /no/b.xml kann nicht gelesen werden: die Datei wurde nicht gefunden.",
+              drawMap(request, german));
+    request.boundaryFile = "/";
+    EXPECT_EQ("Die Grenzdatei / kann nicht gelesen werden: sie ist ein Verzeichnis.", drawMap(request, german));
+    request.boundaryFile = run.directory.write("point.xml", "<VADELSIM><VadeDGM><group type='boundaries'><polygon>"
+                                                            "<point/></polygon></group></VadeDGM></VADELSIM>");
+    EXPECT_EQ("Die Grenzdatei " + request.boundaryFile + " enthält einen Punkt ohne Koordinaten.",
+              drawMap(request, german));
+    request = run.request;
+    request.inputDirectory = "/no/in";
+    EXPECT_EQ("Das Eingabeverzeichnis /no/in kann nicht gelesen werden.", drawMap(request, german));
+    request = run.request;
+    request.outputDirectory = "/no/out";
+    EXPECT_EQ("Das Ausgabeverzeichnis /no/out kann nicht gelesen werden.", drawMap(request, german));
+    run.write("x;y;z\n5;5;1\n", "x;y;z\n6;6;1\n");
+    EXPECT_EQ("Die Datei " + run.directory.pathOf("out/a.xyz") +
+                  " enthält Zeilen, die ihre Eingabedatei nicht enthält.",
+              drawMap(run.request, german));
+    run.write("x;y;z\n5;5;1\n", "");
+    run.request.pictureFile = "map.jpg";
+    EXPECT_EQ("Der Name des Bildes muss auf .png oder .svg enden: map.jpg.", drawMap(run.request, german));
+    run.request.pictureFile = "/no/map.png";
+    EXPECT_EQ("Das Bild /no/map.png kann nicht geschrieben werden: No such file or directory.",
+              drawMap(run.request, german));
+}
+
 TEST(MapPicture, keptNodesMakeADifference) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n6;6;1\n", "x;y;z\n5;5;1\n");
@@ -134,7 +173,8 @@ TEST(MapPicture, namesOfAnyBytesAreDrawn) {
 TEST(MapPicture, nothingToDrawIsSaid) {
     DrawnRun run;
     run.directory.write("b.xml", "<VADELSIM/>");
-    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.", drawMap(run.request));
+    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.",
+              drawMap(run.request, english));
     EXPECT_FALSE(run.hasPicture());
 }
 
@@ -142,23 +182,23 @@ TEST(MapPicture, unreadableInputIsSaid) {
     DrawnRun run;
     MapRequest request = run.request;
     request.boundaryFile = "/no/b.xml";
-    EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request));
+    EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request, english));
     request = run.request;
     request.inputDirectory = "/no/in";
-    EXPECT_EQ("The input directory /no/in cannot be read.", drawMap(request));
+    EXPECT_EQ("The input directory /no/in cannot be read.", drawMap(request, english));
     request = run.request;
     request.outputDirectory = "/no/out";
-    EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request));
+    EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request, english));
     EXPECT_FALSE(run.hasPicture());
 }
 
 TEST(MapPicture, aPictureThatCannotBeWrittenIsSaid) {
     DrawnRun run;
     run.request.pictureFile = "/no/map.png";
-    EXPECT_EQ("The picture /no/map.png cannot be written: No such file or directory.", drawMap(run.request));
+    EXPECT_EQ("The picture /no/map.png cannot be written: No such file or directory.", drawMap(run.request, english));
     run.request.pictureFile = run.directory.makeLink("full.svg", "/dev/full");
     EXPECT_EQ("The picture " + run.request.pictureFile + " cannot be written: No space left on device.",
-              drawMap(run.request));
+              drawMap(run.request, english));
     run.request.pictureFile = "map.jpg";
-    EXPECT_EQ("The name of the picture must end in .png or .svg: map.jpg.", drawMap(run.request));
+    EXPECT_EQ("The name of the picture must end in .png or .svg: map.jpg.", drawMap(run.request, english));
 }

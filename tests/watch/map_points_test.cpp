@@ -10,6 +10,8 @@
 
 namespace {
 
+const WatchTexts& english = watchTexts("en");
+
 /// Input and output directory of a run.
 struct RunDirectories {
     TemporaryDirectory directory;
@@ -26,9 +28,9 @@ struct RunDirectories {
 std::string visit(const RunDirectories& run) {
     std::ostringstream text;
     NodeCounts counts;
-    const std::string error = visitNodes(run.input, run.output, counts, [&text](MapPosition position, bool kept) {
-        text << (kept ? "+" : "-") << position.x << " ";
-    });
+    const std::string error =
+        visitNodes(run.input, run.output, english, counts,
+                   [&text](MapPosition position, bool kept) { text << (kept ? "+" : "-") << position.x << " "; });
     text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
          << counts.unreadable << " unreadable";
     if (!error.empty()) {
@@ -109,7 +111,8 @@ TEST(MapPoints, missingDirectoriesAreErrors) {
     const RunDirectories run;
     NodeCounts counts;
     const NodeVisitor ignore = [](MapPosition, bool) {};
-    EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
-    EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
-    EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
+    EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, english, counts, ignore));
+    EXPECT_EQ("The output directory /no/out cannot be read.",
+              visitNodes(run.input, "/no/out", english, counts, ignore));
+    EXPECT_EQ("", visitNodes(run.input, run.output, english, counts, ignore));
 }

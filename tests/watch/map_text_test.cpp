@@ -45,3 +45,9 @@ TEST(MapText, lastComponentOfAPath) {
     EXPECT_EQ("a b.xml", lastComponent("/x/a b.xml"));
     EXPECT_EQ("", lastComponent("/"));
 }
+
+TEST(MapText, aTextThatWouldBeTooWideIsSmaller) {
+    EXPECT_EQ(20.0, fittingSize(20.0, 300.0, 300.0));
+    EXPECT_EQ(20.0, fittingSize(20.0, 0.0, 300.0));
+    EXPECT_DOUBLE_EQ(15.0, fittingSize(20.0, 400.0, 300.0));
+}

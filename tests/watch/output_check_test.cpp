@@ -12,9 +12,15 @@ namespace {
 
 const WatchTexts& english = watchTexts("en");
 
-std::vector<std::string> differenceIn(const TemporaryDirectory& directory, std::size_t rejectedHeaders = 0) {
+using Lines = std::vector<std::string>;
+
+Lines differenceAt(const std::string& directory, std::size_t rejectedHeaders = 0) {
     const NodeFiles none;
-    return describeDifference(checkOutput(directory.path()), {none, rejectedHeaders, directory.path()}, english);
+    return describeDifference(checkOutput(directory), {none, rejectedHeaders, directory}, english);
+}
+
+Lines differenceIn(const TemporaryDirectory& directory, std::size_t rejectedHeaders = 0) {
+    return differenceAt(directory.path(), rejectedHeaders);
 }
 
 } // namespace
@@ -59,6 +65,44 @@ TEST(OutputCheck, everyFileThatIsNotWholeIsNamed) {
                   "  pipe.txt: not a regular file, its lines cannot be counted",
                   "  1 of the node files lost the header during the run: each counts 1 and has no lines"}),
               differenceIn(directory, 1));
+}
+
+TEST(OutputCheck, whereEveryFileLooksWholeThatIsSaid) {
+    const TemporaryDirectory directory;
+    directory.write("a.txt", "x;y;z\n1;1;1\n");
+    directory.write("total_node_count.txt", "3\n");
+    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
+                     "  Every file looks whole, so which one the difference belongs to cannot be told."}),
+              differenceIn(directory));
+}
+
+TEST(OutputCheck, withoutAnOutputDirectoryNothingIsSaidAboutItsFiles) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(Lines{"Vadelwatch: the output directory " + directory.pathOf("none") +
+                    " cannot be read: No such file or directory"},
+              differenceAt(directory.pathOf("none")));
+    const std::string file = directory.write("file", "");
+    EXPECT_EQ(Lines{"Vadelwatch: the output directory " + file + " cannot be read: Not a directory"},
+              differenceAt(file));
+}
+
+TEST(OutputCheck, withoutFilesNoneIsCalledWhole) {
+    const TemporaryDirectory directory;
+    directory.write("total_node_count.txt", "3\n");
+    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 3: 3 are missing.",
+                     "  There is no output file."}),
+              differenceIn(directory));
+}
+
+TEST(OutputCheck, withoutACountThereIsNoDifferenceThatBelongsToAFile) {
+    const TemporaryDirectory directory;
+    directory.write("a.txt", "x;y;z\n1;1;1\n");
+    EXPECT_EQ(Lines{"Vadelwatch: the output files hold 1 nodes, and there is no total_node_count.txt to compare with."},
+              differenceIn(directory));
+    directory.write("total_node_count.txt", "one\n");
+    EXPECT_EQ(
+        Lines{"Vadelwatch: the output files hold 1 nodes, and total_node_count.txt holds no number to compare with."},
+        differenceIn(directory));
 }
 
 TEST(OutputCheck, anOutputThatCannotBeCountedDoesNotAddUpByChance) {

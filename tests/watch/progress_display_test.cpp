@@ -33,7 +33,7 @@ ProgressFigures at(double percent) {
 }
 
 std::string drawing(const std::string& line) {
-    return "\033[?7l" + line + "\033[K\r\033[?7h";
+    return "\r\033[?7l" + line + "\033[K\r\033[?7h";
 }
 
 const std::string tenPercent = drawing(" =---------  10.0 %");
@@ -67,7 +67,7 @@ TEST(ProgressDisplay, aLineTakesThePlaceOfTheBar) {
     recorded.take();
     recorded.display.showLine("first");
     recorded.display.showLine("second");
-    EXPECT_EQ("\033[Kfirst\nsecond\n", recorded.take());
+    EXPECT_EQ("\r\033[Kfirst\nsecond\n", recorded.take());
     recorded.display.update(at(10.0), 1.2);
     EXPECT_EQ(tenPercent, recorded.take());
 }
@@ -77,7 +77,7 @@ TEST(ProgressDisplay, theBarGoesAndLeavesNothing) {
     recorded.display.update(at(10.0), 1.0);
     recorded.take();
     recorded.display.clear();
-    EXPECT_EQ("\033[K", recorded.take());
+    EXPECT_EQ("\r\033[K", recorded.take());
     recorded.display.clear();
     EXPECT_EQ("", recorded.take());
 }
@@ -89,10 +89,10 @@ TEST(ProgressDisplay, aNarrowerWindowHasItsBrokenRowsErased) {
     recorded.columns = 9;
     recorded.display.update(at(10.0), 1.2);
     // Twenty columns take three rows of nine.
-    EXPECT_EQ("\033[K\0337\033[B\033[2K\033[B\033[2K\0338" + drawing(" 10.0 %"), recorded.take());
+    EXPECT_EQ("\r\033[K\0337\033[B\033[2K\033[B\033[2K\0338" + drawing(" 10.0 %"), recorded.take());
     recorded.columns = 20;
     recorded.display.update(at(10.0), 1.4);
-    EXPECT_EQ("\033[K" + tenPercent, recorded.take());
+    EXPECT_EQ("\r\033[K" + tenPercent, recorded.take());
 }
 
 TEST(ProgressDisplay, drawsNothingWhereThereIsNoRoomOrAnotherProgramIsInFront) {
@@ -101,7 +101,7 @@ TEST(ProgressDisplay, drawsNothingWhereThereIsNoRoomOrAnotherProgramIsInFront) {
     recorded.take();
     recorded.columns = 0;
     recorded.display.update(at(20.0), 1.2);
-    EXPECT_EQ("\033[K", recorded.take());
+    EXPECT_EQ("\r\033[K", recorded.take());
     recorded.display.update(at(30.0), 1.4);
     EXPECT_EQ("", recorded.take());
 }

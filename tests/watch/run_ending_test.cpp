@@ -3,15 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <string>
+#include <vector>
 
 namespace {
 
-std::string lineOf(ToolEnd end, int interruptedBy = 0) {
+using Lines = std::vector<std::string>;
+
+Lines linesOf(ToolEnd end, int interruptedBy = 0) {
     RunRecord record;
     record.end = end;
     record.interruptedBy = interruptedBy;
-    record.closingText = "failed.";
-    return endingLine(record, "base/out", watchTexts("en"));
+    record.closingText = "last words";
+    return endingLines(record, "base/out", watchTexts("en"));
 }
 
 } // namespace
@@ -26,13 +30,29 @@ TEST(RunEnding, theToolsOwnStatusIsPassedOnAndAnyOtherIsAbnormal) {
 }
 
 TEST(RunEnding, saysInOneLineWhatHappened) {
-    EXPECT_EQ("failed.", lineOf({1, 0}));
-    // It handled the signal in its own way.
-    EXPECT_EQ("failed.", lineOf({1, 0}, SIGINT));
-    EXPECT_EQ("Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete.",
-              lineOf({0, SIGTERM}, SIGTERM));
-    EXPECT_EQ("Vadelwatch: Vadelclip was ended by signal 11 (SIGSEGV). The output in base/out is not complete.",
-              lineOf({0, SIGSEGV}));
-    EXPECT_EQ("Vadelwatch: Vadelclip ended abnormally, with exit status 134. The output in base/out is not complete.",
-              lineOf({134, 0}));
+    EXPECT_EQ(Lines{}, linesOf({0, 0}));
+    EXPECT_EQ(Lines{"last words"}, linesOf({1, 0}));
+    EXPECT_EQ(Lines{"Vadelwatch: Vadelclip was ended by signal 11 (SIGSEGV). The output in base/out is not complete."},
+              linesOf({0, SIGSEGV}));
+    EXPECT_EQ(
+        Lines{"Vadelwatch: Vadelclip ended abnormally, with exit status 134. The output in base/out is not complete."},
+        linesOf({134, 0}));
+}
+
+TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
+    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."},
+              linesOf({0, SIGTERM}, SIGTERM));
+    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."}, linesOf({0, 0}, SIGTERM));
+    EXPECT_EQ((Lines{"last words", "Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 1. "
+                                   "The output in base/out is not complete."}),
+              linesOf({1, 0}, SIGINT));
+    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 130. "
+                    "The output in base/out is not complete."},
+              linesOf({130, 0}, SIGINT));
+}
+
+TEST(RunEnding, aFailedRunWithoutLastWordsHasNone) {
+    RunRecord record;
+    record.end = {1, 0};
+    EXPECT_EQ(Lines{}, endingLines(record, "base/out", watchTexts("en")));
 }

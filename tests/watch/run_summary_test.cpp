@@ -69,6 +69,16 @@ TEST(RunSummary, inANarrowWindowValuesStandBelowTheirLabels) {
               summaryText(finishedRun(), watchTexts("en"), 14));
 }
 
+TEST(RunSummary, controlCharactersOfADirectoryDoNotReachTheTerminal) {
+    RunSummary summary = finishedRun();
+    summary.outputDirectory = "base/\033[2J\n\x7F";
+    for (const std::size_t columns : {unlimited, std::size_t{14}}) {
+        const std::string text = summaryText(summary, watchTexts("en"), columns);
+        EXPECT_NE(std::string::npos, text.find("  base/\\x1B[2J\\x0A\\x7F\n")) << text;
+    }
+    EXPECT_NE(std::string::npos, summaryJson(summary).find(R"("base/\u001b[2J\n)"));
+}
+
 TEST(RunSummary, withoutWhatIsUnknown) {
     RunSummary summary = finishedRun();
     summary.closingText.clear();

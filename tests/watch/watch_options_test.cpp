@@ -50,6 +50,28 @@ TEST(WatchOptions, namesAreTakenAsTheyAre) {
                                              outcome.options->boundaryFilePath);
 }
 
+TEST(WatchOptions, anEmptyValueBehindTheEqualSignIsAValue) {
+    for (const std::vector<const char*>& arguments : std::vector<std::vector<const char*>>{
+             {"--lang=", "a", "b", "c"}, {"a", "b", "c", "--lang="}, {"--lang", "", "a", "b", "c"}}) {
+        const CommandLineOutcome outcome = read(arguments);
+        ASSERT_TRUE(outcome.options) << outcome.standardError;
+        EXPECT_EQ((std::vector<std::string>{"a", "b", "c", "-pipe", "-lang="}), toolArguments(*outcome.options));
+    }
+    for (const char* const option : {"--log=", "--map="}) {
+        const CommandLineOutcome outcome = read({option, "a.png", "b", "c"});
+        EXPECT_FALSE(outcome.options) << option;
+        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
+        const std::string name(option, 5);
+        EXPECT_EQ(name + ": needs the name of a file\nRun with --help for more information.\n", outcome.standardError);
+    }
+}
+
+TEST(WatchOptions, behindTheEndOfTheOptionsAnEqualSignIsPartOfAName) {
+    const CommandLineOutcome outcome = read({"--", "a", "--lang=", "--log="});
+    ASSERT_TRUE(outcome.options);
+    EXPECT_EQ((std::vector<std::string>{"a", "--lang=", "--log=", "-pipe"}), toolArguments(*outcome.options));
+}
+
 TEST(WatchOptions, whatIsWrongIsSaid) {
     struct Case {
         std::vector<const char*> arguments;

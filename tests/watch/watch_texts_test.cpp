@@ -26,3 +26,9 @@ TEST(DecimalNumber, hasTheSignOfTheLanguage) {
     EXPECT_EQ("7,7", decimalNumber(7.73, 1, watchTexts("de")));
     EXPECT_EQ("8", decimalNumber(7.73, 0, watchTexts("de")));
 }
+
+TEST(FilledIn, namesAreShownWithoutTheirControlCharacters) {
+    EXPECT_EQ("a\\x1Bb and {1}", filledIn("{0} and {1}", {"a\x1B"
+                                                          "b",
+                                                          "{1}"}));
+}

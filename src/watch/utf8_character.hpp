@@ -1,0 +1,15 @@
+/// \file
+/// Characters in names on disk, which may hold any bytes.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+/// Whether a byte goes on with a character and does not begin one.
+bool isContinuation(char byte);
+
+/// How many bytes the character at the front takes.
+///
+/// @param bytes not empty.
+/// @return 0 if no valid character of UTF-8 stands there, and for the control characters of one byte.
+std::size_t characterLength(std::string_view bytes);

@@ -1,0 +1,63 @@
+#include "watch/watch_results.hpp"
+
+#include "watch/exit_status.hpp"
+#include "watch/map_picture.hpp"
+#include "watch/progress_display.hpp"
+
+#include <cstring>
+#include <limits>
+#include <unistd.h>
+
+namespace {
+
+/// One of our own files is missing or not whole. What is wrong with the run itself goes first.
+void tellFailure(WatchContext& watch, RunSummary& summary, const std::string& sentence) {
+    sayLines(watch, {sentence});
+    if (summary.exitStatus == finishedStatus) {
+        summary.exitStatus = usageErrorStatus;
+    }
+}
+
+/// Columns for the summary: those of the terminal, or as many as it likes.
+std::size_t summaryColumns() {
+    constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+    const int columns = isatty(STDOUT_FILENO) == 1 ? terminalColumns(STDOUT_FILENO) : 0;
+    return columns > 0 ? static_cast<std::size_t>(columns) : unlimited;
+}
+
+} // namespace
+
+void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        watch.errors.write(line + "\n");
+    }
+}
+
+void closeLog(WatchContext& watch, RunSummary& summary) {
+    if (!watch.log.close()) {
+        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath}));
+    }
+}
+
+void drawWantedMap(WatchContext& watch, RunSummary& summary) {
+    if (watch.options.mapPath.empty()) {
+        return;
+    }
+    const std::string problem = drawMap(
+        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath},
+        watch.texts);
+    if (!problem.empty()) {
+        tellFailure(watch, summary, "Vadelwatch: " + problem);
+    }
+}
+
+void printSummary(WatchContext& watch, RunSummary& summary) {
+    if (watch.options.json) {
+        watch.output.write(summaryJson(summary));
+    } else if (summary.finished && !watch.options.quiet) {
+        watch.output.write(summaryText(summary, watch.texts, summaryColumns()));
+    }
+    if (watch.output.failure() != 0 && !watch.output.readerHasGone()) {
+        tellFailure(watch, summary, filledIn(watch.texts.cannotWriteSummary, {std::strerror(watch.output.failure())}));
+    }
+}
