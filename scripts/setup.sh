@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with the argument "test" also what the checks need, with "bench"
-# what the benchmarks need.
+# what the benchmarks need, with "package" what the Debian package and its test need, with "chroot" what the test in a
+# fresh system needs on top of that.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
@@ -8,10 +9,13 @@ build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-l
   nlohmann-json3-dev libcli11-dev libcairo2-dev pkgconf)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format clang-tidy cppcheck)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
+package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
 wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
+  package) wanted+=("${package_packages[@]}") ;;
+  chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;
   bench) wanted+=("${bench_packages[@]}") ;;
 esac
 
