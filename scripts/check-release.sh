@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# scripts/release.sh --check: does the last commit give the same release, byte for byte, in another directory, with another
-# mask of permissions, language and time zone?
+# scripts/release.sh --check: does the last commit give the same release, byte for byte, in another directory, with
+# another mask of permissions, language and time zone?
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

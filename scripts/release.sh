@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds what a release hands out, from the last commit and nothing else, into build/dist: the sources, the Debian
-# package, the zip for Windows, and SHA256SUMS. The packages are built from the archive of the sources, so that the archive
-# is known to hold all they need.
+# package, the zip for Windows, and SHA256SUMS. The packages are built from the archive of the sources, so that it is
+# known to hold all they need.
 #
 #     scripts/release.sh
 #     scripts/release.sh --check    builds it twice, in two clean clones at different places, and compares the sums

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The second half of scripts/test-package.sh --chroot: installs a package into a fresh minimal system of the release that
-# this machine runs, from the mirror that this machine's apt uses, and checks it there. Takes root, the network and a few
-# minutes; leaves nothing.
+# The second half of scripts/test-package.sh --chroot: installs a package into a fresh minimal system of the release
+# that this machine runs, from the mirror that this machine's apt uses, and checks it there. Takes root, the network and
+# a few minutes; leaves nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 package=$1
@@ -29,11 +29,11 @@ apt-config dump Acquire >"$system/etc/apt/apt.conf.d/acquire"
 
 # A name space of its own for mounts and processes, so that neither outlives the command.
 in_system=(unshare --mount --pid --fork --mount-proc="$system/proc" chroot)
-packages() { chroot "$system" dpkg-query -W -f='${Package}\n'; }
+packages() { chroot "$system" dpkg-query -W -f='${Package}\n' | LC_ALL=C sort; }
 packages >"$work/before"
 "${in_system[@]}" "$system" sh -c 'apt-get update -qq && DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
   --no-install-recommends /vadelclip.deb' >"$work/log" 2>&1 || { tail -n 20 "$work/log" >&2; exit 1; }
-printf '  Installed with it: %s\n' "$(packages | LC_ALL=C sort | LC_ALL=C comm -13 <(LC_ALL=C sort "$work/before") - | xargs)"
+printf '  Installed with it: %s\n' "$(packages | LC_ALL=C comm -13 "$work/before" - | xargs)"
 
 inside=("${in_system[@]}" --userspec=nobody:nogroup "$system" env HOME=/nonexistent LC_ALL=C.UTF-8)
 check_messages

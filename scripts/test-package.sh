@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tests the Debian package that scripts/package.sh has built: lintian; then installs it, runs it as a user without rights
-# from another directory, runs the examples of its man pages, and removes it again, with nothing left behind.
+# Tests the Debian package that scripts/package.sh has built: lintian; then installs it, runs it as a user without
+# rights from another directory, runs the examples of its man pages, and removes it again, with nothing left behind.
 #
 #     scripts/test-package.sh             on this machine, as root; leaves it as it was
 #     scripts/test-package.sh --chroot    in a fresh system with nothing but what the package asks for
@@ -11,7 +11,7 @@ if [ "$(id -u)" -ne 0 ]; then
   echo "Installing a package takes root." >&2
   exit 1
 fi
-package=$PWD/$(ls build/package/vadelclip_*.deb)
+package=$PWD/$(compgen -G 'build/package/vadelclip_*.deb') || { echo "Run scripts/package.sh first." >&2; exit 1; }
 
 if [ "${1:-}" = --chroot ]; then
   exec scripts/test-package-chroot.sh "$package"
@@ -30,8 +30,8 @@ expect "lintian has nothing to say" "" "$(lintian --allow-root "$package" 2>&1)"
 # Every file of the system, and every package. Left out is what changes by itself or with any use of dpkg.
 system_state() {
   find /etc /opt /usr /var -xdev \( -path /var/log -o -path /var/tmp -o -path /var/cache/apt -o -path /var/lib/apt \
-    -o -path /var/lib/docker -o -name __pycache__ \) -prune -o ! -path '/var/lib/dpkg/*-old' -printf '%M %u:%g %p %l\n' |
-    LC_ALL=C sort
+    -o -path /var/lib/docker -o -name __pycache__ \) -prune \
+    -o ! -path '/var/lib/dpkg/*-old' -printf '%M %u:%g %p %l\n' | LC_ALL=C sort
   dpkg-query -W -f='${Package} ${Version} ${db:Status-Status}\n'
 }
 
@@ -62,7 +62,8 @@ check_manual_pages /usr/share/man/man1
 expect "man finds the pages" $'/usr/share/man/man1/Vadelclip.1.gz\n/usr/share/man/man1/Vadelwatch.1.gz' \
   "$(man --where Vadelclip Vadelwatch 2>&1)"
 expect "bash loads the completion by the name of the command" "complete -F _vadelwatch Vadelwatch" \
-  "$(bash -c 'source /usr/share/bash-completion/bash_completion; _completion_loader Vadelwatch; complete -p Vadelwatch')"
+  "$(bash -c 'source /usr/share/bash-completion/bash_completion; _completion_loader Vadelwatch
+    complete -p Vadelwatch')"
 
 purge
 system_state >"$work/after"

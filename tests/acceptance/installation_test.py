@@ -16,6 +16,7 @@ BUILD = os.path.dirname(os.environ["VADELCLIP_EXECUTABLE"])
 # somebody made from this build directory is left alone.
 COMPONENT = "Unspecified"
 MANIFEST = os.path.join(BUILD, f"install_manifest_{COMPONENT}.txt")
+REMOVAL = ["cmake", "-D", f"manifest={MANIFEST}", "-P", os.path.join(ROOT, "cmake", "Uninstall.cmake")]
 
 
 def treeFiles(*places):
@@ -93,7 +94,7 @@ class Installation(unittest.TestCase):
         other = os.path.join(self.prefix, "lib", "vadelclip", "locale", "fr.mo")
         with open(other, "w", encoding="utf-8"):
             pass
-        self.command("cmake", "-D", f"manifest={MANIFEST}", "-P", os.path.join(ROOT, "cmake", "Uninstall.cmake"))
+        self.command(*REMOVAL)
         self.assertEqual(["lib/vadelclip/locale/fr.mo"], filesBelow(self.prefix))
         self.assertEqual(["locale"], os.listdir(os.path.join(self.prefix, "lib", "vadelclip")))
         self.assertEqual([], os.listdir(os.path.join(self.prefix, "share", "doc")))
@@ -101,8 +102,7 @@ class Installation(unittest.TestCase):
 
     def test_removal_without_an_installation_says_so(self):
         os.remove(MANIFEST)
-        run = subprocess.run(["cmake", "-D", f"manifest={MANIFEST}", "-P", os.path.join(ROOT, "cmake", "Uninstall.cmake")],
-                             capture_output=True, text=True, check=False)
+        run = subprocess.run(REMOVAL, capture_output=True, text=True, check=False)
         self.assertEqual((1, True), (run.returncode, "Nothing was installed" in run.stderr))
 
 
