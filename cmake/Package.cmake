@@ -9,10 +9,6 @@ install_compressed(${PROJECT_BINARY_DIR}/changelog.Debian ${documents} changelog
 
 install(FILES packaging/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME vadelclip)
 
-# Whatever the umask of the one who builds.
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vadelclip)
 set(CPACK_PACKAGE_VENDOR "Vadelclip authors")

@@ -9,6 +9,8 @@ SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
 export SOURCE_DATE_EPOCH
 # What the environment would add to the options of the build.
 unset CPPFLAGS CFLAGS CXXFLAGS LDFLAGS
+# The directories of the package get their permissions from it.
+umask 022
 
 rm -rf build/package/_CPack_Packages build/package/*.deb
 # From nothing, since a configured tree keeps the date of the changelog and options that were given to it once.
