@@ -9,24 +9,24 @@ trap 'rm -rf "$work"' EXIT
 # A cache of the compiler would answer the second build with the first.
 unset CMAKE_CXX_COMPILER_LAUNCHER SOURCE_DATE_EPOCH
 
-build_in() {
-  git clone --quiet --no-hardlinks . "$1"
-  "$1/scripts/release.sh"
-}
+# Both now, so that a commit made in the meantime changes nothing.
+first=$work/a
+second="$work/another place/with a longer name"
+git clone --quiet --no-hardlinks . "$first"
+(umask 077 && mkdir -p "$work/another place" && git clone --quiet --no-hardlinks "$first" "$second")
 
 echo "First build"
-(umask 022 && TZ=UTC LC_ALL=C build_in "$work/a")
+(umask 022 && TZ=UTC LC_ALL=C "$first/scripts/release.sh")
 printf '\nSecond build\n'
-mkdir -p "$work/another place"
-(umask 077 && TZ=Asia/Tokyo LC_ALL=C.UTF-8 build_in "$work/another place/with a longer name")
+(umask 077 && TZ=Asia/Tokyo LC_ALL=C.UTF-8 "$second/scripts/release.sh")
 
 echo
-if ! diff "$work/a/build/dist/SHA256SUMS" "$work/another place/with a longer name/build/dist/SHA256SUMS"; then
+if ! diff "$first/build/dist/SHA256SUMS" "$second/build/dist/SHA256SUMS"; then
   kept=$PWD/build/release-check
   rm -rf "$kept"
   mkdir -p "$kept"
-  mv "$work/a/build/dist" "$kept/first"
-  mv "$work/another place/with a longer name/build/dist" "$kept/second"
+  mv "$first/build/dist" "$kept/first"
+  mv "$second/build/dist" "$kept/second"
   echo "The two builds differ; both are kept in build/release-check." >&2
   exit 1
 fi

@@ -36,16 +36,20 @@ system_state() {
 }
 
 work=$(mktemp -d)
-purge() { dpkg --purge vadelclip >"$work/dpkg.log" 2>&1 || cat "$work/dpkg.log" >&2; }
-trap 'purge; rm -rf "$work"' EXIT
+# Waits for others who are installing something. Without sources, so that nothing but the package can be installed: the
+# libraries it asks for are here, because it was built here.
+apt() {
+  apt-get -y -qq -o DPkg::Lock::Timeout=300 -o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts=/dev/null \
+    -o Dir::Cache::pkgcache= -o Dir::Cache::srcpkgcache= "$@" >"$work/apt.log" 2>&1 ||
+    { cat "$work/apt.log" >&2; return 1; }
+}
+purge() { ! dpkg-query -W vadelclip >/dev/null 2>&1 || apt purge vadelclip; }
+trap 'purge || true; rm -rf "$work"' EXIT
 system_state >"$work/before"
 
 # Man pages and documents also where dpkg is told to leave them out, as in images of containers.
-if ! dpkg --path-include='/usr/share/doc/vadelclip/*' --path-include='/usr/share/man/man1/Vadel*' \
-  --install "$package" >"$work/dpkg.log" 2>&1; then
-  cat "$work/dpkg.log" >&2
-  exit 1
-fi
+apt install --no-install-recommends -o DPkg::Options::=--path-include='/usr/share/doc/vadelclip/*' \
+  -o DPkg::Options::=--path-include='/usr/share/man/man1/Vadel*' "$package"
 system_state >"$work/installed"
 expect "installed is what the package lists, and nothing else" \
   "$(dpkg-deb --contents "$package" | awk '$1 !~ /^d/ {print substr($6, 2)}' | LC_ALL=C sort)" \
