@@ -14,4 +14,5 @@ function(add_catalogue language)
   add_custom_target(catalogue_${language} ALL DEPENDS ${directory}/VD2D.mo)
   # Whoever builds the tool alone gets its catalogues too.
   add_dependencies(Vadelclip catalogue_${language})
+  set_property(GLOBAL APPEND PROPERTY VADELCLIP_CATALOGUES ${language})
 endfunction()

@@ -4,6 +4,7 @@
 # compared with the one in examples/README.md, which two independent geometry libraries found.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/example-counts.sh
 
 scripts/setup.sh
 echo "Building ..."
@@ -14,14 +15,6 @@ place=$PWD/build/demo
 rm -rf "$place"
 mkdir -p "$place"
 cp -r examples/merewether examples/coast "$place"
-
-# The number in the row of a node file and the column "kept: <boundary>" of the tables in examples/README.md.
-expected_count() {
-  awk -F' *[|] *' -v row="$1" -v column="kept: $2" '
-    { kept = 0; for (i = 2; i < NF; i++) if ($i == column) at = i }
-    at && $2 == row { print $at; exit }
-    $0 == "" { at = 0 }' examples/README.md
-}
 
 mismatches=0
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with an argument also what the checks ("test"), counting the
-# reached lines ("coverage"), the fuzzers ("fuzz") or the benchmarks ("bench") need.
+# reached lines ("coverage"), the fuzzers ("fuzz"), the benchmarks ("bench"), the Debian package and its test ("package")
+# or that test in a fresh system ("chroot") need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
@@ -11,12 +12,15 @@ test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales 
 coverage_packages=("${test_packages[@]}" gcovr)
 fuzz_packages=(clang-14 libclang-rt-14-dev libgtest-dev)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
+package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
 wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
   coverage) wanted+=("${coverage_packages[@]}") ;;
   fuzz) wanted+=("${fuzz_packages[@]}") ;;
+  package) wanted+=("${package_packages[@]}") ;;
+  chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;
   bench) wanted+=("${bench_packages[@]}") ;;
 esac
 

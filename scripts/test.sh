@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Everything that has to hold, from a bare Debian 12 machine: set-up, the suite as an optimised build and with address
-# and undefined-behaviour sanitizers, the fuzzers for a short time, formatting, static analysis. Ends with status 0 if all
-# of it holds.
+# and undefined-behaviour sanitizers, the fuzzers for a short time, formatting, static analysis, the Debian package. Ends
+# with status 0 if all of it holds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -34,5 +34,13 @@ scripts/clang-tidy.sh
 step "cppcheck"
 cppcheck --enable=warning,style,performance,portability --std=c++20 -I src -I src/processmessage \
   --suppressions-list=.cppcheck-suppressions --inline-suppr --error-exitcode=1 --quiet -j"$(nproc)" src
+
+step "Package"
+scripts/package.sh
+if [ "$(id -u)" -eq 0 ]; then
+  scripts/test-package.sh
+else
+  echo "Built, and not installed: that takes root."
+fi
 
 printf '\nAll checks passed.\n'

@@ -1,0 +1,71 @@
+# Where an installation puts things:
+#
+#     lib/vadelclip/      Vadelclip, Vadelwatch and locale/: together, because each looks beside its own real path,
+#                         the tool for its catalogues and Vadelwatch for the tool
+#     bin/                relative links to the two
+#     share/              man pages, completion, documents, examples
+include(GNUInstallDirs)
+
+set(programDirectory lib/vadelclip)
+
+# install_compressed(file directory name): the same bytes at every time and place, hence no name and time in them.
+find_program(GZIP_EXECUTABLE gzip REQUIRED)
+function(install_compressed file directory name)
+  set(compressed ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+  add_custom_command(
+    OUTPUT ${compressed}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/compressed
+    COMMAND ${GZIP_EXECUTABLE} -9nc ${file} > ${compressed}
+    DEPENDS ${file}
+    VERBATIM)
+  add_custom_target(compressed_${name} ALL DEPENDS ${compressed})
+  install(FILES ${compressed} DESTINATION ${directory})
+endfunction()
+
+# A link into the program directory that can be moved together with it.
+function(install_link name)
+  file(RELATIVE_PATH target /${CMAKE_INSTALL_BINDIR} /${programDirectory}/${name})
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
+  file(CREATE_LINK ${target} ${PROJECT_BINARY_DIR}/links/${name} SYMBOLIC)
+  install(FILES ${PROJECT_BINARY_DIR}/links/${name} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+foreach(name Vadelclip Vadelwatch)
+  install(TARGETS ${name} RUNTIME DESTINATION ${programDirectory})
+  install_link(${name})
+  configure_file(docs/man/${name}.1.in ${PROJECT_BINARY_DIR}/man/${name}.1 @ONLY)
+  install_compressed(${PROJECT_BINARY_DIR}/man/${name}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${name}.1)
+endforeach()
+
+get_property(catalogues GLOBAL PROPERTY VADELCLIP_CATALOGUES)
+foreach(language IN LISTS catalogues)
+  install(FILES ${PROJECT_BINARY_DIR}/locale/${language}/LC_MESSAGES/VD2D.mo
+    DESTINATION ${programDirectory}/locale/${language}/LC_MESSAGES)
+endforeach()
+
+# bash loads a completion by the name of the command.
+install(FILES completions/vadelwatch.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME Vadelwatch)
+
+# Documents keep their places in the tree, so that links from one to the other lead somewhere.
+set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)
+install(FILES README.md packaging/copyright DESTINATION ${documents})
+install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents} changelog)
+file(GLOB pages CONFIGURE_DEPENDS docs/*.md)
+install(FILES ${pages} DESTINATION ${documents}/docs)
+file(GLOB images CONFIGURE_DEPENDS docs/images/*.png)
+install(FILES ${images} DESTINATION ${documents}/docs/images)
+
+# By name and not as a whole: a run in the tree leaves its output directory in examples/.
+install(FILES examples/README.md DESTINATION ${documents}/examples)
+foreach(set merewether coast)
+  file(GLOB boundaries CONFIGURE_DEPENDS examples/${set}/*.xml)
+  install(FILES ${boundaries} DESTINATION ${documents}/examples/${set})
+  file(GLOB nodeFiles CONFIGURE_DEPENDS examples/${set}/nodes/*)
+  install(FILES ${nodeFiles} DESTINATION ${documents}/examples/${set}/nodes)
+endforeach()
+
+add_custom_target(uninstall
+  COMMAND ${CMAKE_COMMAND} -D manifest=${PROJECT_BINARY_DIR}/install_manifest.txt
+    -P ${PROJECT_SOURCE_DIR}/cmake/Uninstall.cmake
+  COMMENT "Removing the files of the last installation from this build directory")

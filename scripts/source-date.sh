@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Prints the time of the sources, in seconds since 1970, for whatever is built to be handed out: what SOURCE_DATE_EPOCH
+# says; or the time of the last commit; or, in an unpacked source archive, the time of its files, which is the same.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+if [ -n "${SOURCE_DATE_EPOCH:-}" ]; then
+  echo "$SOURCE_DATE_EPOCH"
+elif [ -e .git ]; then
+  git log -1 --format=%ct
+else
+  stat --format=%Y CMakeLists.txt
+fi

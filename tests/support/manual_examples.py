@@ -1,0 +1,95 @@
+"""Runs the examples of a man page in a shell and compares everything they print with what the page says.
+
+An example is a block between .EX and .EE: lines behind "$ " are commands, lines behind "> " go on with one, all others
+are what the command before prints, standard error included. All examples of a page run one after the other in one bash
+and one new directory. A time such as "0.3 s" at the end of a line may differ.
+
+    manual_examples.py [--examples DIRECTORY] PAGE [COMMAND ...]
+
+PAGE may be compressed. COMMAND is put in front of bash, e.g. "chroot DIRECTORY". With --examples the examples of the
+tree stand in for those of an installation.
+"""
+import argparse
+import difflib
+import gzip
+import re
+import subprocess
+import sys
+
+INSTALLED_EXAMPLES = "/usr/share/doc/vadelclip/examples"
+END_OF_COMMAND = "\x1e"  # printed behind each command, and in no output
+TIME = re.compile(r"\b[0-9]+\.[0-9] s$")
+ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(rs": "\\"}
+
+
+def readPage(path):
+    with (gzip.open if path.endswith(".gz") else open)(path, "rt", encoding="utf-8") as file:
+        return file.read()
+
+
+def plainText(line):
+    """A line of a man page as it is shown; fails on an escape it does not know."""
+    return re.sub(r"\\(\(..|.)", lambda escape: ESCAPES[escape[0]], line)
+
+
+def readExamples(page):
+    """All commands in their order, each with the lines that it prints."""
+    examples = []
+    for block in re.findall(r"^\.EX\n(.*?)^\.EE$", page, re.MULTILINE | re.DOTALL):
+        for line in map(plainText, block.splitlines()):
+            if line.startswith("$ "):
+                examples.append((line[2:], []))
+            elif line.startswith("> "):
+                examples[-1] = (examples[-1][0] + "\n" + line[2:], examples[-1][1])
+            else:
+                examples[-1][1].append(line)
+    return examples
+
+
+def shellScript(commands):
+    lines = ["directory=$(mktemp -d) && cd \"$directory\" || exit", "trap 'cd /; rm -rf \"$directory\"' EXIT",
+             "exec 2>&1 </dev/null"]
+    for command in commands:
+        lines += [command, f"printf '{END_OF_COMMAND}'"]
+    return "\n".join(lines) + "\n"
+
+
+def transcript(examples):
+    """The commands and what they print, as a page shows it, with every time as "N s"."""
+    lines = []
+    for command, output in examples:
+        lines.append("$ " + command.replace("\n", "\n> "))
+        lines += [TIME.sub("N s", line) for line in output]
+    return "\n".join(lines).splitlines()
+
+
+def differences(page, examplesDirectory=None, inFrontOfBash=(), environment=None):
+    """Runs the examples of a page (its text) and gives a list of lines that differ, empty if none does."""
+    expected = readExamples(page)
+    if not expected:
+        return ["the page has no examples"]
+    script = shellScript(command for command, _ in expected)
+    if examplesDirectory:
+        script = script.replace(INSTALLED_EXAMPLES, examplesDirectory)
+    run = subprocess.run([*inFrontOfBash, "bash", "-c", script], stdout=subprocess.PIPE, env=environment, check=False)
+    outputs = run.stdout.decode().split(END_OF_COMMAND)
+    got = [(command, output.splitlines()) for (command, _), output in zip(expected, outputs)]
+    if outputs[-1] or len(outputs) != len(expected) + 1:
+        got.append((f"ended early, with status {run.returncode}", outputs[-1].splitlines()))
+    return list(difflib.unified_diff(transcript(expected), transcript(got), "the page", "the run", lineterm="", n=3))
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--examples")
+    parser.add_argument("page")
+    parser.add_argument("command", nargs=argparse.REMAINDER)
+    arguments = parser.parse_args()
+    page = readPage(arguments.page)
+    wrong = differences(page, arguments.examples, arguments.command)
+    print("\n".join(wrong) if wrong else f"{len(readExamples(page))} commands, all as the page says: {arguments.page}")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
