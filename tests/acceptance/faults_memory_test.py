@@ -93,7 +93,7 @@ class LimitedMemory(FaultTest):
 
     def test_it_ends_the_run_in_order_wherever_the_limit_falls(self):
         seen = []
-        # Throwing an error takes memory too, in the language's own library: where there is none for that, the process ends.
+        # Throwing an error takes memory too, in the language's own library: where that is refused, the process ends.
         limit = self.lowestLimit() + 4 * self.STEP
         while seen[-3:] != ["finished"] * 3:
             with self.subTest(limit=limit):
