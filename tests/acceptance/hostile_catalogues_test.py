@@ -5,7 +5,6 @@ ours: until then nothing is done, and whatever it ends leaves what a killed run 
 words changes no result.
 """
 import collections
-import os
 import random
 import sys
 import unittest
