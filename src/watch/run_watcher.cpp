@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <poll.h>
 #include <unistd.h>
 
@@ -87,6 +88,8 @@ void RunWatcher::waitForSomething(const RunSignals& signals) {
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
+    // Asked before the signals are: Ctrl-C goes to the tool as well, and by the time it has ended of that, ours is there.
+    const std::optional<ToolEnd> end = tool.pollEnd();
     for (const int number : signals.take()) {
         if (asksForEnd(number)) {
             record.interruptedBy = number;
@@ -94,7 +97,7 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
         }
         // SIGWINCH is for the wait to end: the next drawing asks for the width.
     }
-    if (const std::optional<ToolEnd> end = tool.pollEnd()) {
+    if (end) {
         record.end = *end;
         ended = true;
     }

@@ -8,7 +8,6 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import dropPowersOfRoot
 from watching import HEADER, SANITIZED, SQUARE, WATCH, WatchTest, summaryLines
 
 INSIDE = b"1;1;5\n"
@@ -66,49 +65,6 @@ class Finished(WatchTest):
                                   "total_node_count": 5, "adds_up": True, "output_directory": "base/out",
                                   "errors": []}, summary)
 
-    def test_the_log_holds_every_message_with_its_time(self):
-        self.assertEqual(0, self.job("--log", "messages.jsonl", "--lang=en").status)
-        subprocess.run([os.path.join(os.path.dirname(WATCH), "Vadelclip"), "base/data", "again", "area.xml", "-pipe",
-                        "-lang=en"], cwd=self.directory, check=True, stdout=subprocess.DEVNULL,
-                       preexec_fn=lambda: os.dup2(os.open("direct.jsonl", os.O_CREAT | os.O_WRONLY), 3), pass_fds=(3,))
-        lines = self.content("messages.jsonl").decode().splitlines()
-        times = [json.loads(line)["seconds"] for line in lines]
-        self.assertEqual(sorted(times), times)
-        messages = [re.fullmatch(r'\{"seconds":\d+\.\d{6},"message":(.*)\}', line)[1] for line in lines]
-        self.assertEqual(self.content("direct.jsonl").decode().splitlines(), messages)
-
-    def test_neither_log_nor_map_takes_the_place_of_an_input_or_of_the_other(self):
-        os.symlink("area.xml", self.path("link.png"))
-        os.link(self.path("base/data/a.xyz"), self.path("hard.log"))
-        before = {name: self.content(name) for name in ("area.xml", "base/data/a.xyz")}
-        with open(self.path("old.log"), "w", encoding="ascii") as file:
-            file.write("kept\n")
-        for options in (["--log", "area.xml"], ["--log", "base/data/a.xyz"], ["--log", "hard.log"],
-                        ["--map", "link.png"], ["--log", "x.png", "--map", "./x.png"],
-                        ["--log", "old.log", "--map", "absent/x.png"]):
-            with self.subTest(options=options):
-                watched = self.job(*options, "--lang=en")
-                self.assertEqual(2, watched.status)
-                self.assertIn("cannot write", watched.errors)
-                self.assertFalse(os.path.exists(self.path("base/out")))
-                self.assertEqual(before, {name: self.content(name) for name in before})
-                self.assertEqual(b"kept\n", self.content("old.log"))
-
-    def test_files_that_may_not_be_written_are_refused_before_the_run(self):
-        os.mkdir(self.path("locked"))
-        for name in ("old.png", "old.log"):
-            self.give({name: b"kept"})
-            os.chmod(self.path(name), 0o444)
-        os.chmod(self.path("locked"), 0o555)
-        self.addCleanup(os.chmod, self.path("locked"), 0o755)
-        for option, name in (("--map", "old.png"), ("--map", "locked/new.png"), ("--log", "old.log"),
-                             ("--log", "locked/new.log")):
-            with self.subTest(name=name):
-                watched = self.job(option, name, "--lang=en", preexec_fn=dropPowersOfRoot)
-                self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}"])
-                self.assertFalse(os.path.exists(self.path("base/out")))
-        self.assertEqual((b"kept", b"kept"), (self.content("old.png"), self.content("old.log")))
-
     def test_directory_names_with_blanks_and_umlauts(self):
         self.giveJob(NODES, base="Höhe 1/ä ö")
         watched = self.run_("Höhe 1/ä ö/data", "Neues Ziel→", "area.xml", "--lang=en", "--quiet", "--json")
@@ -139,29 +95,6 @@ class Finished(WatchTest):
         self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
         watched = self.job("--lang=en")
         self.expect(watched, status=0, errors=watched.errorLines(), output=summaryLines(3, 0, "0 of 0 (- %)", "base/out"))
-
-    def test_a_map_is_drawn(self):
-        for name, start in (("map.png", b"\x89PNG"), ("map.svg", b"<?xml")):
-            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
-            self.expect(self.job("--quiet", "--map", name), status=0)
-            self.assertTrue(self.content(name).startswith(start))
-
-
-    def test_a_map_speaks_the_language_of_the_run(self):
-        pictures = set()
-        for options in ([], ["--lang=de"], ["--lang=en"]):
-            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
-            self.expect(self.job("--quiet", "--map", "map.png", *options), status=0)
-            pictures.add(self.content("map.png"))
-        self.assertEqual(2, len(pictures))
-        self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
-        self.give({"area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
-        for options, sentence in (
-                ([], "Es gibt nichts zu zeichnen: kein Punkt hat eine Lage, und die Grenze hat keine Ecke."),
-                (["--lang=en"], "There is nothing to draw: no node has a position and the boundary has no vertex.")):
-            subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
-            self.expect(self.job("--quiet", "--map", "none.png", *options), status=2,
-                        errors=["Vadelwatch: " + sentence])
 
 
 class Failed(WatchTest):

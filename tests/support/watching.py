@@ -29,6 +29,11 @@ SQUARE = (b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x
           b'<point x="10" y="10"/><point x="0" y="10"/></polygon></group></VadeDGM></VADELSIM>\n')
 HEADER = b"x;y;z\n"
 
+# A shell starts its background jobs with some of these ignored, and what is started from here would inherit that.
+for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP):
+    if signal.getsignal(number) == signal.SIG_IGN:
+        signal.signal(number, signal.SIG_DFL)
+
 
 @dataclass
 class Watched:
