@@ -26,7 +26,7 @@ TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
 CHANNEL = 3  # the descriptor on which messages leave a process
-TIME_LIMIT = 60.0 if SANITIZED else 20.0  # seconds
+TIME_LIMIT = 120.0 if SANITIZED else 60.0  # seconds
 
 # A tree is a dict from relative path to what stands there: bytes for a file, one of these texts for anything else.
 DIRECTORY = "directory"
