@@ -91,8 +91,10 @@ def main():
     WORK.mkdir(parents=True, exist_ok=True)
     outcomes = {} if arguments.again or not OUTCOMES.exists() else json.loads(OUTCOMES.read_text())
     mutants = allMutants(arguments.only)
+    # In an order drawn at random, so that a run that is cut short has seen a fair sample.
+    random.Random(1).shuffle(mutants)
     if arguments.sample:
-        mutants = random.Random(1).sample(mutants, min(arguments.sample, len(mutants)))
+        del mutants[arguments.sample:]
     if not arguments.report:
         outcomes["state"] = stateOfTests()
         # What was killed once stays killed as long as its text is the same; the others may meet a new test.
