@@ -9,7 +9,10 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh coverage
 scripts/build.sh coverage
 find build/coverage -name '*.gcda' -delete
-ctest --preset coverage --progress
+# Left out is what disturbs the counting itself (processes killed, without memory or without rights while they write
+# their counts) and what reaches nothing that other tests do not reach.
+GCOV_ERROR_FILE=/dev/null ctest --preset coverage --progress \
+  -E 'acceptance\.(killed_runs|faults_memory|unprivileged_user|full_disk|installation|manual_pages|external|hostile|large)'
 mkdir -p build/coverage/report
 cd build/coverage
 gcovr --root ../.. --filter '../../src/' --exclude-throw-branches --exclude-unreachable-branches -j"$(nproc)" \
