@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with the argument "test" also what the checks need, with "bench"
-# what the benchmarks need.
+# what the benchmarks need, with "windows" what building for Windows and testing that need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev pkgconf)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format clang-tidy cppcheck)
+windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 
 wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
+  windows) wanted+=("${windows_packages[@]}") ;;
   bench) wanted+=("${bench_packages[@]}") ;;
 esac
 
