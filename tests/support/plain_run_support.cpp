@@ -31,10 +31,10 @@ std::vector<std::string> linesOf(const std::string& content) {
 std::vector<PlainFile> readFiles(const ClipRun& job) {
     std::vector<PlainFile> files;
     for (const auto& entry : std::filesystem::directory_iterator(job.directory.pathOf("base/data"))) {
-        std::vector<std::string> lines = linesOf(readFile(entry.path()));
+        std::vector<std::string> lines = linesOf(readFile(entry.path().string()));
         const std::string headerLine = lines.front();
         lines.erase(lines.begin());
-        files.push_back({entry.path().filename(), {}, headerLine, lines});
+        files.push_back({entry.path().filename().string(), {}, headerLine, lines});
     }
     return files;
 }
