@@ -5,6 +5,8 @@
 # with them the result. No target is built for one machine only (-march=native): every x86-64 gives the same bits.
 add_library(vadelclip_floating_point INTERFACE)
 if(MSVC)
+  # Since Visual Studio 2022 this contracts nothing unless /fp:contract is given too; earlier ones contract where the
+  # target has the operation, which takes an /arch that is given nowhere.
   target_compile_options(vadelclip_floating_point INTERFACE /fp:precise)
 else()
   target_compile_options(vadelclip_floating_point INTERFACE -ffp-contract=off -fno-fast-math)

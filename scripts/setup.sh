@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with an argument also what the checks ("test"), counting the
-# reached lines ("coverage"), the fuzzers ("fuzz"), the benchmarks ("bench"), the Debian package and its test ("package")
-# or that test in a fresh system ("chroot") need.
+# reached lines ("coverage"), the fuzzers ("fuzz"), the benchmarks ("bench"), the Debian package and its test ("package"),
+# that test in a fresh system ("chroot") or building and testing for Windows ("windows") need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
@@ -11,6 +11,7 @@ test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales 
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
 fuzz_packages=(clang-14 libclang-rt-14-dev libgtest-dev)
+windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
@@ -21,6 +22,7 @@ case "${1:-}" in
   fuzz) wanted+=("${fuzz_packages[@]}") ;;
   package) wanted+=("${package_packages[@]}") ;;
   chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;
+  windows) wanted+=("${windows_packages[@]}") ;;
   bench) wanted+=("${bench_packages[@]}") ;;
 esac
 

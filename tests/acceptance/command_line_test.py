@@ -7,6 +7,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import DIRECTORY, RECORDING, SANITIZED, SQUARE, TOOL, AcceptanceTest, output
 from expected_messages import USAGE, errorMessage, failedMessage, failedRun, finishedRun, recorded
+from target_platform import withoutTextMode
 
 NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
 KEPT = {"a.xyz": b"x;y;z\n1;1;5\n"}
@@ -121,10 +122,11 @@ class FixedPlaces(AcceptanceTest):
 class WaysOut(AcceptanceTest):
     def startTogether(self, *arguments, **settings):
         """Lets console and messages go to one file: its lines tell which came first."""
-        with open(self.aside + "/together", "w+b", buffering=0) as together:
+        with open(self.aside + "/together", "a+b", buffering=0) as together:
             run = self.start(*arguments, console=together.fileno(), channel=together.fileno(), **settings)
             together.seek(0)
-            run.messages = together.read().decode().split("\n")[:-1]
+            run.messages = withoutTextMode(together.read()).decode().split("\n")[:-1]
+            together.truncate(0)
         return run
 
     def test_a_usage_line_is_on_the_console_before_it_is_sent(self):

@@ -8,6 +8,7 @@ from acceptance import DIRECTORY, AcceptanceTest
 from expected_messages import (FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
                                stateMessage)
 from fault_checks import PASS, failing, failsForever
+from target_platform import inTextMode
 
 HEADER = b"x;y;z\n"
 INSIDE = b"1;1;5\n2;2;5\n3;3;5\n"
@@ -53,7 +54,7 @@ class ThrownErrors(AcceptanceTest):
     def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
         run = self.start(environment=throwing(f"ErrorMessage 2 {USAGE}"))
         self.assertNotIn(run.status, (0, 1))
-        self.assertEqual(run.console, USAGE.encode() + b"\n")
+        self.assertEqual(run.console, inTextMode(USAGE.encode() + b"\n"))
         self.assertEqual(run.messages, ["MessageSender 0", f"ErrorMessage 2 {USAGE}"])
 
 

@@ -8,6 +8,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import DIRECTORY, AcceptanceTest, dropPowersOfRoot, linkTo, output
 from expected_messages import closingRange, errorMessage, filePass, finishMessage, recorded
+from target_platform import joined, possible
 
 NODES = b"x;y;z\n1;1;5\n20;1;5\n"
 KEPT = b"x;y;z\n1;1;5\n"
@@ -25,7 +26,7 @@ class SelectionTest(AcceptanceTest):
 
 class Names(SelectionTest):
     def test_files_of_the_three_suffixes_are_taken(self):
-        names = ("a.txt", "b.xyz", "c.csv", ".txt", ".xyz", ".csv", ".hidden.txt", "two.dots.csv", "a.TXT.txt",
+        names = possible("a.txt", "b.xyz", "c.csv", ".txt", ".xyz", ".csv", ".hidden.txt", "two.dots.csv", "a.TXT.txt",
                  "a b.xyz", "-pipe.txt",
                  os.fsdecode(b"\xff.csv"), "Höhe.xyz", "new\nline.txt", "x" * 251 + ".txt")
         self.giveJob({name: NODES for name in names})
@@ -48,7 +49,8 @@ class Names(SelectionTest):
     def test_a_repeated_run_then_stops_at_the_directory_left_behind(self):
         self.giveJob({})
         self.expectNoFiles()
-        text = "Output directory base/out already exists, aborting in order avoid overwriting of existing data"
+        text = (f"Output directory {joined('base', 'out')} already exists, "
+                "aborting in order avoid overwriting of existing data")
         self.expectFailed(self.clip(), text, created={"base/out": DIRECTORY})
 
     def test_the_walk_is_one_level_deep(self):

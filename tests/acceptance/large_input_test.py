@@ -7,6 +7,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import SANITIZED, TOOL, AcceptanceTest, output
+from target_platform import inTextMode
 
 HEADER = b"x;y;z\n"
 
@@ -37,11 +38,11 @@ class LargeInput(AcceptanceTest):
         self.giveJob({"a.xyz": HEADER + b"x" * 100000000 + b"\n" + kept + b"2;2;5\n"})
         run = self.clip(tool=TOOL)
         self.assertEqual((run.status, run.console, run.errors), (0, b"", b""))
-        self.assertTrue(run.tree["base/out/a.xyz"] == HEADER + kept + b"2;2;5\n")
+        self.assertTrue(run.tree["base/out/a.xyz"] == inTextMode(HEADER + kept + b"2;2;5\n"))
 
     def test_random_bytes_behind_a_header_are_dropped_line_by_line(self):
         source = random.Random(7)
-        noise = b"".join(source.randbytes(40).translate(None, b"\n;") + b"\n" for _ in range(5000))
+        noise = b"".join(source.randbytes(40).translate(None, b"\n;\x1a") + b"\n" for _ in range(5000))
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" + noise + b"2;2;5\n"})
         self.expectFinished(self.clip(), 2, {"a.xyz": HEADER + b"1;1;5\n2;2;5\n"}, lineCounts=[5002])
 

@@ -143,10 +143,10 @@ class UnusableChannel(ChannelTest):
 
     def test_closed_at_the_start_it_is_not_written_to(self):
         # The next file that the tool opens gets descriptor 3, so a message gone astray would stand in an output file.
-        self.expectJob(self.clipPiped(beforeStart=lambda: os.close(CHANNEL)), [])
+        self.expectJob(self.clipPiped(closed=(CHANNEL,)), [])
 
     def test_closed_at_the_start_a_failing_run_still_ends_in_order(self):
-        run = self.start("-pipe", "-lang=en", tool=TOOL, beforeStart=lambda: os.close(CHANNEL))
+        run = self.start("-pipe", "-lang=en", tool=TOOL, closed=(CHANNEL,))
         self.expect(run, status=1, console=[USAGE])
 
     def test_closed_at_the_start_no_output_file_becomes_the_channel(self):
@@ -154,7 +154,7 @@ class UnusableChannel(ChannelTest):
         self.startOver()
         self.giveJob({})
         self.serve("base/data/a.xyz", HEADER, [lambda: os.remove(self.path("base/data/a.xyz")), HEADER])
-        run = self.clipPiped(beforeStart=lambda: os.close(CHANNEL))
+        run = self.clipPiped(closed=(CHANNEL,))
         self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}), removed=["base/data/a.xyz"])
 
     def test_where_few_descriptors_are_allowed_it_works_as_ever(self):

@@ -9,6 +9,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import DIRECTORY, FIFO, TOOL, AcceptanceTest, linkTo, output
 from expected_messages import errorMessage, failedMessage, filePass, finishedRun, recorded
+from target_platform import inTextMode
 
 HEADER = b"x;y;z\n"
 INSIDE = b"1;1;5\n"
@@ -20,27 +21,27 @@ class CountFile(AcceptanceTest):
         self.giveJob({"a.xyz": HEADER + OUTSIDE * 3, "b.xyz": HEADER})
         counts = [{"a.xyz": 3, "b.xyz": 0}[name] for name in self.walkOrder()]
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], b"0\n")
+        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"0\n"))
         self.expectFinished(run, 0, {}, lineCounts=counts)
 
     def test_three_points_inside_are_3(self):
         self.giveJob({"a.xyz": HEADER + (INSIDE + OUTSIDE) * 3})
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], b"3\n")
+        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"3\n"))
         self.expectFinished(run, 3, {"a.xyz": HEADER + INSIDE * 3}, lineCounts=[6])
 
     def test_the_count_is_one_sum_over_all_files(self):
         self.giveJob({"a.xyz": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE * 5, "c.xyz": HEADER + OUTSIDE})
         counts = [{"a.xyz": 2, "b.xyz": 5, "c.xyz": 1}[name] for name in self.walkOrder()]
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], b"7\n")
+        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"7\n"))
         self.expectFinished(run, 7, {"a.xyz": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE * 5}, lineCounts=counts)
 
     def test_a_large_count_is_plain_digits(self):
         content = HEADER + INSIDE * 12_345
         self.giveJob({"a.xyz": content})
         run = self.clip("-lang=de_DE", tool=TOOL)
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], b"12345\n")
+        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"12345\n"))
         self.expect(run, status=0, created=output(12_345, {"a.xyz": content}))
 
     def test_an_input_file_of_its_name_is_counted_and_its_output_overwritten(self):

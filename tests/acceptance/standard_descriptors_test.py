@@ -15,7 +15,7 @@ KEPT = b"x;y;z\n1;1;5\n"
 class StandardDescriptors(AcceptanceTest):
     def startWithout(self, descriptors, *arguments):
         return self.start(*arguments, tool=TOOL,
-                          beforeStart=lambda: [os.close(descriptor) for descriptor in descriptors])
+                          closed=descriptors)
 
     def test_closed_at_the_start_they_change_no_result(self):
         messages = [jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()]

@@ -52,11 +52,6 @@ std::string setUp(const std::string& language) {
 
 } // namespace
 
-TEST(ExecutablePath, theRunningExecutableIsFound) {
-    EXPECT_EQ(std::filesystem::canonical("/proc/self/exe").string(), executablePath().string());
-    EXPECT_EQ("unit_tests", executablePath().filename().string());
-}
-
 TEST(MessageCatalogues, translationsLieBesideTheExecutable) {
     const CatalogueBesideExecutable catalogue("vadelone", {{noFiles, "Keine Höhendateien"}});
     EXPECT_EQ("vadelone||utf8|Keine Höhendateien", setUp("vadelone"));
@@ -136,8 +131,11 @@ TEST(MessageCatalogues, anUnknownCharacterSetInTheLanguageIsThrownWhereThereIsAC
     ConsoleCapture console;
     EXPECT_THROW(setUp("vadelseven.latin1"), boost::locale::conv::invalid_charset_error);
     EXPECT_THROW(setUp("vadelseven.utf8"), boost::locale::conv::invalid_charset_error);
-    EXPECT_EQ("fr||latin1.utf8|There are no input files.", setUp("fr.latin1"));
     EXPECT_EQ("", console.text());
+}
+
+TEST(MessageCatalogues, anUnknownCharacterSetInTheLanguageIsTakenWhereThereIsNoCatalogue) {
+    EXPECT_EQ("fr||latin1.utf8|There are no input files.", setUp("fr.latin1"));
 }
 
 TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
@@ -155,7 +153,7 @@ TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
 }
 
 TEST(CatalogueSearchPath, liesBesideTheExecutable) {
-    EXPECT_EQ(catalogueSearchPath("/opt/tools/Vadelclip"), "/opt/tools/locale");
+    EXPECT_EQ(catalogueSearchPath("/opt/tools/Vadelclip"), std::string("/opt/tools") + joint + "locale");
     EXPECT_EQ(catalogueSearchPath("/Vadelclip"), "/locale");
 }
 

@@ -144,7 +144,8 @@ TEST(ClipElevationData, theParentComesBeforeTheInputAndTheInputBeforeTheOutput) 
     ClipRun job;
     job.directory.makeDirectory("base/out");
     job.inputDirectoryName = "missing";
-    EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + "/missing does not exist"}), job.run());
+    EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + joint + "missing does not exist"}),
+              job.run());
     job.inputParentDirectory = job.directory.pathOf("nothing");
     EXPECT_EQ(stoppedRun({"Directory " + job.inputParentDirectory + " does not exist"}), job.run());
 }
@@ -154,13 +155,14 @@ TEST(ClipElevationData, theInputMustBeADirectory) {
     job.directory.write("base/file", "");
     for (const std::string name : {"missing", "file", "missing/below", "{0}"}) {
         job.inputDirectoryName = name;
-        EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + "/" + name + " does not exist"}),
+        EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + joint + name + " does not exist"}),
                   job.run());
     }
     // An absolute name does not take the parent's place.
     job.inputDirectoryName = job.directory.pathOf("base/data");
-    EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + job.inputDirectoryName + " does not exist"}),
-              job.run());
+    const std::string absolute =
+        job.inputDirectoryName.starts_with('/') ? job.inputDirectoryName : joint + job.inputDirectoryName;
+    EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + absolute + " does not exist"}), job.run());
 }
 
 TEST(ClipElevationData, anExistingOutputDirectoryIsLeftAlone) {
@@ -249,8 +251,8 @@ TEST(ClipElevationData, aRunWithoutInputFilesLeavesTheEmptyOutputDirectory) {
     job.directory.write("base/data/notes.txt", "no header\n");
     job.directory.write("base/data/folder.txt/a.txt", "x;y;z\n5;5;1\n");
     EXPECT_EQ(stoppedRun({"There are no input files."}, emptyOutput), job.run());
-    EXPECT_EQ(stoppedRun({"Output directory " + job.inputParentDirectory +
-                          "/out already exists, aborting in order avoid overwriting of existing data"}),
+    EXPECT_EQ(stoppedRun({"Output directory " + job.inputParentDirectory + joint +
+                          "out already exists, aborting in order avoid overwriting of existing data"}),
               job.run());
 }
 
@@ -265,9 +267,9 @@ TEST(ClipElevationData, theErrorsOfTheRunAreTranslated) {
                     {"Boundary file {0} does not exist", "Grenze {0} fehlt"}});
     ClipRun job;
     EXPECT_EQ(stoppedRun({"Keine Dateien"}, emptyOutput), job.run());
-    EXPECT_EQ(stoppedRun({job.inputParentDirectory + "/out gibt es schon"}), job.run());
+    EXPECT_EQ(stoppedRun({job.inputParentDirectory + joint + "out gibt es schon"}), job.run());
     job.inputDirectoryName = "nichts";
-    EXPECT_EQ(stoppedRun({"Eingabe " + job.inputParentDirectory + "/nichts fehlt"}), job.run());
+    EXPECT_EQ(stoppedRun({"Eingabe " + job.inputParentDirectory + joint + "nichts fehlt"}), job.run());
     job.inputParentDirectory = "";
     EXPECT_EQ(stoppedRun({" fehlt"}), job.run());
     job.boundaryFilePath = "nichts.xml";

@@ -7,6 +7,7 @@ directory with its bytes (so an input that changed shows as well), and every mes
 Two executables, from the environment: the real tool (VADELCLIP_EXECUTABLE, catalogues beside it), whose descriptor 3
 carries JSON Lines with "-pipe"; and the same tool with a recording message layer (VADELCLIP_RECORDING, no catalogues
 beside it, so its texts are the English ids), whose descriptor 3 gets one line for every call of the message classes.
+Both may be built for Windows: see target_platform.py.
 """
 import ctypes
 import difflib
@@ -21,6 +22,8 @@ import unittest
 from dataclasses import dataclass
 
 from expected_messages import failedRun, finishedRun
+from target_platform import (WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder,
+                             withoutTextMode)
 
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
@@ -134,6 +137,9 @@ def report(status, console, errors, messages, tree):
 
 class AcceptanceTest(unittest.TestCase):
     def setUp(self):
+        reason = leftOutReason(self.id())
+        if reason is not None:
+            self.skipTest(reason)
         place = tempfile.mkdtemp(prefix="vadelclip-")
         self.addCleanup(shutil.rmtree, place)
         self.directory = os.path.join(place, "work")  # where the process runs, compared as a whole
@@ -150,6 +156,11 @@ class AcceptanceTest(unittest.TestCase):
         os.mkdir(self.directory)
         self.given = {}
 
+    def needPosix(self, reason):
+        """Leaves the test out on Windows."""
+        if WINDOWS:
+            self.skipTest(reason)
+
     # Inputs
 
     def path(self, name):
@@ -157,6 +168,8 @@ class AcceptanceTest(unittest.TestCase):
 
     def give(self, tree):
         """Writes inputs. They are expected to stand there unchanged after the run."""
+        if any(content == FIFO or str(content).startswith(linkTo("")) for content in tree.values()):
+            self.needPosix("Windows has no FIFOs in its file system, and the emulator shows no links")
         for name, content in tree.items():
             path = self.path(name)
             os.makedirs(os.path.dirname(path), exist_ok=True)
@@ -171,6 +184,10 @@ class AcceptanceTest(unittest.TestCase):
                 os.symlink(content.removeprefix(linkTo("")), path)
         self.given.update(tree)
 
+    def keep(self, created):
+        """What a run has created is an input from now on."""
+        self.given.update(inTextModeTree(created))
+
     def giveJob(self, nodeFiles, area=SQUARE):
         """Inputs of an ordinary job: base/data with these node files, and area.xml."""
         self.give({"area.xml": area, "base/data": DIRECTORY})
@@ -178,7 +195,7 @@ class AcceptanceTest(unittest.TestCase):
 
     def walkOrder(self, directory="base/data"):
         """Names in the order in which the platform lists them: the order of the passes."""
-        return [entry.name for entry in os.scandir(self.path(directory))]
+        return walkOrder(self.path(directory))
 
     def serve(self, name, *openings):
         """Puts a file at `name` that holds something else at each opening.
@@ -186,6 +203,7 @@ class AcceptanceTest(unittest.TestCase):
         Each opening is bytes, or a list of bytes and functions, written and called in this order once the tool has
         opened the file. In truth `name` is a link to a FIFO, a new one for each opening, so that no two of them mix.
         """
+        self.needPosix("Windows has no FIFOs in its file system")
         fifo = os.path.join(self.aside, f"fifo{len(self.servers)}")
         os.mkfifo(fifo)
         self.give({name: linkTo(fifo)})
@@ -220,30 +238,38 @@ class AcceptanceTest(unittest.TestCase):
     # Running
 
     def start(self, *arguments, tool=RECORDING, environment=None, beforeStart=None, console=None, channel=None,
-              stderr=None):
+              closed=(), launcher=True):
         """Runs a tool to its end.
 
-        @param beforeStart  called in the new process just before it becomes the tool
+        @param beforeStart  called in the new process just before it becomes the tool; not on Windows
         @param console      descriptor to use in place of the file that the console goes to
-        @param channel      the same for descriptor 3
+        @param channel      the same for descriptor 3; on Windows also a text for the launcher
+        @param closed       descriptors that the tool finds closed
+        @param launcher     whether a program stands between on Windows that knows how to hand over descriptors
         """
-        self.channelFile = tempfile.TemporaryFile()
+        self.channelFile = tempfile.NamedTemporaryFile(dir=self.aside)
         self.addCleanup(self.channelFile.close)
         channelNumber = self.channelFile.fileno() if channel is None else channel
         settings = {name: value for name, value in os.environ.items() if name not in ("LANG", "LANGUAGE", "LOCPATH")
                     and not name.startswith("LC_")}
+        settings.update(launchSettings(channelNumber, closed))
         settings.update(environment or {})
 
         def inChild():
             os.dup2(channelNumber, CHANNEL)
+            for descriptor in closed:
+                os.close(descriptor)
             if beforeStart:
                 beforeStart()
 
+        if beforeStart:
+            self.needPosix("on Windows a new process is the new program from its start")
+        inherited = {} if WINDOWS else {"pass_fds": (CHANNEL,), "preexec_fn": inChild}
+
         with tempfile.TemporaryFile() as consoleFile, tempfile.TemporaryFile() as errorFile:
             process = self.process = subprocess.Popen(
-                [tool, *arguments], cwd=self.directory, env=settings, stdin=subprocess.DEVNULL,
-                stdout=consoleFile if console is None else console, stderr=errorFile,
-                pass_fds=(CHANNEL,), preexec_fn=inChild)
+                launch(tool, arguments, launcher), cwd=self.directory, env=settings, stdin=subprocess.DEVNULL,
+                stdout=consoleFile if console is None else console, stderr=errorFile, **inherited)
             try:
                 process.wait(TIME_LIMIT)
             except subprocess.TimeoutExpired:
@@ -275,13 +301,14 @@ class AcceptanceTest(unittest.TestCase):
         """Compares all of a run.
 
         @param console   lines of text
-        @param created   tree of what must be there besides the inputs, or in place of one
+        @param created   tree of what must be there besides the inputs, or in place of one; written in text mode
         @param removed   inputs that must be gone
         @param messages  all lines of descriptor 3
         """
-        tree = {**self.given, **(created or {})}
+        tree = {**self.given, **inTextModeTree(created or {})}
         tree = {path: content for path, content in withParents(tree).items() if path not in removed}
-        expected = report(status, os.fsencode("".join(line + "\n" for line in console)), b"", messages, tree)
+        text = inTextMode(os.fsencode("".join(line + "\n" for line in console)))
+        expected = report(status, text, b"", messages, tree)
         got = report(run.status, run.console, run.errors, run.messages, run.tree)
         if expected != got:
             self.fail("\n" + "\n".join(difflib.unified_diff(expected, got, "expected", "got", lineterm="", n=2)))

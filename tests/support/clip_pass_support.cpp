@@ -45,7 +45,7 @@ PassOutcome ClipPass::run(std::int32_t lineCount, double linesDone, std::int32_t
     }
     outcome.calls = callsSoFar();
     const FileTree after = directory.tree();
-    outcome.outputDirectory = partOf(after, "out/", true);
+    outcome.outputDirectory = withoutTextMode(partOf(after, "out/", true));
     EXPECT_EQ(partOf(before, "out/", false), partOf(after, "out/", false)) << "changed outside the output directory";
     return outcome;
 }

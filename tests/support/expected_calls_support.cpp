@@ -9,7 +9,12 @@ Calls joined(const std::vector<Calls>& parts) {
 }
 
 Calls errorCalls(const std::string& text) {
-    return {"ErrorMessage 2 " + text, "end ErrorMessage"};
+    // As the recording layer writes it. No text of a test holds a line feed.
+    std::string escaped;
+    for (const char byte : text) {
+        escaped += byte == '\\' ? "\\\\" : std::string(1, byte);
+    }
+    return {"ErrorMessage 2 " + escaped, "end ErrorMessage"};
 }
 
 Calls stateCalls() {

@@ -1,22 +1,21 @@
 #include "support/file_support.hpp"
 
+#include "text/text_mode.hpp"
+
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 
 namespace {
 
 void addEntry(FileTree& tree, const fs::path& root, const fs::directory_entry& entry) {
-    const std::string name = entry.path().lexically_relative(root).string();
+    const std::string name = entry.path().lexically_relative(root).generic_string();
     if (entry.is_symlink()) {
         tree[name] = "link";
     } else if (entry.is_directory()) {
@@ -28,29 +27,21 @@ void addEntry(FileTree& tree, const fs::path& root, const fs::directory_entry& e
     }
 }
 
-void makeFifo(const std::string& path) {
-    EXPECT_EQ(0, mkfifo(path.c_str(), 0600)) << path;
-}
-
-/// A reader that has gone away is an ordinary end of a serving.
-void writeAll(int descriptor, const std::string& bytes) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t written = write(descriptor, bytes.data() + done, bytes.size() - done);
-        if (written < 0) {
-            return;
+/// Makes a directory of a name that nothing has yet.
+std::string makeFreshDirectory() {
+    std::random_device random;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const fs::path path = fs::temp_directory_path() / ("vadelclip-" + std::to_string(random()));
+        if (fs::create_directory(path)) {
+            return path.generic_string();
         }
-        done += static_cast<std::size_t>(written);
     }
+    throw std::runtime_error("no fresh directory");
 }
 
 } // namespace
 
-TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (fs::temp_directory_path() / "vadelclip-XXXXXX").string();
-    EXPECT_NE(nullptr, mkdtemp(name.data()));
-    directory = name;
-}
+TemporaryDirectory::TemporaryDirectory() : directory(makeFreshDirectory()) {}
 
 TemporaryDirectory::~TemporaryDirectory() {
     std::error_code error;
@@ -67,7 +58,7 @@ std::string TemporaryDirectory::write(const std::string& name, const std::string
     std::ofstream file(path, std::ios::binary);
     file << content << std::flush;
     EXPECT_TRUE(file.good()) << path;
-    return path.string();
+    return path.generic_string();
 }
 
 std::string TemporaryDirectory::makeDirectory(const std::string& name) const {
@@ -97,53 +88,27 @@ std::string readFile(const std::string& path) {
     return content.str();
 }
 
-ServedFile::ServedFile(const std::string& path_, std::vector<std::vector<ServingStep>> openings_)
-    : path(path_), fifo(aside.pathOf("fifo")), openings(std::move(openings_)) {
-    makeFifo(fifo);
-    fs::create_symlink(fifo, path);
-    server = std::thread([this] { serve(); });
-}
-
-ServedFile::~ServedFile() {
-    int release = -1;
-    if (opened < openings.size()) {
-        ADD_FAILURE() << path << " was opened " << opened << " times, expected " << openings.size();
-        abandoned = true;
-        // The server waits for a reader: here is one.
-        release = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+std::string withoutTextMode(const std::string& bytes) {
+    if (!platformHasTextMode) {
+        return bytes;
     }
-    server.join();
-    close(release);
-}
-
-void ServedFile::serve() {
-    sigset_t brokenPipe;
-    sigemptyset(&brokenPipe);
-    sigaddset(&brokenPipe, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
-    for (const std::vector<ServingStep>& steps : openings) {
-        const int descriptor = abandoned ? -1 : open(fifo.c_str(), O_WRONLY);
-        if (!abandoned) {
-            serveOnce(descriptor, steps);
-        }
-        close(descriptor);
-    }
-}
-
-void ServedFile::serveOnce(int descriptor, const std::vector<ServingStep>& steps) {
-    // The next opening meets a new FIFO, or nothing behind the last one. This must be so before the reader gets on.
-    if (opened + 1 < openings.size()) {
-        makeFifo(fifo + ".next");
-        fs::rename(fifo + ".next", fifo);
-    } else {
-        fs::remove(fifo);
-    }
-    ++opened;
-    for (const ServingStep& step : steps) {
-        if (const std::string* const bytes = std::get_if<std::string>(&step)) {
-            writeAll(descriptor, *bytes);
+    std::string text;
+    for (const char byte : bytes) {
+        if (byte == '\n' && text.ends_with('\r')) {
+            text.back() = '\n';
+        } else if (byte == '\n') {
+            text += "<bare LF>";
         } else {
-            std::get<std::function<void()>>(step)();
+            text += byte;
         }
     }
+    return text;
+}
+
+FileTree withoutTextMode(const FileTree& tree) {
+    FileTree result;
+    for (const auto& [path, content] : tree) {
+        result[path] = withoutTextMode(content);
+    }
+    return result;
 }

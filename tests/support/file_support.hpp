@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -14,6 +15,9 @@
 /// What stands in a directory: relative path to content. A directory's key ends in "/", its content is empty.
 /// A symbolic link has the content "link", anything else that is no file "special".
 using FileTree = std::map<std::string, std::string>;
+
+/// What the platform puts between the parts of a path that are joined.
+constexpr char joint = static_cast<char>(std::filesystem::path::preferred_separator);
 
 /// A fresh directory, removed at the end with everything in it.
 class TemporaryDirectory {
@@ -46,13 +50,21 @@ private:
 /// Gives the bytes of a file; the test fails if it cannot be read.
 std::string readFile(const std::string& path);
 
+/// Undoes what the platform's text mode does to bytes that are written through it: a line feed becomes the pair.
+///
+/// @return the bytes as they were handed over; a line feed that text mode cannot have written becomes "<bare LF>".
+std::string withoutTextMode(const std::string& bytes);
+
+/// The same for the content of every file.
+FileTree withoutTextMode(const FileTree& tree);
+
 /// Bytes to hand over, or something to do in between.
 using ServingStep = std::variant<std::string, std::function<void()>>;
 
 /// A file that holds something else at each opening. In truth its path is a link to a FIFO, a new one for each opening.
 ///
 /// The steps of an opening run in order, on another thread, once the file has been opened for reading. The test fails
-/// if the file is not opened as often as there are openings; one opening more finds nothing.
+/// if the file is not opened as often as there are openings; one opening more finds nothing. POSIX only.
 class ServedFile {
 public:
     ServedFile(const std::string& path, std::vector<std::vector<ServingStep>> openings);

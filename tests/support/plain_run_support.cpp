@@ -43,14 +43,14 @@ std::vector<PlainFile> readFiles(const ClipRun& job) {
         if (entry.is_directory() || !isNodeFileName(entry.path().string())) {
             continue;
         }
-        const std::string content = readFile(entry.path());
+        const std::string content = readFile(entry.path().string());
         std::vector<std::string> lines = terminatedLines(content);
         const std::string headerLine = lines.empty() ? unterminatedLine(content) : lines.front();
         if (isHeaderLine(headerLine)) {
             // One line feed less than there are; without any, one less than none.
             const int lineCount = static_cast<int>(lines.size()) - 1;
             lines.erase(lines.begin(), lines.empty() ? lines.begin() : lines.begin() + 1);
-            files.push_back({entry.path().filename(), headerLine, lines, lineCount});
+            files.push_back({entry.path().filename().string(), headerLine, lines, lineCount});
         }
     }
     return files;

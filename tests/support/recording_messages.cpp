@@ -34,7 +34,7 @@ void record(const std::string& call) {
     recorder().calls.push_back(call);
     if (recorder().writesToDescriptor) {
         const std::string line = call + '\n';
-        const ssize_t written = write(3, line.data(), line.size());
+        const auto written = write(3, line.data(), static_cast<unsigned int>(line.size()));
         static_cast<void>(written);
     }
 }

@@ -72,5 +72,6 @@ RunOutcome ClipRun::run() {
             outcome.created.erase(entry);
         }
     }
+    outcome.created = withoutTextMode(outcome.created);
     return outcome;
 }

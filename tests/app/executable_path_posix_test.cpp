@@ -1,0 +1,10 @@
+#include "app/executable_path.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+TEST(ExecutablePath, theRunningExecutableIsFound) {
+    EXPECT_EQ(std::filesystem::canonical("/proc/self/exe").string(), executablePath().string());
+    EXPECT_EQ("unit_tests", executablePath().filename().string());
+}
