@@ -34,8 +34,9 @@ void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
 }
 
 void closeLog(WatchContext& watch, RunSummary& summary) {
-    if (!watch.log.close()) {
-        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath}));
+    const int error = watch.log.close();
+    if (error != 0) {
+        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath, std::strerror(error)}));
     }
 }
 

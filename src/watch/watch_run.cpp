@@ -19,30 +19,50 @@
 
 namespace {
 
-bool isInput(const WatchContext& watch, const std::string& path) {
-    return isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath);
+/// Why a file of our own must not be written there, whatever the system says; nullptr if nothing stands against it.
+const char* whyNotThere(const WatchContext& watch, const std::string& path) {
+    if (isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath)) {
+        return watch.texts.runReadsIt;
+    }
+    return isSameFile(path, watch.directories.output) ? watch.texts.runMakesIt : nullptr;
 }
 
 /// Says that one of our own files cannot be written.
-bool refuse(WatchContext& watch, const std::string& path) {
-    watch.errors.write(filledIn(watch.texts.cannotWrite, {path}) + "\n");
+bool refuse(WatchContext& watch, const std::string& path, const char* reason) {
+    watch.errors.write(filledIn(watch.texts.cannotWrite, {path, reason}) + "\n");
     return false;
+}
+
+bool prepareMap(WatchContext& watch, const std::string& map) {
+    const char* const reason = whyNotThere(watch, map);
+    if (reason != nullptr) {
+        return refuse(watch, map, reason);
+    }
+    const int error = whyUnwritable(map);
+    return error == 0 || refuse(watch, map, std::strerror(error));
+}
+
+bool prepareLog(WatchContext& watch, const std::string& log) {
+    const char* const reason = whyNotThere(watch, log);
+    if (reason != nullptr) {
+        return refuse(watch, log, reason);
+    }
+    if (!watch.options.mapPath.empty() && isSameFile(log, watch.options.mapPath)) {
+        return refuse(watch, log, watch.texts.isTheMap);
+    }
+    const int error = watch.log.open(log);
+    return error == 0 || refuse(watch, log, std::strerror(error));
 }
 
 /// Looks at the map and opens the log before the run, so that nobody waits for an hour to hear that they have nowhere to
 /// go. The log comes last: opening it empties what stood there.
 ///
-/// @return false, and says so, if one of them cannot be written, or would take the place of an input or of the other.
+/// @return false, and says so, if one of them cannot be written, or would take the place of something of the run or of
+///         the other.
 bool prepareFiles(WatchContext& watch) {
     const std::string& map = watch.options.mapPath;
     const std::string& log = watch.options.logPath;
-    if (!map.empty() && (!canBeWritten(map) || isInput(watch, map))) {
-        return refuse(watch, map);
-    }
-    if (!log.empty() && (isInput(watch, log) || (!map.empty() && isSameFile(log, map)))) {
-        return refuse(watch, log);
-    }
-    return watch.log.open(log) || refuse(watch, log);
+    return (map.empty() || prepareMap(watch, map)) && (log.empty() || prepareLog(watch, log));
 }
 
 /// @return false, with words about it kept, if it cannot be started.

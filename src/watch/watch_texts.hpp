@@ -71,8 +71,11 @@ struct WatchTexts {
     const char* interruptedStatus;   ///< {0} the same, {1} exit status.
     const char* interruptedFinished; ///< {0} the same.
     const char* notComplete;         ///< {0} path of the output directory.
-    const char* cannotWrite;         ///< {0} path of the log or map.
-    const char* cannotWriteSummary;  ///< {0} reason.
+    const char* cannotWrite; ///< {0} path of the log or map, {1} reason: one of the next three, or the system's.
+    const char* runReadsIt;
+    const char* runMakesIt;
+    const char* isTheMap;
+    const char* cannotWriteSummary; ///< {0} reason.
 
     // The check.
     const char* linesDiffer;      ///< {0} lines found, {1} count of the tool, {2} lines missing.
