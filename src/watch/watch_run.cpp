@@ -150,10 +150,11 @@ int watchRun(const WatchOptions& options) {
         difference = checkFinishedRun(record, watch, summary);
     }
     closeLog(watch, summary);
+    printSummary(watch, summary);
+    sayLines(watch, difference);
+    // Last of all: it takes the longest and the most memory, and whatever becomes of it, the rest has been said.
     if (summary.finished) {
         drawWantedMap(watch, summary);
     }
-    printSummary(watch, summary);
-    sayLines(watch, difference);
     return summary.exitStatus;
 }
