@@ -17,6 +17,7 @@ const WatchTexts englishTexts = {
     .checkFailed = "the lines do not add up to total_node_count.txt",
     .cannotStart = "Vadelwatch: cannot start {0}: {1}",
     .unknownDirectory = "Vadelwatch: cannot find out where Vadelclip stands: /proc/self/exe cannot be read",
+    .notWatched = "Vadelwatch: the run could not be watched any longer ({0}), Vadelclip has been ended.",
     .endedBySignal = "Vadelwatch: Vadelclip was ended by signal {1} (SIG{0}).",
     .unknownStatus = "Vadelwatch: Vadelclip ended abnormally, with exit status {0}.",
     .interrupted = "Vadelwatch: interrupted by SIG{0}, Vadelclip has ended.",

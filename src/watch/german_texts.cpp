@@ -17,6 +17,7 @@ const WatchTexts germanTexts = {
     .checkFailed = "die Zeilen ergeben nicht total_node_count.txt",
     .cannotStart = "Vadelwatch: {0} kann nicht gestartet werden: {1}",
     .unknownDirectory = "Vadelwatch: wo Vadelclip liegt, ist unbekannt: /proc/self/exe ist nicht lesbar",
+    .notWatched = "Vadelwatch: der Lauf war nicht weiter zu beobachten ({0}), Vadelclip wurde beendet.",
     .endedBySignal = "Vadelwatch: Vadelclip wurde durch Signal {1} (SIG{0}) beendet.",
     .unknownStatus = "Vadelwatch: Vadelclip endete außerplanmäßig, mit Status {0}.",
     .interrupted = "Vadelwatch: abgebrochen durch SIG{0}, Vadelclip ist beendet.",

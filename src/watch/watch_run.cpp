@@ -13,6 +13,7 @@
 #include "watch/watch_results.hpp"
 
 #include <cstring>
+#include <exception>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -83,21 +84,30 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
 /// The run itself. Nothing is written here that would have to be waited for, since signals only act on this process
 /// again when it is over.
 ///
-/// @return false if the tool could not be started.
+/// @return false, with words about it kept, if the tool could not be started or not be watched to its end. It is not
+///         running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
-    ToolProcess tool;
-    if (!startTool(watch, tool)) {
-        return false;
-    }
-    watch.lineCount.start(watch.directories.input);
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
         mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
-    RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
-    record = watcher.watch(signals);
-    return true;
+    ToolProcess tool;
+    if (!startTool(watch, tool)) {
+        return false;
+    }
+    try {
+        watch.lineCount.start(watch.directories.input);
+        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
+        record = watcher.watch(signals);
+        return true;
+    } catch (const std::exception& error) {
+        display.clear();
+        display.flush();
+        watch.errors.keep(filledIn(watch.texts.notWatched, {error.what()}) +
+                          filledIn(watch.texts.notComplete, {watch.directories.output}) + "\n");
+        return false;
+    }
 }
 
 RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
@@ -140,10 +150,14 @@ int watchRun(const WatchOptions& options) {
     RunRecord record;
     const bool watched = watchTool(watch, record);
     watch.errors.write({});
-    if (!watched) {
-        return abnormalEndStatus;
-    }
     RunSummary summary = summaryOf(record, watch);
+    if (!watched) {
+        summary.exitStatus = abnormalEndStatus;
+        summary.finished = false;
+        closeLog(watch, summary);
+        printSummary(watch, summary);
+        return summary.exitStatus;
+    }
     sayLines(watch, endingLines(record, watch.directories.output, watch.texts));
     std::vector<std::string> difference;
     if (summary.finished) {

@@ -65,6 +65,7 @@ struct WatchTexts {
     // Ends that are not the tool's own.
     const char* cannotStart;         ///< {0} path of the tool, {1} reason.
     const char* unknownDirectory;    ///< where the executable stands cannot be found out
+    const char* notWatched;          ///< {0} reason.
     const char* endedBySignal;       ///< {0} name of the signal, {1} its number.
     const char* unknownStatus;       ///< {0} exit status.
     const char* interrupted;         ///< {0} name of the signal that asked for the end.

@@ -27,6 +27,17 @@ class Ends(WatchTest):
         self.expect(self.run_(*JOB), status=4,
                     errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"])
 
+    def test_json_and_log_of_a_tool_that_is_missing(self):
+        tool = self.standIn("")
+        os.remove(tool)
+        watched = self.run_(*JOB, "--json", "--log", "/dev/full")
+        self.assertEqual((4, [f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"]),
+                         (watched.status, watched.errorLines()))
+        self.assertEqual({"finished": False, "exit_status": 4, "files_read": None, "files_written": None,
+                          "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
+                          "adds_up": None, "seconds": 0.0, "output_directory": "base/out", "errors": []},
+                         json.loads(watched.output))
+
     def test_a_tool_that_may_not_be_executed(self):
         tool = self.standIn("")
         os.chmod(tool, 0o644)
