@@ -99,7 +99,8 @@ struct WatchTexts {
     MapTexts map;
 };
 
-/// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
+/// Texts to go with the language the tool is asked for: German where the tool speaks German in UTF-8, English
+/// otherwise.
 const WatchTexts& watchTexts(const std::optional<std::string>& language);
 
 /// A text with these values, as `shownName` has them, in the places of its placeholders.
