@@ -64,7 +64,6 @@ const WatchTexts englishTexts = {
             .lineWithoutPosition = "{0} line without a position",
             .linesWithoutPosition = "{0} lines without a position",
             .coordinateUnits = "in units of the coordinates",
-            .wrongSuffix = "The name of the picture must end in .png or .svg: {0}.",
             .boundaryUnreadable = "The boundary file {0} cannot be read: {1}.",
             .isDirectory = "it is a directory",
             .fileNotFound = "File was not found",

@@ -66,7 +66,6 @@ const WatchTexts germanTexts = {
             .lineWithoutPosition = "{0} Zeile ohne Lage",
             .linesWithoutPosition = "{0} Zeilen ohne Lage",
             .coordinateUnits = "in Einheiten der Koordinaten",
-            .wrongSuffix = "Der Name des Bildes muss auf .png oder .svg enden: {0}.",
             .boundaryUnreadable = "Die Grenzdatei {0} kann nicht gelesen werden: {1}.",
             .isDirectory = "sie ist ein Verzeichnis",
             .fileNotFound = "die Datei wurde nicht gefunden",

@@ -29,7 +29,6 @@ struct MapTexts {
     const char* coordinateUnits;
 
     // Sentences.
-    const char* wrongSuffix;        ///< {0} path of the picture.
     const char* boundaryUnreadable; ///< {0} path, {1} reason: one of the next two, or the words of a library.
     const char* isDirectory;
     const char* fileNotFound;
