@@ -1,14 +1,17 @@
 #include "watch/map_node_lines.hpp"
 
+#include "watch/line_count.hpp"
+
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <system_error>
+#include <unistd.h>
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{1} << 20U;
 constexpr std::string_view whiteSpace = " \t\r\v\f";
 
 /// How many bytes behind x may hold the separator, itself included.
@@ -41,7 +44,14 @@ bool takeNumber(std::string_view& text, double& number) {
 
 } // namespace
 
-NodeLineReader::NodeLineReader(const std::string& path) : stream(path, std::ios::binary), buffer(blockSize) {}
+// Room for the longest line and as much again to read into.
+NodeLineReader::NodeLineReader(const std::string& path) : descriptor(openRegularFile(path)), buffer(2 * longestLine) {}
+
+NodeLineReader::~NodeLineReader() {
+    if (descriptor != -1) {
+        close(descriptor);
+    }
+}
 
 bool NodeLineReader::next(std::string_view& line) {
     std::size_t searched = lineStart;
@@ -49,30 +59,27 @@ bool NodeLineReader::next(std::string_view& line) {
         const void* const lineFeed = std::memchr(buffer.data() + searched, '\n', filled - searched);
         if (lineFeed != nullptr) {
             const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - buffer.data());
-            line = std::string_view(buffer.data() + lineStart, lineEnd - lineStart);
+            line = std::string_view(buffer.data() + lineStart, std::min(lineEnd - lineStart, longestLine));
             line.remove_suffix(line.size() - (line.find_last_not_of('\r') + 1));
             lineStart = lineEnd + 1;
             return true;
         }
-        searched = filled - lineStart;
+        // The begun line moves to the front; what is too much of it is dropped.
+        searched = std::min(filled - lineStart, longestLine);
         if (!readBlock()) {
             return false;
         }
     }
 }
 
-/// Moves the begun line to the front and fills up behind it; the buffer grows only for a line longer than itself.
+/// Moves the begun line to the front, as far as it may go, and fills up behind it.
 bool NodeLineReader::readBlock() {
-    std::copy(buffer.begin() + static_cast<std::ptrdiff_t>(lineStart),
-              buffer.begin() + static_cast<std::ptrdiff_t>(filled), buffer.begin());
-    filled -= lineStart;
+    const std::size_t begun = std::min(filled - lineStart, longestLine);
+    std::memmove(buffer.data(), buffer.data() + lineStart, begun);
     lineStart = 0;
-    if (filled == buffer.size()) {
-        buffer.resize(buffer.size() * 2);
-    }
-    stream.read(buffer.data() + filled, static_cast<std::streamsize>(buffer.size() - filled));
-    const auto received = static_cast<std::size_t>(stream.gcount());
-    filled += received;
+    filled = begun;
+    const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
+    filled += received > 0 ? static_cast<std::size_t>(received) : 0;
     return received > 0;
 }
 

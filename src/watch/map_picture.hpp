@@ -11,7 +11,7 @@ struct MapRequest {
     std::string inputDirectory;
     std::string outputDirectory;
     std::string boundaryFile;
-    /// Ends in ".png" or ".svg"; an existing file is replaced.
+    /// Ends in ".png" or ".svg" (see `isPictureFileName`); an existing file is replaced.
     std::string pictureFile;
 };
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -21,14 +22,15 @@ MessageLog::~MessageLog() {
     }
 }
 
-bool MessageLog::open(const std::string& path) {
+int MessageLog::open(const std::string& path) {
     if (path.empty()) {
-        return true;
+        return 0;
     }
     constexpr mode_t everybody = 0666; // as far as the umask lets them
     descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, everybody);
+    const int error = descriptor == -1 ? errno : 0;
     file = OwnOutput(descriptor);
-    return descriptor != -1;
+    return error;
 }
 
 void MessageLog::add(double seconds, std::string_view line, const Message& message) {
@@ -37,10 +39,10 @@ void MessageLog::add(double seconds, std::string_view line, const Message& messa
     }
 }
 
-bool MessageLog::close() {
+int MessageLog::close() {
     file.write({});
     // Some file systems tell only now that there was no space.
-    const bool closed = descriptor == -1 || ::close(descriptor) == 0;
+    const int closing = descriptor == -1 || ::close(descriptor) == 0 ? 0 : errno;
     descriptor = -1;
-    return closed && file.failure() == 0;
+    return file.failure() != 0 ? file.failure() : closing;
 }

@@ -20,8 +20,8 @@ public:
     ~MessageLog();
 
     /// Empties or creates the file. An empty path is no log: everything is accepted and dropped.
-    /// @return false if the file cannot be opened.
-    bool open(const std::string& path);
+    /// @return 0, or the errno of a file that cannot be opened.
+    int open(const std::string& path);
 
     void add(double seconds, std::string_view line, const Message& message);
 
@@ -30,8 +30,8 @@ public:
     const OwnOutput& output() const { return file; }
 
     /// Writes what is still kept, however long that takes, and closes the file.
-    /// @return false if something could not be written.
-    bool close();
+    /// @return 0, or the errno of what could not be written.
+    int close();
 
 private:
     int descriptor = -1;

@@ -3,6 +3,7 @@
 #include "watch/line_count.hpp"
 
 #include <array>
+#include <exception>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
@@ -100,7 +101,17 @@ NodeLineCount::~NodeLineCount() {
 }
 
 void NodeLineCount::start(const std::string& directory) {
-    worker = std::thread([this, directory] { count(directory); });
+    try {
+        worker = std::thread([this, directory] {
+            try {
+                count(directory);
+            } catch (const std::exception&) {
+                // Of missing memory. How many lines there are stays unknown; the run does not need it.
+            }
+        });
+    } catch (const std::system_error&) {
+        // No further thread may be made: the same.
+    }
 }
 
 void NodeLineCount::count(const std::string& directory) {

@@ -49,13 +49,14 @@ public:
     NodeLineCount& operator=(const NodeLineCount&) = delete;
     ~NodeLineCount();
 
+    /// Where the count cannot be made for want of threads or memory, there is none.
     void start(const std::string& directory);
 
     /// Gives up soon.
     void stop() { stopped = true; }
 
-    /// Lines of all node files, headers left out. Nothing while the count goes on, and for ever if it was stopped or a
-    /// file could not be counted.
+    /// Lines of all node files, headers left out. Nothing while the count goes on, and for ever if it was stopped or
+    /// could not be made.
     std::optional<std::uint64_t> nodeLines() const;
 
     /// Waits for the end of the count.

@@ -1,16 +1,51 @@
 #include "watch/own_files.hpp"
 
+#include <cerrno>
 #include <filesystem>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 
-bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile) {
+namespace {
+
+/// The errno of a file that is not there, or cannot be looked at; 0 for one that is there.
+int whyAbsent(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? 0 : errno;
+}
+
+int whyNotPermitted(const fs::path& path, int mode) {
+    return access(path.c_str(), mode) == 0 ? 0 : errno;
+}
+
+/// Where a file would be made: a link that leads to nothing yet is followed. A circle of links leads nowhere and stays
+/// as it is.
+fs::path placeOf(const std::string& path) {
+    fs::path place = path;
     std::error_code error;
-    if (fs::equivalent(path, boundaryFile, error)) {
+    while (whyAbsent(place) == ENOENT && fs::is_symlink(place, error)) {
+        place = place.parent_path() / fs::read_symlink(place, error);
+    }
+    return place;
+}
+
+/// For comparison, without a word about what cannot be looked at.
+fs::path comparable(const std::string& path) {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(placeOf(path), error);
+    const fs::path canonical = fs::weakly_canonical(absolute, error);
+    return error ? absolute.lexically_normal() : canonical;
+}
+
+} // namespace
+
+bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile) {
+    if (isSameFile(path, boundaryFile) || isSameFile(path, inputDirectory)) {
         return true;
     }
+    std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(inputDirectory, error)) {
         std::error_code entryError;
         if (fs::equivalent(path, entry.path(), entryError)) {
@@ -22,25 +57,20 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 
 bool isSameFile(const std::string& path, const std::string& otherPath) {
     std::error_code error;
-    return fs::equivalent(path, otherPath, error) ||
-           fs::weakly_canonical(fs::absolute(path)) == fs::weakly_canonical(fs::absolute(otherPath));
+    return fs::equivalent(path, otherPath, error) || comparable(path) == comparable(otherPath);
 }
 
-bool canBeWritten(const std::string& path) {
-    // As many as the system follows.
-    constexpr int mostLinks = 40;
-    fs::path place = path;
-    std::error_code error;
-    // A file that a link names and that does not exist yet would be made where the link leads to.
-    for (int links = 0; fs::is_symlink(place, error) && !fs::exists(place, error); ++links) {
-        if (links == mostLinks) {
-            return false;
-        }
-        place = place.parent_path() / fs::read_symlink(place, error);
+int whyUnwritable(const std::string& path) {
+    const fs::path place = placeOf(path);
+    const int absent = whyAbsent(place);
+    if (absent == 0) {
+        std::error_code error;
+        return fs::is_directory(place, error) ? EISDIR : whyNotPermitted(place, W_OK);
     }
-    if (fs::exists(place, error)) {
-        return !fs::is_directory(place, error) && access(place.c_str(), W_OK) == 0;
+    if (absent != ENOENT) {
+        return absent;
     }
     const fs::path parent = place.has_parent_path() ? place.parent_path() : ".";
-    return fs::is_directory(parent, error) && access(parent.c_str(), W_OK | X_OK) == 0;
+    const int parentAbsent = whyAbsent(parent);
+    return parentAbsent != 0 ? parentAbsent : whyNotPermitted(parent, W_OK | X_OK);
 }

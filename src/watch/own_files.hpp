@@ -1,17 +1,19 @@
 /// \file
-/// The files that Vadelwatch itself writes, its log and its map: never in place of what a run reads.
+/// The files that Vadelwatch itself writes, its log and its map: never in place of what a run reads or makes.
 #pragma once
 
 #include <string>
 
 /// Tells whether a file to be written is, by whatever name or link, the boundary file or one of the input directory's.
 ///
-/// @param path need not exist; then it is none of them.
+/// @param path need not exist, and neither need the others: a file must not be made where the tool looks for its own.
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
 
 /// Tells whether two paths lead to the same file, existing or not.
 bool isSameFile(const std::string& path, const std::string& otherPath);
 
-/// Tells whether a file can be replaced there, or made where there is none: whether it, or else its directory, may be
+/// Tells why a file cannot be replaced there, or made where there is none: whether it, or else its directory, may be
 /// written to by this process. A directory cannot be replaced.
-bool canBeWritten(const std::string& path);
+///
+/// @return 0 if nothing stands against it, else an errno.
+int whyUnwritable(const std::string& path);

@@ -1,9 +1,11 @@
 #include "watch/run_watcher.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <optional>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
@@ -30,14 +32,22 @@ std::string_view RunWatcher::Source::readBlock() {
     if (!open) {
         return {};
     }
-    const ssize_t size = read(descriptor, block.data(), block.size());
+    // Nothing is left to be read: that looks like the end of the stream, and is taken for it.
+    const ssize_t size = read(descriptor, block.data(), std::min(block.size(), readable));
     if (size > 0) {
+        readable -= static_cast<std::size_t>(size);
         return {block.data(), static_cast<std::size_t>(size)};
     }
     if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
         open = false;
     }
     return {};
+}
+
+void RunWatcher::Source::endBehindWhatIsThere() {
+    int bytes = 0;
+    ioctl(descriptor, FIONREAD, &bytes);
+    readable = static_cast<std::size_t>(bytes);
 }
 
 RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
@@ -121,9 +131,11 @@ bool RunWatcher::readConsole() {
     return !bytes.empty();
 }
 
-/// After the end of the tool: only what is there now. A process that the tool left behind may hold the pipes open for
-/// ever, and is not waited for.
+/// After the end of the tool: only what is there now. A process that the tool left behind may hold the pipes open, and
+/// write into them, for ever.
 void RunWatcher::readTheRest() {
+    channel.endBehindWhatIsThere();
+    console.endBehindWhatIsThere();
     bool more = true;
     while (more) {
         more = readMessages();

@@ -14,7 +14,9 @@
 #include "watch/tool_process.hpp"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,7 +53,11 @@ private:
         /// stream on. Valid until the next call.
         std::string_view readBlock();
 
+        /// Ends the stream behind what has been written so far.
+        void endBehindWhatIsThere();
+
         int descriptor;
+        std::size_t readable = std::numeric_limits<std::size_t>::max(); ///< Bytes up to the end, where that is known.
         bool open = true;
         std::vector<char> block;
         LineSplitter lines;

@@ -1,8 +1,10 @@
 #include "watch/tool_process.hpp"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <exception>
 #include <fcntl.h>
 #include <filesystem>
 #include <spawn.h>
@@ -77,11 +79,41 @@ public:
     posix_spawnattr_t attributes{};
 };
 
+/// Asks it to end, and waits for it.
+void endProcess(pid_t pid) {
+    kill(pid, SIGTERM);
+    static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
+}
+
+/// For a process that ends without going through destructors: libraries end it where an exception, of missing memory
+/// say, meets a function of theirs that promised to throw none.
+std::atomic<pid_t> runningTool = -1;
+std::terminate_handler formerHandler = nullptr;
+
+void terminateWithTool() {
+    if (runningTool != -1) {
+        endProcess(runningTool);
+    }
+    formerHandler();
+}
+
+void endWithProcess(pid_t pid) {
+    runningTool = pid;
+    if (formerHandler == nullptr) {
+        formerHandler = std::set_terminate(terminateWithTool);
+    }
+}
+
 } // namespace
 
 ToolProcess::~ToolProcess() {
+    // Nobody reads them any more: a tool that waits for room in them is free to end.
     closeIfOpen(channelDescriptor);
     closeIfOpen(consoleDescriptor);
+    if (pid != -1) {
+        endProcess(pid);
+        runningTool = -1;
+    }
 }
 
 int ToolProcess::start(const std::string& program, const std::vector<std::string>& arguments) {
@@ -106,6 +138,8 @@ int ToolProcess::start(const std::string& program, const std::vector<std::string
     closeIfOpen(consolePipe.writing);
     if (error != 0) {
         pid = -1;
+    } else {
+        endWithProcess(pid);
     }
     return error;
 }
@@ -122,6 +156,7 @@ std::optional<ToolEnd> ToolProcess::pollEnd() {
         return std::nullopt;
     }
     pid = -1;
+    runningTool = -1;
     if (WIFSIGNALED(status)) {
         return ToolEnd{0, WTERMSIG(status)};
     }

@@ -23,6 +23,8 @@ public:
     ToolProcess() = default;
     ToolProcess(const ToolProcess&) = delete;
     ToolProcess& operator=(const ToolProcess&) = delete;
+
+    /// Never leaves a process behind: one that has not been seen to end is asked to by SIGTERM and waited for.
     ~ToolProcess();
 
     /// Starts the program; its standard error goes the way of its standard output.

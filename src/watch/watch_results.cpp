@@ -5,6 +5,7 @@
 #include "watch/progress_display.hpp"
 
 #include <cstring>
+#include <exception>
 #include <limits>
 #include <unistd.h>
 
@@ -34,8 +35,9 @@ void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
 }
 
 void closeLog(WatchContext& watch, RunSummary& summary) {
-    if (!watch.log.close()) {
-        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath}));
+    const int error = watch.log.close();
+    if (error != 0) {
+        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath, std::strerror(error)}));
     }
 }
 
@@ -43,9 +45,15 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     if (watch.options.mapPath.empty()) {
         return;
     }
-    const std::string problem = drawMap(
-        {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath},
-        watch.texts);
+    std::string problem;
+    try {
+        problem = drawMap(
+            {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath},
+            watch.texts);
+    } catch (const std::exception& error) {
+        // Of missing memory, say. The run itself is over and has been summed up.
+        problem = filledIn(watch.texts.map.pictureUndrawn, {watch.options.mapPath, error.what()});
+    }
     if (!problem.empty()) {
         tellFailure(watch, summary, "Vadelwatch: " + problem);
     }

@@ -13,36 +13,57 @@
 #include "watch/watch_results.hpp"
 
 #include <cstring>
+#include <exception>
 #include <string>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
-bool isInput(const WatchContext& watch, const std::string& path) {
-    return isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath);
+/// Why a file of our own must not be written there, whatever the system says; nullptr if nothing stands against it.
+const char* whyNotThere(const WatchContext& watch, const std::string& path) {
+    if (isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath)) {
+        return watch.texts.runReadsIt;
+    }
+    return isSameFile(path, watch.directories.output) ? watch.texts.runMakesIt : nullptr;
 }
 
 /// Says that one of our own files cannot be written.
-bool refuse(WatchContext& watch, const std::string& path) {
-    watch.errors.write(filledIn(watch.texts.cannotWrite, {path}) + "\n");
+bool refuse(WatchContext& watch, const std::string& path, const char* reason) {
+    watch.errors.write(filledIn(watch.texts.cannotWrite, {path, reason}) + "\n");
     return false;
+}
+
+bool prepareMap(WatchContext& watch, const std::string& map) {
+    const char* const reason = whyNotThere(watch, map);
+    if (reason != nullptr) {
+        return refuse(watch, map, reason);
+    }
+    const int error = whyUnwritable(map);
+    return error == 0 || refuse(watch, map, std::strerror(error));
+}
+
+bool prepareLog(WatchContext& watch, const std::string& log) {
+    const char* const reason = whyNotThere(watch, log);
+    if (reason != nullptr) {
+        return refuse(watch, log, reason);
+    }
+    if (!watch.options.mapPath.empty() && isSameFile(log, watch.options.mapPath)) {
+        return refuse(watch, log, watch.texts.isTheMap);
+    }
+    const int error = watch.log.open(log);
+    return error == 0 || refuse(watch, log, std::strerror(error));
 }
 
 /// Looks at the map and opens the log before the run, so that nobody waits for an hour to hear that they have nowhere to
 /// go. The log comes last: opening it empties what stood there.
 ///
-/// @return false, and says so, if one of them cannot be written, or would take the place of an input or of the other.
+/// @return false, and says so, if one of them cannot be written, or would take the place of something of the run or of
+///         the other.
 bool prepareFiles(WatchContext& watch) {
     const std::string& map = watch.options.mapPath;
     const std::string& log = watch.options.logPath;
-    if (!map.empty() && (!canBeWritten(map) || isInput(watch, map))) {
-        return refuse(watch, map);
-    }
-    if (!log.empty() && (isInput(watch, log) || (!map.empty() && isSameFile(log, map)))) {
-        return refuse(watch, log);
-    }
-    return watch.log.open(log) || refuse(watch, log);
+    return (map.empty() || prepareMap(watch, map)) && (log.empty() || prepareLog(watch, log));
 }
 
 /// @return false, with words about it kept, if it cannot be started.
@@ -63,21 +84,30 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
 /// The run itself. Nothing is written here that would have to be waited for, since signals only act on this process
 /// again when it is over.
 ///
-/// @return false if the tool could not be started.
+/// @return false, with words about it kept, if the tool could not be started or not be watched to its end. It is not
+///         running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
-    ToolProcess tool;
-    if (!startTool(watch, tool)) {
-        return false;
-    }
-    watch.lineCount.start(watch.directories.input);
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
         mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
-    RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
-    record = watcher.watch(signals);
-    return true;
+    ToolProcess tool;
+    if (!startTool(watch, tool)) {
+        return false;
+    }
+    try {
+        watch.lineCount.start(watch.directories.input);
+        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
+        record = watcher.watch(signals);
+        return true;
+    } catch (const std::exception& error) {
+        display.clear();
+        display.flush();
+        watch.errors.keep(filledIn(watch.texts.notWatched, {error.what()}) +
+                          filledIn(watch.texts.notComplete, {watch.directories.output}) + "\n");
+        return false;
+    }
 }
 
 RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
@@ -120,20 +150,25 @@ int watchRun(const WatchOptions& options) {
     RunRecord record;
     const bool watched = watchTool(watch, record);
     watch.errors.write({});
-    if (!watched) {
-        return abnormalEndStatus;
-    }
     RunSummary summary = summaryOf(record, watch);
+    if (!watched) {
+        summary.exitStatus = abnormalEndStatus;
+        summary.finished = false;
+        closeLog(watch, summary);
+        printSummary(watch, summary);
+        return summary.exitStatus;
+    }
     sayLines(watch, endingLines(record, watch.directories.output, watch.texts));
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
     }
     closeLog(watch, summary);
+    printSummary(watch, summary);
+    sayLines(watch, difference);
+    // Last of all: it takes the longest and the most memory, and whatever becomes of it, the rest has been said.
     if (summary.finished) {
         drawWantedMap(watch, summary);
     }
-    printSummary(watch, summary);
-    sayLines(watch, difference);
     return summary.exitStatus;
 }

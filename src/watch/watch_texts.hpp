@@ -29,7 +29,6 @@ struct MapTexts {
     const char* coordinateUnits;
 
     // Sentences.
-    const char* wrongSuffix;        ///< {0} path of the picture.
     const char* boundaryUnreadable; ///< {0} path, {1} reason: one of the next two, or the words of a library.
     const char* isDirectory;
     const char* fileNotFound;
@@ -65,14 +64,18 @@ struct WatchTexts {
     // Ends that are not the tool's own.
     const char* cannotStart;         ///< {0} path of the tool, {1} reason.
     const char* unknownDirectory;    ///< where the executable stands cannot be found out
+    const char* notWatched;          ///< {0} reason.
     const char* endedBySignal;       ///< {0} name of the signal, {1} its number.
     const char* unknownStatus;       ///< {0} exit status.
     const char* interrupted;         ///< {0} name of the signal that asked for the end.
     const char* interruptedStatus;   ///< {0} the same, {1} exit status.
     const char* interruptedFinished; ///< {0} the same.
     const char* notComplete;         ///< {0} path of the output directory.
-    const char* cannotWrite;         ///< {0} path of the log or map.
-    const char* cannotWriteSummary;  ///< {0} reason.
+    const char* cannotWrite; ///< {0} path of the log or map, {1} reason: one of the next three, or the system's.
+    const char* runReadsIt;
+    const char* runMakesIt;
+    const char* isTheMap;
+    const char* cannotWriteSummary; ///< {0} reason.
 
     // The check.
     const char* linesDiffer;      ///< {0} lines found, {1} count of the tool, {2} lines missing.
@@ -95,7 +98,8 @@ struct WatchTexts {
     MapTexts map;
 };
 
-/// Texts to go with the language the tool is asked for: German where the tool speaks German, English otherwise.
+/// Texts to go with the language the tool is asked for: German where the tool speaks German in UTF-8, English
+/// otherwise.
 const WatchTexts& watchTexts(const std::optional<std::string>& language);
 
 /// A text with these values, as `shownName` has them, in the places of its placeholders.

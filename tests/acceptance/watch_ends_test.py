@@ -27,6 +27,17 @@ class Ends(WatchTest):
         self.expect(self.run_(*JOB), status=4,
                     errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"])
 
+    def test_json_and_log_of_a_tool_that_is_missing(self):
+        tool = self.standIn("")
+        os.remove(tool)
+        watched = self.run_(*JOB, "--json", "--log", "/dev/full")
+        self.assertEqual((4, [f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"]),
+                         (watched.status, watched.errorLines()))
+        self.assertEqual({"finished": False, "exit_status": 4, "files_read": None, "files_written": None,
+                          "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
+                          "adds_up": None, "seconds": 0.0, "output_directory": "base/out", "errors": []},
+                         json.loads(watched.output))
+
     def test_a_tool_that_may_not_be_executed(self):
         tool = self.standIn("")
         os.chmod(tool, 0o644)
@@ -60,6 +71,29 @@ os.kill(os.getpid(), signal.SIGKILL)
         os.kill(int(self.content("child")), signal.SIGKILL)
         self.expect(watched, status=4, errors=[
             "last words", "Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE])
+
+    def test_children_left_behind_that_write_for_ever_are_not_listened_to(self):
+        self.standIn("""
+def write(name, target):
+    end = 'waited for'
+    limit = time.monotonic() + 15
+    try:
+        while time.monotonic() < limit: os.write(target, b'[[[[\\n' * 10000)
+    except BrokenPipeError:
+        end = 'left alone'
+    open(name + '.new', 'w').write(end); os.rename(name + '.new', name)
+    os._exit(0)
+for child in range(4):
+    if os.fork() == 0: write(f'child{child}', (1, 3)[child % 2])
+time.sleep(0.2)
+os._exit(2)
+""")
+        watched = self.run_(*JOB, "--quiet")
+        self.assertEqual((4, "Vadelwatch: Vadelclip ended abnormally, with exit status 2." + NOT_COMPLETE),
+                         (watched.status, watched.errorLines()[-1]))
+        for child in range(4):
+            self.waitForFile(f"child{child}")
+            self.assertEqual(b"left alone", self.content(f"child{child}"))
 
     def test_statuses_that_are_not_the_tools_own(self):
         for status in (2, 3, 127, 255):

@@ -38,16 +38,55 @@ class OwnFiles(WatchTest):
         before = {name: self.content(name) for name in ("area.xml", "base/data/a.xyz")}
         with open(self.path("old.log"), "w", encoding="ascii") as file:
             file.write("kept\n")
-        for options in (["--log", "area.xml"], ["--log", "base/data/a.xyz"], ["--log", "hard.log"],
-                        ["--map", "link.png"], ["--log", "x.png", "--map", "./x.png"],
-                        ["--log", "old.log", "--map", "absent/x.png"]):
+        run, output = "the run reads it", "the run makes its output directory there"
+        for options, name, reason in (
+                (["--log", "area.xml"], "area.xml", run), (["--log", "base/data/a.xyz"], "base/data/a.xyz", run),
+                (["--log", "hard.log"], "hard.log", run), (["--map", "link.png"], "link.png", run),
+                (["--log", "x.png", "--map", "./x.png"], "x.png", "the map is to be written there"),
+                (["--log", "base/./out"], "base/./out", output),
+                (["--log", "old.log", "--map", "absent/x.png"], "absent/x.png", "No such file or directory")):
             with self.subTest(options=options):
-                watched = self.job(*options, "--lang=en")
-                self.assertEqual(2, watched.status)
-                self.assertIn("cannot write", watched.errors)
-                self.assertFalse(os.path.exists(self.path("base/out")))
+                self.expectRefused(self.job(*options, "--lang=en"), name, reason)
                 self.assertEqual(before, {name: self.content(name) for name in before})
                 self.assertEqual(b"kept\n", self.content("old.log"))
+
+    def expectRefused(self, watched, name, reason):
+        self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}: {reason}"])
+        self.assertFalse(os.path.exists(self.path("base/out")))
+
+    def test_what_the_run_looks_for_and_does_not_find_is_not_made(self):
+        for arguments, name, reason in (
+                (["base/data", "out", "new.xml", "--log", "./new.xml"], "./new.xml", "the run reads it"),
+                (["base/none", "out", "area.xml", "--log", "base/none"], "base/none", "the run reads it"),
+                (["base/data", "o.png", "area.xml", "--map", "base/o.png"], "base/o.png",
+                 "the run makes its output directory there")):
+            with self.subTest(name=name):
+                self.expectRefused(self.run_(*arguments, "--lang=en"), name, reason)
+                self.assertFalse(os.path.exists(self.path(name)))
+
+    def test_a_log_that_cannot_be_looked_at_is_refused_with_a_map_as_without_one(self):
+        os.mkdir(self.path("locked"))
+        os.chmod(self.path("locked"), 0o600)
+        os.symlink("loop.log", self.path("loop.log"))
+        for name, reason in (("locked/run.jsonl", "Permission denied"),
+                             ("loop.log", "Too many levels of symbolic links"), ("n" * 300, "File name too long")):
+            for options in ([], ["--map", "x.png"]):
+                with self.subTest(name=name, options=options):
+                    self.expectRefused(self.job("--log", name, *options, "--lang=en", preexec_fn=dropPowersOfRoot),
+                                       name, reason)
+
+    def test_a_map_with_a_name_that_is_too_long_is_refused_before_the_run(self):
+        name = "n" * 300 + ".png"
+        self.expectRefused(self.job("--map", name, "--lang=en"), name, "File name too long")
+
+    def test_refusals_in_german(self):
+        for options, sentence in (
+                (["--log", "area.xml"], "area.xml kann nicht geschrieben werden: der Lauf liest es"),
+                (["--log", "base/out"], "base/out kann nicht geschrieben werden: "
+                                        "der Lauf legt dort sein Ausgabeverzeichnis an"),
+                (["--log", "x.png", "--map", "x.png"], "x.png kann nicht geschrieben werden: "
+                                                       "dorthin soll die Karte geschrieben werden")):
+            self.expect(self.job(*options), status=2, errors=["Vadelwatch: " + sentence])
 
     def test_files_that_may_not_be_written_are_refused_before_the_run(self):
         os.mkdir(self.path("locked"))
@@ -60,8 +99,7 @@ class OwnFiles(WatchTest):
                              ("--log", "locked/new.log")):
             with self.subTest(name=name):
                 watched = self.job(option, name, "--lang=en", preexec_fn=dropPowersOfRoot)
-                self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}"])
-                self.assertFalse(os.path.exists(self.path("base/out")))
+                self.expectRefused(watched, name, "Permission denied")
         self.assertEqual((b"kept", b"kept"), (self.content("old.png"), self.content("old.log")))
 
     def test_a_map_is_drawn(self):

@@ -86,7 +86,7 @@ class OwnOutput(WatchTest):
     def test_a_log_on_a_full_disk_is_told_and_does_not_end_the_run(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         self.expect(self.run_(*JOB, "--quiet", "--log", "/dev/full"), status=2,
-                    errors=["Vadelwatch: cannot write /dev/full"])
+                    errors=["Vadelwatch: cannot write /dev/full: No space left on device"])
         self.assertEqual(b"1\n", self.content("base/out/total_node_count.txt"))
 
 

@@ -1,7 +1,8 @@
 /// \file
 /// Loaded before the C library, it lets chosen calls on chosen files fail, as a full disk or a broken one does.
 ///
-/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink or stat
+/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink, stat,
+///                            or pthread_create, which has no path
 /// VADELCLIP_FAILING_PATH     only calls on paths that end like this
 /// VADELCLIP_FAILING_OPENING  only reads during this opening of such a path, counted from 1; absent for all
 /// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
@@ -15,6 +16,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <dlfcn.h>
+#include <pthread.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/uio.h>
@@ -154,4 +156,12 @@ extern "C" int unlink(const char* path) noexcept {
 extern "C" int stat64(const char* path, struct stat64* result) noexcept {
     static const auto next = behind<int(const char*, struct stat64*)>("stat64");
     return outcomeFor("stat", path) < 0 ? -1 : next(path, result);
+}
+
+// It does not set the error number but returns it.
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
+                              void* argument) {
+    static const auto next = behind<int(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*)>("pthread_create");
+    const long outcome = outcomeFor("pthread_create", "");
+    return outcome < 0 ? static_cast<int>(-outcome) : next(thread, attributes, routine, argument);
 }

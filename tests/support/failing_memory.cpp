@@ -1,11 +1,18 @@
 /// \file
 /// Loaded before the C library, it lets chosen allocations of a process fail, as an exhausted memory does. They count
 /// from the entry of `main` on: what libraries do before it is theirs to survive.
+///
+/// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
+/// VADELCLIP_FAILING_SIZE     only allocations of at least so many bytes are looked at; absent for all
+/// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in what it starts; absent for every program
 
 #include "scripted_outcomes.hpp"
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 
 // The C library's own names for its allocator: looking it up by name would allocate.
@@ -22,12 +29,22 @@ using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), voi
 
 Main mainOfProgram = nullptr;
 
+std::size_t smallestSize = SIZE_MAX;
+
 int mainWithFailures(int argc, char** argv, char** environment) {
-    outcomes.begin();
+    const char* const program = std::getenv("VADELCLIP_FAILING_PROGRAM");
+    if (program == nullptr || std::strcmp(program, program_invocation_short_name) == 0) {
+        const char* const size = std::getenv("VADELCLIP_FAILING_SIZE");
+        smallestSize = size == nullptr ? 0 : std::strtoul(size, nullptr, 10);
+        outcomes.begin();
+    }
     return mainOfProgram(argc, argv, environment);
 }
 
-bool isRefused() {
+bool isRefused(std::size_t size) {
+    if (size < smallestSize) {
+        return false;
+    }
     if (outcomes.next() == ScriptedOutcomes::passes) {
         return false;
     }
@@ -38,15 +55,15 @@ bool isRefused() {
 } // namespace
 
 extern "C" void* malloc(std::size_t size) noexcept {
-    return isRefused() ? nullptr : __libc_malloc(size);
+    return isRefused(size) ? nullptr : __libc_malloc(size);
 }
 
 extern "C" void* calloc(std::size_t count, std::size_t size) noexcept {
-    return isRefused() ? nullptr : __libc_calloc(count, size);
+    return isRefused(count * size) ? nullptr : __libc_calloc(count, size);
 }
 
 extern "C" void* realloc(void* memory, std::size_t size) noexcept {
-    return isRefused() ? nullptr : __libc_realloc(memory, size);
+    return isRefused(size) ? nullptr : __libc_realloc(memory, size);
 }
 
 // Every program enters its main function through this one.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -42,13 +43,26 @@ TEST(MapNodeLines, linesEndAtLineFeeds) {
     EXPECT_FALSE(missing.next(line));
 }
 
+TEST(MapNodeLines, whatIsNoRegularFileHasNoLines) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.pathOf("fifo");
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    for (const std::string& path : {fifo, directory.path(), directory.makeLink("endless", "/dev/zero")}) {
+        NodeLineReader reader(path);
+        std::string_view line;
+        EXPECT_FALSE(reader.next(line)) << path;
+    }
+}
+
 TEST(MapNodeLines, linesMayCrossAndExceedBlocks) {
-    const std::string longLine(3000000, 'a');
-    EXPECT_EQ((Lines{"x", longLine, "y"}), linesOf("x\n" + longLine + "\ny\n"));
-    constexpr std::size_t block = 1048576;
-    for (const std::size_t length : {block - 2, block - 1, block, block + 1}) {
+    constexpr std::size_t longest = NodeLineReader::longestLine;
+    for (const std::size_t length : {longest - 2, longest - 1, longest, longest + 1, 2 * longest - 1, 2 * longest,
+                                     2 * longest + 1, 3 * longest, 5 * longest + 7}) {
         const std::string line(length, 'b');
-        EXPECT_EQ((Lines{line, "c"}), linesOf(line + "\nc\n")) << length;
+        const std::string expected = line.substr(0, longest);
+        EXPECT_EQ((Lines{"a", expected, "c"}), linesOf("a\n" + line + "\nc\n")) << length;
+        EXPECT_EQ((Lines{expected, expected, "c"}), linesOf(line + "\n" + line + "\r\nc\n")) << length;
+        EXPECT_EQ(Lines{"a"}, linesOf("a\n" + line)) << length;
     }
     std::string many;
     Lines expected;

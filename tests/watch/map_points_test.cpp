@@ -47,6 +47,15 @@ TEST(MapPoints, keptNodesAreThoseInTheOutputFile) {
     EXPECT_EQ("-1 +2 -3 +4 | 1 files, 2 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
+TEST(MapPoints, anOutputThatIsNoRegularFileKeepsNothing) {
+    const RunDirectories run;
+    run.directory.write("in/a.xyz", "x;y;z\n1;1;0\n");
+    run.directory.write("in/b.xyz", "x;y;z\n2;1;0\n");
+    ASSERT_EQ(0, mkfifo(run.directory.pathOf("out/a.xyz").c_str(), 0600));
+    run.directory.makeLink("out/b.xyz", "/dev/full");
+    EXPECT_EQ("-1 -2 | 2 files, 0 kept, 2 dropped, 0 unreadable", visit(run));
+}
+
 TEST(MapPoints, equalLinesAreTakenOneByOne) {
     const RunDirectories run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n1;1;0\n1;1;0\n", "x;y;z\n1;1;0\n1;1;0\n1;1;0\n");

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <string>
 
 TEST(LogLine, aMessageStandsInItByteForByte) {
@@ -20,25 +21,25 @@ TEST(MessageLog, writesLinesInTheirOrder) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("log", "an older log");
     MessageLog log;
-    ASSERT_TRUE(log.open(path));
+    ASSERT_EQ(0, log.open(path));
     log.add(0.5, "1", parseMessage("1"));
     log.output().writeWhatFits();
     EXPECT_EQ("{\"seconds\":0.500000,\"message\":1}\n", readFile(path));
     log.add(1.0, "2", parseMessage("2"));
-    EXPECT_TRUE(log.close());
+    EXPECT_EQ(0, log.close());
     EXPECT_EQ("{\"seconds\":0.500000,\"message\":1}\n{\"seconds\":1.000000,\"message\":2}\n", readFile(path));
 }
 
 TEST(MessageLog, withoutAPathEverythingIsDropped) {
     MessageLog log;
-    EXPECT_TRUE(log.open(""));
+    EXPECT_EQ(0, log.open(""));
     log.add(1.0, "1", parseMessage("1"));
-    EXPECT_TRUE(log.close());
+    EXPECT_EQ(0, log.close());
 }
 
 TEST(MessageLog, aFileThatCannotBeWrittenIsTold) {
     const TemporaryDirectory directory;
     MessageLog log;
-    EXPECT_FALSE(log.open(directory.pathOf("none/log")));
-    EXPECT_FALSE(MessageLog().open(directory.path()));
+    EXPECT_EQ(ENOENT, log.open(directory.pathOf("none/log")));
+    EXPECT_EQ(EISDIR, MessageLog().open(directory.path()));
 }

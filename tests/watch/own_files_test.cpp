@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -28,7 +29,7 @@ bool asOrdinaryUser(const std::function<bool()>& question) {
 }
 
 bool canOrdinaryUserWrite(const std::string& path) {
-    return asOrdinaryUser([&path] { return canBeWritten(path); });
+    return asOrdinaryUser([&path] { return whyUnwritable(path) == 0; });
 }
 
 /// A directory that everybody may look into, with room for others named "open" and "locked" that can be removed.
@@ -68,8 +69,11 @@ TEST(OwnFiles, theBoundaryFileAndTheFilesOfTheInputDirectoryAreInputs) {
     EXPECT_FALSE(isInput(directory.pathOf("data/none.log")));
 }
 
-TEST(OwnFiles, inputsThatAreNotThereAreNoFilesOfOurs) {
+TEST(OwnFiles, inputsThatAreNotThereAreNotMade) {
     const TemporaryDirectory directory;
+    const std::string input = directory.pathOf("none");
+    EXPECT_TRUE(isInputOfRun(directory.pathOf("./new.xml"), input, directory.pathOf("new.xml")));
+    EXPECT_TRUE(isInputOfRun(directory.pathOf("./none"), input, directory.pathOf("new.xml")));
     EXPECT_FALSE(isInputOfRun(directory.write("log", ""), directory.pathOf("none"), directory.pathOf("none.xml")));
     EXPECT_FALSE(isInputOfRun(directory.pathOf("new"), directory.pathOf("none"), directory.pathOf("none.xml")));
 }
@@ -88,9 +92,10 @@ TEST(OwnFiles, theSameFileHasManyNames) {
 
 TEST(OwnFiles, aNewFileNeedsADirectoryThatMayBeWrittenTo) {
     const OpenDirectory directory;
-    EXPECT_TRUE(canBeWritten(directory.pathOf("new")));
-    EXPECT_FALSE(canBeWritten(directory.pathOf("none/new")));
-    EXPECT_FALSE(canBeWritten(directory.write("file", "") + "/new"));
+    EXPECT_EQ(0, whyUnwritable(directory.pathOf("new")));
+    EXPECT_EQ(ENOENT, whyUnwritable(directory.pathOf("none/new")));
+    EXPECT_EQ(ENOTDIR, whyUnwritable(directory.write("file", "") + "/new"));
+    EXPECT_EQ(ENAMETOOLONG, whyUnwritable(directory.pathOf(std::string(300, 'n'))));
     directory.makeDirectory("locked");
     directory.makeDirectory("open");
     EXPECT_FALSE(canOrdinaryUserWrite(directory.withMode("locked", 0555) + "/new"));
@@ -99,9 +104,9 @@ TEST(OwnFiles, aNewFileNeedsADirectoryThatMayBeWrittenTo) {
 
 TEST(OwnFiles, aDirectoryIsNoFile) {
     const TemporaryDirectory directory;
-    EXPECT_FALSE(canBeWritten(directory.path()));
-    EXPECT_FALSE(canBeWritten(directory.makeLink("link", ".")));
-    EXPECT_FALSE(canBeWritten("/"));
+    EXPECT_EQ(EISDIR, whyUnwritable(directory.path()));
+    EXPECT_EQ(EISDIR, whyUnwritable(directory.makeLink("link", ".")));
+    EXPECT_EQ(EISDIR, whyUnwritable("/"));
 }
 
 TEST(OwnFiles, anExistingFileDecidesByItself) {
@@ -129,5 +134,27 @@ TEST(OwnFiles, aLinkToNothingYetCountsAsWhatItWouldBecome) {
     directory.withMode("locked", 0555);
     EXPECT_TRUE(canOrdinaryUserWrite(directory.pathOf("open/to open")));
     EXPECT_FALSE(canOrdinaryUserWrite(directory.pathOf("open/to locked")));
-    EXPECT_FALSE(canOrdinaryUserWrite(directory.pathOf("open/around")));
+    EXPECT_EQ(ELOOP, whyUnwritable(directory.pathOf("open/around")));
+}
+
+TEST(OwnFiles, whatCannotBeLookedAtIsNoOtherFile) {
+    const OpenDirectory directory;
+    directory.makeDirectory("locked");
+    const std::string other = directory.pathOf("x.png");
+    const std::string hidden = directory.withMode("locked", 0600) + "/run.jsonl";
+    EXPECT_FALSE(asOrdinaryUser([&] { return isSameFile(hidden, other); }));
+    EXPECT_TRUE(asOrdinaryUser([&] { return isSameFile(hidden, hidden); }));
+    const std::string loop = directory.makeLink("loop", "loop");
+    EXPECT_FALSE(isSameFile(loop, other));
+    EXPECT_TRUE(isSameFile(loop, loop));
+    EXPECT_FALSE(isSameFile(directory.pathOf(std::string(300, 'n')), other));
+}
+
+TEST(OwnFiles, aLinkToNothingYetIsTheFileThatItWouldMake) {
+    const TemporaryDirectory directory;
+    const std::string link = directory.makeLink("link", "second");
+    directory.makeLink("second", "./x.png");
+    EXPECT_TRUE(isSameFile(link, directory.pathOf("x.png")));
+    EXPECT_TRUE(isSameFile(directory.pathOf("x.png"), link));
+    EXPECT_FALSE(isSameFile(link, directory.pathOf("second.png")));
 }

@@ -5,10 +5,16 @@
 TEST(WatchTexts, germanWhereTheToolSpeaksGerman) {
     const WatchTexts& german = watchTexts(std::nullopt);
     EXPECT_STREQ("Zeit", german.time);
-    for (const char* const language : {"de", "DE", "de_DE", "de_AT", "de@x"}) {
+    for (const char* const language : {"de", "DE", "De", "dE", "de_AT", "de-AT", "de_at", "DE_A", "de-Latn", "de.",
+                                       "de.-", "de_AT.", "de.utf8@x", "de_AT.UTF-8@euro", "de.u-t-f_8@"}) {
         EXPECT_EQ(&german, &watchTexts(language)) << language;
     }
-    for (const char* const language : {"", "en", "EN", "fr", "d", "den", "dede", "xde"}) {
+    for (const char* const language :
+         {"",    "en",      "EN",      "fr",       "d",           "ge",      "dede",
+          "xde", "deu",     "den",     "de1",      "de ",         " de",     "de+x",
+          "de_", "de-",     "de_1",    "de_A1",    "de__AT",      "de_AT_x", "de_\xC3\x84T",
+          "de@", "de@euro", "de_AT@x", "de.UTF-8", "de.latin1@x", "de.@x",   "de_.UTF-8@x",
+          "@",   "_",       "."}) {
         EXPECT_STREQ("Time", watchTexts(language).time) << language;
     }
 }
