@@ -31,6 +31,9 @@ const WatchTexts englishTexts = {
     .cannotWriteSummary = "Vadelwatch: cannot write the summary: {0}",
     .linesDiffer = "Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} are missing.",
     .linesTooMany = "Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} too many.",
+    .linesUncounted =
+        "Vadelwatch: the output files hold {0} nodes, as many as total_node_count.txt says, but not every file "
+        "can be counted.",
     .noNodeCount =
         "Vadelwatch: the output files hold {0} nodes, and total_node_count.txt holds no number to compare with.",
     .noNodeCountFile =
@@ -41,11 +44,17 @@ const WatchTexts englishTexts = {
     .fileWithoutNode = "  {0}: a header and no node; the tool leaves no such file",
     .fileUnreadable = "  {0}: cannot be read",
     .fileNotRegular = "  {0}: not a regular file, its lines cannot be counted",
+    .fileIsDirectory = "  {0}: a directory in the place of the file",
+    .fileMissing = "  {0}: no output file, which is right only if none of its nodes was kept",
+    .moreFilesMissing = "  and further node files without an output file: {0}",
+    .fileWithoutInput = "  {0}: no node file had this name when the run began",
     .headerRejected = "  {0} of the node files lost the header during the run: each counts 1 and has no lines",
     .countOverwrites =
         "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten",
     .inputChanged = "  {0}: the node file was changed during the run",
     .diskFull = "  No space is left on the file system of {0}.",
+    .noInodes = "  No inode is left on the file system of {0}, so no file can be made there.",
+    .notWritable = "  No file can be made in {0}: {1}",
     .noOutputFile = "  There is no output file.",
     .noSuspect = "  Every file looks whole, so which one the difference belongs to cannot be told.",
     .map =

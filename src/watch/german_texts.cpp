@@ -31,6 +31,9 @@ const WatchTexts germanTexts = {
     .cannotWriteSummary = "Vadelwatch: die Zusammenfassung kann nicht geschrieben werden: {0}",
     .linesDiffer = "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, total_node_count.txt sagt {1}: {2} fehlen.",
     .linesTooMany = "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, total_node_count.txt sagt {1}: {2} zu viel.",
+    .linesUncounted =
+        "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, so viele, wie total_node_count.txt sagt, aber "
+        "nicht jede Datei ist zählbar.",
     .noNodeCount =
         "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, und total_node_count.txt enthält keine Zahl zum "
         "Vergleich.",
@@ -42,12 +45,18 @@ const WatchTexts germanTexts = {
     .fileWithoutNode = "  {0}: eine Kopfzeile und kein Punkt; so lässt das Werkzeug keine Datei zurück",
     .fileUnreadable = "  {0}: nicht lesbar",
     .fileNotRegular = "  {0}: keine gewöhnliche Datei, ihre Zeilen sind nicht zählbar",
+    .fileIsDirectory = "  {0}: ein Verzeichnis an der Stelle der Datei",
+    .fileMissing = "  {0}: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde",
+    .moreFilesMissing = "  und weitere Punktdateien ohne Ausgabedatei: {0}",
+    .fileWithoutInput = "  {0}: so hieß keine Punktdatei, als der Lauf begann",
     .headerRejected =
         "  {0} der Punktdateien verloren während des Laufs die Kopfzeile: jede zählt 1 und hat keine Zeilen",
     .countOverwrites = "  total_node_count.txt: auch der Name einer Punktdatei; ihre Punkte zählen, ihre Ausgabe wurde "
                        "überschrieben",
     .inputChanged = "  {0}: die Punktdatei wurde während des Laufs verändert",
     .diskFull = "  Auf dem Dateisystem von {0} ist kein Platz mehr.",
+    .noInodes = "  Auf dem Dateisystem von {0} ist kein Inode mehr frei, also kann dort keine Datei angelegt werden.",
+    .notWritable = "  In {0} kann keine Datei angelegt werden: {1}",
     .noOutputFile = "  Es gibt keine Ausgabedatei.",
     .noSuspect = "  Jede Datei sieht ganz aus; zu welcher der Unterschied gehört, ist nicht festzustellen.",
     .map =

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The widest label that is written without a power of ten: digits, not counting sign and point.
+/// The widest label that is never written with a power of ten: digits, not counting sign and point.
 constexpr int longestPlainLabel = 12;
 
 /// multiple x mantissa x 10^exponent. A negative power divides, because 0.1 is no double but 10 is.
@@ -26,16 +26,47 @@ std::string withDecimalPoint(std::string number, char decimalPoint) {
     return number;
 }
 
-std::string formatTick(double value, TickStep step, int largestPlace, char decimalPoint) {
+/// Digits of a whole number, its sign not counted.
+int digitsOf(double number) {
+    return static_cast<int>(fmt::format("{:.0f}", std::abs(number)).size());
+}
+
+/// How all labels of an axis are written.
+struct LabelForm {
+    int exponent = 0; ///< The common power of ten; of no meaning for plain labels.
+    int decimals = 0;
+    bool plain = true;
+};
+
+/// @param largest the largest label as a whole number of the step's last place.
+LabelForm formOfLabels(double largest, TickStep step) {
+    const int place = digitsOf(largest) - 1 + step.exponent;
     const int decimals = std::max(0, -step.exponent);
-    if (value == 0.0) {
+    const int plainDigits = std::max(0, place) + 1 + decimals;
+    // As many as there are from the first place of the largest label to the last place of the step.
+    const int otherDigits = digitsOf(largest);
+    if (plainDigits <= longestPlainLabel || plainDigits <= otherDigits) {
+        return {0, decimals, true};
+    }
+    return {place, otherDigits - 1, false};
+}
+
+/// @param units the number as a whole number of the step's last place: 250 for 0.250.
+std::string formatTick(double units, TickStep step, LabelForm form, char decimalPoint) {
+    if (units == 0.0) {
         // Zero needs no decimals, and a negative one no sign.
         return "0";
     }
-    if (std::max(0, largestPlace) + 1 + decimals <= longestPlainLabel) {
-        return withDecimalPoint(fmt::format("{:.{}f}", value, decimals), decimalPoint);
+    if (form.plain) {
+        const double value = multipleOf({1, step.exponent}, units);
+        return withDecimalPoint(fmt::format("{:.{}f}", value, form.decimals), decimalPoint);
     }
-    return withDecimalPoint(fmt::format("{:.{}e}", value, std::max(0, placeOf(value) - step.exponent)), decimalPoint);
+    // The point is set among the digits, since the common power of ten may be none that a double can hold.
+    std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);
+    if (form.decimals > 0) {
+        digits.insert(1, 1, decimalPoint);
+    }
+    return fmt::format("{}{}e{:+03d}", units < 0.0 ? "-" : "", digits, form.exponent);
 }
 
 } // namespace
@@ -83,17 +114,24 @@ TickStep stepBelow(TickStep step) {
 }
 
 std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint) {
-    const int largestPlace = placeOf(std::max(std::abs(first), std::abs(last)));
-    std::vector<MapTick> ticks;
+    std::vector<double> multiples;
     double multiple = std::ceil(first / valueOf(step));
     while (multipleOf(step, multiple) <= last) {
-        const double value = multipleOf(step, multiple);
-        ticks.push_back({value, formatTick(value, step, largestPlace, decimalPoint)});
+        multiples.push_back(multiple);
         ++multiple;
+    }
+    if (multiples.empty()) {
+        return {};
+    }
+    const double largest = std::max(std::abs(multiples.front()), std::abs(multiples.back()));
+    const LabelForm form = formOfLabels(largest * step.mantissa, step);
+    std::vector<MapTick> ticks;
+    for (const double each : multiples) {
+        ticks.push_back({multipleOf(step, each), formatTick(each * step.mantissa, step, form, decimalPoint)});
     }
     return ticks;
 }
 
 std::string formatLength(TickStep step, char decimalPoint) {
-    return formatTick(valueOf(step), step, placeOf(valueOf(step)), decimalPoint);
+    return formatTick(step.mantissa, step, formOfLabels(step.mantissa, step), decimalPoint);
 }

@@ -29,8 +29,8 @@ TickStep stepAtMost(double most);
 TickStep stepAbove(TickStep step);
 TickStep stepBelow(TickStep step);
 
-/// All multiples of the step from `first` to `last`, both included, with as many decimals as the step has. Numbers
-/// that would be longer than 12 digits that way are written with a power of ten.
+/// All multiples of the step from `first` to `last`, both included, with as many decimals as the step has. Where the
+/// longest would have more than 12 digits that way, and fewer with a power of ten, all but 0 are written with the same one.
 ///
 /// @param decimalPoint the decimal sign of the labels.
 std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint = '.');

@@ -124,15 +124,19 @@ MapColour droppedColour(float tone) {
 }
 
 double discRadius(double nodeSpacing) {
-    if (nodeSpacing <= 1.0) {
-        return 0.5;
+    // Crowded nodes that lie at random leave some pixels empty: of n nodes a pixel, a share of e^-n. From four on it is
+    // enough to cover the four pixels around each, down to one the eight around it, as the spacing of 2 does.
+    constexpr double toNextPixel = 1.5;
+    if (nodeSpacing <= 0.5) {
+        return toNextPixel;
     }
+    const double spacing = std::max(std::ceil(nodeSpacing), 2.0);
     // Discs around the corners of a square cover it from half its diagonal on, and centres are whole pixels: at a
     // spacing of 3.1 some are 4 apart.
     constexpr double halfDiagonal = 0.7072;
     constexpr double softEdge = 0.5;
     const double largest = nodeSpacing < 12.0 ? 4.0 : 6.0;
-    return std::min(std::ceil(nodeSpacing) * halfDiagonal + softEdge, largest);
+    return std::min(spacing * halfDiagonal + softEdge, largest);
 }
 
 PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius) {

@@ -11,7 +11,7 @@ MapColour keptColour(float tone);
 MapColour droppedColour(float tone);
 
 /// The radius of the discs that stand for nodes, in pixels: just enough to leave no gaps in an even spread, within
-/// limits. Below 1 a node is its pixel.
+/// limits.
 double discRadius(double nodeSpacing);
 
 /// Draws the nodes as an image of the raster's size, transparent where there are none.

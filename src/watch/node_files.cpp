@@ -2,6 +2,7 @@
 
 #include "watch/line_count.hpp"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <filesystem>
@@ -58,7 +59,7 @@ void lookAt(const std::filesystem::path& path, NodeFiles& found) {
         return;
     }
     if (!S_ISREG(status.st_mode)) {
-        found.incomplete = true;
+        found.unread.push_back(path.filename().string());
     } else if (isNodeFileHeader(firstLine(path.string()))) {
         const std::optional<FileState> state = fileState(path.string());
         found.files.push_back({path.filename().string(), path.string(), state.value_or(FileState{})});
@@ -83,6 +84,8 @@ NodeFiles findNodeFiles(const std::string& directory) {
          entry.increment(error)) {
         lookAt(entry->path(), found);
     }
+    std::sort(found.files.begin(), found.files.end(),
+              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
     return found;
 }
 
@@ -93,6 +96,23 @@ std::optional<FileState> fileState(const std::string& path) {
     }
     constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
     return FileState{status.st_size, status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
+
+std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
+    if (!nodeFiles.unread.empty()) {
+        return std::nullopt;
+    }
+    std::uint64_t total = 0;
+    for (const NodeFile& file : nodeFiles.files) {
+        const std::optional<LineCount> lines = countLines(file.path, stop);
+        // Cut, grown or replaced in the meantime: what was counted is neither the old file nor the new one.
+        const bool same = lines && static_cast<std::int64_t>(lines->bytes) == file.state.bytes;
+        if (!same || fileState(file.path) != file.state) {
+            return std::nullopt;
+        }
+        total += lines->nodeLines();
+    }
+    return total;
 }
 
 NodeLineCount::~NodeLineCount() {
@@ -116,14 +136,9 @@ void NodeLineCount::start(const std::string& directory) {
 
 void NodeLineCount::count(const std::string& directory) {
     found = findNodeFiles(directory);
-    for (const NodeFile& file : found.files) {
-        const std::optional<LineCount> lines = countLines(file.path, stopped);
-        if (!lines) {
-            return;
-        }
-        total += lines->nodeLines();
-    }
-    known = !found.incomplete;
+    const std::optional<std::uint64_t> lines = countNodeLines(found, stopped);
+    total = lines.value_or(0);
+    known = lines.has_value();
 }
 
 std::optional<std::uint64_t> NodeLineCount::nodeLines() const {

@@ -25,9 +25,9 @@ struct NodeFile {
 };
 
 struct NodeFiles {
-    std::vector<NodeFile> files;
-    /// Something that may be a node file is no regular file, so it cannot be read without taking it from the tool.
-    bool incomplete = false;
+    std::vector<NodeFile> files; ///< By name.
+    /// Names of what may be a node file and is no regular file, so that it cannot be read without taking it from the tool.
+    std::vector<std::string> unread;
 };
 
 /// The first line of a node file, with or without a byte order mark. See docs/file-formats.md.
@@ -40,6 +40,12 @@ NodeFiles findNodeFiles(const std::string& directory);
 
 /// Nothing if the file cannot be looked at.
 std::optional<FileState> fileState(const std::string& path);
+
+/// Counts the lines of node files, headers left out.
+///
+/// @param stop the count gives up soon after this becomes true.
+/// @return nothing if it was stopped, or if a file could not be counted as it was when it was found.
+std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop);
 
 /// The lines of all node files of a directory, counted beside the run.
 class NodeLineCount {

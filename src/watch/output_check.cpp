@@ -72,13 +72,16 @@ OutputCheck checkOutput(const std::string& outputDirectory) {
     std::error_code& error = check.directoryError;
     std::error_code ignored;
     for (fs::directory_iterator entry(outputDirectory, error), end; !error && entry != end; entry.increment(error)) {
-        if (!fs::is_directory(entry->path(), ignored) && entry->path().filename() != nodeCountName) {
+        if (fs::is_directory(entry->path(), ignored)) {
+            check.directories.push_back(entry->path().filename().string());
+        } else if (entry->path().filename() != nodeCountName) {
             check.files.push_back(lookAtOutput(entry->path()));
             check.nodeLines += check.files.back().nodeLines;
         }
     }
     std::sort(check.files.begin(), check.files.end(),
               [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });
+    std::sort(check.directories.begin(), check.directories.end());
     const fs::path nodeCountFile = fs::path(outputDirectory) / nodeCountName;
     check.hasNodeCountFile = fs::exists(nodeCountFile, ignored);
     check.nodeCount = readNodeCount(nodeCountFile);

@@ -29,6 +29,7 @@ struct OutputFile {
 struct OutputCheck {
     std::error_code directoryError;        ///< Why the directory cannot be read, if so; then files may be missing here.
     std::vector<OutputFile> files;         ///< By name; `total_node_count.txt` is not among them.
+    std::vector<std::string> directories;  ///< Names of the directories in it.
     std::uint64_t nodeLines = 0;           ///< Of all files.
     bool hasNodeCountFile = false;         ///< `total_node_count.txt` exists.
     std::optional<std::int64_t> nodeCount; ///< What it says, if it says anything.
@@ -39,7 +40,7 @@ struct OutputCheck {
     std::int64_t missingNodes() const;
 };
 
-/// Reads every file of a finished output directory once. Directories in it are passed over.
+/// Reads every file of a finished output directory once. Directories in it are not looked into.
 OutputCheck checkOutput(const std::string& outputDirectory);
 
 /// What is known about a difference besides the output itself.

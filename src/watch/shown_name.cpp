@@ -6,19 +6,23 @@
 
 namespace {
 
-/// The second set of control characters, U+0080 to U+009F: some terminals obey them, in UTF-8 or as single bytes.
-bool isInSecondSet(char byte) {
-    const auto number = static_cast<unsigned char>(byte);
-    return number >= 0x80U && number < 0xA0U;
+/// Characters that change the direction of what follows them, by which a name can look like another one: U+061C, U+200E
+/// and F, U+202A to E, U+2066 to 9.
+bool turnsText(std::string_view character) {
+    if (character.size() != 3) {
+        return character == "\xD8\x9C";
+    }
+    const std::string_view block = character.substr(0, 2);
+    const auto last = static_cast<unsigned char>(character[2]);
+    if (block == "\xE2\x80") {
+        return last == 0x8EU || last == 0x8FU || (last >= 0xAAU && last <= 0xAEU);
+    }
+    return block == "\xE2\x81" && last >= 0xA6U && last <= 0xA9U;
 }
 
-/// @param character one of UTF-8, or a single byte that is none.
-bool isControl(std::string_view character) {
-    const auto first = static_cast<unsigned char>(character.front());
-    if (character.size() == 1) {
-        return first < 0x20U || first == 0x7FU || isInSecondSet(character.front());
-    }
-    return first == 0xC2U && isInSecondSet(character.back());
+/// The second set of control characters, U+0080 to U+009F, which some terminals obey.
+bool isInSecondSet(std::string_view character) {
+    return character.size() == 2 && character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0U;
 }
 
 } // namespace
@@ -28,7 +32,7 @@ std::string shownName(std::string_view name) {
     while (!name.empty()) {
         const std::size_t length = characterLength(name);
         const std::string_view character = name.substr(0, length == 0 ? 1 : length);
-        if (isControl(character)) {
+        if (length == 0 || isInSecondSet(character) || turnsText(character)) {
             for (const char byte : character) {
                 shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(byte));
             }

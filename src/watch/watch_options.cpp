@@ -2,6 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #include "watch/map_picture.hpp"
+#include "watch/shown_name.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -42,6 +43,26 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")->type_name("FILE");
     app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")->type_name("FILE");
+}
+
+/// Options without a value, up to the equals sign that would give them one.
+constexpr std::array<std::string_view, 5> valuedFlags{"--quiet=", "--json=", "--help=", "-h=", "--version="};
+
+/// CLI11 would take "--quiet=false" for no flag and "--quiet=" for one.
+void refuseFlagValues(int argc, const char* const* argv) {
+    for (int i = 1; i < argc && argv[i] != std::string_view("--"); ++i) {
+        const std::string_view word = argv[i];
+        if (std::find(valueOptions.begin(), valueOptions.end(), word) != valueOptions.end()) {
+            // The next word is its value, whatever it looks like.
+            ++i;
+            continue;
+        }
+        for (const std::string_view flag : valuedFlags) {
+            if (word.starts_with(flag)) {
+                throw CLI::ValidationError(std::string(flag.substr(0, flag.size() - 1)), "takes no value");
+            }
+        }
+    }
 }
 
 /// CLI11 takes "--log=" for an option without a value, and the next argument for its value. As two arguments, the second
@@ -85,9 +106,14 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     app.set_help_flag("-h,--help", "Show this help and exit");
     app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
     app.footer(footer);
+    // The words of a command line may be anything, and a terminal would obey some of it.
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return shownName(error.what()) + "\nRun with --help for more information.\n";
+    });
 
     CommandLineOutcome outcome;
     try {
+        refuseFlagValues(argc, argv);
         const std::vector<const char*> words = withEmptyValues(argc, argv);
         app.parse(static_cast<int>(words.size()), words.data());
         checkValues(app, options);

@@ -80,6 +80,7 @@ struct WatchTexts {
     // The check.
     const char* linesDiffer;      ///< {0} lines found, {1} count of the tool, {2} lines missing.
     const char* linesTooMany;     ///< {0} lines found, {1} count of the tool, {2} lines too many.
+    const char* linesUncounted;   ///< {0} lines found.
     const char* noNodeCount;      ///< {0} lines found.
     const char* noNodeCountFile;  ///< {0} lines found.
     const char* outputUnreadable; ///< {0} path of the output directory, {1} reason.
@@ -88,10 +89,16 @@ struct WatchTexts {
     const char* fileWithoutNode;  ///< {0} name.
     const char* fileUnreadable;   ///< {0} name.
     const char* fileNotRegular;   ///< {0} name.
+    const char* fileIsDirectory;  ///< {0} name.
+    const char* fileMissing;      ///< {0} name of the node file.
+    const char* moreFilesMissing; ///< {0} how many.
+    const char* fileWithoutInput; ///< {0} name.
     const char* headerRejected;   ///< {0} how many.
     const char* countOverwrites;  ///< no argument
     const char* inputChanged;     ///< {0} name.
     const char* diskFull;         ///< {0} path of the output directory.
+    const char* noInodes;         ///< {0} the same.
+    const char* notWritable;      ///< {0} the same, {1} reason.
     const char* noOutputFile;     ///< no argument
     const char* noSuspect;        ///< no argument
 

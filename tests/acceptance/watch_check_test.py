@@ -24,8 +24,8 @@ class Check(WatchTest):
         first = next((i for i, line in enumerate(lines) if line.startswith("Vadelwatch: ")), len(lines))
         return lines[first:]
 
-    def holdBack(self, name, while_):
-        """Makes a node file a FIFO whose clip pass waits for `while_` to have run."""
+    def holdBack(self, name, while_, first=lambda: None):
+        """Makes a node file a FIFO whose clip pass waits for `while_` to have run, and the first look at it for `first`."""
         path = self.path(f"base/data/{name}")
         os.mkfifo(path)
         content = HEADER + INSIDE * 4
@@ -35,6 +35,8 @@ class Check(WatchTest):
                 with open(path, "wb", buffering=0) as pipe:
                     os.mkfifo(path + ".next")
                     os.rename(path + ".next", path)
+                    if step == "header":
+                        first()
                     if step == "pass":
                         while_()
                     try:
@@ -98,6 +100,34 @@ class Check(WatchTest):
         self.assertRegex(lines[0], "^Vadelwatch: the output files hold [0-9 ]+ nodes, and total_node_count.txt holds no number")
         self.assertRegex(lines[1], "^  a.xyz: its last line is cut off")
         self.assertEqual("  No space is left on the file system of base/out.", lines[-1])
+
+    def test_a_directory_in_the_place_of_an_output(self):
+        self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "far.xyz": HEADER + b"99;99;9\n"})
+        # The run waits for the first look at this one until the directory stands, and the output directory is there
+        # from the time a header is read on.
+        thread = self.holdBack("b.xyz", lambda: None, lambda: os.makedirs(self.path("base/out/a.xyz")))
+        watched = self.job(LANGUAGE)
+        thread.join(5)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 1004: 1 000 are missing.",
+                          "  a.xyz: a directory in the place of the file",
+                          "  far.xyz: no output file, which is right only if none of its nodes was kept"],
+                         self.difference(watched))
+
+    def test_a_file_system_without_inodes(self):
+        base = self.path("base")
+        os.mkdir(base)
+        libc = ctypes.CDLL(None, use_errno=True)
+        # The root, the input directory with two files, the output directory and one output.
+        if libc.mount(b"tmpfs", base.encode(), b"tmpfs", 0, b"size=1m,nr_inodes=6") != 0:
+            self.skipTest("may not mount a small file system")
+        self.addCleanup(libc.umount2, base.encode(), 2)
+        self.giveJob({"a.xyz": HEADER + INSIDE * 3, "b.xyz": HEADER + INSIDE * 3})
+        watched = self.job(LANGUAGE)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 3 nodes, and there is no total_node_count.txt to compare with.",
+                          "  No inode is left on the file system of base/out, so no file can be made there."],
+                         self.difference(watched))
 
     def test_a_header_that_goes_bad_counts_one_without_a_line(self):
         self.giveJob({})
@@ -199,6 +229,7 @@ finish(7)
         self.giveJob({"a.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
             "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 7: 7 are missing.",
+            "  a.xyz: no output file, which is right only if none of its nodes was kept",
             "  a.xyz: the node file was changed during the run"])
 
 

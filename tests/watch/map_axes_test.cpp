@@ -71,11 +71,22 @@ TEST(MapAxes, tickValuesAreTheDoublesOfTheirLabels) {
     }
 }
 
-TEST(MapAxes, longNumbersAreWrittenWithAPowerOfTen) {
-    EXPECT_EQ((Labels{"0", "5e+299", "1.0e+300"}), labelsBetween(-1.0, 1e300, {5, 299}));
+TEST(MapAxes, longNumbersAreWrittenWithOnePowerOfTen) {
+    EXPECT_EQ((Labels{"0", "0.5e+300", "1.0e+300"}), labelsBetween(-1.0, 1e300, {5, 299}));
+    EXPECT_EQ((Labels{"-1.0e+300", "-0.5e+300", "0", "0.5e+300"}), labelsBetween(-1e300, 5e299, {5, 299}));
     EXPECT_EQ((Labels{"-2e-281", "0", "2e-281"}), labelsBetween(-3e-281, 3e-281, {2, -281}));
+    EXPECT_EQ((Labels{"-0.5e-20", "0", "0.5e-20", "1.0e-20"}), labelsBetween(-6e-21, 1.2e-20, {5, -21}));
     EXPECT_EQ((Labels{"1.000000001e+12", "1.000000002e+12"}), labelsBetween(1.0000000005e12, 1.0000000025e12, {1, 3}));
+    EXPECT_EQ((Labels{"0.999999999e+12", "1.000000000e+12"}), labelsBetween(9.999999985e11, 1.0000000005e12, {1, 3}));
     EXPECT_EQ((Labels{"500000000000"}), labelsBetween(4e11, 6e11, {5, 11}));
+}
+
+TEST(MapAxes, aPowerOfTenThatSavesNoDigitIsNotWritten) {
+    EXPECT_EQ((Labels{"1.0000000000004", "1.0000000000006"}),
+              labelsBetween(1.0000000000003, 1.0000000000007, {2, -13}));
+    EXPECT_EQ((Labels{"-1.0000000000002", "-1.0000000000000"}),
+              labelsBetween(-1.0000000000003, -0.9999999999999, {2, -13}));
+    EXPECT_EQ((Labels{"382250.0000002", "382250.0000004"}), labelsBetween(382250.00000015, 382250.00000045, {2, -7}));
 }
 
 TEST(MapAxes, lengths) {

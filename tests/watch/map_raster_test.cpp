@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -127,6 +128,22 @@ TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
     }
 }
 
+TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
+    constexpr int side = 200;
+    std::mt19937 random(5);
+    for (const double nodesOfPixel : {2.0, 4.5, 7.0}) {
+        MapRaster raster = makeRaster(side, side, {0, 0, side, side});
+        for (int i = 0; i < static_cast<int>(nodesOfPixel * side * side); ++i) {
+            const double x = static_cast<double>(random()) / 4294967296.0 * side;
+            const double y = static_cast<double>(random()) / 4294967296.0 * side;
+            countNode(raster, {x, y}, false);
+        }
+        ASSERT_LT(occupiedCells(raster), raster.cells.size());
+        const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
+        EXPECT_EQ(std::vector<std::uint32_t>(raster.cells.size(), 0xFFBABABAU), image.pixels) << nodesOfPixel;
+    }
+}
+
 TEST(MapShading, keptNodesLieOverDroppedOnes) {
     MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
     countNode(raster, {0.5, 0.5}, true);
@@ -147,8 +164,9 @@ TEST(MapShading, theNearerNodeColoursAPixel) {
 }
 
 TEST(MapShading, radiusIsLimited) {
-    EXPECT_EQ(0.5, discRadius(0.0));
-    EXPECT_EQ(0.5, discRadius(0.7));
+    EXPECT_EQ(1.5, discRadius(0.0));
+    EXPECT_EQ(1.5, discRadius(0.5));
+    EXPECT_EQ(discRadius(2.0), discRadius(0.51));
     EXPECT_EQ(4.0, discRadius(10.0));
     EXPECT_EQ(6.0, discRadius(16.0));
 }

@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -62,7 +65,7 @@ TEST(NodeFiles, areChosenAsTheToolChoosesThem) {
     EXPECT_EQ(
         (std::vector<std::string>{".txt", "a.txt", "b.xyz", "c.csv", "carriage.txt", "headerAlone.txt", "link.txt"}),
         namesIn(found));
-    EXPECT_FALSE(found.incomplete);
+    EXPECT_TRUE(found.unread.empty());
 }
 
 TEST(NodeFiles, aPipeMakesTheCountIncomplete) {
@@ -71,7 +74,7 @@ TEST(NodeFiles, aPipeMakesTheCountIncomplete) {
     ASSERT_EQ(0, mkfifo(directory.pathOf("b.txt").c_str(), 0600));
     const NodeFiles found = findNodeFiles(directory.path());
     EXPECT_EQ(std::vector<std::string>{"a.txt"}, namesIn(found));
-    EXPECT_TRUE(found.incomplete);
+    EXPECT_EQ(std::vector<std::string>{"b.txt"}, found.unread);
 }
 
 TEST(NodeFiles, aDirectoryThatIsNotThereHoldsNothing) {
@@ -89,6 +92,26 @@ TEST(NodeLineCount, addsUpTheLinesOfAllFiles) {
     count.wait();
     EXPECT_EQ(3U, count.nodeLines());
     EXPECT_EQ(3U, count.nodeFiles().files.size());
+}
+
+TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
+    const std::string content = "x;y;z\n1;1;1\n2;2;2\n";
+    const std::atomic<bool> goOn = false;
+    const TemporaryDirectory directory;
+    directory.write("a.txt", content);
+    const NodeFiles found = findNodeFiles(directory.path());
+    EXPECT_EQ(2U, countNodeLines(found, goOn));
+    for (const std::string& later : {std::string("x;y;z\n1;1;1\n"), content + "3;3;3\n", std::string()}) {
+        directory.write("a.txt", later);
+        EXPECT_FALSE(countNodeLines(found, goOn)) << later;
+    }
+    // Replaced by a file of the same size, of another time.
+    directory.write("a.txt", "x;y;z\n1;1;1\n\n\n;2;2\n");
+    const auto time = std::filesystem::last_write_time(directory.pathOf("a.txt"));
+    std::filesystem::last_write_time(directory.pathOf("a.txt"), time + std::chrono::seconds(1));
+    EXPECT_FALSE(countNodeLines(found, goOn));
+    std::filesystem::remove(directory.pathOf("a.txt"));
+    EXPECT_FALSE(countNodeLines(found, goOn));
 }
 
 TEST(NodeLineCount, isUnknownForEverWhenItWasStoppedOrCannotBeMade) {

@@ -72,6 +72,28 @@ TEST(WatchOptions, behindTheEndOfTheOptionsAnEqualSignIsPartOfAName) {
     EXPECT_EQ((std::vector<std::string>{"a", "--lang=", "--log=", "-pipe"}), toolArguments(*outcome.options));
 }
 
+TEST(WatchOptions, flagsTakeNoValue) {
+    for (const char* const word :
+         {"--quiet=false", "--quiet=true", "--quiet=", "--quiet={}", "--json=0", "--help=1", "-h=1", "--version=2"}) {
+        const CommandLineOutcome outcome = read({"a", "b", "c", word});
+        EXPECT_FALSE(outcome.options) << word;
+        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << word;
+        const std::string flag = std::string(word).substr(0, std::string(word).find('='));
+        EXPECT_EQ(flag + ": takes no value\nRun with --help for more information.\n", outcome.standardError);
+        EXPECT_EQ("", outcome.standardOutput) << word;
+    }
+    // As a name or as the value of an option it is one.
+    const CommandLineOutcome outcome = read({"--log", "--quiet=false", "a", "b", "--", "--json=0"});
+    ASSERT_TRUE(outcome.options) << outcome.standardError;
+    EXPECT_EQ("--quiet=false --json=0", outcome.options->logPath + " " + outcome.options->boundaryFilePath);
+    EXPECT_FALSE(outcome.options->quiet || outcome.options->json);
+}
+
+TEST(WatchOptions, whatATerminalWouldObeyIsNotRepeated) {
+    EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\nRun with --help for more information.\n",
+              read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
+}
+
 TEST(WatchOptions, whatIsWrongIsSaid) {
     struct Case {
         std::vector<const char*> arguments;
