@@ -158,6 +158,12 @@ class Catalogues(AcceptanceTest):
                 self.assertTrue(endedAbnormally(run.status), run.status)
                 self.assertEqual((run.console, run.messages), (b"", []))
 
+    def test_a_language_with_a_variant_is_german_where_elsewhere_its_conversion_fails(self):
+        for language in ("de_", "de@x"):
+            with self.subTest(language=language):
+                run = self.start("-lang=" + language, tool=TOOL)
+                self.assertEqual(run.console.split()[0], b"Aufruf:")
+
 
 class Channel(AcceptanceTest):
     """Descriptor 3 of the C run-time, handed over by a program of the same run-time."""
