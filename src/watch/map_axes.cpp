@@ -126,6 +126,7 @@ std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char
     const double largest = std::max(std::abs(multiples.front()), std::abs(multiples.back()));
     const LabelForm form = formOfLabels(largest * step.mantissa, step);
     std::vector<MapTick> ticks;
+    ticks.reserve(multiples.size());
     for (const double each : multiples) {
         ticks.push_back({multipleOf(step, each), formatTick(each * step.mantissa, step, form, decimalPoint)});
     }

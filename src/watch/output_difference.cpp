@@ -109,7 +109,7 @@ void addMissing(const std::vector<std::string>& missing, const WatchTexts& texts
 void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, const WatchTexts& texts,
                     std::vector<std::string>& lines) {
     for (const std::string& name : check.directories) {
-        if (name == nodeCountName || expected.count(name) > 0) {
+        if (name == nodeCountName || expected.contains(name)) {
             lines.push_back(filledIn(texts.fileIsDirectory, {name}));
         }
     }
@@ -118,7 +118,7 @@ void addDirectories(const OutputCheck& check, const std::set<std::string>& expec
 void addFilesWithoutInput(const OutputCheck& check, const std::set<std::string>& expected, const WatchTexts& texts,
                           std::vector<std::string>& lines) {
     for (const OutputFile& file : check.files) {
-        if (!expected.empty() && expected.count(file.name) == 0) {
+        if (!expected.empty() && !expected.contains(file.name)) {
             lines.push_back(filledIn(texts.fileWithoutInput, {file.name}));
         }
     }
