@@ -8,9 +8,8 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from watching import HEADER, TIME_LIMIT, WatchTest
+from watching import HEADER, JOB, TIME_LIMIT, WatchTest, onlyChildOf
 
-JOB = ("base/data", "out", "area.xml", "--lang=en")
 NOT_COMPLETE = " The output in base/out is not complete."
 
 
@@ -20,29 +19,6 @@ class Ends(WatchTest):
         while not os.path.exists(self.path(name)):
             self.assertLess(time.monotonic(), limit, f"{name} was not to be seen")
             time.sleep(0.01)
-
-    def test_a_tool_that_is_missing(self):
-        tool = self.standIn("")
-        os.remove(tool)
-        self.expect(self.run_(*JOB), status=4,
-                    errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"])
-
-    def test_json_and_log_of_a_tool_that_is_missing(self):
-        tool = self.standIn("")
-        os.remove(tool)
-        watched = self.run_(*JOB, "--json", "--log", "/dev/full")
-        self.assertEqual((4, [f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"]),
-                         (watched.status, watched.errorLines()))
-        self.assertEqual({"finished": False, "exit_status": 4, "files_read": None, "files_written": None,
-                          "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
-                          "adds_up": None, "seconds": 0.0, "output_directory": "base/out", "errors": []},
-                         json.loads(watched.output))
-
-    def test_a_tool_that_may_not_be_executed(self):
-        tool = self.standIn("")
-        os.chmod(tool, 0o644)
-        self.expect(self.run_(*JOB), status=4,
-                    errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: Permission denied"])
 
     def test_the_tool_gets_its_arguments_in_their_places(self):
         self.standIn("open('arguments', 'w').write(json.dumps(sys.argv[1:]))")
@@ -108,7 +84,8 @@ os._exit(2)
             "Vadelwatch: Vadelclip wurde durch Signal 6 (SIGABRT) beendet. Die Ausgabe in base/out ist nicht vollständig."])
 
     def test_signals_are_forwarded_and_the_end_is_waited_for(self):
-        for number, name in ((signal.SIGINT, "INT"), (signal.SIGTERM, "TERM"), (signal.SIGHUP, "HUP")):
+        for number, name in ((signal.SIGINT, "INT"), (signal.SIGTERM, "TERM"), (signal.SIGHUP, "HUP"),
+                             (signal.SIGQUIT, "QUIT")):
             with self.subTest(name=name):
                 self.standIn(f"""
 def end(*unused):
@@ -116,6 +93,7 @@ def end(*unused):
     open('got', 'w').write('{name}')
     signal.signal(signal.{number.name}, signal.SIG_DFL)
     os.kill(os.getpid(), signal.{number.name})
+import resource; resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 signal.signal(signal.{number.name}, end)
 open('started', 'w').close()
 time.sleep(600)
@@ -179,6 +157,14 @@ time.sleep(600)
         self.expect(self.finish(process), status=4,
                     errors=["Vadelwatch: interrupted by SIGTERM, Vadelclip has ended." + NOT_COMPLETE])
         self.assertFalse(os.path.exists(self.path("base/out/total_node_count.txt")))
+
+    def test_a_killed_real_run(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
+        process = self.start(*JOB, "--quiet")
+        self.waitForFile("base/out/a.xyz")
+        os.kill(onlyChildOf(process.pid), signal.SIGKILL)
+        self.expect(self.finish(process), status=4,
+                    errors=["Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE])
 
 
 if __name__ == "__main__":

@@ -8,7 +8,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from watching import HEADER, SANITIZED, SQUARE, WATCH, WatchTest, summaryLines
+from watching import HEADER, SQUARE, WatchTest, summaryLines
 
 INSIDE = b"1;1;5\n"
 OUTSIDE = b"30;3;5\n"
@@ -154,40 +154,6 @@ class Failed(WatchTest):
                           "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
                           "adds_up": None, "output_directory": "base/out",
                           "errors": ["Boundary file no.xml not found", "Boundary file no.xml does not exist"]}, summary)
-
-
-class Usage(WatchTest):
-    def test_wrong_arguments_are_refused_before_a_run(self):
-        self.giveJob(NODES)
-        for arguments in ([], ["base/data"], ["base/data", "out"], ["base/data", "out", "area.xml", "more"],
-                          ["base/data", "out", "area.xml", "--none"], ["base/data", "out", "area.xml", "--lang"],
-                          ["base/data", "out", "area.xml", "--map", "map.jpg"],
-                          ["base/data", "out", "area.xml", "--map=none/map.png"],
-                          ["base/data", "out", "area.xml", "--log", ""],
-                          ["base/data", "out", "area.xml", "--log", "none/log.jsonl"],
-                          ["base/data", "out", "area.xml", "--log", "base"]):
-            with self.subTest(arguments=arguments):
-                watched = self.run_(*arguments)
-                self.assertEqual((2, ""), (watched.status, watched.output))
-                self.assertNotEqual("", watched.errors)
-                self.assertFalse(os.path.exists(self.path("base/out")))
-
-    def test_help_names_every_option_and_version_is_one_line(self):
-        watched = self.run_("--help")
-        self.assertEqual((0, ""), (watched.status, watched.errors))
-        for option in ("--lang", "--quiet", "--json", "--log", "--map", "--help", "--version"):
-            self.assertIn(option, watched.output)
-        watched = self.run_("--version")
-        self.assertEqual((0, ""), (watched.status, watched.errors))
-        self.assertRegex(watched.output, r"^Vadelwatch \d+\.\d+\.\d+\n$")
-
-    def test_settings_of_a_sanitizer_are_in_sanitized_builds_alone(self):
-        with open(WATCH, "rb") as file:
-            self.assertEqual(SANITIZED, b"leak:libfontconfig" in file.read())
-
-    def test_options_may_stand_anywhere(self):
-        self.giveJob(NODES)
-        self.expect(self.run_("--quiet", "base/data", "--lang", "en", "out", "--", "area.xml"), status=0)
 
 
 if __name__ == "__main__":

@@ -1,33 +1,37 @@
-"""Runs Vadelwatch from outside, through pipes and through a pseudo-terminal.
+"""Runs Vadelwatch from outside, through pipes; terminal.py has the pseudo-terminal.
 
 VADELCLIP_WATCH names the executable; the tool and its catalogues stand beside it. With a stand-in, a copy of Vadelwatch
 is put beside a small script in the tool's place.
 """
-import fcntl
 import os
-import pty
 import re
-import select
 import shutil
 import signal
-import stat
-import struct
 import subprocess
 import sys
 import tempfile
-import termios
-import time
 import unittest
 from dataclasses import dataclass
 
+from terminal import TIME_LIMIT, Screen, Terminal
+
 WATCH = os.environ["VADELCLIP_WATCH"]
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
-TIME_LIMIT = 120.0 if SANITIZED else 60.0  # seconds
-ESCAPE = re.compile(r"\x1b(?:\[[0-9;?]*[A-Za-z]|[78])")
 
 SQUARE = (b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="0" y="0"/><point x="10" y="0"/>'
           b'<point x="10" y="10"/><point x="0" y="10"/></polygon></group></VadeDGM></VADELSIM>\n')
 HEADER = b"x;y;z\n"
+JOB = ("base/data", "out", "area.xml", "--lang=en")
+
+# A stand-in that reports a thousand steps in about two seconds.
+STEADY = """
+message(type='state', level=1, text='Clipping', active=True)
+for tenths in range(1000):
+    message(type='progress', percent=tenths / 10)
+    time.sleep(0.002)
+message(type='progress', percent=100.0)
+finish()
+"""
 
 # A shell starts its background jobs with some of these ignored, and what is started from here would inherit that.
 for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP):
@@ -49,7 +53,7 @@ class Watched:
 
 
 def watchEnvironment(extra=None):
-    """The environment without anything that changes how the bar looks, and with what a test wants."""
+    """The environment without anything that changes how the bar looks, and with what a test wants; None for none at all."""
     dropped = ("LANG", "LANGUAGE", "NO_COLOR", "TERM", "COLUMNS")
     settings = {name: value for name, value in os.environ.items()
                 if name not in dropped and not name.startswith("LC_")}
@@ -57,116 +61,7 @@ def watchEnvironment(extra=None):
     if SANITIZED:  # or every map would be followed by a table of what the fonts' library keeps
         settings["LSAN_OPTIONS"] = "print_suppressions=0"
     settings.update(extra or {})
-    return settings
-
-
-class Terminal:
-    """A pseudo-terminal with a process in it, which has it as its controlling terminal."""
-
-    def __init__(self, command, directory, columns, environment=None):
-        self.pid, self.descriptor = pty.fork()
-        if self.pid == 0:
-            os.chdir(directory)
-            fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-            os.execve(command[0], command, watchEnvironment(environment))
-        self.before = None
-        self.received = b""
-        self.reads = []  # time and bytes of each read
-
-    def resize(self, columns):
-        fcntl.ioctl(self.descriptor, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-
-    def type(self, text):
-        os.write(self.descriptor, text)
-
-    def settings(self):
-        return termios.tcgetattr(self.descriptor)
-
-    def readSome(self, seconds):
-        """False at the end of the output."""
-        ready, _, _ = select.select([self.descriptor], [], [], seconds)
-        if not ready:
-            return True
-        try:
-            data = os.read(self.descriptor, 65536)
-        except OSError:  # the process has closed the terminal
-            return False
-        self.received += data
-        self.reads.append((time.monotonic(), data))
-        return bool(data)
-
-    def readUntil(self, condition, what):
-        limit = time.monotonic() + TIME_LIMIT
-        while not condition(self.received):
-            if time.monotonic() > limit or not self.readSome(0.5):
-                raise AssertionError(f"{what} was not to be seen in {self.received!r}")
-
-    def finish(self):
-        limit = time.monotonic() + TIME_LIMIT
-        while self.readSome(0.5):
-            if time.monotonic() > limit:
-                os.kill(self.pid, signal.SIGKILL)
-        _, status = os.waitpid(self.pid, 0)
-        os.close(self.descriptor)
-        return os.waitstatus_to_exitcode(status)
-
-
-class Screen:
-    """What a terminal shows, as far as Vadelwatch uses it: rows that are overwritten, erased and scrolled."""
-
-    def __init__(self, columns):
-        self.columns = columns
-        self.rows = [""]
-        self.row = self.column = 0
-        self.saved = (0, 0)
-        self.wrapping = True
-        self.longest = 0  # the most columns that a row has ever filled
-        self.drawings = []  # the row of the bar as each drawing left it
-
-    def write(self, text):
-        position = 0
-        while position < len(text):
-            escape = ESCAPE.match(text, position)
-            if escape:
-                self.escape(escape[0])
-                position = escape.end()
-                continue
-            if text[position] == "\n":
-                self.row += 1
-                if self.row == len(self.rows):
-                    self.rows.append("")
-            elif text[position] == "\r":
-                self.column = 0
-            else:
-                self.put(text[position])
-            position += 1
-
-    def put(self, character):
-        row = self.rows[self.row].ljust(self.column)
-        self.rows[self.row] = row[:self.column] + character + row[self.column + 1:]
-        self.column += 1
-        self.longest = max(self.longest, self.column)
-
-    def escape(self, sequence):
-        if sequence == "\x1b[K":
-            self.rows[self.row] = self.rows[self.row][:self.column]
-        elif sequence == "\x1b[2K":
-            self.rows[self.row] = ""
-        elif sequence == "\x1b[B":
-            self.row = min(self.row + 1, len(self.rows) - 1)
-        elif sequence == "\x1b7":
-            self.saved = (self.row, self.column)
-        elif sequence == "\x1b8":
-            self.row, self.column = self.saved
-        elif sequence in ("\x1b[?7l", "\x1b[?7h"):
-            self.wrapping = sequence.endswith("h")
-            if self.wrapping:  # on again: a drawing has ended
-                self.drawings.append(self.rows[self.row])
-        elif not sequence.endswith("m"):
-            raise AssertionError(f"unknown sequence {sequence!r}")
-
-    def text(self):
-        return "\n".join(self.rows)
+    return {name: value for name, value in settings.items() if value is not None}
 
 
 class WatchTest(unittest.TestCase):
@@ -243,7 +138,7 @@ class WatchTest(unittest.TestCase):
         return self.run_("base/data", "out", "area.xml", *options, **settings)
 
     def terminal(self, *arguments, columns=80, environment=None):
-        return Terminal([self.watch, *arguments], self.directory, columns, environment)
+        return Terminal([self.watch, *arguments], self.directory, columns, watchEnvironment(environment))
 
     def expect(self, watched, *, status, output=(), errors=()):
         """Compares all of it. The seconds of a summary become "N"."""
@@ -252,11 +147,26 @@ class WatchTest(unittest.TestCase):
                          (watched.status, steady.splitlines(), watched.errorLines()))
 
 
-def isExecutable(path):
-    return bool(os.stat(path).st_mode & stat.S_IXUSR)
+class TerminalTest(WatchTest):
+    def shown(self, received, columns):
+        screen = Screen(columns)
+        screen.write(received.decode())
+        return screen
+
+    def finished(self, *options, columns=80, environment=None):
+        terminal = self.terminal(*JOB, *options, columns=columns, environment=environment)
+        status = terminal.finish()
+        return status, terminal, self.shown(terminal.received, columns)
 
 
 def summaryLines(read, written, nodes, directory, title="Finished clipping elevation data with model boundaries",
                  check="the lines add up to total_node_count.txt"):
     return [title, f"  Node files read   {read}", f"  Files written     {written}", f"  Nodes kept        {nodes}",
             "  Time              N s", f"  Output directory  {directory}", f"  Check             {check}"]
+
+
+def onlyChildOf(pid):
+    """The process number of the tool, which Vadelwatch has started by now."""
+    with open(f"/proc/{pid}/task/{pid}/children", encoding="ascii") as file:
+        [child] = file.read().split()
+    return int(child)
