@@ -65,7 +65,8 @@ class KilledRuns(FaultTest):
             with self.subTest(number=number, delay=delay):
                 run = self.clipAndKill(delay)
                 self.assertIn(run.status, (0, -9))
-                self.assertEqual((run.console, run.errors), (b"", b""))
+                # A leak checker that is killed with the run may have said something by then.
+                self.assertEqual((run.console, b"" if SANITIZED else run.errors), (b"", b""))
                 self.check(run)
                 moments[self.momentOf(run)] += 1
         self.assertGreater(moments["in the passes"], KILLS // 10, moments)

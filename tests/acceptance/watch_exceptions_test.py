@@ -9,7 +9,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from fault_checks import PASS, failing, failingMemory, fails, failsForever
-from watching import HEADER, WatchTest
+from watching import HEADER, SANITIZED, WatchTest
 
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 
@@ -36,6 +36,7 @@ class WithoutThreads(WatchTest):
         self.assertRegex(watched.errorLines()[-1], "^100 %  - lines/s ")
 
 
+@unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
 class WithoutMemory(WatchTest):
     def setUp(self):
         super().setUp()

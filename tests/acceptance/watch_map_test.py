@@ -10,7 +10,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from fault_checks import failingMemory, failsForever
-from watching import HEADER, TIME_LIMIT, WatchTest
+from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest
 
 INSIDE = b"1;1;5\n"
 JOB = ("base/data", "out", "area.xml", "--lang=en")
@@ -64,6 +64,7 @@ class Map(WatchTest):
         process.send_signal(signal.SIGTERM)
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
 
+    @unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
     def test_a_map_without_memory_is_told_behind_the_summary(self):
         # Only the picture and what it is counted in take blocks of this size.
         settings = {**failingMemory(failsForever(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000"}
