@@ -21,8 +21,6 @@ else()
   target_compile_options(vadelclip_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wold-style-cast -Wcast-qual -Wcast-align -Wundef -Wextra-semi
-    # Known to GCC only: the same condition or branch twice.
-    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches>
     $<$<BOOL:${VADELCLIP_WERROR}>:-Werror>)
 endif()
 
