@@ -82,7 +82,8 @@ CONFIG
 build() {
   local tests=OFF
   [ "$kind" = tool ] || tests=ON
-  cmake -S cmake/windows-deps -B "$prefix/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  # Afresh, since a release builds them from the unpacked archive, at another place.
+  cmake --fresh -S cmake/windows-deps -B "$prefix/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_INSTALL_PREFIX="$prefix" \
     -DWINDOWS_DEPS_SOURCES="$sources" -DWINDOWS_DEPS_TESTS="$tests"
   cmake --build "$prefix/build"
