@@ -97,7 +97,7 @@ bool OwnOutput::writeOnce() {
 }
 
 bool OwnOutput::readerHasGone() const {
-    // A terminal that was closed answers like a broken disk.
+    // A terminal that was closed answers like a broken disk. What cannot be looked at keeps the zeros and is none.
     struct stat status {};
     fstat(descriptor, &status);
     const bool terminalWasClosed = firstError == EIO && S_ISCHR(status.st_mode);
