@@ -49,8 +49,11 @@ class Installation(unittest.TestCase):
         self.directory = tempfile.mkdtemp(prefix="vadelclip-installation-")
         self.addCleanup(shutil.rmtree, self.directory)
         self.prefix = os.path.join(self.directory, "a prefix")
-        self.command("cmake", "--install", BUILD, "--component", COMPONENT, "--prefix", self.prefix)
+        self.install(self.prefix)
         self.addCleanup(lambda: os.path.exists(MANIFEST) and os.remove(MANIFEST))
+
+    def install(self, prefix):
+        self.command("cmake", "--install", BUILD, "--component", COMPONENT, "--prefix", prefix)
 
     def command(self, *words, **settings):
         run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
@@ -90,15 +93,32 @@ class Installation(unittest.TestCase):
                                 environment=settings)
             self.assertEqual([], wrong, "\n" + "\n".join(wrong))
 
-    def test_removal_leaves_nothing_of_ours_and_everything_of_others(self):
-        other = os.path.join(self.prefix, "lib", "vadelclip", "locale", "fr.mo")
+    def expectRemovalOfOursAlone(self, prefix):
+        other = os.path.join(prefix, "lib", "vadelclip", "locale", "fr.mo")
         with open(other, "w", encoding="utf-8"):
             pass
         self.command(*REMOVAL)
-        self.assertEqual(["lib/vadelclip/locale/fr.mo"], filesBelow(self.prefix))
-        self.assertEqual(["locale"], os.listdir(os.path.join(self.prefix, "lib", "vadelclip")))
-        self.assertEqual([], os.listdir(os.path.join(self.prefix, "share", "doc")))
+        self.assertEqual(["lib/vadelclip/locale/fr.mo"], filesBelow(prefix))
+        self.assertEqual(["locale"], os.listdir(os.path.join(prefix, "lib", "vadelclip")))
+        self.assertEqual([], os.listdir(os.path.join(prefix, "share", "doc")))
         self.assertFalse(os.path.exists(MANIFEST))
+
+    def test_removal_leaves_nothing_of_ours_and_everything_of_others(self):
+        self.expectRemovalOfOursAlone(self.prefix)
+
+    def test_removal_takes_a_prefix_as_it_is_written(self):
+        # What CMake reads as a pattern, and as the end of a list's entry.
+        for name in ("a [b];c", "a*?[b;c;", "[d", "e]"):
+            with self.subTest(name=name):
+                prefix = os.path.join(self.directory, name)
+                self.install(prefix)
+                self.assertEqual(expectedFiles(), filesBelow(prefix))
+                self.expectRemovalOfOursAlone(prefix)
+
+    def test_removal_takes_what_is_ours_alone_as_a_whole(self):
+        self.command(*REMOVAL)
+        self.assertEqual([], filesBelow(self.prefix))
+        self.assertEqual([], os.listdir(os.path.join(self.prefix, "lib")))
 
     def test_removal_without_an_installation_says_so(self):
         os.remove(MANIFEST)
