@@ -88,7 +88,8 @@ class Installation(unittest.TestCase):
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
         for name in ("Vadelclip", "Vadelwatch"):
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
-            self.assertNotIn("@", page.split(".SH EXAMPLES")[0])
+            self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
+            self.assertRegex(page.splitlines()[1], rf'^\.TH {name} 1 20[0-9]{{2}}-[01][0-9]-[0-3][0-9] "Vadelclip [0-9]')
             wrong = differences(page, os.path.join(plain, "share", "doc", "vadelclip", "examples"),
                                 environment=settings)
             self.assertEqual([], wrong, "\n" + "\n".join(wrong))
