@@ -242,6 +242,13 @@ class Catalogues(AcceptanceTest):
                 self.assertEqual(len("Z:" + os.path.dirname(tool)), length)
                 self.assertEqual(self.usageText(tool) != USAGE + "\n", german)
 
+    def test_a_directory_in_the_place_of_a_catalogue_is_as_none(self):
+        tool = self.copyOfTool("place")
+        catalogue = Path(tool).parent / "locale/de/LC_MESSAGES/VD2D.mo"
+        catalogue.unlink()
+        catalogue.mkdir()
+        self.assertEqual(self.usageText(tool), USAGE + "\n")
+
     def test_a_language_with_a_character_set_ends_the_process_with_or_without_a_catalogue(self):
         for language in ("fr.latin1", "de.utf8"):
             with self.subTest(language=language):
