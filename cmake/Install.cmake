@@ -52,8 +52,10 @@ foreach(language IN LISTS catalogues)
 endforeach()
 
 # bash loads a completion by the name of the command.
-install(FILES completions/vadelwatch.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-  RENAME Vadelwatch)
+foreach(name Vadelclip Vadelwatch)
+  string(TOLOWER completions/${name}.bash completion)
+  install(FILES ${completion} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${name})
+endforeach()
 
 # Documents keep their places in the tree, so that links from one to the other lead somewhere.
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)

@@ -33,7 +33,8 @@ def expectedFiles():
     documents += ["README.md", "copyright", "changelog.gz", "examples/README.md"]
     return sorted(["bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
                    "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo", "share/man/man1/Vadelclip.1.gz",
-                   "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelwatch",
+                   "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
+                   "share/bash-completion/completions/Vadelwatch",
                    *("share/doc/vadelclip/" + name for name in documents)])
 
 
