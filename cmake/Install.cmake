@@ -30,6 +30,14 @@ function(install_link name)
   install(FILES ${PROJECT_BINARY_DIR}/links/${name} DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
+# The date of the man pages is that of the sources, as in all that is handed out; of today where they do not tell it.
+execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/source-date.sh OUTPUT_VARIABLE sourceDate
+  OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+if(sourceDate)
+  set(ENV{SOURCE_DATE_EPOCH} ${sourceDate})
+endif()
+string(TIMESTAMP MANUAL_DATE %Y-%m-%d UTC)
+
 foreach(name Vadelclip Vadelwatch)
   install(TARGETS ${name} RUNTIME DESTINATION ${programDirectory})
   install_link(${name})
@@ -44,8 +52,10 @@ foreach(language IN LISTS catalogues)
 endforeach()
 
 # bash loads a completion by the name of the command.
-install(FILES completions/vadelwatch.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-  RENAME Vadelwatch)
+foreach(name Vadelclip Vadelwatch)
+  string(TOLOWER completions/${name}.bash completion)
+  install(FILES ${completion} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${name})
+endforeach()
 
 # Documents keep their places in the tree, so that links from one to the other lead somewhere.
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)

@@ -20,7 +20,22 @@ _vadelwatch() {
     previous=${COMP_WORDS[COMP_CWORD - 2]}
   fi
 
-  case $previous in
+  # The first argument is a directory, the second a new name, the third a file.
+  local place=0 ended= index
+  for ((index = 1; index < COMP_CWORD; index++)); do
+    case $ended${COMP_WORDS[index]} in
+    --) ended="behind " ;;
+    --lang | --log | --map)
+      # The value, and an equals sign in front of it.
+      [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
+      ((index++))
+      ;;
+    -*) ;;
+    *) ((place++)) ;;
+    esac
+  done
+
+  case $ended$previous in
   --lang)
     mapfile -t COMPREPLY < <(compgen -W "de en" -- "$current")
     return
@@ -31,25 +46,11 @@ _vadelwatch() {
     ;;
   esac
 
-  if [[ $current == -* ]]; then
+  if [[ $ended$current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --quiet --version -h" -- "$current")
     return
   fi
 
-  # The first argument is a directory, the second a new name, the third a file.
-  local word place=0 index
-  for ((index = 1; index < COMP_CWORD; index++)); do
-    word=${COMP_WORDS[index]}
-    case $word in
-    --lang | --log | --map)
-      # The value, and an equals sign in front of it.
-      [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
-      ((index++))
-      ;;
-    -*) ;;
-    *) ((place++)) ;;
-    esac
-  done
   case $place in
   0) _vadelwatch_offer_files -d -- "$current" ;;
   2) _vadelwatch_offer_files -f -- "$current" ;;

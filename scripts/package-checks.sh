@@ -39,12 +39,16 @@ check_counts() {
 }
 
 check_messages() {
-  expect "German, through the link in bin" \
-    "Aufruf: Vadelclip <Pfad des Eingabeverzeichnisses> <Name des Ausgabeverzeichnisses> <Pfad der Grenzdatei>" \
-    "$("${inside[@]}" /usr/bin/Vadelclip)"
-  expect "English, through the link in bin" \
-    "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>" \
-    "$("${inside[@]}" /usr/bin/Vadelclip -lang=en)"
+  local directory
+  # The catalogues are found from anywhere.
+  for directory in / /usr/share; do
+    expect "German, through the link in bin, in $directory" \
+      "Aufruf: Vadelclip <Pfad des Eingabeverzeichnisses> <Name des Ausgabeverzeichnisses> <Pfad der Grenzdatei>" \
+      "$("${inside[@]}" env --chdir="$directory" /usr/bin/Vadelclip)"
+    expect "English, through the link in bin, in $directory" \
+      "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>" \
+      "$("${inside[@]}" env --chdir="$directory" /usr/bin/Vadelclip -lang=en)"
+  done
   expect "Vadelwatch has the version of the sources" "Vadelwatch $(scripts/version.sh)" \
     "$("${inside[@]}" /usr/bin/Vadelwatch --version)"
 }

@@ -61,9 +61,10 @@ inside=("${nobody[@]}")
 check_installed /usr/share/man/man1
 expect "man finds the pages" $'/usr/share/man/man1/Vadelclip.1.gz\n/usr/share/man/man1/Vadelwatch.1.gz' \
   "$(man --where Vadelclip Vadelwatch 2>&1)"
-expect "bash loads the completion by the name of the command" "complete -F _vadelwatch Vadelwatch" \
-  "$(bash -c 'source /usr/share/bash-completion/bash_completion; _completion_loader Vadelwatch
-    complete -p Vadelwatch')"
+for name in Vadelclip Vadelwatch; do
+  expect "bash loads the completion by the name of the command $name" "complete -F _${name,,} $name" \
+    "$(bash -c 'source /usr/share/bash-completion/bash_completion; _completion_loader "$1"; complete -p "$1"' bash $name)"
+done
 
 purge
 system_state >"$work/after"

@@ -68,7 +68,7 @@ add_header_only_libraries() {
   ln -sfn /usr/include/fmt "$prefix/include/fmt"
   ln -sfn /usr/include/nlohmann "$prefix/include/nlohmann"
   cp -r /usr/share/cmake/nlohmann_json "$prefix/share/cmake"
-  cp /usr/lib/x86_64-linux-gnu/cmake/fmt/fmt-config-version.cmake "$prefix/lib/cmake/fmt"
+  cp "/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake/fmt/fmt-config-version.cmake" "$prefix/lib/cmake/fmt"
   cat >"$prefix/lib/cmake/fmt/fmt-config.cmake" <<'CONFIG'
 if(NOT TARGET fmt::fmt)
   get_filename_component(prefix "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)

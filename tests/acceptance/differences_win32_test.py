@@ -1,16 +1,18 @@
 """What the tool does otherwise on Windows than on Linux, as docs/windows.md tells it."""
 import os
 import shutil
+import signal
+import subprocess
 import sys
 import threading
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import CHANNEL, RECORDING, TOOL, AcceptanceTest, output
+from acceptance import CHANNEL, DIRECTORY, RECORDING, TOOL, AcceptanceTest, output
 from expected_messages import (USAGE, failedRun, finishedRun, jsonError, jsonFailed, jsonFinish, jsonProgress,
                                jsonState)
-from target_platform import endedAbnormally, withoutTextMode
+from target_platform import endedAbnormally, launch, launchSettings, withoutTextMode
 
 HEADER = b"x;y;z\n"
 NODES = {"a.xyz": HEADER + b"1;1;5\n20;1;5\n"}
@@ -87,6 +89,91 @@ class Paths(AcceptanceTest):
         self.expectFinished(self.start("BASE/Data", "out", "AREA.xml"), 1, KEPT, lineCounts=[2])
 
 
+    def test_the_passes_go_by_name_without_regard_to_capitals(self):
+        lines = {"c.xyz": 1, "B.xyz": 2, "a.xyz": 3, "D.xyz": 4}
+        self.giveJob({name: HEADER + b"20;1;5\n" * count for name, count in lines.items()})
+        self.expectFinished(self.clip(), 0, lineCounts=[3, 2, 1, 4])
+
+    def test_thrown_errors_are_told_in_the_words_of_the_system(self):
+        for name, words in (("file", "File already exists"), ("no\\out", "Path not found")):
+            with self.subTest(name=name):
+                self.startOver()
+                self.giveJob(NODES)
+                self.give({"base/file": b""})
+                self.expectFailed(self.start("base/data", name, "area.xml"),
+                                  f'boost::filesystem::create_directory: {words}: "base\\{name}"')
+
+
+class NamesOfTheSystem(AcceptanceTest):
+    """What the system makes of names before it looks for them. The tool asks no name what it is."""
+
+    def startInto(self, name):
+        self.startOver()
+        self.giveJob(NODES)
+        return self.start("base/data", name, "area.xml")
+
+    def test_the_null_device_as_output_takes_everything_and_keeps_nothing(self):
+        for name in ("NUL", "nul", "NUL.txt", "nul "):
+            with self.subTest(name=name):
+                self.expect(self.startInto(name), status=0, messages=finishedRun(2))
+
+    def test_the_console_as_output_ends_the_run(self):
+        for name in ("con", "CON.txt"):
+            with self.subTest(name=name):
+                self.expectThrown(self.startInto(name), "boost::filesystem::create_directory")
+
+    def test_a_single_dot_at_the_end_of_the_output_name_is_dropped(self):
+        for name in ("new.", "new/.", "new\\.", "new\\"):
+            with self.subTest(name=name):
+                self.expect(self.startInto(name), status=0, created=output(1, KEPT, at="base/new"),
+                            messages=finishedRun(2))
+
+    def test_more_dots_or_blanks_are_dropped_from_the_directory_alone_and_no_file_is_opened_in_it(self):
+        for name in ("new..", "new...", "new ", "new  ", "new. ."):
+            with self.subTest(name=name):
+                self.expect(self.startInto(name), status=0, created={"base/new": DIRECTORY}, messages=finishedRun(2))
+
+    def test_an_output_name_of_dots_or_blanks_is_the_directory_that_holds_the_input(self):
+        for name in (".", "...", "  "):
+            with self.subTest(name=name):
+                self.expectFailed(self.startInto(name), f"Output directory base\\{name} already exists, aborting in "
+                                                        "order avoid overwriting of existing data")
+
+
+class HeldFiles(AcceptanceTest):
+    def hold(self, name):
+        """Has a program of the C run-time open a file as its descriptor 3 until its standard input ends."""
+        settings = {**os.environ, **launchSettings("append", ()), "VADELCLIP_CHANNEL_FILE": self.path(name)}
+        holder = subprocess.Popen(launch("C:\\windows\\system32\\cmd.exe", ["/c", "pause"]), env=settings,
+                                  stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+        def letGo():
+            holder.stdin.close()
+            holder.wait()
+
+        self.addCleanup(letGo)
+        self.waitFor(lambda: os.path.exists(self.path(name)), name)
+
+    def test_an_output_file_without_a_kept_line_that_another_program_holds_open_ends_the_run(self):
+        lines = b"1;1;5\n" * 200_000
+        self.giveJob({"a.xyz": HEADER + lines, "b.xyz": HEADER + b"20;1;5\n"})
+
+        def holdDuringTheFirstPass():
+            self.waitFor(lambda: os.path.exists(self.path("base/out")), "the output directory")
+            self.process.send_signal(signal.SIGSTOP)
+            try:
+                self.hold("base/out/b.xyz")
+            finally:
+                self.process.send_signal(signal.SIGCONT)
+
+        helper = threading.Thread(target=holdDuringTheFirstPass)
+        helper.start()
+        run = self.clip("-lang=en", tool=TOOL, launcher=False)
+        helper.join()
+        self.expect(run, status=1, console=[r'boost::filesystem::remove: Sharing violation: "base\out\b.xyz"'],
+                    created={"base/out": DIRECTORY, "base/out/a.xyz": HEADER + lines, "base/out/b.xyz": HEADER})
+
+
 class NarrowText(AcceptanceTest):
     """Arguments and names are converted to the ANSI code page, which is 1252 here."""
 
@@ -135,7 +222,11 @@ class Catalogues(AcceptanceTest):
         return withoutTextMode(run.console).decode()
 
     def test_german_texts_are_utf8_on_the_console(self):
-        self.assertTrue(self.usageText(self.copyOfTool("place")).startswith("Aufruf: Vadelclip <"))
+        self.giveJob(NODES)
+        self.give({"base/out": DIRECTORY})
+        run = self.clip(tool=self.copyOfTool("place"), launcher=False)
+        self.expect(run, status=1, console=["Das Ausgabeverzeichnis base\\out existiert bereits; Abbruch, damit keine "
+                                            "vorhandenen Daten überschrieben werden"])
 
     def test_beside_an_executable_in_a_directory_beyond_ascii_they_are_not_found(self):
         for folder in ("Höhe", "→"):
@@ -150,6 +241,13 @@ class Catalogues(AcceptanceTest):
                 tool = self.copyOfTool("d" * 100, "d" * (length - parent))
                 self.assertEqual(len("Z:" + os.path.dirname(tool)), length)
                 self.assertEqual(self.usageText(tool) != USAGE + "\n", german)
+
+    def test_a_directory_in_the_place_of_a_catalogue_is_as_none(self):
+        tool = self.copyOfTool("place")
+        catalogue = Path(tool).parent / "locale/de/LC_MESSAGES/VD2D.mo"
+        catalogue.unlink()
+        catalogue.mkdir()
+        self.assertEqual(self.usageText(tool), USAGE + "\n")
 
     def test_a_language_with_a_character_set_ends_the_process_with_or_without_a_catalogue(self):
         for language in ("fr.latin1", "de.utf8"):
@@ -198,6 +296,16 @@ class Channel(AcceptanceTest):
         self.giveJob(NODES)
         run = self.clip("-pipe", "-lang=en", tool=TOOL, launcher=False)
         self.expectJob(run)
+
+
+class ConsoleWithoutReader(AcceptanceTest):
+    def test_a_console_whose_reader_is_gone_changes_no_result(self):
+        self.giveJob(NODES)
+        reader, writer = os.pipe()
+        os.close(reader)
+        self.addCleanup(os.close, writer)
+        run = self.start("base/no", "out", "area.xml", console=writer)
+        self.expect(run, status=1, messages=failedRun("Input directory base\\no does not exist"))
 
 
 class AbnormalEnd(AcceptanceTest):

@@ -8,10 +8,11 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 from acceptance import DIRECTORY, SANITIZED, TOOL, AcceptanceTest, linkTo, output
+from target_platform import WINDOWS, possible
 
 HEADER = b"x;y;z\n"
 NODES, KEPT = HEADER + b"1;1;5\n20;1;5\n", HEADER + b"1;1;5\n"
-CROWD = 2_000 if SANITIZED else 20_000
+CROWD = 2_000 if SANITIZED or WINDOWS else 20_000
 
 
 class Crowds(AcceptanceTest):
@@ -37,13 +38,15 @@ class Crowds(AcceptanceTest):
         self.giveJob({})
         for number in range(CROWD):
             path = self.path(f"base/data/{number}.txt")
-            os.mkdir(path) if number % 2 else os.symlink("nowhere", path)
-            self.given[f"base/data/{number}.txt"] = DIRECTORY if number % 2 else linkTo("nowhere")
+            directory = number % 2 or WINDOWS  # the emulator shows no links
+            os.mkdir(path) if directory else os.symlink("nowhere", path)
+            self.given[f"base/data/{number}.txt"] = DIRECTORY if directory else linkTo("nowhere")
         self.expectFailed(self.clip(), "There are no input files.", created={"base/out": DIRECTORY})
 
 
 class Names(AcceptanceTest):
     def expectEachKept(self, names):
+        names = possible(*names)
         self.giveJob({name: NODES for name in names})
         self.expectFinished(self.clip(), len(names), {name: KEPT for name in names}, lineCounts=[2] * len(names))
 

@@ -33,7 +33,8 @@ def expectedFiles():
     documents += ["README.md", "copyright", "changelog.gz", "examples/README.md"]
     return sorted(["bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
                    "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo", "share/man/man1/Vadelclip.1.gz",
-                   "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelwatch",
+                   "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
+                   "share/bash-completion/completions/Vadelwatch",
                    *("share/doc/vadelclip/" + name for name in documents)])
 
 
@@ -49,8 +50,11 @@ class Installation(unittest.TestCase):
         self.directory = tempfile.mkdtemp(prefix="vadelclip-installation-")
         self.addCleanup(shutil.rmtree, self.directory)
         self.prefix = os.path.join(self.directory, "a prefix")
-        self.command("cmake", "--install", BUILD, "--component", COMPONENT, "--prefix", self.prefix)
+        self.install(self.prefix)
         self.addCleanup(lambda: os.path.exists(MANIFEST) and os.remove(MANIFEST))
+
+    def install(self, prefix):
+        self.command("cmake", "--install", BUILD, "--component", COMPONENT, "--prefix", prefix)
 
     def command(self, *words, **settings):
         run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
@@ -85,20 +89,38 @@ class Installation(unittest.TestCase):
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
         for name in ("Vadelclip", "Vadelwatch"):
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
-            self.assertNotIn("@", page.split(".SH EXAMPLES")[0])
+            self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
+            self.assertRegex(page.splitlines()[1], rf'^\.TH {name} 1 20[0-9]{{2}}-[01][0-9]-[0-3][0-9] "Vadelclip [0-9]')
             wrong = differences(page, os.path.join(plain, "share", "doc", "vadelclip", "examples"),
                                 environment=settings)
             self.assertEqual([], wrong, "\n" + "\n".join(wrong))
 
-    def test_removal_leaves_nothing_of_ours_and_everything_of_others(self):
-        other = os.path.join(self.prefix, "lib", "vadelclip", "locale", "fr.mo")
+    def expectRemovalOfOursAlone(self, prefix):
+        other = os.path.join(prefix, "lib", "vadelclip", "locale", "fr.mo")
         with open(other, "w", encoding="utf-8"):
             pass
         self.command(*REMOVAL)
-        self.assertEqual(["lib/vadelclip/locale/fr.mo"], filesBelow(self.prefix))
-        self.assertEqual(["locale"], os.listdir(os.path.join(self.prefix, "lib", "vadelclip")))
-        self.assertEqual([], os.listdir(os.path.join(self.prefix, "share", "doc")))
+        self.assertEqual(["lib/vadelclip/locale/fr.mo"], filesBelow(prefix))
+        self.assertEqual(["locale"], os.listdir(os.path.join(prefix, "lib", "vadelclip")))
+        self.assertEqual([], os.listdir(os.path.join(prefix, "share", "doc")))
         self.assertFalse(os.path.exists(MANIFEST))
+
+    def test_removal_leaves_nothing_of_ours_and_everything_of_others(self):
+        self.expectRemovalOfOursAlone(self.prefix)
+
+    def test_removal_takes_a_prefix_as_it_is_written(self):
+        # What CMake reads as a pattern, and as the end of a list's entry.
+        for name in ("a [b];c", "a*?[b;c;", "[d", "e]"):
+            with self.subTest(name=name):
+                prefix = os.path.join(self.directory, name)
+                self.install(prefix)
+                self.assertEqual(expectedFiles(), filesBelow(prefix))
+                self.expectRemovalOfOursAlone(prefix)
+
+    def test_removal_takes_what_is_ours_alone_as_a_whole(self):
+        self.command(*REMOVAL)
+        self.assertEqual([], filesBelow(self.prefix))
+        self.assertEqual([], os.listdir(os.path.join(self.prefix, "lib")))
 
     def test_removal_without_an_installation_says_so(self):
         os.remove(MANIFEST)

@@ -57,6 +57,16 @@ std::string errorOfSelection(const std::string& directory) {
     }
 }
 
+void expectNothingReportedAndNothingWritten(const TemporaryDirectory& directory) {
+    const FileTree before = directory.tree();
+    clearRecordedCalls();
+    ConsoleCapture console;
+    select(directory.path());
+    EXPECT_EQ("", console.text());
+    EXPECT_THAT(recordedCalls(), IsEmpty());
+    EXPECT_EQ(before, directory.tree());
+}
+
 } // namespace
 
 TEST(InputSelection, threeSuffixesMakeANodeFile) {
@@ -208,14 +218,13 @@ TEST(InputSelection, nothingIsReportedAndNothingIsWritten) {
     directory.write("a.txt", "x;y;z\n1;2;3\n");
     directory.write("b.txt", "y;x;z\n");
     directory.write("c.txt", "x:y:z\n");
+    expectNothingReportedAndNothingWritten(directory);
+}
+
+TEST(InputSelection, aLinkToNothingIsReportedNowhere) {
+    const TemporaryDirectory directory;
     directory.makeLink("d.txt", "missing");
-    const FileTree before = directory.tree();
-    clearRecordedCalls();
-    ConsoleCapture console;
-    select(directory.path());
-    EXPECT_EQ("", console.text());
-    EXPECT_THAT(recordedCalls(), IsEmpty());
-    EXPECT_EQ(before, directory.tree());
+    expectNothingReportedAndNothingWritten(directory);
 }
 
 TEST(InputSelection, aWalkThatFailsIsThrown) {

@@ -10,6 +10,7 @@ import json
 import os
 
 from acceptance import TOOL, AcceptanceTest, withParents
+from target_platform import crashed, endedAbnormally, withoutTextMode
 
 COUNT_FILE = "total_node_count.txt"
 
@@ -64,6 +65,11 @@ def failingMemory(*outcomes, countTo=None):
     """The same for allocations of memory."""
     settings = {"VADELCLIP_OUTCOMES": "".join(outcomes), **({"VADELCLIP_CALL_COUNT": countTo} if countTo else {})}
     return preloaded("VADELCLIP_FAILING_MEMORY", settings)
+
+
+def endedEarly(run):
+    """Whether the process did not get to its closing message."""
+    return run.status < 0 or endedAbnormally(run.status) or crashed(run.status)
 
 
 class FaultTest(AcceptanceTest):
@@ -125,7 +131,7 @@ class FaultTest(AcceptanceTest):
                 continue
             directory, name = os.path.split(path)
             self.assertEqual(directory, "base/out", path)
-            outputs[name] = content
+            outputs[name] = content = withoutTextMode(content)
             if name != COUNT_FILE:
                 self.assertIn(name, self.complete)
                 self.assertTrue(self.complete[name].startswith(content), f"{path} is {content[-200:]!r}")
@@ -134,7 +140,7 @@ class FaultTest(AcceptanceTest):
 
     def checkEnd(self, run, outputs, silent):
         types = self.checkMessages(run)
-        if run.status < 0:
+        if endedEarly(run):
             return "ended"
         self.assertEqual(run.errors, b"")
         self.assertEqual([kind for kind in types if kind in ("failed", "finish")], types[-1:], run.messages)
@@ -151,7 +157,7 @@ class FaultTest(AcceptanceTest):
         messages = [json.loads(line) for line in run.messages]
         sent = [message["text"] for message in messages if message["type"] == "error"]
         shown = run.consoleLines()
-        self.assertEqual(sent, shown if run.status >= 0 else shown[:len(sent)])
+        self.assertEqual(sent, shown[:len(sent)] if endedEarly(run) else shown)
         percents = [message["percent"] for message in messages if message["type"] == "progress"]
         self.assertEqual(percents, sorted(percents))
         return [message["type"] for message in messages]

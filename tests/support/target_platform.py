@@ -36,8 +36,14 @@ def inTextModeTree(tree):
 
 
 def possible(*names):
-    """Those of the file names that can exist on the platform."""
-    return [name for name in names if not WINDOWS or not re.search(r'[<>:"|?*\\\x00-\x1f]|[^\x00-\x7f]|[ .]$', name)]
+    """Those of the file names that can exist on the platform, beside the ones before them."""
+    if not WINDOWS:
+        return list(names)
+    found = {}
+    for name in names:
+        if not re.search(r'[<>:"|?*\\\x00-\x1f]|[^\x00-\x7f]|[ .]$|^(con|nul)\.', name):
+            found.setdefault(name.upper(), name)
+    return list(found.values())
 
 
 def walkOrder(directory):
@@ -49,6 +55,12 @@ def walkOrder(directory):
 def endedAbnormally(status):
     """Whether this is the exit status of a process that the run-time library ended."""
     return status == 3 if WINDOWS else status < 0
+
+
+def crashed(status):
+    """Whether it is that of a process that the system ended for what it did. The emulator hands on the last byte of an
+    access violation, 0xC0000005."""
+    return status == 5 if WINDOWS else status < 0
 
 
 def leftOutReason(testId):
