@@ -88,8 +88,10 @@ class Suite:
     def failingUnit(self, program, names, settings, seconds):
         command = [f"{self.build}/tests/{program}", "--gtest_fail_fast", "--gtest_filter=" + ":".join(names)]
         status, output = self.run(command, settings, seconds)
+        failed = re.findall(r"^\[  FAILED  \] (\S+\.[^\s,]+)", output, re.MULTILINE)
         begun = re.findall(r"^\[ RUN      \] (\S+)", output, re.MULTILINE)
-        return "" if status == 0 else begun[-1] if begun else program
+        # One that crashed has begun and not failed.
+        return "" if status == 0 else [program, *begun[-1:], *failed[:1]][-1]
 
     def acceptance(self, order, settings):
         with tempfile.NamedTemporaryFile("w", suffix=".json") as file:

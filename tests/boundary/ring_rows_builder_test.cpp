@@ -44,7 +44,7 @@ Outline stacks(int count, int verticesEach) {
     Outline ring;
     for (int stack = 0; stack < count; ++stack) {
         for (int i = 0; i < verticesEach; ++i) {
-            ring.push_back({stack * 1.0, (stack % 2 == 0 ? i : verticesEach - 1 - i) * 1.0});
+            ring.push_back({stack * 1.0, 1000.0 + (stack % 2 == 0 ? i : verticesEach - 1 - i)});
         }
     }
     return ring;
