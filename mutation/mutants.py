@@ -5,6 +5,7 @@ blanks around it, the brackets of a template have none.
 """
 
 import re
+from collections import Counter
 from dataclasses import dataclass
 
 
@@ -17,11 +18,13 @@ class Mutant:
     kind: str
     before: str
     after: str
+    occurrence: int = 1  # of the same change to the same text in the source
 
     @property
     def key(self):
         """Names the mutant by its text, so that it is recognised when the lines above it change."""
-        return f"{self.path}: {self.before.strip()} => {self.after.strip() or '(dropped)'}"
+        text = f"{self.path}: {self.before.strip()} => {self.after.strip() or '(dropped)'}"
+        return text if self.occurrence == 1 else f"{text} ({self.occurrence})"
 
 
 # What a piece of text is exchanged for; each pair is a mutant of its own.
@@ -66,14 +69,26 @@ SKIPPED = re.compile(r"^\s*(?:#|//|using |namespace |template|static_assert|asse
 def mutantsOf(path, text):
     """Every mutant of a source's text, in the order of the lines."""
     found = []
-    for number, line in enumerate(text.split("\n"), 1):
+    seen = Counter()
+    for number, line in enumerate(withoutWindows(text.split("\n")), 1):
         code, comment = splitComment(line)
         if SKIPPED.match(code) or not code.strip():
             continue
         masked = maskLiterals(code)
         for kind, changed in changes(code, masked):
-            found.append(Mutant(path, number, kind, line, changed + comment if changed else ""))
+            after = changed + comment if changed else ""
+            change = line.strip(), after.strip()
+            seen[change] += 1
+            found.append(Mutant(path, number, kind, line, after, seen[change]))
     return found
+
+
+def withoutWindows(lines):
+    """The lines with those blanked that only Windows compiles."""
+    windows = False
+    for line in lines:
+        windows = line.startswith("#if defined(_WIN32)") or windows and not line.startswith(("#else", "#endif"))
+        yield "" if windows else line
 
 
 def changes(code, masked):

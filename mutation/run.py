@@ -1,11 +1,14 @@
 """Changes the sources a little, one change at a time, and looks whether the tests notice.
 
-Each of the workers has a copy of the tree and a build of its own. A mutant is killed when a test fails, crashes or takes
-far too long; it is invalid when it does not compile; it survives when the quick suite passes. Outcomes are kept in
-build/mutation/outcomes.json and not found out again as long as neither the mutant's text nor the tests changed
-(--again: all anew). A survivor that explained.json names does not make the run fail.
+All mutants are compiled into one copy of the tree, each behind a switch (switched_build.py), and each meets the tests
+that reach it (suite.py). Those that fit behind no switch are compiled one by one at the end. A mutant is killed when a
+test fails, crashes or takes far too much time; it is invalid when it does not compile; it survives when all pass.
 
-    mutation/run.py [--only boundary/ring_walk] [--sample 200] [--minutes 30] [--again] [--report]
+Outcomes are kept in build/mutation/outcomes.json and not found out again as long as neither the mutant's text nor, for a
+survivor, the sources and tests changed (--again: all anew). A survivor that explained.json names does not make the run
+fail.
+
+    mutation/run.py [--only boundary/ring_walk] [--sample 200] [--minutes 30] [--workers 1] [--again] [--report]
 """
 
 import argparse
@@ -13,7 +16,6 @@ import hashlib
 import json
 import os
 import random
-import subprocess
 import sys
 import threading
 import time
@@ -21,8 +23,9 @@ from pathlib import Path
 
 sys.path.insert(0, os.path.dirname(__file__))
 from mutants import mutantsOf  # noqa: E402
-from quick_suite import QuickSuite  # noqa: E402
 from report import printReport  # noqa: E402
+from suite import Suite  # noqa: E402
+from switched_build import SwitchedBuild  # noqa: E402
 
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
@@ -54,28 +57,74 @@ def stateOfTests():
 class Run:
     """What the workers share."""
 
-    def __init__(self, mutants, outcomes, deadline):
-        self.waiting = list(reversed(mutants))
+    def __init__(self, mutants, build, suite, outcomes, deadline):
+        self.waiting = [mutant for mutant in reversed(mutants) if mutant in build.numbers]
+        self.alone = [mutant for mutant in mutants if mutant not in build.numbers]
+        self.build = build
+        self.suite = suite
         self.outcomes = outcomes
         self.deadline = deadline
         self.lock = threading.Lock()
 
+    def runSwitched(self, workers):
+        threads = [threading.Thread(target=self.work) for _ in range(workers)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+
+    def work(self):
+        while mutant := self.next():
+            killer = self.suite.killer(mutant.path, self.build.numbersIn(mutant.path), *self.build.numbers[mutant])
+            self.note(mutant, "killed" if killer else "survived", killer)
+
     def next(self):
         with self.lock:
             return self.waiting.pop() if self.waiting and time.monotonic() < self.deadline else None
+
+    def runAlone(self):
+        while self.alone and time.monotonic() < self.deadline:
+            mutant = self.alone.pop(0)
+            try:
+                if not self.build.putIn(mutant):
+                    self.note(mutant, "invalid", "")
+                elif not self.build.testsCompile(mutant):
+                    self.note(mutant, "killed", "the compiler, in a test")
+                else:
+                    killer = self.suite.killerWithoutSwitch(mutant.path, self.build.numbersIn(mutant.path))
+                    self.note(mutant, "killed" if killer else "survived", killer)
+            finally:
+                self.build.takeOut(mutant)
 
     def note(self, mutant, outcome, killer):
         with self.lock:
             self.outcomes[mutant.key] = {"path": mutant.path, "kind": mutant.kind, "outcome": outcome, "by": killer,
                                          "state": self.outcomes["state"]}
             OUTCOMES.write_text(json.dumps(self.outcomes, indent=1))
-            print(f"{len(self.waiting):5} left  {outcome:9} {mutant.path}:{mutant.line} {mutant.kind}"
+            left = len(self.waiting) + len(self.alone)
+            print(f"{left:5} left  {outcome:9} {mutant.path}:{mutant.line} {mutant.kind}"
                   f"{'  by ' + killer if killer else ''}", flush=True)
 
 
-def work(suite, run):
-    while mutant := run.next():
-        run.note(mutant, *suite.outcomeOf(mutant))
+def runMutants(mutants, outcomes, arguments):
+    outcomes["state"] = stateOfTests()
+    # What was killed once stays killed as long as its text is the same; the others may meet a new test.
+    for mutant in mutants:
+        entry = outcomes.get(mutant.key)
+        if entry and entry["outcome"] == "survived" and entry["state"] != outcomes["state"]:
+            del outcomes[mutant.key]
+    waiting = [mutant for mutant in mutants if mutant.key not in outcomes]
+    if not waiting:
+        return
+    # Always all of them, so that what is built stays the same from run to run.
+    build = SwitchedBuild(ROOT, WORK, allMutants(""))
+    suite = Suite(build.tree, build.build, WORK / "tests.json")
+    for entry in outcomes.values():
+        if isinstance(entry, dict) and "." in entry["by"]:
+            suite.killers[entry["path"]][entry["by"]] += 1
+    run = Run(waiting, build, suite, outcomes, time.monotonic() + 60 * arguments.minutes)
+    run.runSwitched(arguments.workers)
+    run.runAlone()
 
 
 def main():
@@ -96,18 +145,7 @@ def main():
     if arguments.sample:
         del mutants[arguments.sample:]
     if not arguments.report:
-        outcomes["state"] = stateOfTests()
-        # What was killed once stays killed as long as its text is the same; the others may meet a new test.
-        known = {key for key, entry in outcomes.items() if key != "state"
-                 and (entry["outcome"] != "survived" or entry["state"] == outcomes["state"])}
-        suites = [QuickSuite(ROOT, WORK / f"worker{number}") for number in range(arguments.workers)]
-        run = Run([mutant for mutant in mutants if mutant.key not in known], outcomes,
-                  time.monotonic() + 60 * arguments.minutes)
-        threads = [threading.Thread(target=work, args=(suite, run)) for suite in suites]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
+        runMutants(mutants, outcomes, arguments)
     explained = json.loads((ROOT / "mutation" / "explained.json").read_text())
     sys.exit(0 if printReport(mutants, outcomes, explained) else 1)
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with an argument also what the checks ("test"), counting the
-# reached lines ("coverage"), the fuzzers ("fuzz"), the benchmarks ("bench"), the Debian package and its test ("package"),
-# that test in a fresh system ("chroot") or building and testing for Windows ("windows") need.
+# reached lines ("coverage"), mutants ("mutation"), the fuzzers ("fuzz"), the benchmarks ("bench"), the Debian package and
+# its test ("package"), that test in a fresh system ("chroot") or building and testing for Windows ("windows") need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
 set -euo pipefail
 
@@ -10,6 +10,7 @@ build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-l
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
+mutation_packages=(libgtest-dev libgmock-dev locales python3 python3-clang-14 libclang-common-14-dev)
 fuzz_packages=(clang-14 libclang-rt-14-dev libgtest-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
@@ -19,6 +20,7 @@ wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
   coverage) wanted+=("${coverage_packages[@]}") ;;
+  mutation) wanted+=("${mutation_packages[@]}") ;;
   fuzz) wanted+=("${fuzz_packages[@]}") ;;
   package) wanted+=("${package_packages[@]}") ;;
   chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;

@@ -149,6 +149,24 @@ TEST(BoundarySet, anEdgeHasTheseMembersInThisOrder) {
     EXPECT_FALSE(marked);
 }
 
+TEST(BoundarySet, aNewEdgeHoldsZeros) {
+    EXPECT_EQ("length = 0x0p+0\n"
+              "lineOffset = 0x0p+0\n"
+              "squaredLength = 0x0p+0\n"
+              "marked = 0\n"
+              "firstVertex = 0\n"
+              "secondVertex = 0\n"
+              "start = (0x0p+0 0x0p+0)\n"
+              "end = (0x0p+0 0x0p+0)\n"
+              "delta = (0x0p+0 0x0p+0)\n"
+              "direction = (0x0p+0 0x0p+0)\n"
+              "normal = (0x0p+0 0x0p+0)\n"
+              "minCorner = (0x0p+0 0x0p+0)\n"
+              "maxCorner = (0x0p+0 0x0p+0)\n"
+              "attachedItems = [ ]\n",
+              asText(BoundaryEdge()));
+}
+
 TEST(BoundarySet, aPolygonHasTheseMembersInThisOrder) {
     BoundaryPolygon polygon;
     auto& [childPolygons, headerWords, firstText, flagBytes, firstWord, secondWord, firstFlag, boundingBox,

@@ -115,6 +115,48 @@ TEST(PolygonGrid, tellsClustersApartByGridsOfTheirOwn) {
     EXPECT_LT(mostVisited, 50U) << "of 2001 boxes";
 }
 
+TEST(PolygonGrid, hasBetweenAQuarterAsManyCellsAsBoxesAndAsMany) {
+    // Boxes of half a unit in the middle of each unit of a square.
+    for (const auto& [side, visitsEach] : {std::pair<std::size_t, std::size_t>{4, 1}, {16, 1}, {64, 1}, {100, 4}}) {
+        std::vector<BoundingBox> boxes;
+        for (std::size_t i = 0; i < side * side; ++i) {
+            const auto x = static_cast<double>(i % side);
+            const auto y = static_cast<double>(i / side);
+            boxes.push_back({x + 0.25, y + 0.25, x + 0.75, y + 0.75});
+        }
+        for (int order = 0; order < 2; ++order) {
+            const std::vector<IndexedPolygon> polygons = makePolygons(boxes);
+            const PolygonGrid grid = makeGrid(polygons);
+            std::size_t visits = 0;
+            for (const BoundingBox& box : boxes) {
+                visits += visitedAt(grid, {box.minX + 0.25, box.minY + 0.25}).size();
+            }
+            EXPECT_EQ(visits, boxes.size() * visitsEach) << side;
+            std::reverse(boxes.begin(), boxes.end());
+        }
+    }
+}
+
+TEST(PolygonGrid, visitsEveryBoxWhereOneDirectionCannotBeCut) {
+    // So far out the boxes' margin is lost: all of them have one and the same x,
+    // or y.
+    for (const std::size_t count : {4U, 9U, 100U}) {
+        std::vector<BoundingBox> upright;
+        std::vector<BoundingBox> level;
+        std::vector<Point2D> uprightPoints;
+        std::vector<Point2D> levelPoints;
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto place = static_cast<double>(i);
+            upright.push_back({1e12, place, 1e12, place + 0.5});
+            level.push_back({place, 1e12, place + 0.5, 1e12});
+            uprightPoints.push_back({1e12, place + 0.25});
+            levelPoints.push_back({place + 0.25, 1e12});
+        }
+        expectComplete(upright, uprightPoints);
+        expectComplete(level, levelPoints);
+    }
+}
+
 TEST(PolygonGrid, takesBoxesThatNoGridCanTellApart) {
     const std::vector<BoundingBox> boxes(100, BoundingBox{1.0, 1.0, 2.0, 2.0});
     expectComplete(boxes, {{1.5, 1.5}, {1.0, 2.0}, {3.0, 3.0}});

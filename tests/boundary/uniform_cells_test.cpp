@@ -16,13 +16,15 @@ struct Range {
     double maximum;
 };
 
-/// Ranges where cells are easy, hard, or hardly there: around zero, far from it, a few doubles wide, huge, denormal.
+/// Ranges where cells are easy, hard, or hardly there: around zero, far from
+/// it, a few doubles wide, huge, denormal.
 constexpr Range ranges[] = {
     {0.0, 1.0},        {-1.0, 1.0},
     {-1e6, 1e6},       {-1e-300, 1e300},
     {1e8, 1e8 + 1e-6}, {0.0, 4.94e-320},
     {-4e307, 4e307},   {6354000.0, 6355000.0},
     {-0.1, 0.2},       {1.0, 1.0000000000000036},
+    {-2.0, -1.0},      {-1.0000000000000036, -1.0},
 };
 
 } // namespace
