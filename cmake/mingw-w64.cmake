@@ -13,7 +13,7 @@ set(CMAKE_CROSSCOMPILING_EMULATOR wine)
 # No contraction of floating point: see FloatingPoint.cmake; here, so that it holds for the libraries as well.
 # The prefix map keeps the place of the build out of the binaries: the same sources give the same bytes anywhere.
 get_filename_component(_root "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
-set(_flags "-D_WIN32_WINNT=0x0601 -ffp-contract=off -ffile-prefix-map=${_root}=.")
+set(_flags "-D_WIN32_WINNT=0x0601 -ffp-contract=off \"-ffile-prefix-map=${_root}=.\"")
 set(CMAKE_C_FLAGS_INIT "${_flags}")
 set(CMAKE_CXX_FLAGS_INIT "${_flags}")
 

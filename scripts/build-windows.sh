@@ -22,4 +22,4 @@ if ! x86_64-w64-mingw32-nm "$executable" 2>&1 | grep -q 'no symbols'; then
   exit 1
 fi
 
-python3 scripts/package-windows.py build/windows
+PYTHONDONTWRITEBYTECODE=1 python3 scripts/package-windows.py build/windows

@@ -60,6 +60,15 @@ check_manual_pages() {
   done
 }
 
+# check_installed <directory of man pages>
+check_installed() {
+  check_messages
+  check_counts merewether buildings -lang=de
+  check_counts merewether road -lang=en
+  check_counts coast islands -lang=de
+  check_manual_pages "$1"
+}
+
 finish_checks() {
   [ "$failures" -eq 0 ] || { echo "$failures checks of the package failed." >&2; exit 1; }
 }

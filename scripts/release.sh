@@ -37,11 +37,12 @@ echo "Debian package"
 "$sources/scripts/package.sh"
 cp "$sources"/build/package/vadelclip_*.deb "$dist"
 
-if [ -x "$sources/scripts/build-windows.sh" ]; then
-  echo "Windows"
-  "$sources/scripts/build-windows.sh"
-  cp "$sources/build/windows/Vadelclip-$version-windows-x64.zip" "$dist"
-fi
+echo "Zip for Windows"
+# Its libraries are built once and kept here, by the rules of the archive.
+mkdir -p build/windows-deps
+ln -s "$PWD/build/windows-deps" "$sources/build/windows-deps"
+"$sources/scripts/build-windows.sh"
+cp "$sources/build/windows/Vadelclip-$version-windows-x64.zip" "$dist"
 
 rm -rf "$dist/sources"
 (

@@ -40,10 +40,25 @@ fetch_sources() {
     -o Dir::Cache="$apt/cache" -o APT::Sandbox::User=root)
   apt-get "${options[@]}" update
   (cd "$sources" && apt-get "${options[@]}" source --download-only boost1.74 pugixml)
-  tar -C "$sources" -xf "$sources"/boost1.74_*.orig.tar.xz boost/libs/filesystem/src boost/libs/locale/src
+  tar -C "$sources" -xf "$sources"/boost1.74_*.orig.tar.xz boost/libs/filesystem/src boost/libs/locale/src \
+    boost/LICENSE_1_0.txt
   mkdir "$sources/pugixml"
   tar -C "$sources/pugixml" --strip-components=1 -xf "$sources"/pugixml_*.orig.tar.gz
+  tar -C "$sources/pugixml" -xf "$sources"/pugixml_*.debian.tar.xz debian/copyright
+  note_terms
   rm -rf "$apt" "$sources"/*.tar.* "$sources"/*.dsc
+}
+
+# What the package for Windows tells of the source packages, as scripts/windows_notices.py looks for it.
+note_terms() {
+  local noted=$prefix/licences package
+  rm -rf "$noted"
+  mkdir -p "$noted"
+  cp "$sources/boost/LICENSE_1_0.txt" "$noted/boost1.74.txt"
+  cp "$sources/pugixml/debian/copyright" "$noted/pugixml.txt"
+  for package in boost1.74 pugixml; do
+    sed -n 's/^Version: //p' "$sources/$package"_*.dsc >"$noted/$package.version"
+  done
 }
 
 # The package file of fmt names a library of this machine, so here is one that takes the headers alone.
@@ -67,7 +82,8 @@ CONFIG
 build() {
   local tests=OFF
   [ "$kind" = tool ] || tests=ON
-  cmake -S cmake/windows-deps -B "$prefix/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  # Afresh, since a release builds them from the unpacked archive, at another place.
+  cmake --fresh -S cmake/windows-deps -B "$prefix/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_INSTALL_PREFIX="$prefix" \
     -DWINDOWS_DEPS_SOURCES="$sources" -DWINDOWS_DEPS_TESTS="$tests"
   cmake --build "$prefix/build"

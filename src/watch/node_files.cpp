@@ -55,7 +55,8 @@ std::string firstLine(const std::string& path) {
 /// Adds an entry to what was found if it is, or may be, a node file.
 void lookAt(const std::filesystem::path& path, NodeFiles& found) {
     struct stat status {};
-    if (!hasNodeFileSuffix(path.string()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+    const bool mayBeNodeFile = hasNodeFileSuffix(path.string());
+    if (!mayBeNodeFile || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
         return;
     }
     if (!S_ISREG(status.st_mode)) {

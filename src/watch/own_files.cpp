@@ -57,7 +57,8 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 
 bool isSameFile(const std::string& path, const std::string& otherPath) {
     std::error_code error;
-    return fs::equivalent(path, otherPath, error) || comparable(path) == comparable(otherPath);
+    const bool sameNow = fs::equivalent(path, otherPath, error);
+    return sameNow || comparable(path) == comparable(otherPath);
 }
 
 int whyUnwritable(const std::string& path) {

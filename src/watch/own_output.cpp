@@ -97,15 +97,16 @@ bool OwnOutput::writeOnce() {
 }
 
 bool OwnOutput::readerHasGone() const {
-    // A terminal that was closed answers like a broken disk.
+    // A terminal that was closed answers like a broken disk. What cannot be looked at keeps the zeros and is none.
     struct stat status {};
-    const bool terminalWasClosed = firstError == EIO && fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode);
+    fstat(descriptor, &status);
+    const bool terminalWasClosed = firstError == EIO && S_ISCHR(status.st_mode);
     return firstError == EPIPE || firstError == ECONNRESET || terminalWasClosed;
 }
 
 void guardOwnOutput() {
     for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
-        if (fcntl(standard, F_GETFD) == -1 && errno == EBADF) {
+        if (fcntl(standard, F_GETFD) == -1) {
             // The lowest free number is taken, which is this one.
             const int opened = open("/dev/null", O_RDWR);
             static_cast<void>(opened);

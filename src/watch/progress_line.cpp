@@ -95,7 +95,10 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
 }
 
 std::string plainProgressLine(const ProgressFigures& figures, const WatchTexts& texts) {
-    return fmt::format("{:>3} %  {} {}  {} {}  {} {}", static_cast<int>(figures.percent),
-                       rateText(figures.linesPerSecond), texts.linesPerSecond, clockText(figures.elapsedSeconds),
-                       texts.elapsed, remainingText(figures.remainingSeconds), texts.remaining);
+    const auto percent = static_cast<int>(figures.percent);
+    const std::string rate = rateText(figures.linesPerSecond);
+    const std::string elapsed = clockText(figures.elapsedSeconds);
+    const std::string remaining = remainingText(figures.remainingSeconds);
+    return fmt::format("{:>3} %  {} {}  {} {}  {} {}", percent, rate, texts.linesPerSecond, elapsed, texts.elapsed,
+                       remaining, texts.remaining);
 }

@@ -7,7 +7,8 @@ namespace {
 
 bool isIgnored(int number) {
     struct sigaction action {};
-    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    sigaction(number, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
 }
 
 } // namespace

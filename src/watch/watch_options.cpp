@@ -87,11 +87,13 @@ std::vector<const char*> withEmptyValues(int argc, const char* const* argv) {
 /// What CLI11 cannot know.
 void checkValues(const CLI::App& app, const WatchOptions& options) {
     for (const auto& [option, path] : {std::pair("--log", &options.logPath), std::pair("--map", &options.mapPath)}) {
-        if (app.count(option) > 0 && path->empty()) {
+        const std::size_t given = app.count(option);
+        if (given > 0 && path->empty()) {
             throw CLI::ValidationError(option, "needs the name of a file");
         }
     }
-    if (app.count("--map") > 0 && !isPictureFileName(options.mapPath)) {
+    const std::size_t maps = app.count("--map");
+    if (maps > 0 && !isPictureFileName(options.mapPath)) {
         throw CLI::ValidationError("--map", "the name must end in .png or .svg: " + options.mapPath);
     }
 }

@@ -40,7 +40,10 @@ bool prepareMap(WatchContext& watch, const std::string& map) {
         return refuse(watch, map, reason);
     }
     const int error = whyUnwritable(map);
-    return error == 0 || refuse(watch, map, std::strerror(error));
+    if (error != 0) {
+        return refuse(watch, map, std::strerror(error));
+    }
+    return true;
 }
 
 bool prepareLog(WatchContext& watch, const std::string& log) {
@@ -52,7 +55,10 @@ bool prepareLog(WatchContext& watch, const std::string& log) {
         return refuse(watch, log, watch.texts.isTheMap);
     }
     const int error = watch.log.open(log);
-    return error == 0 || refuse(watch, log, std::strerror(error));
+    if (error != 0) {
+        return refuse(watch, log, std::strerror(error));
+    }
+    return true;
 }
 
 /// Looks at the map and opens the log before the run, so that nobody waits for an hour to hear that they have nowhere to

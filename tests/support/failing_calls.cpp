@@ -1,9 +1,10 @@
 /// \file
 /// Loaded before the C library, it lets chosen calls on chosen files fail, as a full disk or a broken one does.
 ///
-/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink, stat,
-///                            or pthread_create, which has no path
+/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink, stat, fstat, statvfs,
+///                            readlink, or pthread_create, which has no path
 /// VADELCLIP_FAILING_PATH     only calls on paths that end like this
+/// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in what it starts; absent for every program
 /// VADELCLIP_FAILING_OPENING  only reads during this opening of such a path, counted from 1; absent for all
 /// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
 
@@ -19,12 +20,19 @@
 #include <pthread.h>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
 
 int openings = 0;
+
+/// The C library's function behind one of the same name here.
+template <typename Function>
+Function* behind(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
 
 /// The entries begin with the first call that is looked at.
 ScriptedOutcomes& outcomes() {
@@ -39,8 +47,14 @@ std::string_view setting(const char* name) {
     return value == nullptr ? std::string_view() : std::string_view(value);
 }
 
+bool isRightProgram() {
+    const std::string_view program = setting("VADELCLIP_FAILING_PROGRAM");
+    return program.empty() || program == program_invocation_short_name;
+}
+
 bool isMeant(std::string_view call, std::string_view path) {
-    return call == setting("VADELCLIP_FAILING_CALL") && path.ends_with(setting("VADELCLIP_FAILING_PATH"));
+    return call == setting("VADELCLIP_FAILING_CALL") && path.ends_with(setting("VADELCLIP_FAILING_PATH")) &&
+           isRightProgram();
 }
 
 /// @return as `ScriptedOutcomes::next`. The error number is set.
@@ -53,22 +67,17 @@ long outcomeFor(std::string_view call, std::string_view path) {
 }
 
 long outcomeFor(std::string_view call, int descriptor) {
+    static const auto next = behind<ssize_t(const char*, char*, std::size_t)>("readlink");
     char link[32];
     char path[PATH_MAX];
     std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
-    const ssize_t length = readlink(link, path, sizeof path);
+    const ssize_t length = next(link, path, sizeof path);
     return length < 0 ? ScriptedOutcomes::passes : outcomeFor(call, {path, static_cast<std::size_t>(length)});
 }
 
 bool isRightOpening() {
     const std::string_view opening = setting("VADELCLIP_FAILING_OPENING");
     return opening.empty() || opening == "0" || std::atoi(opening.data()) == openings;
-}
-
-/// The C library's function behind one of the same name here.
-template <typename Function>
-Function* behind(const char* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 FILE* openUnlessItFails(const char* name, const char* path, const char* mode) {
@@ -143,6 +152,11 @@ extern "C" dirent64* readdir64(DIR* directory) {
     return outcomeFor("readdir", dirfd(directory)) < 0 ? nullptr : next(directory);
 }
 
+extern "C" dirent* readdir(DIR* directory) {
+    static const auto next = behind<dirent*(DIR*)>("readdir");
+    return outcomeFor("readdir", dirfd(directory)) < 0 ? nullptr : next(directory);
+}
+
 extern "C" int mkdir(const char* path, mode_t mode) noexcept {
     static const auto next = behind<int(const char*, mode_t)>("mkdir");
     return outcomeFor("mkdir", path) < 0 ? -1 : next(path, mode);
@@ -156,6 +170,26 @@ extern "C" int unlink(const char* path) noexcept {
 extern "C" int stat64(const char* path, struct stat64* result) noexcept {
     static const auto next = behind<int(const char*, struct stat64*)>("stat64");
     return outcomeFor("stat", path) < 0 ? -1 : next(path, result);
+}
+
+extern "C" int stat(const char* path, struct stat* result) noexcept {
+    static const auto next = behind<int(const char*, struct stat*)>("stat");
+    return outcomeFor("stat", path) < 0 ? -1 : next(path, result);
+}
+
+extern "C" int fstat(int descriptor, struct stat* result) noexcept {
+    static const auto next = behind<int(int, struct stat*)>("fstat");
+    return outcomeFor("fstat", descriptor) < 0 ? -1 : next(descriptor, result);
+}
+
+extern "C" int statvfs(const char* path, struct statvfs* result) noexcept {
+    static const auto next = behind<int(const char*, struct statvfs*)>("statvfs");
+    return outcomeFor("statvfs", path) < 0 ? -1 : next(path, result);
+}
+
+extern "C" ssize_t readlink(const char* path, char* target, std::size_t size) noexcept {
+    static const auto next = behind<ssize_t(const char*, char*, std::size_t)>("readlink");
+    return outcomeFor("readlink", path) < 0 ? -1 : next(path, target, size);
 }
 
 // It does not set the error number but returns it.

@@ -1,6 +1,6 @@
 /// \file
 /// Loaded before the C library, it lets chosen allocations of a process fail, as an exhausted memory does. They count
-/// from the entry of `main` on: what libraries do before it is theirs to survive.
+/// from the entry of `main` to its end: what libraries do before and after it is theirs to survive.
 ///
 /// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
 /// VADELCLIP_FAILING_SIZE     only allocations of at least so many bytes are looked at; absent for all
@@ -38,7 +38,9 @@ int mainWithFailures(int argc, char** argv, char** environment) {
         smallestSize = size == nullptr ? 0 : std::strtoul(size, nullptr, 10);
         outcomes.begin();
     }
-    return mainOfProgram(argc, argv, environment);
+    const int status = mainOfProgram(argc, argv, environment);
+    smallestSize = SIZE_MAX;
+    return status;
 }
 
 bool isRefused(std::size_t size) {

@@ -39,7 +39,7 @@ def preloaded(variable, settings):
     return {"LD_PRELOAD": os.environ[variable], "ASAN_OPTIONS": "verify_asan_link_order=0", **settings}
 
 
-def failing(call, path, *outcomes, opening=0, countTo=None):
+def failing(call, path, *outcomes, opening=0, countTo=None, program=None):
     """For `environment`.
 
     @param call     of the C library: see failing_calls.cpp
@@ -47,6 +47,7 @@ def failing(call, path, *outcomes, opening=0, countTo=None):
     @param outcomes of the calls in their order; those behind the last one pass
     @param opening  for reads: only those of this opening of the file, from 1
     @param countTo  file to which the number of calls is written
+    @param program  only calls of this one, by its name
     """
     settings = {"VADELCLIP_FAILING_CALL": call, "VADELCLIP_FAILING_PATH": path,
                 "VADELCLIP_OUTCOMES": "".join(outcomes)}
@@ -54,6 +55,8 @@ def failing(call, path, *outcomes, opening=0, countTo=None):
         settings["VADELCLIP_FAILING_OPENING"] = str(opening)
     if countTo:
         settings["VADELCLIP_CALL_COUNT"] = countTo
+    if program:
+        settings["VADELCLIP_FAILING_PROGRAM"] = program
     return preloaded("VADELCLIP_FAILING_CALLS", settings)
 
 

@@ -28,6 +28,7 @@ TEST(MapAxes, aStepIsTheNextRoundNumber) {
     EXPECT_EQ(0.02, valueOf(stepAtLeast(0.011)));
     EXPECT_EQ(5e299, valueOf(stepAtLeast(2.1e299)));
     EXPECT_DOUBLE_EQ(1e-290, valueOf(stepAtLeast(6e-291)));
+    EXPECT_EQ(0.1, valueOf(stepAtLeast(0.0)));
     EXPECT_EQ(5.0, valueOf(stepAtMost(9.99)));
     EXPECT_EQ(10.0, valueOf(stepAtMost(10.0)));
     EXPECT_EQ(0.2, valueOf(stepAtMost(0.3)));

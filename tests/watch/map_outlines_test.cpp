@@ -93,6 +93,7 @@ TEST(MapOutlines, whatIsBeyondTheWindowIsCutOff) {
     EXPECT_EQ("", describe(clipOutline(square, {2, 2, 8, 8})));
     EXPECT_EQ("", describe(clipOutline(square, {20, 20, 30, 30})));
     EXPECT_EQ("[ 0,5 5,10 ]", describe(clipOutline({{-5, 0}, {10, 15}, {-20, 30}}, {0, 0, 10, 10})));
+    EXPECT_EQ("[ 3,5 3,10 ][ 3,10 3,5 ]", describe(clipOutline({{3, 5}, {3, 15}}, {0, 0, 10, 10})));
     EXPECT_EQ("[ -1,0 1,0 ][ 1,0 -1,0 ]", describe(clipOutline({{-1e9, 0}, {1e9, 0}}, {-1, -1, 1, 1})));
 }
 

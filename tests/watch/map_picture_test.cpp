@@ -16,6 +16,9 @@ constexpr const char* square = "<VADELSIM><VadeDGM><group type='boundaries'><pol
                                "<point x='10' y='0'/><point x='10' y='10'/><point x='0' y='10'/></polygon></group>"
                                "</VadeDGM></VADELSIM>";
 
+/// As SVG writes the colour of dropped nodes that lie as close as any.
+constexpr const char* droppedAtItsDarkest = "58.8235";
+
 /// A run of a few nodes, ready to be drawn.
 struct DrawnRun {
     TemporaryDirectory directory;
@@ -96,6 +99,40 @@ TEST(MapPicture, svgHoldsFewNodesAsShapesAndManyAsAnImage) {
     const std::string many = withManyNodes(run, 300).draw("map.svg");
     EXPECT_GE(imagesInSvg(many), 1);
     EXPECT_LT(many.size(), 400000U);
+}
+
+TEST(MapPicture, crowdedNodesAreDrawnDarkerAndTheLegendSaysSo) {
+    DrawnRun run;
+    std::string even = "x;y;z\n";
+    for (int i = 0; i < 400; ++i) {
+        even += std::to_string(i % 20 + 0.5) + ";" + std::to_string(i / 20 * 0.5) + ";1\n";
+    }
+    std::string crowded = even;
+    for (int i = 0; i < 2000; ++i) {
+        crowded += "4." + std::to_string(1000 + i) + ";5.25;1\n";
+    }
+    run.write(even, "");
+    const std::string evenPicture = run.draw("even.svg");
+    run.write(crowded, "");
+    const std::string crowdedPicture = run.draw("crowded.svg");
+    // Each swatch of the legend is a gradient; an even one has the same colour at both ends.
+    EXPECT_EQ(std::string::npos, evenPicture.find(droppedAtItsDarkest));
+    EXPECT_NE(std::string::npos, crowdedPicture.find(droppedAtItsDarkest));
+}
+
+TEST(MapPicture, outlinesOfManyVerticesAreThinner) {
+    DrawnRun run;
+    const auto outlineOf = [](int vertices) {
+        std::string text = "<VADELSIM><VadeDGM><group type='boundaries'><polygon id='1'>";
+        for (int i = 0; i < vertices; ++i) {
+            text += "<point x='" + std::to_string(i % 100) + "' y='" + std::to_string(i / 100) + "'/>";
+        }
+        return text + "</polygon></group></VadeDGM></VADELSIM>";
+    };
+    run.directory.write("b.xml", outlineOf(2000));
+    EXPECT_EQ(std::string::npos, run.draw("few.svg").find("stroke-width:1.2;"));
+    run.directory.write("b.xml", outlineOf(2001));
+    EXPECT_NE(std::string::npos, run.draw("many.svg").find("stroke-width:1.2;"));
 }
 
 TEST(MapPicture, theSamePictureIsDrawnAgain) {

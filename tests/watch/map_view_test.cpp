@@ -68,3 +68,10 @@ TEST(MapView, positionsInPixels) {
     EXPECT_NEAR(view.plot.left + view.plot.width, opposite.x, 1e-9);
     EXPECT_NEAR(view.plot.top + view.plot.height, opposite.y, 1e-9);
 }
+
+TEST(MapView, labelsThatLeaveNoRoomForASecondOneEndTheSearchForAStep) {
+    const MapView view = layOutMap(
+        {3, 3, 97, 97}, [](const std::string&) { return 400.0; }, '.');
+    EXPECT_LT(view.xTicks.size(), 2U);
+    EXPECT_GE(view.yTicks.size(), 4U);
+}

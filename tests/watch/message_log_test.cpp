@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <string>
+#include <unistd.h>
 
 TEST(LogLine, aMessageStandsInItByteForByte) {
     const std::string line = R"({"type" : "progress", "percent":12.50 })";
@@ -42,4 +43,35 @@ TEST(MessageLog, aFileThatCannotBeWrittenIsTold) {
     MessageLog log;
     EXPECT_EQ(ENOENT, log.open(directory.pathOf("none/log")));
     EXPECT_EQ(EISDIR, MessageLog().open(directory.path()));
+}
+
+TEST(MessageLog, whatTheFileSystemTellsAtTheCloseIsTold) {
+    const TemporaryDirectory directory;
+    MessageLog log;
+    ASSERT_EQ(0, log.open(directory.pathOf("log")));
+    log.add(0.5, "1", parseMessage("1"));
+    const int descriptor = log.output().waitingDescriptor();
+    log.output().writeWhatFits();
+    // Closed behind its back: its own close fails, as on a file system that has found no room in the meantime.
+    ASSERT_EQ(0, close(descriptor));
+    EXPECT_EQ(EBADF, log.close());
+}
+
+TEST(MessageLog, theFirstFailureIsTheOneThatIsTold) {
+    MessageLog log;
+    ASSERT_EQ(0, log.open("/dev/full"));
+    log.add(0.5, "1", parseMessage("1"));
+    EXPECT_EQ(ENOSPC, log.close());
+}
+
+TEST(MessageLog, anUnclosedOneLeavesNoDescriptorBehind) {
+    const TemporaryDirectory directory;
+    const int lowest = dup(STDIN_FILENO);
+    ASSERT_EQ(0, close(lowest));
+    {
+        MessageLog log;
+        ASSERT_EQ(0, log.open(directory.pathOf("log")));
+    }
+    EXPECT_EQ(lowest, dup(STDIN_FILENO));
+    close(lowest);
 }

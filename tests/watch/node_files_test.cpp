@@ -106,7 +106,9 @@ TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
         EXPECT_FALSE(countNodeLines(found, goOn)) << later;
     }
     // Replaced by a file of the same size, of another time.
-    directory.write("a.txt", "x;y;z\n1;1;1\n\n\n;2;2\n");
+    const std::string sameSize = "x;y;z\n1;1;1\n\n;2;2\n";
+    ASSERT_EQ(content.size(), sameSize.size());
+    directory.write("a.txt", sameSize);
     const auto time = std::filesystem::last_write_time(directory.pathOf("a.txt"));
     std::filesystem::last_write_time(directory.pathOf("a.txt"), time + std::chrono::seconds(1));
     EXPECT_FALSE(countNodeLines(found, goOn));
@@ -128,4 +130,17 @@ TEST(NodeLineCount, isUnknownForEverWhenItWasStoppedOrCannotBeMade) {
     incomplete.start(directory.path());
     incomplete.wait();
     EXPECT_FALSE(incomplete.nodeLines());
+}
+
+TEST(FileState, thereIsNoneOfAFileThatIsNotThere) {
+    const TemporaryDirectory directory;
+    EXPECT_FALSE(fileState(directory.pathOf("none")));
+}
+
+TEST(FindNodeFiles, aLinkThatLeadsNowhereIsNone) {
+    const TemporaryDirectory directory;
+    directory.makeLink("a.txt", directory.pathOf("none"));
+    const NodeFiles found = findNodeFiles(directory.path());
+    EXPECT_TRUE(found.files.empty());
+    EXPECT_TRUE(found.unread.empty());
 }

@@ -157,6 +157,8 @@ TEST(OutputPlace, outOfSpaceAndOutOfInodes) {
     EXPECT_TRUE(isOutOfInodes(fileSystem));
     fileSystem.f_favail = 1;
     EXPECT_FALSE(isOutOfInodes(fileSystem));
+    fileSystem.f_ffree = 0;
+    EXPECT_TRUE(isOutOfInodes(fileSystem));
 }
 
 TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {

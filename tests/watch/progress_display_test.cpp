@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fcntl.h>
 #include <string>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -34,6 +40,57 @@ ProgressFigures at(double percent) {
 
 std::string drawing(const std::string& line) {
     return "\r\033[?7l" + line + "\033[K\r\033[?7h";
+}
+
+/// A pseudo-terminal of so many columns.
+class PseudoTerminal {
+public:
+    explicit PseudoTerminal(unsigned short columns) : master(posix_openpt(O_RDWR | O_NOCTTY)) {
+        EXPECT_EQ(0, grantpt(master));
+        EXPECT_EQ(0, unlockpt(master));
+        const winsize size{24, columns, 0, 0};
+        EXPECT_EQ(0, ioctl(master, TIOCSWINSZ, &size));
+    }
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    ~PseudoTerminal() { close(master); }
+
+    /// A terminal becomes that of a session by being opened, unless O_NOCTTY is among the flags.
+    int openTerminal(int flags) const { return open(ptsname(master), O_RDWR | flags); }
+
+private:
+    int master;
+};
+
+/// In a session of its own: the columns for a process that is in the foreground, or has been sent to the background.
+int columnsInSession(const PseudoTerminal& pseudoTerminal, bool background) {
+    setsid();
+    const int terminal = pseudoTerminal.openTerminal(0);
+    if (!background) {
+        return terminalColumns(terminal);
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        setpgid(0, 0);
+        std::exit(terminalColumns(terminal));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+}
+
+/// What a bar looks like under these values of LC_ALL, LC_CTYPE and LANG; nullptr for one that is not set.
+BarLetters lettersUnder(const char* all, const char* characters, const char* language) {
+    const std::pair<const char*, const char*> settings[] = {
+        {"LC_ALL", all}, {"LC_CTYPE", characters}, {"LANG", language}};
+    for (const auto& [name, value] : settings) {
+        if (value == nullptr) {
+            unsetenv(name);
+        } else {
+            setenv(name, value, 1);
+        }
+    }
+    return barStyleFromEnvironment().letters;
 }
 
 const std::string tenPercent = drawing(" =---------  10.0 %");
@@ -132,4 +189,39 @@ TEST(ProgressDisplay, withoutProgressOnlyLinesAreShown) {
     recorded.display.update(at(100.0), 2.0);
     recorded.display.clear();
     EXPECT_EQ("error\n", recorded.take());
+}
+
+TEST(TerminalColumns, areThoseOfTheTerminal) {
+    const PseudoTerminal wide(133);
+    const int terminal = wide.openTerminal(O_NOCTTY);
+    EXPECT_EQ(133, terminalColumns(terminal));
+    close(terminal);
+}
+
+TEST(TerminalColumns, areEightyWhereNobodyKnows) {
+    const PseudoTerminal unknown(0);
+    const int terminal = unknown.openTerminal(O_NOCTTY);
+    EXPECT_EQ(80, terminalColumns(terminal));
+    close(terminal);
+    const int nothing = open("/dev/null", O_RDWR);
+    EXPECT_EQ(80, terminalColumns(nothing));
+    close(nothing);
+}
+
+TEST(TerminalColumns, areNoneInTheBackground) {
+    const PseudoTerminal wide(133);
+    EXPECT_EXIT(std::exit(columnsInSession(wide, false)), testing::ExitedWithCode(133), "");
+    EXPECT_EXIT(std::exit(columnsInSession(wide, true)), testing::ExitedWithCode(0), "");
+}
+
+TEST(BarStyle, lettersAreThoseOfTheFirstSettingThatIsNotEmpty) {
+    EXPECT_EQ(BarLetters::plain, lettersUnder(nullptr, nullptr, nullptr));
+    EXPECT_EQ(BarLetters::plain, lettersUnder("", "", ""));
+    for (const char* const set : {"de_DE.UTF-8", "C.utf8", "en_GB.utf-8", "de_AT.UTF8"}) {
+        EXPECT_EQ(BarLetters::drawn, lettersUnder(set, "C", "C")) << set;
+        EXPECT_EQ(BarLetters::drawn, lettersUnder("", set, "C")) << set;
+        EXPECT_EQ(BarLetters::drawn, lettersUnder(nullptr, nullptr, set)) << set;
+        EXPECT_EQ(BarLetters::plain, lettersUnder("C", set, set)) << set;
+    }
+    EXPECT_EQ(BarLetters::plain, lettersUnder("de_DE.ISO-8859-1", nullptr, nullptr));
 }

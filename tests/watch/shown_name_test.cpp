@@ -24,6 +24,8 @@ TEST(ShownName, controlCharactersAreShownAsNumbersAndEverythingElseAsItIs) {
     EXPECT_EQ("a\\xC2\\x9Bb\\x9Bc", shownName("a\xC2\x9B"
                                               "b\x9B"
                                               "c"));
+    // The first character behind that set, a space that keeps words together.
+    EXPECT_EQ("1\xC2\xA0m", shownName("1\xC2\xA0m"));
     // Continuation bytes of other characters.
     EXPECT_EQ("\xC3\x9B\xE2\x80\x9B\xF0\x9F\x9B\x9B", shownName("\xC3\x9B\xE2\x80\x9B\xF0\x9F\x9B\x9B"));
 }

@@ -10,11 +10,11 @@ TEST(WatchTexts, germanWhereTheToolSpeaksGerman) {
         EXPECT_EQ(&german, &watchTexts(language)) << language;
     }
     for (const char* const language :
-         {"",    "en",      "EN",      "fr",       "d",           "ge",      "dede",
-          "xde", "deu",     "den",     "de1",      "de ",         " de",     "de+x",
-          "de_", "de-",     "de_1",    "de_A1",    "de__AT",      "de_AT_x", "de_\xC3\x84T",
-          "de@", "de@euro", "de_AT@x", "de.UTF-8", "de.latin1@x", "de.@x",   "de_.UTF-8@x",
-          "@",   "_",       "."}) {
+         {"",        "en",           "EN",  "fr",      "d",       "ge",       "dede",
+          "xde",     "deu",          "den", "de1",     "de ",     " de",      "de+x",
+          "da",      "de_{",         "de_", "de-",     "de_1",    "de_A1",    "de__AT",
+          "de_AT_x", "de_\xC3\x84T", "de@", "de@euro", "de_AT@x", "de.UTF-8", "de.latin1@x",
+          "de.@x",   "de_.UTF-8@x",  "@",   "_",       "."}) {
         EXPECT_STREQ("Time", watchTexts(language).time) << language;
     }
 }

@@ -1,0 +1,162 @@
+"""What the report of the reached lines counts as a branch, and what it says about one that is not taken."""
+import os
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts"))
+from coverage_report import Source, Tally, decisions, outdated, withoutReason
+from cpp_statements import linesWithConditions
+from gcov_without_cleanup import ROOT, withoutCleanup, withWholeName
+
+
+def branch(count, kind=""):
+    return {"count": count, "fallthrough": kind == "returns", "throw": kind == "throws"}
+
+
+def line(number, count, *branches):
+    return {"line_number": number, "count": count, "branches": list(branches), "gcovr/noncode": False,
+            "gcovr/excluded": False}
+
+
+class Conditions(unittest.TestCase):
+    def expectConditions(self, text):
+        """In the text, lines with a condition end in "//!"."""
+        marked = {number for number, line in enumerate(text.split("\n"), 1) if line.endswith("//!")}
+        self.assertEqual(marked, linesWithConditions(text))
+
+    def test_each_kind_of_condition(self):
+        for code in ("if (a) {", "} else if (a) {", "while (a) {", "for (const char c : text) {", "switch (a) {",
+                     "do {", "const int x = a ? b : c;", "return a && b;", "return a || b;", "return not a or b;",
+                     "} catch (const Error&) {", "TEMP_FAILURE_RETRY(wait());", "delete a;",
+                     "auto* x = dynamic_cast<X*>(a);"):
+            with self.subTest(code=code):
+                self.assertEqual({1}, linesWithConditions(code))
+
+    def test_what_is_none(self):
+        for code in ("call(a, b);", "const std::vector<int> x{1, f(2)};", "x = a < b;", "}", "} // if", "/* a && b */ f();",
+                     'f("a ? b", \'?\', R"(if (a) || b)");', "#if A && B", "static const T t = f();", "ifStands(fork);",
+                     "int a = 1'000'000;"):
+            with self.subTest(code=code):
+                self.assertEqual(set(), linesWithConditions(code))
+
+    def test_all_lines_of_a_statement_and_no_other(self):
+        self.expectConditions("""
+const int before = f();
+return first(a) ||  //!
+       second(b,    //!
+              c);   //!
+const int after = g(a,
+                    b);
+if (a) { //!
+    then();
+}
+last();
+""")
+
+    def test_lists_in_braces_are_part_of_their_statement(self):
+        self.expectConditions("""
+const Thing thing{f(a), //!
+                  {a ? b : c}, //!
+                  g()}; //!
+const Other other{f(a),
+                  {b}};
+""")
+
+    def test_the_body_of_a_lambda_has_statements_of_its_own(self):
+        self.expectConditions("""
+std::sort(a.begin(), a.end(), [](int left, int right) {
+    prepare();
+    return left < 0 || right < 0; //!
+});
+for (int i = 0; i < 3; //!
+     ++i) { //!
+    f({i});
+}
+""")
+
+    def test_a_separator_of_digits_begins_no_letter(self):
+        self.expectConditions("return a == 1'000 && b == '?'; //!\nf('\\'', 1'0);\n")
+
+
+# What gcov reports of a line by blocks: the fourth block is one that only an exception leads to.
+REPORT = """\
+        -:    0:Source:src/a.cpp
+        7:    6:    if (f() || g(h())) {
+        7:    6-block  0
+call    0 returned 7
+branch  1 taken 7 (fallthrough)
+branch  2 taken 0 (throw)
+        7:    6-block  1
+branch  3 taken 7 (fallthrough)
+branch  4 taken 0
+    %%%%%:    6-block  2
+branch  5 never executed
+branch  6 never executed
+    $$$$$:    6-block  3
+call    7 never executed
+branch  8 never executed
+branch  9 never executed
+    #####:    7:        g();
+branch  0 never executed
+branch  1 never executed""".split("\n")
+
+
+class Cleanup(unittest.TestCase):
+    def test_only_the_branches_of_blocks_behind_an_exception_are_left_out(self):
+        left = ("call    7", "branch  8", "branch  9")
+        self.assertEqual([line for line in REPORT if "-block" not in line and not line.startswith(left)],
+                         list(withoutCleanup(REPORT)))
+
+    def test_a_block_that_ran_keeps_its_branches(self):
+        lines = ["        1:    6-block  0", "branch  0 taken 1", "branch  1 taken 0"]
+        self.assertEqual(lines[1:], list(withoutCleanup(lines)))
+
+    def test_sources_keep_their_names(self):
+        self.assertEqual(f"        -:    0:Source:{ROOT}/src/a.cpp", withWholeName(REPORT[0]))
+        self.assertEqual("        -:    0:Source:../../src/a.cpp", withWholeName("        -:    0:Source:../../src/a.cpp"))
+        self.assertEqual(REPORT[1], withWholeName(REPORT[1]))
+
+
+class Branches(unittest.TestCase):
+    def test_a_call_that_returns_or_throws_decides_nothing(self):
+        condition = [branch(3, "returns"), branch(0)]
+        call = [branch(5, "returns"), branch(0, "throws")]
+        self.assertEqual(condition * 2, decisions(call + condition + call + condition))
+
+    def test_of_a_line_without_a_condition_only_the_second_figure_knows(self):
+        report = {"file": "a.cpp", "functions": [], "lines": [
+            line(1, 4, branch(4), branch(0)), line(2, 4, branch(1, "returns"), branch(0, "throws"), branch(4), branch(0))]}
+        source = Source(report, "f();\nif (a) {\n")
+        self.assertEqual([(2, "if (a) {", Tally(1, 2))], source.branches)
+        self.assertEqual(Tally(3, 5), source.allBranches)
+        self.assertEqual({"a.cpp: if (a) {": 1}, source.unreachedBranches())
+
+    def test_equal_lines_of_a_source_are_taken_together(self):
+        report = {"file": "a.cpp", "functions": [], "lines": [line(n, 1, branch(1), branch(0)) for n in (1, 2)]}
+        self.assertEqual({"a.cpp: if (a) {": 2}, Source(report, "if (a) {\n  if (a) {\n").unreachedBranches())
+
+    def test_lines_and_functions(self):
+        report = {"file": "a.cpp", "lines": [line(1, 0), line(2, 1)],
+                  "functions": [{"name": "f", "execution_count": 0}, {"name": "g", "execution_count": 1}]}
+        source = Source(report, "f();\ng();\n")
+        self.assertEqual((["a.cpp:1: never reached"], ["a.cpp: never called: f"]),
+                         (source.unreachedLines(), source.unreachedFunctions()))
+
+
+class Reasons(unittest.TestCase):
+    reasons = {"a.cpp: if (a) {": {"branches": 1, "reason": "It never is."}}
+
+    def test_what_has_one_is_not_named(self):
+        self.assertEqual([], withoutReason({"a.cpp: if (a) {": 1}, self.reasons))
+
+    def test_what_has_none_or_not_enough_is_named(self):
+        self.assertEqual(["a.cpp: if (a) {\n  2 not taken, 1 with a reason", "a.cpp: if (b) {\n  1 not taken"],
+                         withoutReason({"a.cpp: if (a) {": 2, "a.cpp: if (b) {": 1}, self.reasons))
+
+    def test_one_without_its_line_is_named(self):
+        self.assertEqual([], outdated(self.reasons, {"a.cpp": "{\n    if (a) {\n"}))
+        self.assertEqual(1, len(outdated(self.reasons, {"a.cpp": "if (b) {\n", "b.cpp": "if (a) {\n"})))
+
+
+if __name__ == "__main__":
+    unittest.main()
