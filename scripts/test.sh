@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Everything that has to hold, from a bare Debian 12 machine: set-up, the suite as an optimised build and with address
-# and undefined-behaviour sanitizers, the fuzzers for a short time, formatting, static analysis, the Debian package. Ends
-# with status 0 if all of it holds.
+# and undefined-behaviour sanitizers, what it reaches, the fuzzers for a short time, formatting, static analysis, the
+# Debian package. Ends with status 0 if all of it holds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-step() { printf '\n== %s\n' "$*"; }
+step() { printf '\n== %s (after %d:%02d)\n' "$*" $((SECONDS / 60)) $((SECONDS % 60)); }
 
 step "Packages"
 scripts/setup.sh test
@@ -21,6 +21,9 @@ for preset in release asan; do
   step "Tests: $preset"
   ctest --preset "$preset" --progress
 done
+
+step "Coverage"
+scripts/coverage.sh
 
 step "valgrind on an example"
 scripts/valgrind.sh
@@ -44,4 +47,4 @@ else
   skipped=" Skipped, as it takes root: the package was built and not installed."
 fi
 
-printf '\nAll checks passed.%s\n' "$skipped"
+step "All checks passed.$skipped"
