@@ -4,6 +4,7 @@
 # with status 0 if all of it holds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 step() { printf '\n== %s\n' "$*"; }
 
