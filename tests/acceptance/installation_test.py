@@ -9,6 +9,7 @@ import unittest
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
 sys.path.insert(0, os.path.join(ROOT, "tests", "support"))
+from links import deadLinks  # noqa: E402
 from manual_examples import differences, readPage  # noqa: E402
 
 BUILD = os.path.dirname(os.environ["VADELCLIP_EXECUTABLE"])
@@ -105,6 +106,14 @@ class Installation(unittest.TestCase):
         moved = os.path.join(self.directory, "moved")
         os.rename(self.prefix, moved)
         self.expectBothLanguages(moved)
+
+    def test_links_between_the_documents_lead_somewhere(self):
+        documents = os.path.join(self.prefix, "share", "doc", "vadelclip")
+        files = {}
+        for name in filesBelow(documents):
+            with open(os.path.join(documents, name), "rb") as file:
+                files[name] = file.read()
+        self.assertEqual([], deadLinks(files))
 
     def test_the_examples_of_the_installed_pages_run_with_the_installed_examples(self):
         plain = os.path.join(self.directory, "plain")
