@@ -7,6 +7,27 @@
 include(GNUInstallDirs)
 
 set(programDirectory lib/vadelclip)
+set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)
+
+# The list of an installation is of lines that CMake joins and parts by semicolons: the removal could not read it.
+install(CODE [[
+  if(CMAKE_INSTALL_PREFIX MATCHES "[;\n]")
+    message(FATAL_ERROR "A prefix with a semicolon or a line feed is not supported: ${CMAKE_INSTALL_PREFIX}")
+  endif()]])
+
+# Whoever installs for all with a mask of permissions of their own means all. CMake gives files the permissions it is
+# told to, directories only those that the mask leaves.
+get_property(catalogues GLOBAL PROPERTY VADELCLIP_CATALOGUES)
+set(directories ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_MANDIR}/man1 ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  ${documents}/docs/images ${documents}/examples/merewether/nodes ${documents}/examples/coast/nodes)
+foreach(language IN LISTS catalogues)
+  list(APPEND directories ${programDirectory}/locale/${language}/LC_MESSAGES)
+endforeach()
+list(FILTER directories EXCLUDE REGEX ^/)
+install(CODE "set(directories ${directories})")
+install(CODE [[
+  execute_process(ERROR_QUIET COMMAND sh -c [=[umask 022; mkdir -p -- "$1" && cd -- "$1" && shift && mkdir -p -- "$@"]=]
+    sh "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}" ${directories})]])
 
 # install_compressed(file directory name): the same bytes at every time and place, hence no name and time in them.
 find_program(GZIP_EXECUTABLE gzip REQUIRED)
@@ -45,7 +66,6 @@ foreach(name Vadelclip Vadelwatch)
   install_compressed(${PROJECT_BINARY_DIR}/man/${name}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${name}.1)
 endforeach()
 
-get_property(catalogues GLOBAL PROPERTY VADELCLIP_CATALOGUES)
 foreach(language IN LISTS catalogues)
   install(FILES ${PROJECT_BINARY_DIR}/locale/${language}/LC_MESSAGES/VD2D.mo
     DESTINATION ${programDirectory}/locale/${language}/LC_MESSAGES)
@@ -58,7 +78,6 @@ foreach(name Vadelclip Vadelwatch)
 endforeach()
 
 # Documents keep their places in the tree, so that links from one to the other lead somewhere.
-set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)
 install(FILES README.md packaging/copyright DESTINATION ${documents})
 install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents} changelog)
 file(GLOB pages CONFIGURE_DEPENDS docs/*.md)
@@ -74,6 +93,14 @@ foreach(set merewether coast)
   file(GLOB nodeFiles CONFIGURE_DEPENDS examples/${set}/nodes/*)
   install(FILES ${nodeFiles} DESTINATION ${documents}/examples/${set}/nodes)
 endforeach()
+
+# Beside the list of the files, which leaves out DESTDIR: where they are.
+install(CODE [[
+  set(list install_manifest)
+  if(CMAKE_INSTALL_COMPONENT)
+    string(APPEND list _${CMAKE_INSTALL_COMPONENT})
+  endif()]])
+install(CODE "file(WRITE \"${PROJECT_BINARY_DIR}/\${list}.txt.destdir\" \"\$ENV{DESTDIR}\")")
 
 add_custom_target(uninstall
   COMMAND ${CMAKE_COMMAND} -D manifest=${PROJECT_BINARY_DIR}/install_manifest.txt

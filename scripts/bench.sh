@@ -5,6 +5,10 @@
 #     scripts/bench.sh [pairs [pattern of the cases]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
+if [ $# -gt 2 ] || ! [[ ${1:-1} =~ ^[1-9][0-9]*$ ]]; then
+  echo "Usage: scripts/bench.sh [pairs [pattern of the cases]]" >&2
+  exit 2
+fi
 
 scripts/setup.sh bench
 scripts/build.sh bench

@@ -4,6 +4,7 @@
 # The same sources give the same bytes, wherever they are built.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 scripts/setup.sh windows
 scripts/windows-deps.sh

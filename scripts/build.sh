@@ -3,6 +3,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+if [[ ${1:--} == -* ]]; then
+  echo "Usage: scripts/build.sh <preset> [more CMake options]" >&2
+  exit 2
+fi
 preset=$1
 shift
 log=$(mktemp)

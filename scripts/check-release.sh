@@ -3,6 +3,7 @@
 # another mask of permissions, language and time zone?
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -2,6 +2,7 @@
 # Runs clang-tidy over src/ with the configuration in .clang-tidy; every warning is an error. Needs the release build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT

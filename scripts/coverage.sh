@@ -5,6 +5,7 @@
 # the branches are.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 scripts/setup.sh coverage
 scripts/build.sh coverage

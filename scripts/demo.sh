@@ -4,6 +4,7 @@
 # compared with the one in examples/README.md, which two independent geometry libraries found.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 source scripts/example-counts.sh
 
 scripts/setup.sh

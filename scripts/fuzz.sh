@@ -9,7 +9,7 @@ seconds=${1:-20}
 names=("${@:2}")
 if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
   echo "Usage: scripts/fuzz.sh [seconds each, 20] [name...]" >&2
-  exit 1
+  exit 2
 fi
 if [ ${#names[@]} -eq 0 ]; then
   for source in fuzz/*_fuzz.cpp; do

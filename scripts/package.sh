@@ -3,6 +3,7 @@
 # same bytes, wherever and whenever it is built with the same compiler and libraries.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 scripts/setup.sh package
 SOURCE_DATE_EPOCH=$(scripts/source-date.sh)

@@ -8,8 +8,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-if [ "${1:-}" = --check ]; then
+if [ "$*" = --check ]; then
   exec scripts/check-release.sh
+elif [ $# -gt 0 ]; then
+  echo "Usage: scripts/release.sh [--check]" >&2
+  exit 2
 fi
 
 SOURCE_DATE_EPOCH=$(scripts/source-date.sh)

@@ -16,6 +16,11 @@ windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googl
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
+usage() {
+  echo "Usage: scripts/setup.sh [test|coverage|fuzz|package|chroot|windows|bench]" >&2
+  exit 2
+}
+
 wanted=("${build_packages[@]}")
 case "${1:-}" in
   test) wanted+=("${test_packages[@]}") ;;
@@ -26,7 +31,10 @@ case "${1:-}" in
   chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;
   windows) wanted+=("${windows_packages[@]}") ;;
   bench) wanted+=("${bench_packages[@]}") ;;
+  "") ;;
+  *) usage ;;
 esac
+[ $# -le 1 ] || usage
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
   echo "This is no Debian system. Please install the counterparts of these packages, then build with CMake:" >&2

@@ -3,6 +3,7 @@
 # says; or the time of the last commit; or, in an unpacked source archive, the time of its files, which is the same.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 if [ -n "${SOURCE_DATE_EPOCH:-}" ]; then
   echo "$SOURCE_DATE_EPOCH"

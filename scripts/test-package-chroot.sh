@@ -4,7 +4,11 @@
 # a few minutes; leaves nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-package=$1
+package=${1:-}
+if [ $# -ne 1 ] || ! [ -f "$package" ]; then
+  echo "Usage: scripts/test-package-chroot.sh <path of the package>" >&2
+  exit 2
+fi
 
 scripts/setup.sh chroot
 source scripts/package-checks.sh

@@ -7,11 +7,22 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+if [ $# -gt 0 ] && [ "$*" != --chroot ]; then
+  echo "Usage: scripts/test-package.sh [--chroot]" >&2
+  exit 2
+fi
 if [ "$(id -u)" -ne 0 ]; then
   echo "Installing a package takes root." >&2
   exit 1
 fi
-package=$PWD/$(compgen -G 'build/package/vadelclip_*.deb') || { echo "Run scripts/package.sh first." >&2; exit 1; }
+shopt -s nullglob
+packages=("$PWD"/build/package/vadelclip_*.deb)
+shopt -u nullglob
+case ${#packages[@]} in
+  0) echo "Run scripts/package.sh first." >&2; exit 1 ;;
+  1) package=${packages[0]} ;;
+  *) printf 'There is more than one package:\n' >&2; printf '  %s\n' "${packages[@]}" >&2; exit 1 ;;
+esac
 
 if [ "${1:-}" = --chroot ]; then
   exec scripts/test-package-chroot.sh "$package"

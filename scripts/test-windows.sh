@@ -3,6 +3,7 @@
 # that mean something there under wine, without a display. tests/left-out-on-windows.txt has those that are left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 scripts/build-windows.sh
 scripts/windows-deps.sh test

@@ -6,6 +6,7 @@
 set -eu
 
 cd "$(dirname "$0")/.."
+. scripts/no-arguments.sh
 template=locale/VD2D.pot
 trap 'rm -f "$template.new"' EXIT
 

@@ -3,6 +3,7 @@
 # without it. Needs the release build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/no-arguments.sh
 
 tool=$PWD/build/release/Vadelclip
 scratch=$(mktemp -d)

@@ -8,6 +8,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 kind=${1:-tool}
+if [ $# -gt 1 ] || { [ "$kind" != tool ] && [ "$kind" != test ]; }; then
+  echo "Usage: scripts/windows-deps.sh [test]" >&2
+  exit 2
+fi
 prefix=$PWD/build/windows-deps
 sources=$prefix/src
 # What was built by other rules is built again.

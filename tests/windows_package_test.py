@@ -7,7 +7,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(ROOT / "scripts"))
+sys.path[:0] = [str(ROOT / "scripts"), str(ROOT / "tests/support")]
+from links import deadLinks  # noqa: E402
 from windows_notices import PARTS, Origin, findMissing, findUnknown, notices  # noqa: E402
 
 FROM_SOURCE = {"boost1.74", "pugixml"}
@@ -137,6 +138,17 @@ class Files(unittest.TestCase):
         self.assertEqual(files, {name: b"content of " + name.encode() for name in self.WANTED} |
                          {name: b"content of build/" + name.encode()
                           for name in ("Vadelclip.exe", "locale/de/LC_MESSAGES/VD2D.mo")})
+
+    def test_links_between_its_documents_lead_somewhere(self):
+        script = runpy.run_path(str(ROOT / "scripts/package-windows.py"))
+        files = script["filesOf"](ROOT / "no build", ROOT)
+        self.assertIn("docs/windows.md", files)
+        self.assertEqual(deadLinks(files), [])
+
+    def test_a_link_that_leads_nowhere_is_noticed(self):
+        files = {"a.md": b"# One two\n[x](b/c.md#x) [y](b/c.md#no) [z](d.md) [w](#one-two) [v](https://a.invalid/)\n",
+                 "b/c.md": b"## `X`!\n[x](../a.md) [y](a.md)\n\n    [code](e.md)\n"}
+        self.assertEqual(deadLinks(files), ["a.md: b/c.md#no", "a.md: d.md", "b/c.md: a.md"])
 
 
 if __name__ == "__main__":
