@@ -13,6 +13,8 @@ struct MapCanvas::Surface {
     std::string bytes;
     cairo_surface_t* target;
     cairo_t* context;
+    /// What an image that could not be made said of it.
+    cairo_status_t imageStatus;
 };
 
 namespace {
@@ -68,7 +70,7 @@ cairo_surface_t* copyImage(const PixelImage& image) {
 } // namespace
 
 MapCanvas::MapCanvas(PictureFormat format, int width, int height)
-    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr})) {
+    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS})) {
     surface->target = makeSurface(format, width, height, surface->bytes);
     surface->context = cairo_create(surface->target);
     cairo_set_line_join(surface->context, CAIRO_LINE_JOIN_ROUND);
@@ -139,6 +141,11 @@ void MapCanvas::fillDiscs(const std::vector<PixelPosition>& centres, double radi
 
 void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
     cairo_surface_t* const copy = copyImage(image);
+    if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
+        // Not handed on: the library forgets to release what it takes such an image into.
+        surface->imageStatus = cairo_surface_status(copy);
+        return;
+    }
     cairo_set_source_surface(surface->context, copy, corner.x, corner.y);
     cairo_pattern_set_filter(cairo_get_source(surface->context), CAIRO_FILTER_NEAREST);
     cairo_paint(surface->context);
@@ -165,7 +172,10 @@ double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
 }
 
 std::string MapCanvas::finish(std::string& bytes) {
-    cairo_status_t status = cairo_status(surface->context);
+    cairo_status_t status = surface->imageStatus;
+    if (status == CAIRO_STATUS_SUCCESS) {
+        status = cairo_status(surface->context);
+    }
     if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::png) {
         status = cairo_surface_write_to_png_stream(surface->target, appendBytes, &surface->bytes);
     }
