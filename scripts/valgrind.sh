@@ -16,4 +16,4 @@ cd "$scratch"
 valgrind --quiet --error-exitcode=99 --leak-check=full --errors-for-leak-kinds=definite,indirect,possible \
   "$tool" merewether/nodes checked merewether/buildings.xml -pipe -lang=de 3>messages.jsonl
 diff -r merewether/plain merewether/checked
-grep -q '"type":"finish"' messages.jsonl
+grep -q '"type":"finish".*abgeschlossen' messages.jsonl

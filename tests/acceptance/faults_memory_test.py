@@ -1,4 +1,5 @@
 """Memory that is refused: at each single allocation of a run, from each one on, and under limits of every size."""
+import collections
 import errno
 import resource
 import sys
@@ -6,8 +7,8 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import SANITIZED, boundary
-from fault_checks import PASS, FaultTest, fails, failsForever, failingMemory
+from acceptance import DIRECTORY, SANITIZED, TOOL, boundary
+from fault_checks import COUNT_FILE, PASS, FaultTest, fails, failsForever, failingMemory
 
 LONG = b"3;3;" + b"k" * 3000 + b"\n"
 JOB = {"a.xyz": (b"x;y;z\n1;1;5\n20;1;5\n" + LONG + b"4;4;5\n", b"1;1;5\n" + LONG + b"4;4;5\n"),
@@ -19,39 +20,83 @@ ENDED = b"terminate called after throwing an instance of "
 
 @unittest.skipIf(SANITIZED, "sanitizers bring an allocator of their own")
 class RefusedAllocations(FaultTest):
-    def runsOf(self, *options, refusal, stride=1):
+    def runsOf(self, *options, refusal, stride=1, silent=False):
         """Runs in which the refusal begins at one allocation after the other, each with what `check` says of it."""
         self.giveFaultJob(JOB)
-        count = self.countOfCalls(lambda path: failingMemory(countTo=path), *options)
+        piped = "-pipe" in options
+        calls = Path(self.aside, "calls")
+        undisturbed = self.clip(*options, tool=TOOL, environment=failingMemory(countTo=str(calls)))
+        self.assertEqual(self.check(undisturbed, piped=piped), "finished")
+        count = int(calls.read_text(encoding="ascii"))
         runs = []
         for number in range(0, count, stride):
             self.clearOutput()
             with self.subTest(allocation=number):
-                run = self.clipPiped(*options, environment=failingMemory(PASS * number, refusal))
-                runs.append((run, self.check(run, silent=True)))
+                run = self.clip(*options, tool=TOOL, environment=failingMemory(PASS * number, refusal))
+                runs.append((run, self.check(run, silent=silent, piped=piped)))
         self.assertEqual(len(runs), len(range(0, count, stride)))
         self.assertGreater(len(runs), 100)
         return runs
 
     def test_refused_once_it_ends_the_run_in_order_or_is_a_file_that_does_not_open(self):
-        runs = self.runsOf("-lang=en", refusal=fails(errno.ENOMEM))
-        for run, outcome in runs:
-            self.assertIn(outcome, ("failed", "finished"), run)
-            self.expectDefined(run, outcome)
-        self.assertGreater(len([run for run, outcome in runs if outcome == "failed"]), 100)
+        for options in (["-lang=en"], ["-lang=en", "-pipe"]):
+            with self.subTest(options=options):
+                self.startOver()
+                runs = self.runsOf(*options, refusal=fails(errno.ENOMEM), silent=True)
+                for run, outcome in runs:
+                    self.assertIn(outcome, ("failed", "finished"), run)
+                failed = [run for run, outcome in runs if outcome == "failed"]
+                self.expectInOrder(failed)
+                self.assertGreater(len(failed), 90)
+                seen = collections.Counter(self.nameOf(run) for run, outcome in runs if outcome == "finished")
+                # Every file that is opened meets its refusal: 2 openings that look empty are told apart by no byte.
+                self.assertEqual({name: count for name, count in seen.items() if name != "right"}, {
+                    "a.xyz not looked into or not counted": 2, "c.txt not looked into or not counted": 2,
+                    "a.xyz not read": 1, "b.csv not read": 1, "c.txt not read": 1,
+                    "a.xyz not written": 1, "c.txt not written": 1, "no count": 1})
 
-    def expectDefined(self, run, outcome):
-        if outcome == "failed":
+    def expectInOrder(self, failed):
+        for run in failed:
             self.assertTrue(run.console in (b"std::bad_alloc\n", NOT_FOUND) or run.console.startswith(
                 b"boost::filesystem::directory_iterator::construct: "), run)
-            return
-        # Opening a file takes memory too: without it the file is one that cannot be opened.
-        self.assertIn(run.console, (b"", b"\n"))
-        for name, content in self.finished().items():
-            self.assertIn(run.tree.get(f"base/out/{name}", b""), (b"", content))
+            outputs = self.checkOutputs(run, wholeLines=True)
+            if COUNT_FILE in outputs:
+                # The one refusal came behind the passes.
+                self.checkComplete(outputs)
+
+    def results(self):
+        """What a run may end with that goes on after its one refused allocation, each with its console.
+
+        Opening a file takes memory: without it the file is one that cannot be opened.
+        """
+        right = {**self.finished(), COUNT_FILE: b"%d\n" % self.kept}
+        results = {"right": (b"", right), "no count": (b"", self.finished()),
+                   # To write a number takes memory too where a language has been set up.
+                   "empty count": (b"", {**right, COUNT_FILE: b""})}
+        for name, (_, kept) in JOB.items():
+            others = {other: content for other, content in right.items() if other != name}
+            lines = kept.count(b"\n")
+            # The pass reports an empty header, leaves the output it has opened, and counts one.
+            results[f"{name} not read"] = (b"\n", {**others, name: b"", COUNT_FILE: b"%d\n" % (self.kept - lines + 1)})
+            if lines > 0:
+                results[f"{name} not looked into or not counted"] = (
+                    b"", {**others, COUNT_FILE: b"%d\n" % (self.kept - lines)})
+                # Written to nowhere, and counted.
+                results[f"{name} not written"] = (b"", others)
+        return results
+
+    def nameOf(self, run):
+        """Which of the results a run has: exactly one."""
+        outputs = self.checkOutputs(run, wholeLines=True)
+        self.assertEqual(run.tree["base/out"], DIRECTORY)
+        names = [name for name, result in self.results().items() if result == (run.console, outputs)]
+        self.assertEqual(len(names), 1, (run.status, run.console, outputs))
+        return names[0]
 
     def test_refused_once_during_the_set_up_of_catalogues_it_may_end_the_process_with_nothing_done(self):
-        for run, outcome in self.runsOf("-lang=de", refusal=fails(errno.ENOMEM), stride=7):
+        for run, outcome in self.runsOf("-lang=de", "-pipe", refusal=fails(errno.ENOMEM), stride=7, silent=True):
+            if outcome == "finished":
+                self.nameOf(run)
             if outcome == "ended":
                 self.assertTrue(run.errors.startswith(ENDED), run)
                 self.assertEqual((run.status, run.console, run.messages), (-6, b"", []))
@@ -59,7 +104,7 @@ class RefusedAllocations(FaultTest):
 
     def test_refused_for_good_it_leaves_whole_lines_and_no_word_of_success(self):
         # Reporting takes memory as well: what is thrown while an error is reported ends the process.
-        for run, outcome in self.runsOf("-lang=en", refusal=failsForever(errno.ENOMEM)):
+        for run, outcome in self.runsOf("-lang=en", "-pipe", refusal=failsForever(errno.ENOMEM)):
             self.assertEqual(outcome, "ended", run)
             self.assertTrue(run.errors.startswith(ENDED), run)
             self.assertIn(run.console, (b"", b"std::bad_alloc\n", b"\nstd::bad_alloc\n"))

@@ -2,6 +2,8 @@
 
 What each gets is fixed: the ordinary failures of the boundary file, or an ordinary run. Peak memory is held below a
 limit where the point is that something is not expanded, not copied, or not kept.
+
+VADELCLIP_ATTRIBUTE sets the MiB of a long attribute, VADELCLIP_POINTS how many points a large polygon has.
 """
 import os
 import resource
@@ -146,17 +148,18 @@ class Sizes(HostileTest):
     def clipAside(self, memory):
         return self.start("base/data", "out", "../aside/area.xml", beforeStart=memoryLimit(memory))
 
-    ATTRIBUTE = (20 if SANITIZED else 200) << 20
+    ATTRIBUTE = int(os.environ.get("VADELCLIP_ATTRIBUTE", 20 if SANITIZED else 200)) << 20
+    POINTS = int(os.environ.get("VADELCLIP_POINTS", 500_000))
 
     def long(self, start, end):
         return [start, *[b"1" * (1 << 20)] * (self.ATTRIBUTE >> 20), end]
 
-    def test_an_attribute_of_200_megabytes_that_nobody_asks_for_is_passed_over(self):
+    def test_a_long_attribute_that_nobody_asks_for_is_passed_over(self):
         self.writeArea(self.long(b'<a b="', b'"/>' + SQUARE))
         # Held once, as it was read.
         self.expectFinished(self.clipAside(self.ATTRIBUTE + (60 << 20)), 1, {"a.xyz": KEPT}, lineCounts=[2])
 
-    def test_an_attribute_of_200_megabytes_in_the_place_of_a_number_is_out_of_range(self):
+    def test_a_long_attribute_in_the_place_of_a_number_is_out_of_range(self):
         self.writeArea(self.long(b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="',
                                  b'" y="0"/></polygon></group></VadeDGM></VADELSIM>'))
         run = self.clipAside(self.ATTRIBUTE * 8)
@@ -169,14 +172,16 @@ class Sizes(HostileTest):
         self.expectFailed(self.clipAside(self.ATTRIBUTE), "Boundary file ../aside/area.xml not found", SECOND)
 
     @unittest.skipIf(SANITIZED, "takes several times the memory under sanitizers")
-    def test_half_a_million_points_are_read_under_a_limit_of_memory_or_refused_in_order(self):
-        ring = (f'<point x="{10 if number % 2 else 9}" y="{number / 50_000}"/>' for number in range(500_000))
+    def test_very_many_points_are_read_under_a_limit_of_memory_or_refused_in_order(self):
+        ring = (f'<point x="{10 if number % 2 else 9}" y="{number / (self.POINTS / 10)}"/>'
+                for number in range(self.POINTS))
         self.writeArea([boundaries('<polygon id="1"><point x="0" y="0"/>' + "".join(ring)
                                    + '<point x="0" y="10"/></polygon>')])
-        # 13 MB of text, which takes several times as much as a document, and more again together with the set.
-        self.expectFailed(self.clipAside(60 << 20), "Boundary file ../aside/area.xml not found", SECOND)
-        self.expectFailed(self.clipAside(150 << 20), "std::bad_alloc")
-        self.expectFinished(self.clipAside(300 << 20), 1, {"a.xyz": KEPT}, lineCounts=[2])
+        # Half a million are 13 MB of text, which takes several times as much as a document, and more again together with
+        # the set. The bytes for each point are about those of 60, 150 and 300 MiB.
+        self.expectFailed(self.clipAside(self.POINTS * 126), "Boundary file ../aside/area.xml not found", SECOND)
+        self.expectFailed(self.clipAside(self.POINTS * 315), "std::bad_alloc")
+        self.expectFinished(self.clipAside(self.POINTS * 629), 1, {"a.xyz": KEPT}, lineCounts=[2])
 
 
 if __name__ == "__main__":

@@ -1,6 +1,9 @@
 """Standard input, output and error closed, broken or full: output files hold nodes only and the run goes its way."""
+import contextlib
 import os
 import sys
+import threading
+import time
 import unittest
 from pathlib import Path
 
@@ -13,13 +16,17 @@ KEPT = b"x;y;z\n1;1;5\n"
 
 
 class StandardDescriptors(AcceptanceTest):
+    def setUp(self):
+        super().setUp()
+        self.seenWhileFull = []
+
     def startWithout(self, descriptors, *arguments):
         return self.start(*arguments, tool=TOOL,
                           closed=descriptors)
 
     def test_closed_at_the_start_they_change_no_result(self):
         messages = [jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()]
-        for closed in ((0,), (1,), (2,), (0, 1), (1, 2), (0, 1, 2)):
+        for closed in ((0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)):
             for options in (["-lang=en"], ["-lang=en", "-pipe"]):
                 with self.subTest(closed=closed, options=options):
                     self.startOver()
@@ -29,14 +36,20 @@ class StandardDescriptors(AcceptanceTest):
                                 messages=messages if "-pipe" in options else [])
 
     def test_closed_at_the_start_no_output_file_becomes_the_console(self):
-        # The header is refused in the last opening, while the output file is open: the error must not land in it.
+        self.expectRefusedHeader(lambda: {"closed": (0, 1, 2)})
+
+    def expectRefusedHeader(self, prepare):
+        """The header is refused in the last opening, while the output file is open: the error must not land in it.
+
+        @param prepare  returns settings for the start of each run
+        """
         messages = [jsonError(BAD_SEPARATOR), *jsonProgress(100.0), jsonFinish()]
         for options in (["-lang=en"], ["-lang=en", "-pipe"]):
             with self.subTest(options=options):
                 self.startOver()
                 self.giveJob({})
                 self.serve("base/data/a.xyz", NODES, NODES, b"x:y:z\n")
-                run = self.startWithout((0, 1, 2), "base/data", "out", "area.xml", *options)
+                run = self.clip(*options, tool=TOOL, **prepare())
                 self.expect(run, status=0, created=output(1, {"a.xyz": b""}),
                             messages=messages if "-pipe" in options else [])
 
@@ -49,17 +62,58 @@ class StandardDescriptors(AcceptanceTest):
     def test_a_console_nobody_reads_does_not_end_the_run(self):
         for options in ([], ["-pipe"]):
             with self.subTest(options=options):
-                reading, writing = os.pipe()
-                os.close(reading)
-                run = self.start("-lang=en", *options, tool=TOOL, console=writing)
-                os.close(writing)
+                run = self.start("-lang=en", *options, tool=TOOL, console=self.brokenPipe())
                 self.expect(run, status=1, messages=[jsonError(USAGE), jsonFailed()] if options else [])
+
+    def test_a_console_nobody_reads_changes_no_result(self):
+        self.expectRefusedHeader(lambda: {"console": self.brokenPipe()})
+
+    def pipe(self):
+        ends = os.pipe()
+        for end in ends:
+            self.addCleanup(os.close, end)
+        return ends
+
+    def brokenPipe(self):
+        reading, writing = os.pipe()
+        os.close(reading)
+        self.addCleanup(os.close, writing)
+        return writing
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
     def test_a_console_on_a_full_disk_does_not_end_the_run(self):
         with open("/dev/full", "wb") as full:
             run = self.start("-lang=en", "-pipe", tool=TOOL, console=full.fileno())
         self.expect(run, status=1, messages=[jsonError(USAGE), jsonFailed()])
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
+    def test_a_console_on_a_full_disk_changes_no_result(self):
+        with open("/dev/full", "wb") as full:
+            self.expectRefusedHeader(lambda: {"console": full.fileno()})
+
+    def test_a_full_pipe_holds_the_run_until_somebody_reads(self):
+        self.needPosix("fills a pipe without waiting for room")
+        self.expectRefusedHeader(self.fullPipe)
+        self.assertEqual(self.seenWhileFull, [True, True])
+
+    def fullPipe(self):
+        """A console whose pipe is full until the run stands still in front of it."""
+        reading, writing = self.pipe()
+        os.set_blocking(writing, False)
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                os.write(writing, b" " * 4096)
+        os.set_blocking(writing, True)
+        threading.Thread(target=self.readOnceItWaits, args=(reading,), daemon=True).start()
+        return {"console": writing}
+
+    def readOnceItWaits(self, reading):
+        self.waitFor(lambda: os.path.exists(self.path("base/out/a.xyz")), "the pass")
+        time.sleep(0.5)
+        self.seenWhileFull.append(self.process.poll() is None
+                                  and not os.path.exists(self.path("base/out/total_node_count.txt")))
+        while os.read(reading, 1 << 20):
+            pass
 
 
 if __name__ == "__main__":
