@@ -4,6 +4,7 @@ A mutant is one change on one line. The sources are formatted by clang-format, w
 blanks around it, the brackets of a template have none.
 """
 
+import ast
 import re
 from collections import Counter
 from dataclasses import dataclass
@@ -47,6 +48,7 @@ EXCHANGES = [
     ("arithmetic", r"\+\+", ("--",)),
     ("arithmetic", r"--", ("++",)),
     ("bits", r" & ", (" | ",)),
+    ("bits", r" \|(?= |$)", (" &",)),
     ("bits", r" \^= ", (" |= ",)),
     ("extreme", r"\bstd::min\b", ("std::max",)),
     ("extreme", r"\bstd::max\b", ("std::min",)),
@@ -54,7 +56,14 @@ EXCHANGES = [
     ("constant", r"\bfalse\b", ("true",)),
 ]
 
-NUMBER = re.compile(r"(?<![\w.])(\d+)(\.\d+)?(?![\w.])")
+# Digits that become the next number; those behind "e-" are among the first.
+NUMBERS = [
+    (10, re.compile(r"(?<![\w.])(\d+)(?:\.\d+)?(?![\w.])")),
+    (10, re.compile(r"(?<![\w.])(\d+)(?=(?:\.\d+)?e[-+]?\d)")),
+    (10, re.compile(r"(?<![\w.])\d+(?:\.\d+)?e(\d+)(?!\w)")),
+    (16, re.compile(r"(?<!\w)0x([0-9A-Fa-f]+)(?!\w)")),
+]
+CHARACTER = re.compile(r"'_+'")  # masked
 CONDITION = re.compile(r"\b(?:if|while) (?:constexpr )?\(")
 # Its negation is one of the exchanges already.
 ONE_COMPARISON = re.compile(r"[^&|]* (?:<|<=|>|>=|==|!=) [^&|]*$")
@@ -97,8 +106,13 @@ def changes(code, masked):
         for match in re.finditer(pattern, masked):
             for replacement in replacements:
                 yield kind, code[:match.start()] + replacement + code[match.end():]
-    for match in NUMBER.finditer(masked):
-        yield "constant", code[:match.start(1)] + str(int(match.group(1)) + 1) + code[match.end(1):]
+    for base, pattern in NUMBERS:
+        for match in pattern.finditer(masked):
+            following = int(match.group(1), base) + 1
+            digits = str(following) if base == 10 else f"{following:X}"
+            yield "constant", code[:match.start(1)] + digits + code[match.end(1):]
+    for match in CHARACTER.finditer(masked):
+        yield "constant", code[:match.start()] + nextCharacter(code[match.start():match.end()]) + code[match.end():]
     for match in CONDITION.finditer(masked):
         end = closingBracket(masked, match.end() - 1)
         condition = code[match.end():end] if end else ""
@@ -106,6 +120,12 @@ def changes(code, masked):
             yield "condition", f"{code[:match.end()]}!({condition}){code[end:]}"
     if STATEMENT.match(masked) and not isDeclaration(masked):
         yield "statement", ""
+
+
+def nextCharacter(literal):
+    following = ord(ast.literal_eval(literal)) + 1
+    text = chr(following)
+    return f"'{text}'" if text.isprintable() and text not in "'\\" else f"'\\x{following:02x}'"
 
 
 def isDeclaration(masked):

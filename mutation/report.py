@@ -22,7 +22,7 @@ def printReport(mutants, outcomes, explained):
         for row in (os.path.dirname(mutant.path), "all"):
             table[row].update((outcome, "mutants"))
 
-    print("| Sources | " + " | ".join(COLUMNS) + " | killed of those not explained |")
+    print("| Sources | " + " | ".join(COLUMNS) + " | killed of those that compile |")
     print("|---|" + "---:|" * (len(COLUMNS) + 1))
     for name in sorted(table, key=lambda name: (name == "all", name)):
         printRow(name, table[name])
@@ -34,6 +34,6 @@ def printReport(mutants, outcomes, explained):
 
 
 def printRow(name, row):
-    compared = row["killed"] + row["unexplained"]
+    compared = row["killed"] + row["explained"] + row["unexplained"]
     share = f"{100 * row['killed'] / compared:.1f} %" if compared else "-"
     print(f"| {name} | " + " | ".join(str(row[column]) for column in COLUMNS) + f" | {share} |")

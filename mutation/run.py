@@ -4,9 +4,9 @@ All mutants are compiled into one copy of the tree, each behind a switch (switch
 that reach it (suite.py). Those that fit behind no switch are compiled one by one at the end. A mutant is killed when a
 test fails, crashes or takes far too much time; it is invalid when it does not compile; it survives when all pass.
 
-Outcomes are kept in build/mutation/outcomes.json and not found out again as long as neither the mutant's text nor, for a
-survivor, the sources and tests changed (--again: all anew). A survivor that explained.json names does not make the run
-fail.
+Outcomes are kept in build/mutation/outcomes.json and not found out again as long as neither the mutant's text nor, for
+a survivor, the sources and tests changed. Killed once stays killed, whatever becomes of the tests: figures to be
+printed come from --again, all anew. A survivor that explained.json names does not make the run fail.
 
     mutation/run.py [--only boundary/ring_walk] [--sample 200] [--minutes 30] [--workers 1] [--again] [--report]
 """

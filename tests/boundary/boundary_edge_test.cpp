@@ -80,6 +80,15 @@ TEST(BoundaryEdge, inAnyDirectionHasItsCornersByAxis) {
     }
 }
 
+// The two zeros are equal, and of equal coordinates the corners have the start's.
+TEST(BoundaryEdge, hasTheZeroOfItsStartAtBothCorners) {
+    for (const double first : {0.0, -0.0}) {
+        const BoundaryEdge edge = edgeBetween({first, first}, {-first, -first});
+        EXPECT_EQ(asText(Point2D{first, first}), asText(edge.minCorner));
+        EXPECT_EQ(asText(Point2D{first, first}), asText(edge.maxCorner));
+    }
+}
+
 TEST(BoundaryEdge, ofFarApartVerticesHasALengthThatDoesNotOverflow) {
     const BoundaryEdge edge = edgeBetween({0, 0}, {0x3p+600, 0x4p+600});
     EXPECT_EQ(0x5p+600, edge.length);

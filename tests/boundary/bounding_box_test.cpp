@@ -52,6 +52,15 @@ TEST(BoundingBox, replacesTheOneThatWasThere) {
     EXPECT_EQ(boxText({3, 4, 5, 6}), boxText(polygon.boundingBox));
 }
 
+// The two zeros are equal, and of equal coordinates the first one stays.
+TEST(BoundingBox, hasTheZeroThatCameFirst) {
+    for (const double first : {0.0, -0.0}) {
+        std::vector<BoundaryVertex> table;
+        const BoundaryPolygon polygon = makePolygon(table, {{first, first}, {-first, -first}});
+        EXPECT_EQ(boxText({first, first, first, first}), boxText(polygon.boundingBox));
+    }
+}
+
 TEST(BoundingBox, ofAPolygonWithoutVerticesStaysAsItIs) {
     BoundaryPolygon fresh;
     computeBoundingBox(fresh, {});

@@ -25,6 +25,7 @@ constexpr Range ranges[] = {
     {-4e307, 4e307},   {6354000.0, 6355000.0},
     {-0.1, 0.2},       {1.0, 1.0000000000000036},
     {-2.0, -1.0},      {-1.0000000000000036, -1.0},
+    {-1e-307, 1e-307}, {-0x1p-1020, 0x1p-1020},
 };
 
 } // namespace
@@ -77,4 +78,12 @@ TEST(UniformCells, knowsTheFirstDoubleOfEachCell) {
             }
         }
     }
+}
+
+// So close to zero that half this range less the smallest double is rounded to half of it: the limit in the middle is
+// not zero but the double before both zeros.
+TEST(UniformCells, knowsALimitNextToZero) {
+    const UniformCells cells(-0x1p-1020, 0x1p-1020, 16);
+    ASSERT_EQ(cells.count(), 16U);
+    EXPECT_EQ(cells.firstCoordinateOf(8), -std::numeric_limits<double>::denorm_min());
 }
