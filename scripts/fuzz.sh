@@ -86,14 +86,15 @@ for name in "${names[@]}"; do
   printf 'Replay it:  build/fuzz/fuzz/%s_fuzz %s\n' "$name" "$input"
 done
 
-# A fuzzer that has only read its seeds, or nothing at all, has found nothing because it has not looked.
+# A fuzzer that has only read its seeds, or nothing at all, has found nothing because it has not looked. It begins with an
+# empty input, which is no seed.
 idle=0
 for name in "${names[@]}"; do
   seeds=$(<"build/fuzz/logs/$name.seeds")
   executions=$(last stat::number_of_executed_units: "$name")
-  if [ "${statuses[$name]}" -eq 0 ] && ! { [[ $executions =~ ^[0-9]+$ ]] && [ "$executions" -gt "$seeds" ]; }; then
+  if [ "${statuses[$name]}" -eq 0 ] && ! { [[ $executions =~ ^[0-9]+$ ]] && [ "$executions" -gt $((seeds + 1)) ]; }; then
     idle=$((idle + 1))
-    printf '\n== Nothing tried: %s, %s executions of %s seeds, the whole log is build/fuzz/logs/%s.log\n' \
+    printf '\n== Nothing tried: %s, %s executions with %s seeds; it may need more seconds. The log is build/fuzz/logs/%s.log\n' \
       "$name" "$executions" "$seeds" "$name"
   fi
 done
