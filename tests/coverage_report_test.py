@@ -1,4 +1,5 @@
 """What the report of the reached lines counts as a branch, and what it says about one that is not taken."""
+import json
 import os
 import sys
 import unittest
@@ -9,6 +10,8 @@ from coverage_report import (REASONS, WITHOUT_FUNCTIONS, Source, Tally, decision
 from cpp_statements import linesWithConditions
 from gcov_without_cleanup import ROOT, withoutCleanup, withWholeName
 
+DOCUMENT = os.path.join(ROOT, "docs", "reliability.md")
+
 
 def branch(count, kind=""):
     return {"count": count, "fallthrough": kind == "returns", "throw": kind == "throws"}
@@ -17,6 +20,13 @@ def branch(count, kind=""):
 def line(number, count, *branches):
     return {"line_number": number, "count": count, "branches": list(branches), "gcovr/noncode": False,
             "gcovr/excluded": False}
+
+
+def tableRow(key, branches, reason):
+    """How docs/reliability.md writes an entry of unreached.json: the beginning of a long line is enough to find it."""
+    source, text = key.split(": ", 1)
+    shortened = text if len(text) <= 70 else text[:67] + "..."
+    return f"| `{source}` | `{shortened}` | {branches} | {reason} |".replace("||", "\\|\\|")
 
 
 class Conditions(unittest.TestCase):
@@ -206,6 +216,10 @@ class WhatIsCounted(unittest.TestCase):
         for mark in ("GCOVR_EXCL_LINE", "GCOV_EXCL_START", "LCOV_EXCL_BR_LINE"):
             self.assertEqual([f"a.cpp:2: nothing is excluded from the count: f(); // {mark}"],
                              exclusions({"a.cpp": f"g();\n  f(); // {mark}\n", "b.cpp": "f(); // excluded\n"}))
+
+    def test_the_document_lists_every_branch_with_its_reason(self):
+        self.assertEqual([tableRow(key, **entry) for key, entry in json.loads(read(REASONS)).items()],
+                         [line for line in read(DOCUMENT).splitlines() if line.startswith("| `src/")])
 
 
 if __name__ == "__main__":
