@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and runs them, two at a time on two processors: scripts/fuzz.sh [seconds each, 20] [name...]
 # A name is that of the source: scripts/fuzz.sh 600 boundary_index
-# The corpus grows in build/fuzz/corpus, findings are kept in build/fuzz/findings. Ends with status 1 on any finding.
+# The corpus grows in build/fuzz/corpus, findings are kept in build/fuzz/findings. Ends with status 1 on any finding, and if
+# a fuzzer has not tried more than what it starts from.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -40,6 +41,7 @@ run() {
   local name=$1 options=()
   [ -f "fuzz/dictionaries/$name.dict" ] && options+=("-dict=fuzz/dictionaries/$name.dict")
   mkdir -p "build/fuzz/corpus/$name"
+  find "build/fuzz/corpus/$name" "fuzz/corpus/$name" -type f | wc -l >"build/fuzz/logs/$name.seeds"
   "build/fuzz/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
     -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "fuzz/corpus/$name" \
     >"build/fuzz/logs/$name.log" 2>&1
@@ -83,4 +85,21 @@ for name in "${names[@]}"; do
   input=$(grep -aoE 'build/fuzz/findings/[^ ]+' "build/fuzz/logs/$name.log" | tail -1 || true)
   printf 'Replay it:  build/fuzz/fuzz/%s_fuzz %s\n' "$name" "$input"
 done
-[ "$findings" -eq 0 ]
+
+# A fuzzer that has only read its seeds, or nothing at all, has found nothing because it has not looked. It begins with an
+# empty input, which is no seed.
+idle=0
+for name in "${names[@]}"; do
+  seeds=$(<"build/fuzz/logs/$name.seeds")
+  executions=$(last stat::number_of_executed_units: "$name")
+  if [ "${statuses[$name]}" -eq 0 ] && ! { [[ $executions =~ ^[0-9]+$ ]] && [ "$executions" -gt $((seeds + 1)) ]; }; then
+    idle=$((idle + 1))
+    printf '\n== Nothing tried: %s, %s executions with %s seeds; it may need more seconds. The log is build/fuzz/logs/%s.log\n' \
+      "$name" "$executions" "$seeds" "$name"
+  fi
+done
+if [ "$findings" -eq 0 ] && [ "$idle" -eq 0 ]; then
+  printf '\nNo finding; every fuzzer has tried more inputs than its seeds.\n'
+else
+  exit 1
+fi

@@ -1,12 +1,16 @@
 """What the report of the reached lines counts as a branch, and what it says about one that is not taken."""
+import json
 import os
 import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts"))
-from coverage_report import Source, Tally, decisions, outdated, withoutReason
+from coverage_report import (REASONS, WITHOUT_FUNCTIONS, Source, Tally, decisions, exclusions, noLongerNeeded, notCounted,
+                             outdated, read, withoutReason)
 from cpp_statements import linesWithConditions
 from gcov_without_cleanup import ROOT, withoutCleanup, withWholeName
+
+DOCUMENT = os.path.join(ROOT, "docs", "reliability.md")
 
 
 def branch(count, kind=""):
@@ -16,6 +20,13 @@ def branch(count, kind=""):
 def line(number, count, *branches):
     return {"line_number": number, "count": count, "branches": list(branches), "gcovr/noncode": False,
             "gcovr/excluded": False}
+
+
+def tableRow(key, branches, reason):
+    """How docs/reliability.md writes an entry of unreached.json: the beginning of a long line is enough to find it."""
+    source, text = key.split(": ", 1)
+    shortened = text if len(text) <= 70 else text[:67] + "..."
+    return f"| `{source}` | `{shortened}` | {branches} | {reason} |".replace("||", "\\|\\|")
 
 
 class Conditions(unittest.TestCase):
@@ -111,6 +122,28 @@ class Cleanup(unittest.TestCase):
         lines = ["        1:    6-block  0", "branch  0 taken 1", "branch  1 taken 0"]
         self.assertEqual(lines[1:], list(withoutCleanup(lines)))
 
+    def expectBlocks(self, expected, *blocks):
+        """Blocks are written as the kinds of their branches: r(eturn), t(hrow), n(either)."""
+        words = {"r": " (fallthrough)", "t": " (throw)", "n": ""}
+        lines, number = [], 0
+        for block in blocks:
+            lines.append("        7:    6-block  0")
+            for kind in block:
+                lines.append(f"branch {number:2} taken {number}{words[kind]}")
+                number += 1
+        self.assertEqual([f"branch {number:2} taken {count}{words[kind]}" for number, count, kind in expected],
+                         list(withoutCleanup(lines)))
+
+    def test_the_return_of_a_call_comes_before_its_throw_in_either_order(self):
+        self.expectBlocks([(0, 0, "r"), (1, 1, "t")], "rt")
+        self.expectBlocks([(0, 1, "r"), (1, 0, "t")], "tr")
+        self.expectBlocks([(0, 0, "n"), (1, 1, "r"), (2, 3, "r"), (3, 2, "t")], "nr", "tr")
+        self.expectBlocks([(0, 1, "r"), (1, 0, "t"), (2, 2, "r"), (3, 3, "t")], "trrt")
+
+    def test_a_throw_does_not_pair_with_the_return_of_another_block(self):
+        self.expectBlocks([(0, 0, "n"), (1, 1, "r")], "nr", "t")
+        self.expectBlocks([(1, 1, "r"), (2, 2, "n")], "t", "rn")
+
     def test_sources_keep_their_names(self):
         self.assertEqual(f"        -:    0:Source:{ROOT}/src/a.cpp", withWholeName(REPORT[0]))
         self.assertEqual("        -:    0:Source:../../src/a.cpp", withWholeName("        -:    0:Source:../../src/a.cpp"))
@@ -122,6 +155,12 @@ class Branches(unittest.TestCase):
         condition = [branch(3, "returns"), branch(0)]
         call = [branch(5, "returns"), branch(0, "throws")]
         self.assertEqual(condition * 2, decisions(call + condition + call + condition))
+
+    def test_a_condition_right_before_a_call_stays_in_either_order(self):
+        call = [branch(5, "returns"), branch(0, "throws")]
+        for condition in ([branch(3, "returns"), branch(0)], [branch(0), branch(3, "returns")]):
+            self.assertEqual(condition, decisions(condition + call))
+            self.assertEqual(condition, decisions(call + condition))
 
     def test_of_a_line_without_a_condition_only_the_second_figure_knows(self):
         report = {"file": "a.cpp", "functions": [], "lines": [
@@ -153,9 +192,34 @@ class Reasons(unittest.TestCase):
         self.assertEqual(["a.cpp: if (a) {\n  2 not taken, 1 with a reason", "a.cpp: if (b) {\n  1 not taken"],
                          withoutReason({"a.cpp: if (a) {": 2, "a.cpp: if (b) {": 1}, self.reasons))
 
+    def test_one_for_more_branches_than_are_missed_is_no_longer_needed(self):
+        self.assertEqual([], noLongerNeeded({"a.cpp: if (a) {": 1}, self.reasons))
+        self.assertEqual([], noLongerNeeded({"a.cpp: if (a) {": 2}, self.reasons))
+        self.assertEqual(["a.cpp: if (a) {\n  a reason for 1, 0 not taken"], noLongerNeeded({}, self.reasons))
+
     def test_one_without_its_line_is_named(self):
         self.assertEqual([], outdated(self.reasons, {"a.cpp": "{\n    if (a) {\n"}))
         self.assertEqual(1, len(outdated(self.reasons, {"a.cpp": "if (b) {\n", "b.cpp": "if (a) {\n"})))
+
+
+class WhatIsCounted(unittest.TestCase):
+    def test_a_source_that_is_not_in_the_report_is_named_unless_only_windows_builds_it(self):
+        existing = ["src/a.cpp", "src/b.cpp", "src/b_win32.cpp", "src/b.hpp", *WITHOUT_FUNCTIONS]
+        self.assertEqual(["src/b.cpp: not in the report"], notCounted({"src/a.cpp"}, existing))
+
+    def test_a_source_that_is_counted_or_gone_is_no_exception(self):
+        first, second, *_ = sorted(WITHOUT_FUNCTIONS)
+        words = [f"{name}: is in the report or gone, no longer an exception" for name in (first, second)]
+        self.assertEqual(words, notCounted({first}, WITHOUT_FUNCTIONS - {second}))
+
+    def test_marks_that_exclude_lines_are_named(self):
+        for mark in ("GCOVR_EXCL_LINE", "GCOV_EXCL_START", "LCOV_EXCL_BR_LINE"):
+            self.assertEqual([f"a.cpp:2: nothing is excluded from the count: f(); // {mark}"],
+                             exclusions({"a.cpp": f"g();\n  f(); // {mark}\n", "b.cpp": "f(); // excluded\n"}))
+
+    def test_the_document_lists_every_branch_with_its_reason(self):
+        self.assertEqual([tableRow(key, **entry) for key, entry in json.loads(read(REASONS)).items()],
+                         [line for line in read(DOCUMENT).splitlines() if line.startswith("| `src/")])
 
 
 if __name__ == "__main__":

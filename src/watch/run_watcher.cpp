@@ -33,12 +33,15 @@ std::string_view RunWatcher::Source::readBlock() {
         return {};
     }
     // Nothing is left to be read: that looks like the end of the stream, and is taken for it.
-    const ssize_t size = read(descriptor, block.data(), std::min(block.size(), readable));
+    ssize_t size = 0;
+    do {
+        size = read(descriptor, block.data(), std::min(block.size(), readable));
+    } while (size == -1 && errno == EINTR);
     if (size > 0) {
         readable -= static_cast<std::size_t>(size);
         return {block.data(), static_cast<std::size_t>(size)};
     }
-    if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+    if (size == 0 || errno != EAGAIN) {
         open = false;
     }
     return {};

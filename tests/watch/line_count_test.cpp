@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <random>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -64,6 +65,22 @@ TEST(CountLines, whatIsNoRegularFileIsNotTouched) {
     EXPECT_FALSE(countLines(directory.path(), goOn));
     EXPECT_FALSE(countLines(directory.pathOf("none"), goOn));
     EXPECT_EQ(-1, openRegularFile(fifo));
+}
+
+TEST(CountLines, aRegularFileThatCannotBeOpenedHasNone) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("a", "x;y;z\n1;1;1\n");
+    rlimit before{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
+    // Root may open every file, so it is the number of open files that forbids it.
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+    const int descriptor = openRegularFile(path);
+    const auto count = countLines(path, goOn);
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &before));
+    EXPECT_EQ(-1, descriptor);
+    EXPECT_FALSE(count);
+    EXPECT_EQ(1U, countLines(path, goOn)->nodeLines());
 }
 
 TEST(CountLines, aLinkToAFileIsThatFile) {

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -55,6 +56,16 @@ public:
 private:
     std::array<int, 2> ends{-1, -1};
 };
+
+/// 'S' for one that sleeps, as one does that waits for room in a pipe.
+char stateOfFirstThread() {
+    std::ifstream file("/proc/self/stat");
+    std::string text;
+    std::getline(file, text);
+    // The name of the program stands in front, and may hold anything.
+    const std::size_t name = text.rfind(')');
+    return name == std::string::npos ? '?' : text.at(name + 2);
+}
 
 /// No two stretches of it are alike.
 std::string countedText(std::size_t numbers) {
@@ -113,7 +124,13 @@ TEST(OwnOutput, aWriteWaitsForASlowReaderAndComesBehindWhatWasKept) {
         OwnOutput output(pipe.writing());
         const std::string text = countedText(100000);
         std::string received;
-        std::thread reader([&pipe, &received, &text] { received = pipe.read(text.size() + 4); });
+        std::thread reader([&pipe, &received, &text] {
+            // Slow for certain: it begins once the writer, the first thread of the process, has found the pipe full.
+            while (stateOfFirstThread() != 'S') {
+                std::this_thread::yield();
+            }
+            received = pipe.read(text.size() + 4);
+        });
         output.keep(text);
         output.write("end\n");
         reader.join();
