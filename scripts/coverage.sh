@@ -6,11 +6,10 @@
 # of the branches are taken; with --strict also for each of them that has no reason. Some take a signal that meets a call.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-source scripts/no-arguments.sh
 
 if [ $# -gt 1 ] || [ "${1:---strict}" != --strict ]; then
   echo "Usage: scripts/coverage.sh [--strict]" >&2
-  exit 1
+  exit 2
 fi
 
 scripts/setup.sh coverage

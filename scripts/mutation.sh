@@ -7,6 +7,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 minutes=${1:-60}
+if ! [[ $minutes =~ ^[0-9]+$ ]]; then
+  echo "Usage: scripts/mutation.sh [minutes, 60] [options of mutation/run.py]" >&2
+  exit 2
+fi
 shift || true
 scripts/setup.sh mutation
 mkdir -p build/mutation
