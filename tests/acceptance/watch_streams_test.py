@@ -54,6 +54,10 @@ finish()
 """)
         self.expect(self.run_(*JOB, "--quiet"), status=0, errors=["piece by piece", *map(str, range(1000))])
 
+    def test_the_last_words_on_the_console_need_no_line_feed(self):
+        self.standIn("say(b'whole\\nlast words'); finish()")
+        self.expect(self.run_(*JOB, "--quiet"), status=0, errors=["whole", "last words"])
+
     def test_twenty_megabytes_without_losing_or_reordering_a_message(self):
         count = 200000
         self.standIn(f"""
