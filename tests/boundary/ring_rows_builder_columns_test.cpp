@@ -2,20 +2,11 @@
 #include "boundary/ring_rows_builder.hpp"
 
 #include "support/boundary_support.hpp"
+#include "support/toothed_outline.hpp"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-/// Upright teeth, one wide and one apart, that lean by so much.
-Outline teeth(int count, double lean) {
-    Outline ring;
-    for (int tooth = 0; tooth < count; ++tooth) {
-        const double x = 2.0 * tooth;
-        ring.insert(ring.end(), {{x, 0.0}, {x + lean, 16.0}, {x + lean + 1.0, 16.0}, {x + 1.0, 0.0}});
-    }
-    return ring;
-}
 
 /// The same, upright, each side with a bump to the right at a height of 5 to 6.
 Outline bumpedTeeth(int count, double bump) {

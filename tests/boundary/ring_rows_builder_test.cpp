@@ -3,6 +3,7 @@
 #include "boundary/ring_rows_builder.hpp"
 
 #include "support/boundary_support.hpp"
+#include "support/toothed_outline.hpp"
 
 #include <gtest/gtest.h>
 
@@ -66,16 +67,6 @@ Outline climbing(int edges, int steps) {
     for (int i = 0; i < edges; ++i) {
         const int step = i % (2 * steps);
         ring.push_back({i % 2 * 100.0, (step <= steps ? step : 2 * steps - step) * 1.0});
-    }
-    return ring;
-}
-
-/// Upright teeth, one wide and one apart, that lean by so much.
-Outline teeth(int count, double lean) {
-    Outline ring;
-    for (int tooth = 0; tooth < count; ++tooth) {
-        const double x = 2.0 * tooth;
-        ring.insert(ring.end(), {{x, 0.0}, {x + lean, 16.0}, {x + lean + 1.0, 16.0}, {x + 1.0, 0.0}});
     }
     return ring;
 }

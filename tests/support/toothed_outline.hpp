@@ -1,0 +1,13 @@
+#pragma once
+
+#include "support/boundary_support.hpp"
+
+/// Upright teeth, one wide and one apart, that lean by so much.
+inline Outline teeth(int count, double lean) {
+    Outline ring;
+    for (int tooth = 0; tooth < count; ++tooth) {
+        const double x = 2.0 * tooth;
+        ring.insert(ring.end(), {{x, 0.0}, {x + lean, 16.0}, {x + lean + 1.0, 16.0}, {x + 1.0, 0.0}});
+    }
+    return ring;
+}
