@@ -45,17 +45,17 @@ def processorTime():
 
 
 def reachedBy(test, seconds):
-    path = os.environ["VADELCLIP_REACHED_MUTANTS"]
-    with open(path, "r+b") as notes:
-        size = len(notes.read())
-        notes.seek(0)
-        notes.write(bytes(size))
-    before = processorTime()
-    passed = passes(test, seconds)
-    spent = processorTime() - before
-    if not passed and spent < seconds:
-        sys.exit(f"{test.id()} does not pass on the unchanged sources")
-    return {"time": spent, "reached": [number for number, byte in enumerate(Path(path).read_bytes()) if byte]}
+    path = Path(os.environ["VADELCLIP_REACHED_MUTANTS"])
+    for _ in range(2):
+        with path.open("r+b") as notes:  # not cut: a process may still have it in its memory
+            notes.write(bytes(path.stat().st_size))
+        before = processorTime()
+        passed = passes(test, seconds)
+        spent = processorTime() - before
+        if passed or spent >= seconds:
+            return {"time": spent, "reached": [number for number, byte in enumerate(path.read_bytes()) if byte]}
+    print(test.id())
+    sys.exit(1)
 
 
 def main():
