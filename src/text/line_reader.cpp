@@ -8,11 +8,11 @@
 namespace {
 
 /// A file buffer reads one byte less than it is given.
-constexpr std::size_t blockSize = 65536 + 1;
+constexpr std::size_t bufferSize = 65536 + 1;
 
 } // namespace
 
-LineReader::LineReader(const std::string& path) : block(blockSize), stream(&buffer) {
+LineReader::LineReader(const std::string& path) : block(bufferSize), stream(&buffer) {
     buffer.pubsetbuf(block.data(), static_cast<std::streamsize>(block.size()));
     if (buffer.open(path, std::ios_base::in) == nullptr) {
         stream.setstate(std::ios_base::failbit);

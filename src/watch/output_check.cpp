@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* nodeCountName = "total_node_count.txt";
-
 OutputCondition conditionOf(const LineCount& count) {
     if (count.bytes == 0) {
         return OutputCondition::empty;

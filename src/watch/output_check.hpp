@@ -11,6 +11,9 @@
 #include <system_error>
 #include <vector>
 
+/// The file in the output directory that has the number of kept lines.
+inline constexpr const char* nodeCountName = "total_node_count.txt";
+
 enum class OutputCondition {
     whole,
     empty,       ///< Not even a header.

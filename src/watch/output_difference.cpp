@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr const char* nodeCountName = "total_node_count.txt";
-
 /// More node files without an output are counted and not named: in a large survey clipped to a small area, most of them
 /// rightly have none.
 constexpr std::size_t mostNamed = 20;

@@ -1,5 +1,7 @@
 #include "watch/progress_line.hpp"
 
+#include "watch/utf8_character.hpp"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -13,11 +15,6 @@ constexpr int widestBar = 80;
 
 /// Between the leading blank, the bar and the figures.
 constexpr int gaps = 2;
-
-/// Columns of a text in UTF-8 whose characters are one column wide.
-int columnsOf(const std::string& text) {
-    return static_cast<int>(std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
 
 std::string percentText(double percent, const WatchTexts& texts) {
     // Cut, as the tool does it: 100.0 is the end and nothing else.
@@ -85,13 +82,13 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
                             const WatchTexts& texts) {
     for (int detail = 3; detail >= 0; --detail) {
         const std::string text = figuresText(figures, detail, texts);
-        const int barWidth = std::min(widestBar, columns - columnsOf(text) - gaps);
+        const int barWidth = std::min(widestBar, columns - static_cast<int>(columnsOf(text)) - gaps);
         if (barWidth >= (detail == 3 ? 2 * narrowestBar : narrowestBar)) {
             return fmt::format(" {} {}", barText(figures.percent, barWidth, style), text);
         }
     }
     std::string text = figuresText(figures, 0, texts);
-    return columnsOf(text) <= columns ? text : "";
+    return static_cast<int>(columnsOf(text)) <= columns ? text : "";
 }
 
 std::string plainProgressLine(const ProgressFigures& figures, const WatchTexts& texts) {

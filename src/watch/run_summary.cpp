@@ -1,6 +1,7 @@
 #include "watch/run_summary.hpp"
 
 #include "watch/shown_name.hpp"
+#include "watch/utf8_character.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -10,7 +11,7 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 struct Row {
     std::string label;
@@ -34,12 +35,6 @@ std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
     const std::optional<double> percent = percentKept(summary);
     return filledIn(texts.keptOfRead,
                     {kept, groupedNumber(*summary.nodesRead), percent ? decimalNumber(*percent, 1, texts) : "-"});
-}
-
-/// Columns of a text whose letters are one column wide each.
-std::size_t columnsOf(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
 /// Breaks a sentence between words.
@@ -87,8 +82,8 @@ std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
 }
 
 template <typename Value>
-Json orNull(const std::optional<Value>& value) {
-    return value ? Json(*value) : Json();
+OrderedJson orNull(const std::optional<Value>& value) {
+    return value ? OrderedJson(*value) : OrderedJson();
 }
 
 } // namespace
@@ -109,18 +104,18 @@ std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std:
 
 std::string summaryJson(const RunSummary& summary) {
     const bool finished = summary.finished;
-    Json object;
+    OrderedJson object;
     object["finished"] = finished;
     object["exit_status"] = summary.exitStatus;
-    object["files_read"] = finished ? Json(summary.filesRead) : Json();
-    object["files_written"] = finished ? Json(summary.filesWritten) : Json();
-    object["nodes_read"] = finished ? orNull(summary.nodesRead) : Json();
-    object["nodes_kept"] = finished ? Json(summary.nodesKept) : Json();
-    object["percent_kept"] = finished ? orNull(percentKept(summary)) : Json();
-    object["total_node_count"] = finished ? orNull(summary.nodeCount) : Json();
-    object["adds_up"] = finished ? Json(summary.addsUp) : Json();
+    object["files_read"] = finished ? OrderedJson(summary.filesRead) : OrderedJson();
+    object["files_written"] = finished ? OrderedJson(summary.filesWritten) : OrderedJson();
+    object["nodes_read"] = finished ? orNull(summary.nodesRead) : OrderedJson();
+    object["nodes_kept"] = finished ? OrderedJson(summary.nodesKept) : OrderedJson();
+    object["percent_kept"] = finished ? orNull(percentKept(summary)) : OrderedJson();
+    object["total_node_count"] = finished ? orNull(summary.nodeCount) : OrderedJson();
+    object["adds_up"] = finished ? OrderedJson(summary.addsUp) : OrderedJson();
     object["seconds"] = summary.seconds;
     object["output_directory"] = summary.outputDirectory;
     object["errors"] = summary.errors;
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+    return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t blockSize = 65536;
+constexpr std::size_t pipeBlockSize = 65536;
 
 /// At most this much of the console goes before the messages of a block: more than a pipe holds, so every line that was
 /// written before one of these messages is among it.
@@ -26,7 +26,7 @@ constexpr int pollMilliseconds = 100;
 
 } // namespace
 
-RunWatcher::Source::Source(int pipe) : descriptor(pipe), block(blockSize) {}
+RunWatcher::Source::Source(int pipe) : descriptor(pipe), block(pipeBlockSize) {}
 
 std::string_view RunWatcher::Source::readBlock() {
     if (!open) {

@@ -1,5 +1,7 @@
 #include "watch/utf8_character.hpp"
 
+#include <algorithm>
+
 namespace {
 
 /// How many bytes the character at the front takes, by its first byte; 0 for a byte that begins none.
@@ -36,6 +38,11 @@ bool isSecondByteAllowed(unsigned char first, unsigned char second) {
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+std::size_t columnsOf(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); }));
 }
 
 std::size_t characterLength(std::string_view bytes) {

@@ -8,6 +8,11 @@
 /// Whether a byte goes on with a character and does not begin one.
 bool isContinuation(char byte);
 
+/// Columns that a text takes on a terminal.
+///
+/// @param text valid UTF-8, each character of it one column wide.
+std::size_t columnsOf(std::string_view text);
+
 /// How many bytes the character at the front takes.
 ///
 /// @param bytes not empty.

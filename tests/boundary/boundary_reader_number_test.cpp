@@ -51,7 +51,6 @@ const std::vector<NumberCase> goodNumbers = {
 };
 
 const std::string noBreakSpace = "\xC2\xA0";
-const std::string byteOrderMark = "\xEF\xBB\xBF";
 const std::string minusSign = "\xE2\x88\x92";
 const std::string arabicOne = "\xD9\xA1";
 

@@ -100,10 +100,6 @@ void changeEverything(BoundaryPolygon& polygon) {
     polygon.fifthIntList[0] = 1;
 }
 
-std::string boxText(const BoundingBox& box) {
-    return asText(Outline{{box.minX, box.minY}, {box.maxX, box.maxY}});
-}
-
 } // namespace
 
 TEST(BoundarySet, holdsPolygonsBeforeVertices) {

@@ -6,14 +6,6 @@
 
 #include <limits>
 
-namespace {
-
-std::string boxText(const BoundingBox& box) {
-    return asText(Outline{{box.minX, box.minY}, {box.maxX, box.maxY}});
-}
-
-} // namespace
-
 TEST(BoundingBox, isTheExactMinimumAndMaximumOfAnOutline) {
     struct Case {
         Outline outline;

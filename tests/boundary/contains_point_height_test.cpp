@@ -158,10 +158,10 @@ TEST(SlopedEdge, multipliesBeforeItDivides) {
 }
 
 TEST(SlopedEdge, findsDecimalPointsOfATriangleOnIt) {
-    const Outline triangle = {{0, 0}, {3, 1}, {0, 3}};
-    EXPECT_TRUE(isInside(triangle, {0.3, 0.1}));
-    EXPECT_TRUE(isInside(triangle, {1.5, 0.5}));
-    EXPECT_TRUE(isInside(triangle, {2.7, 0.9}));
+    const Outline decimals = {{0, 0}, {3, 1}, {0, 3}};
+    EXPECT_TRUE(isInside(decimals, {0.3, 0.1}));
+    EXPECT_TRUE(isInside(decimals, {1.5, 0.5}));
+    EXPECT_TRUE(isInside(decimals, {2.7, 0.9}));
 }
 
 TEST(SlopedEdge, whollyOnOneSideIsSettledWithoutRounding) {

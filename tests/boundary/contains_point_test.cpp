@@ -1,6 +1,7 @@
 #include "boundary/contains_point.hpp"
 
 #include "support/boundary_support.hpp"
+#include "support/special_numbers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 /// Answer for one open outline with a bounding box of the test's own.
 bool containsWithBox(const Outline& outline, const BoundingBox& box, Point2D point) {
@@ -148,7 +147,6 @@ TEST(ContainsPoint, notANumberPassesTheBoxAndCrossesNothing) {
 }
 
 TEST(ContainsPoint, anInfinitePointIsOutside) {
-    const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {infinity, 5}));
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {-infinity, 5}));
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {5, infinity}));

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float infiniteFloat = std::numeric_limits<float>::infinity();
 
 struct Cut {
     RingRows all;
@@ -155,7 +155,7 @@ TEST(RingRowsBuilder, roundsRangesOutwardsToTheNextFloat) {
         const RingChain chain = chainsOfRow(result, 3)[1];
         EXPECT_LE(static_cast<double>(chain.minX), x);
         EXPECT_GE(static_cast<double>(chain.maxX), x);
-        EXPECT_EQ(std::nextafter(chain.minX, infinity), chain.maxX) << x;
+        EXPECT_EQ(std::nextafter(chain.minX, infiniteFloat), chain.maxX) << x;
     }
     const RingChain exact = chainsOfRow(cut({{0.5, 0.0}, {1e6, 8.0}, {0.5, 16.0}}), 3)[1];
     EXPECT_EQ(exact.minX, 0.5F);
@@ -163,8 +163,8 @@ TEST(RingRowsBuilder, roundsRangesOutwardsToTheNextFloat) {
     const float largest = std::numeric_limits<float>::max();
     const RingChain right = chainsOfRow(cut({{1e300, 0.0}, {0.0, 8.0}, {1e300, 16.0}}), 3)[1];
     EXPECT_EQ(right.minX, largest);
-    EXPECT_EQ(right.maxX, infinity);
+    EXPECT_EQ(right.maxX, infiniteFloat);
     const RingChain left = chainsOfRow(cut({{-1e300, 0.0}, {0.0, 8.0}, {-1e300, 16.0}}), 3)[1];
-    EXPECT_EQ(left.minX, -infinity);
+    EXPECT_EQ(left.minX, -infiniteFloat);
     EXPECT_EQ(left.maxX, -largest);
 }

@@ -1,5 +1,7 @@
 #include "boundary/uniform_cells.hpp"
 
+#include "support/special_numbers.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,8 +10,6 @@
 #include <random>
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
 
 struct Range {
     double minimum;

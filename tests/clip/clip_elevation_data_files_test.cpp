@@ -13,8 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string firstCharacterText = "First character of node file must be one of x,X";
-
 } // namespace
 
 TEST(ClipElevationDataFiles, filesWithoutLinesGiveProgressThatIsNotFinite) {

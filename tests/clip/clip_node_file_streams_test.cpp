@@ -18,8 +18,6 @@ namespace {
 
 using testing::StartsWith;
 
-const std::string firstCharacterText = "First character of node file must be one of x,X";
-
 /// A pass that rejected the header with this text and left an empty output.
 PassOutcome headerRejected(const std::string& errorText) {
     return {1, {{"a.xyz", ""}}, errorText + "\n", errorCalls(errorText)};

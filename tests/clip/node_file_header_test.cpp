@@ -13,10 +13,8 @@
 
 namespace {
 
-const std::string byteOrderMark = "\xEF\xBB\xBF";
 const std::string separators = "\t ,;";
 
-const std::string firstCharacterText = "First character of node file must be one of x,X";
 const std::string separatorText = "ERROR: separator must be either semikolon, comma, space or tab";
 const std::string shapeText = "ERROR: Using the xyz format, the first header line must be one of x;y;z , X;Y;Z , "
                               "x;y;z;g , Y;Y;Z;G , while the separator (e.g. \";\" is variable";

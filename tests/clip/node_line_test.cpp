@@ -30,14 +30,14 @@ std::string numbers(double x, double y) {
 
 constexpr const char* dropped = "dropped";
 
-struct NumberCase {
+struct NumberAtFront {
     std::string text;
     double value;
 };
 
 // Texts that give a number when something stands behind them, and the number.
-const std::vector<NumberCase>& goodNumbers() {
-    static const std::vector<NumberCase> cases = {
+const std::vector<NumberAtFront>& numbersAtFront() {
+    static const std::vector<NumberAtFront> cases = {
         {"1", 1.0},
         {"+1", 1.0},
         {"-1", -1.0},
@@ -80,7 +80,7 @@ const std::vector<NumberCase>& goodNumbers() {
     return cases;
 }
 
-const std::vector<std::string>& badNumbers() {
+const std::vector<std::string>& noNumbersAtFront() {
     static const std::vector<std::string> cases = {"",
                                                    "-",
                                                    "+",
@@ -183,14 +183,14 @@ TEST_P(NodeLine, aLineThatEndsBeforeYIsDropped) {
 }
 
 TEST_P(NodeLine, everyFormOfXThatIsANumber) {
-    for (const NumberCase& number : goodNumbers()) {
+    for (const NumberAtFront& number : numbersAtFront()) {
         EXPECT_EQ(numbers(number.value, 7), outcome(number.text + ";7;z", ';')) << number.text;
         EXPECT_EQ(numbers(number.value, 7), outcome(number.text + "\t7\tz", '\t')) << number.text;
     }
 }
 
 TEST_P(NodeLine, everyFormOfYThatIsANumber) {
-    for (const NumberCase& number : goodNumbers()) {
+    for (const NumberAtFront& number : numbersAtFront()) {
         EXPECT_EQ(numbers(7, number.value), outcome("7;" + number.text + ";z", ';')) << number.text;
         EXPECT_EQ(numbers(7, number.value), outcome("7 " + number.text + " z", ' ')) << number.text;
     }
@@ -201,7 +201,7 @@ TEST_P(NodeLine, everyFormOfYThatIsANumber) {
 }
 
 TEST_P(NodeLine, aTextThatIsNoNumberDropsTheLine) {
-    for (const std::string& text : badNumbers()) {
+    for (const std::string& text : noNumbersAtFront()) {
         EXPECT_EQ(dropped, outcome(text + ";7;z", ';')) << text;
         EXPECT_EQ(dropped, outcome("7;" + text + ";z", ';')) << text;
         EXPECT_EQ(dropped, outcome("7;" + text, ';')) << text;

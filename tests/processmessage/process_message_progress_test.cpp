@@ -2,6 +2,7 @@
 
 #include "support/child_process_support.hpp"
 #include "support/sending.hpp"
+#include "support/special_numbers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -10,12 +11,7 @@
 
 // Which steps of a run come out as progress lines.
 
-namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-} // namespace
+namespace {} // namespace
 
 TEST(ProcessMessageProgress, progressIsWrittenWhenItsDecimalHasGrown) {
     const ChildOutcome outcome = runWithPipe([] {

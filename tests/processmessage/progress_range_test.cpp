@@ -1,5 +1,7 @@
 #include "processmessage/progress_range.hpp"
 
+#include "support/special_numbers.hpp"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -8,8 +10,6 @@
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double largest = std::numeric_limits<double>::max();
 constexpr int largestStep = std::numeric_limits<int>::max();
 

@@ -164,6 +164,10 @@ std::string asText(const Outline& outline) {
     return listText(outline);
 }
 
+std::string boxText(const BoundingBox& box) {
+    return asText(Outline{{box.minX, box.minY}, {box.maxX, box.maxY}});
+}
+
 std::string asText(const BoundaryVertex& vertex) {
     return line("x", vertex.x) + line("y", vertex.y) + line("z", vertex.z) +
            listLine("attachedItems", vertex.attachedItems) + line("vertexTag", vertex.vertexTag);

@@ -56,3 +56,6 @@ std::string asText(const BoundaryVertex& vertex);
 std::string asText(const BoundaryEdge& edge);
 std::string asText(const BoundaryPolygon& polygon);
 std::string asText(const BoundarySet& set);
+
+/// Least and greatest corner of a box.
+std::string boxText(const BoundingBox& box);

@@ -7,6 +7,9 @@
 
 using Calls = std::vector<std::string>;
 
+/// What a header gets whose first character is wrong.
+inline const std::string firstCharacterText = "First character of node file must be one of x,X";
+
 /// One list out of several, in order.
 Calls joined(const std::vector<Calls>& parts);
 

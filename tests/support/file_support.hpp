@@ -19,6 +19,9 @@ using FileTree = std::map<std::string, std::string>;
 /// What the platform puts between the parts of a path that are joined.
 constexpr char joint = static_cast<char>(std::filesystem::path::preferred_separator);
 
+/// What some editors put in front of a text in UTF-8.
+inline const std::string byteOrderMark = "\xEF\xBB\xBF";
+
 /// A fresh directory, removed at the end with everything in it.
 class TemporaryDirectory {
 public:

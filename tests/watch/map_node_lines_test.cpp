@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Lines linesOf(const std::string& content) {
+Lines nodeLinesOf(const std::string& content) {
     const TemporaryDirectory directory;
     NodeLineReader reader(directory.write("a.txt", content));
     Lines lines;
@@ -35,9 +35,9 @@ std::string positionOf(std::string_view line, char separator) {
 } // namespace
 
 TEST(MapNodeLines, linesEndAtLineFeeds) {
-    EXPECT_EQ((Lines{"a", "", "b\rc", "d"}), linesOf("a\n\nb\rc\r\nd\r\r\nlost"));
-    EXPECT_EQ(Lines{}, linesOf(""));
-    EXPECT_EQ(Lines{}, linesOf("no line feed"));
+    EXPECT_EQ((Lines{"a", "", "b\rc", "d"}), nodeLinesOf("a\n\nb\rc\r\nd\r\r\nlost"));
+    EXPECT_EQ(Lines{}, nodeLinesOf(""));
+    EXPECT_EQ(Lines{}, nodeLinesOf("no line feed"));
     NodeLineReader missing("/no/such/file.txt");
     std::string_view line;
     EXPECT_FALSE(missing.next(line));
@@ -60,9 +60,9 @@ TEST(MapNodeLines, linesMayCrossAndExceedBlocks) {
                                      2 * longest + 1, 3 * longest, 5 * longest + 7}) {
         const std::string line(length, 'b');
         const std::string expected = line.substr(0, longest);
-        EXPECT_EQ((Lines{"a", expected, "c"}), linesOf("a\n" + line + "\nc\n")) << length;
-        EXPECT_EQ((Lines{expected, expected, "c"}), linesOf(line + "\n" + line + "\r\nc\n")) << length;
-        EXPECT_EQ(Lines{"a"}, linesOf("a\n" + line)) << length;
+        EXPECT_EQ((Lines{"a", expected, "c"}), nodeLinesOf("a\n" + line + "\nc\n")) << length;
+        EXPECT_EQ((Lines{expected, expected, "c"}), nodeLinesOf(line + "\n" + line + "\r\nc\n")) << length;
+        EXPECT_EQ(Lines{"a"}, nodeLinesOf("a\n" + line)) << length;
     }
     std::string many;
     Lines expected;
@@ -70,7 +70,7 @@ TEST(MapNodeLines, linesMayCrossAndExceedBlocks) {
         expected.push_back(std::to_string(i) + ";1;2");
         many += expected.back() + "\n";
     }
-    EXPECT_EQ(expected, linesOf(many));
+    EXPECT_EQ(expected, nodeLinesOf(many));
 }
 
 TEST(MapNodeLines, headersTellTheSeparator) {

@@ -1,6 +1,7 @@
 #include "watch/map_outlines.hpp"
 
 #include "support/file_support.hpp"
+#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +9,6 @@
 #include <string>
 
 namespace {
-
-const WatchTexts& english = watchTexts("en");
 
 std::string describe(const MapOutlines& outlines) {
     std::ostringstream text;
@@ -24,7 +23,7 @@ std::string describe(const MapOutlines& outlines) {
 }
 
 /// The outlines of a file with this in its VadeDGM element, or the error without the path.
-std::string read(const std::string& content) {
+std::string outlinesOf(const std::string& content) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("b.xml", content);
     MapOutlines outlines;
@@ -36,7 +35,7 @@ std::string read(const std::string& content) {
 }
 
 std::string readModel(const std::string& model) {
-    return read("<VADELSIM><VadeDGM>" + model + "</VadeDGM></VADELSIM>");
+    return outlinesOf("<VADELSIM><VadeDGM>" + model + "</VadeDGM></VADELSIM>");
 }
 
 const std::vector<MapPosition> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
@@ -49,7 +48,7 @@ TEST(MapOutlines, polygonsOfBoundaryGroupsAreRead) {
         readModel("<group type='boundaries'><polygon id='1'><point x='1' y=' +2m'/><point y='4e1' x='-3'/></polygon>"
                   "<polygon/></group><group type='roads'><polygon><point/></polygon></group><group/>"
                   "<group type='boundaries'><polygon><point x='5' y='6'/></polygon></group>"));
-    EXPECT_EQ("", read("<other/>"));
+    EXPECT_EQ("", outlinesOf("<other/>"));
 }
 
 TEST(MapOutlines, coordinatesBeyondTheDrawableAreMovedToItsLimit) {
@@ -62,7 +61,7 @@ TEST(MapOutlines, unreadableFilesAreNamed) {
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.",
               readMapOutlines("/no/b.xml", english, outlines));
     EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", english, outlines));
-    EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch.", read("<a></b>"));
+    EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch.", outlinesOf("<a></b>"));
     for (const char* const point : {"<point x='1'/>", "<point x='a' y='1'/>", "<point x='1' y='nan'/>"}) {
         EXPECT_EQ("The boundary file FILE holds a point without coordinates.",
                   readModel("<group type='boundaries'><polygon>" + std::string(point) + "</polygon></group>"))

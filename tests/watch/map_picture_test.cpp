@@ -1,6 +1,7 @@
 #include "watch/map_picture.hpp"
 
 #include "support/file_support.hpp"
+#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -9,12 +10,9 @@
 
 namespace {
 
-const WatchTexts& english = watchTexts("en");
-const WatchTexts& german = watchTexts("de");
-
-constexpr const char* square = "<VADELSIM><VadeDGM><group type='boundaries'><polygon id='1'><point x='0' y='0'/>"
-                               "<point x='10' y='0'/><point x='10' y='10'/><point x='0' y='10'/></polygon></group>"
-                               "</VadeDGM></VADELSIM>";
+constexpr const char* squareFile = "<VADELSIM><VadeDGM><group type='boundaries'><polygon id='1'><point x='0' y='0'/>"
+                                   "<point x='10' y='0'/><point x='10' y='10'/><point x='0' y='10'/></polygon></group>"
+                                   "</VadeDGM></VADELSIM>";
 
 /// As SVG writes the colour of dropped nodes that lie as close as any.
 constexpr const char* droppedAtItsDarkest = "58.8235";
@@ -22,8 +20,8 @@ constexpr const char* droppedAtItsDarkest = "58.8235";
 /// A run of a few nodes, ready to be drawn.
 struct DrawnRun {
     TemporaryDirectory directory;
-    MapRequest request{directory.makeDirectory("in"), directory.makeDirectory("out"), directory.write("b.xml", square),
-                       directory.pathOf("map.png")};
+    MapRequest request{directory.makeDirectory("in"), directory.makeDirectory("out"),
+                       directory.write("b.xml", squareFile), directory.pathOf("map.png")};
 
     void write(const std::string& inputText, const std::string& outputText) const {
         directory.write("in/a.xyz", inputText);
@@ -201,7 +199,7 @@ TEST(MapPicture, oddInputIsDrawn) {
 
 TEST(MapPicture, namesOfAnyBytesAreDrawn) {
     DrawnRun run;
-    run.request.boundaryFile = run.directory.write("\xFF\n<&" + std::string(200, 'w') + ".xml", square);
+    run.request.boundaryFile = run.directory.write("\xFF\n<&" + std::string(200, 'w') + ".xml", squareFile);
     EXPECT_EQ(0, imagesInSvg(run.draw("map.svg")));
 }
 

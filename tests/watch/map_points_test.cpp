@@ -1,6 +1,7 @@
 #include "watch/map_points.hpp"
 
 #include "support/file_support.hpp"
+#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -10,10 +11,8 @@
 
 namespace {
 
-const WatchTexts& english = watchTexts("en");
-
 /// Input and output directory of a run.
-struct RunDirectories {
+struct FilesOfRun {
     TemporaryDirectory directory;
     std::string input = directory.makeDirectory("in");
     std::string output = directory.makeDirectory("out");
@@ -25,7 +24,7 @@ struct RunDirectories {
 };
 
 /// What a visit gives: "+" for a kept and "-" for a dropped node with its x, then the counts, then the error.
-std::string visit(const RunDirectories& run) {
+std::string visit(const FilesOfRun& run) {
     std::ostringstream text;
     NodeCounts counts;
     const std::string error =
@@ -42,13 +41,13 @@ std::string visit(const RunDirectories& run) {
 } // namespace
 
 TEST(MapPoints, keptNodesAreThoseInTheOutputFile) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n3;1;0\n4;1;0\n", "x;y;z\n2;1;0\n4;1;0\n");
     EXPECT_EQ("-1 +2 -3 +4 | 1 files, 2 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, anOutputThatIsNoRegularFileKeepsNothing) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.directory.write("in/a.xyz", "x;y;z\n1;1;0\n");
     run.directory.write("in/b.xyz", "x;y;z\n2;1;0\n");
     ASSERT_EQ(0, mkfifo(run.directory.pathOf("out/a.xyz").c_str(), 0600));
@@ -57,19 +56,19 @@ TEST(MapPoints, anOutputThatIsNoRegularFileKeepsNothing) {
 }
 
 TEST(MapPoints, equalLinesAreTakenOneByOne) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n1;1;0\n1;1;0\n", "x;y;z\n1;1;0\n1;1;0\n1;1;0\n");
     EXPECT_EQ("+1 -2 +1 +1 | 1 files, 3 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, lineEndsMayDiffer) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "\xEF\xBB\xBFX,Y,Z\r\n1,1,0\r\n2,1,0\r\r\n3,1,0\r\n", "\xEF\xBB\xBFX,Y,Z\n1,1,0\n2,1,0\r\n");
     EXPECT_EQ("+1 +2 -3 | 1 files, 2 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, filesGoInTheOrderOfTheirNamesAndMayKeepNothing) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.directory.write("in/c.csv", "x y z\n5 1 0\n");
     run.write("b.txt", "x;y;z\n2;1;0\n", "x;y;z\n2;1;0\n");
     run.write("a.xyz", "x;y;z\n1;1;0\n", "");
@@ -77,13 +76,13 @@ TEST(MapPoints, filesGoInTheOrderOfTheirNamesAndMayKeepNothing) {
 }
 
 TEST(MapPoints, linesWithoutAPositionAreCountedApart) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n\n# remark\n1;1;0\n2;1\n3;1;0", "x;y;z\n1;1;0\n");
     EXPECT_EQ("+1 | 1 files, 1 kept, 0 dropped, 3 unreadable", visit(run));
 }
 
 TEST(MapPoints, whatARunDoesNotTakeIsPassedOver) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.directory.write("in/a.dat", "x;y;z\n1;1;0\n");
     run.directory.write("in/no-header.txt", "1;1;0\n");
     run.directory.write("in/empty.txt", "");
@@ -97,19 +96,19 @@ TEST(MapPoints, whatARunDoesNotTakeIsPassedOver) {
 }
 
 TEST(MapPoints, anInputFileThatTheCountHasOverwrittenKeepsNothing) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("total_node_count.txt", "x;y;z\n1;1;0\n", "1\n");
     EXPECT_EQ("-1 | 1 files, 0 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, aLineCutShortByAFullDiskIsNoKeptLine) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n1;1;0\n2;1");
     EXPECT_EQ("+1 -2 | 1 files, 1 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, anOutputFileOfAnotherInputIsAnError) {
-    const RunDirectories run;
+    const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n2;1;0\n1;1;0\n");
     EXPECT_EQ("-1 +2 | 1 files, 1 kept, 1 dropped, 0 unreadable | The file " + run.output +
                   "/a.xyz holds lines that its input file does not hold.",
@@ -117,7 +116,7 @@ TEST(MapPoints, anOutputFileOfAnotherInputIsAnError) {
 }
 
 TEST(MapPoints, missingDirectoriesAreErrors) {
-    const RunDirectories run;
+    const FilesOfRun run;
     NodeCounts counts;
     const NodeVisitor ignore = [](MapPosition, bool) {};
     EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, english, counts, ignore));

@@ -7,7 +7,7 @@
 
 namespace {
 
-std::vector<std::string> linesOf(const std::vector<std::string>& blocks) {
+std::vector<std::string> linesIn(const std::vector<std::string>& blocks) {
     std::vector<std::string> lines;
     const auto note = [&lines](std::string_view line) { lines.emplace_back(line); };
     LineSplitter splitter;
@@ -28,14 +28,14 @@ TEST(LineSplitter, linesAreTheSameHoweverTheBytesAreSpread) {
         for (std::size_t at = 0; at < bytes.size(); at += size) {
             blocks.push_back(bytes.substr(at, size));
         }
-        EXPECT_EQ(expected, linesOf(blocks)) << "blocks of " << size;
+        EXPECT_EQ(expected, linesIn(blocks)) << "blocks of " << size;
     }
 }
 
 TEST(LineSplitter, nothingComesOfNothing) {
-    EXPECT_TRUE(linesOf({}).empty());
-    EXPECT_TRUE(linesOf({"", ""}).empty());
-    EXPECT_EQ(std::vector<std::string>{"a"}, linesOf({"a\n", ""}));
+    EXPECT_TRUE(linesIn({}).empty());
+    EXPECT_TRUE(linesIn({"", ""}).empty());
+    EXPECT_EQ(std::vector<std::string>{"a"}, linesIn({"a\n", ""}));
 }
 
 TEST(ParseMessage, everyMessageOfTheTool) {

@@ -1,6 +1,7 @@
 #include "watch/output_check.hpp"
 
 #include "support/file_support.hpp"
+#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,6 @@
 #include <vector>
 
 namespace {
-
-const WatchTexts& english = watchTexts("en");
 
 using Lines = std::vector<std::string>;
 

@@ -1,5 +1,7 @@
 #include "watch/progress_display.hpp"
 
+#include "support/watch_texts_support.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -11,8 +13,6 @@
 #include <utility>
 
 namespace {
-
-const WatchTexts& english = watchTexts("en");
 
 /// A display whose output is kept.
 class RecordedDisplay {

@@ -1,20 +1,12 @@
 #include "watch/progress_line.hpp"
+#include "watch/utf8_character.hpp"
+
+#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
-
-namespace {
-
-const WatchTexts& english = watchTexts("en");
-const WatchTexts& german = watchTexts("de");
-
-int columnsOf(const std::string& text) {
-    return static_cast<int>(std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
-
-} // namespace
 
 TEST(ProgressBarLine, atUsualWidths) {
     const ProgressFigures figures{45.39, 1234567.8, 12.9, 75.0};
@@ -43,7 +35,7 @@ TEST(ProgressBarLine, isNeverWiderThanItsColumns) {
                 for (int columns = 0; columns < 240; ++columns) {
                     const ProgressFigures figures{percent, rate, 1e7, 1e9};
                     EXPECT_LE(columnsOf(progressBarLine(figures, columns, {BarLetters::drawn, false}, *texts)),
-                              columns);
+                              static_cast<std::size_t>(columns));
                 }
             }
         }

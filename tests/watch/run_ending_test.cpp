@@ -10,7 +10,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Lines linesOf(ToolEnd end, int interruptedBy = 0) {
+Lines endingOf(ToolEnd end, int interruptedBy = 0) {
     RunRecord record;
     record.end = end;
     record.interruptedBy = interruptedBy;
@@ -30,25 +30,25 @@ TEST(RunEnding, theToolsOwnStatusIsPassedOnAndAnyOtherIsAbnormal) {
 }
 
 TEST(RunEnding, saysInOneLineWhatHappened) {
-    EXPECT_EQ(Lines{}, linesOf({0, 0}));
-    EXPECT_EQ(Lines{"last words"}, linesOf({1, 0}));
+    EXPECT_EQ(Lines{}, endingOf({0, 0}));
+    EXPECT_EQ(Lines{"last words"}, endingOf({1, 0}));
     EXPECT_EQ(Lines{"Vadelwatch: Vadelclip was ended by signal 11 (SIGSEGV). The output in base/out is not complete."},
-              linesOf({0, SIGSEGV}));
+              endingOf({0, SIGSEGV}));
     EXPECT_EQ(
         Lines{"Vadelwatch: Vadelclip ended abnormally, with exit status 134. The output in base/out is not complete."},
-        linesOf({134, 0}));
+        endingOf({134, 0}));
 }
 
 TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
     EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."},
-              linesOf({0, SIGTERM}, SIGTERM));
-    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."}, linesOf({0, 0}, SIGTERM));
+              endingOf({0, SIGTERM}, SIGTERM));
+    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."}, endingOf({0, 0}, SIGTERM));
     EXPECT_EQ((Lines{"last words", "Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 1. "
                                    "The output in base/out is not complete."}),
-              linesOf({1, 0}, SIGINT));
+              endingOf({1, 0}, SIGINT));
     EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 130. "
                     "The output in base/out is not complete."},
-              linesOf({130, 0}, SIGINT));
+              endingOf({130, 0}, SIGINT));
 }
 
 TEST(RunEnding, aFailedRunWithoutLastWordsHasNone) {

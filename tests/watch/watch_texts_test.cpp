@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 TEST(WatchTexts, germanWhereTheToolSpeaksGerman) {
-    const WatchTexts& german = watchTexts(std::nullopt);
-    EXPECT_STREQ("Zeit", german.time);
+    const WatchTexts& texts = watchTexts(std::nullopt);
+    EXPECT_STREQ("Zeit", texts.time);
     for (const char* const language : {"de", "DE", "De", "dE", "de_AT", "de-AT", "de_at", "DE_A", "de-Latn", "de.",
                                        "de.-", "de_AT.", "de.utf8@x", "de_AT.UTF-8@euro", "de.u-t-f_8@"}) {
-        EXPECT_EQ(&german, &watchTexts(language)) << language;
+        EXPECT_EQ(&texts, &watchTexts(language)) << language;
     }
     for (const char* const language :
          {"",        "en",           "EN",  "fr",      "d",       "ge",       "dede",
