@@ -14,14 +14,16 @@ scripts/setup.sh test
 step "Formatting"
 git ls-files '*.cpp' '*.hpp' '*.h' | xargs clang-format --dry-run --Werror
 
+# Builds a preset with more CMake options, and runs its tests.
+suite() {
+  step "Build: $1"
+  scripts/build.sh "$@" -DVADELCLIP_WERROR=ON
+  step "Tests: $1"
+  ctest --preset "$1" --progress
+}
 # The benchmarks are built with the release, so that they cannot rot; they are not run here.
-declare -A options=([release]=-DVADELCLIP_BENCHMARKS=ON [asan]=-DVADELCLIP_BENCHMARKS=OFF)
-for preset in release asan; do
-  step "Build: $preset"
-  scripts/build.sh "$preset" -DVADELCLIP_WERROR=ON "${options[$preset]}"
-  step "Tests: $preset"
-  ctest --preset "$preset" --progress
-done
+suite release -DVADELCLIP_BENCHMARKS=ON -DVADELCLIP_UNITY_TESTS=ON
+suite asan
 
 step "Coverage"
 scripts/coverage.sh
