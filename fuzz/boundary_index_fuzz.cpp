@@ -1,5 +1,6 @@
 /// \file
-/// `BoundaryIndex` against its definition: `containsPoint` for each polygon in turn. The input is a boundary
+/// `BoundaryIndex` and `containsPoint` against a second writing of the containment test, which shares no line with them
+/// and is asked for each polygon in turn: open and closed lists, segments, holes. The input is a boundary
 /// (boundary_input.hpp) and points, and every boundary is asked for many points of its own: on and next to vertices,
 /// edges, heights of vertices, corners of boxes and the limits of the index's rows.
 
@@ -11,6 +12,7 @@
 #include "boundary/ring_rows_builder.hpp"
 #include "boundary/ring_walk.hpp"
 #include "boundary/widened_box.hpp"
+#include "support/containment_oracle_support.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +24,7 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// Asks both ways.
+/// Asks all three: the index, `containsPoint` and the oracle.
 class Comparison {
 public:
     explicit Comparison(const BoundarySet& set) : indexed(set), plain(set), index(indexed) {}
@@ -32,16 +34,17 @@ public:
         if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
             return;
         }
+        // Up to the first polygon that holds the point.
         const bool expected =
             std::any_of(plain.polygons.begin(), plain.polygons.end(), [this, point](BoundaryPolygon& polygon) {
-                return containsPoint(polygon, point, plain.vertices);
+                const bool isInside = oracle::contains(polygon, point, plain.vertices, ways);
+                if (containsPoint(polygon, point, plain.vertices) != isInside) {
+                    report(point, isInside, "containsPoint");
+                }
+                return isInside;
             });
         if (index.anyContains(point) != expected) {
-            std::ostringstream text;
-            text << std::hexfloat << "point " << point.x << ' ' << point.y << " is "
-                 << (expected ? "inside" : "outside") << ", the index says otherwise; " << plain.polygons.size()
-                 << " polygons";
-            reportFinding(text.str());
+            report(point, expected, "the index");
         }
     }
 
@@ -55,9 +58,17 @@ public:
     }
 
 private:
+    [[noreturn]] void report(Point2D point, bool isInside, std::string_view who) const {
+        std::ostringstream text;
+        text << std::hexfloat << "point " << point.x << ' ' << point.y << " is " << (isInside ? "inside" : "outside")
+             << ", " << who << " says otherwise; " << plain.polygons.size() << " polygons";
+        reportFinding(text.str());
+    }
+
     BoundarySet indexed;
     BoundarySet plain;
     BoundaryIndex index;
+    oracle::Ways ways{};
 };
 
 Point2D positionOf(const BoundarySet& set, const BoundaryPolygon& polygon, std::size_t position) {

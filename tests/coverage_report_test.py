@@ -1,10 +1,16 @@
 """What the report of the reached lines counts as a branch, and what it says about one that is not taken."""
+import contextlib
+import io
 import json
 import os
 import sys
+import tempfile
 import unittest
+from pathlib import Path
+from unittest import mock
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts"))
+import coverage_report
 from coverage_report import (REASONS, WITHOUT_FUNCTIONS, Source, Tally, decisions, exclusions, noLongerNeeded, notCounted,
                              outdated, read, withoutReason)
 from cpp_statements import linesWithConditions
@@ -220,6 +226,96 @@ class WhatIsCounted(unittest.TestCase):
     def test_the_document_lists_every_branch_with_its_reason(self):
         self.assertEqual([tableRow(key, **entry) for key, entry in json.loads(read(REASONS)).items()],
                          [line for line in read(DOCUMENT).splitlines() if line.startswith("| `src/")])
+
+
+SOURCE = "if (a) {\n" + "f();\n" * 999
+
+
+class Whole(unittest.TestCase):
+    """The report as a run of the script gives it: a tree of one counted source with a thousand lines."""
+
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(directory.name)
+        for name in WITHOUT_FUNCTIONS:
+            self.write(name, "")
+
+    def write(self, name, text):
+        Path(name).parent.mkdir(parents=True, exist_ok=True)
+        Path(name).write_text(text, encoding="utf-8")
+
+    def report(self, *options, branches=(1000, 1000), lines=1000, functions=1000, source=SOURCE, reasons=None):
+        """Each figure is how many of a thousand are reached. The status and what is printed."""
+        self.write("src/a.cpp", source)
+        self.write("reasons.json", json.dumps(reasons or {}))
+        taken, total = branches
+        condition = line(1, 1, *[branch(int(number < taken)) for number in range(total)])
+        counted = [condition] + [line(number, int(number <= lines)) for number in range(2, 1001)]
+        called = [{"name": f"f{number}", "execution_count": int(number < functions)} for number in range(1000)]
+        self.write("details.json", json.dumps({"files": [{"file": "src/a.cpp", "lines": counted, "functions": called}]}))
+        printed = io.StringIO()
+        with mock.patch.object(sys, "argv", ["coverage_report.py", "details.json", *options]), \
+                mock.patch.object(coverage_report, "REASONS", "reasons.json"), contextlib.redirect_stdout(printed), \
+                self.assertRaises(SystemExit) as end:
+            coverage_report.main()
+        return end.exception.code, printed.getvalue()
+
+    def expect(self, status, words, *options, **figures):
+        """@param words printed, or None where there is to be no failure."""
+        got, printed = self.report(*options, **figures)
+        self.assertEqual(status, got, printed)
+        if words is None:
+            self.assertNotIn("== Failures", printed)
+        else:
+            self.assertIn(words, printed)
+
+    def test_all_reached(self):
+        for options in ((), ("--strict",)):
+            self.expect(0, None, *options)
+        self.assertEqual(" 1000 of  1000 lines (100.0 %)\n"
+                         " 1000 of  1000 functions (100.0 %)\n"
+                         " 1000 of  1000 branches at conditions (100.0 %)\n"
+                         " 1000 of  1000 branches with those of calls and of the compiler (100.0 %)\n", self.report()[1])
+
+    def test_the_least_share_of_the_branches(self):
+        self.expect(0, None, branches=(950, 1000))
+        self.expect(1, "== Failures\nfewer than 95.0 % of the branches are taken\n", branches=(949, 1000))
+
+    def test_the_least_share_of_the_lines(self):
+        self.expect(0, None, lines=995)
+        self.expect(1, "== Failures\nfewer than 99.5 % of the lines or functions are reached\n", lines=994)
+
+    def test_the_least_share_of_the_functions(self):
+        self.expect(0, None, functions=995)
+        self.expect(1, "== Failures\nfewer than 99.5 % of the lines or functions are reached\n", functions=994)
+
+    def test_what_is_not_reached_is_a_failure_when_strict(self):
+        for figures, words in (({"branches": (999, 1000)}, "src/a.cpp: if (a) {\n  1 not taken\n"),
+                               ({"lines": 999}, "src/a.cpp:1000: never reached\n"),
+                               ({"functions": 999}, "src/a.cpp: never called: f999\n")):
+            with self.subTest(figures=figures):
+                heading = "== Not reached without a reason in scripts/unreached.json"
+                self.expect(0, f"{heading} (a failure with --strict only)\n{words}", **figures)
+                self.expect(1, f"{heading}\n{words}", "--strict", **figures)
+
+    def test_a_branch_with_a_reason_is_no_failure_even_when_strict(self):
+        reasons = {"src/a.cpp: if (a) {": {"branches": 1, "reason": "It never is."}}
+        self.expect(0, None, "--strict", branches=(999, 1000), reasons=reasons)
+        self.expect(0, "== Reasons no longer needed, if other runs say the same\n", "--strict", reasons=reasons)
+
+    def test_a_mark_that_excludes_lines_is_a_failure(self):
+        words = "== Failures\nsrc/a.cpp:2: nothing is excluded from the count: f(); // GCOVR_EXCL_LINE\n"
+        self.expect(1, words, source=SOURCE.replace("f();\n", "f(); // GCOVR_EXCL_LINE\n", 1))
+
+    def test_a_source_that_is_not_counted_is_a_failure(self):
+        self.write("src/b/c.cpp", "")
+        self.expect(1, "== Failures\nsrc/b/c.cpp: not in the report\n")
+
+    def test_a_reason_without_its_line_is_a_failure(self):
+        self.expect(1, "== Failures\nunreached.json: there is no such line any more: src/a.cpp: if (b) {\n",
+                    reasons={"src/a.cpp: if (b) {": {"branches": 1, "reason": "It never is."}})
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 #include "support/plain_run_support.hpp"
 
-#include "boundary/contains_point.hpp"
+#include "support/containment_oracle_support.hpp"
 #include "support/plain_text_support.hpp"
 
 #include <algorithm>
@@ -56,11 +56,13 @@ std::vector<PlainFile> readFiles(const ClipRun& job) {
     return files;
 }
 
-bool isKept(const std::string& line, char separator, BoundarySet& boundary) {
+bool isKept(const std::string& line, char separator, const BoundarySet& boundary) {
     Point2D point{};
+    oracle::Ways ways{};
     return readNodeLinePlainly(line, separator, point) &&
-           std::any_of(boundary.polygons.begin(), boundary.polygons.end(),
-                       [&](BoundaryPolygon& polygon) { return containsPoint(polygon, point, boundary.vertices); });
+           std::any_of(boundary.polygons.begin(), boundary.polygons.end(), [&](const BoundaryPolygon& polygon) {
+               return oracle::contains(polygon, point, boundary.vertices, ways);
+           });
 }
 
 std::string exact(double value) {
@@ -71,7 +73,7 @@ std::string exact(double value) {
 
 } // namespace
 
-RunOutcome plainRun(const ClipRun& job, BoundarySet boundary) {
+RunOutcome plainRun(const ClipRun& job, const BoundarySet& boundary) {
     const std::vector<PlainFile> files = readFiles(job);
     if (files.empty()) {
         return stoppedRun({"There are no input files."}, {{"base/out/", ""}});

@@ -1,6 +1,7 @@
 /// \file
-/// The run as its rules tell it, without any of the tool's short cuts: one string stream per line, one walk per polygon.
-/// What the tool is compared with.
+/// The run as its rules tell it, without any of the tool's short cuts: one string stream per line, the second writing of
+/// the containment test (containment_oracle_support.hpp) for each polygon. What the tool is compared with; the polygons
+/// themselves are those that the boundary reader gives.
 #pragma once
 
 #include "support/run_support.hpp"
@@ -9,4 +10,4 @@
 ///
 /// @param job      readable inputs and a good boundary file.
 /// @param boundary the polygons of that file.
-RunOutcome plainRun(const ClipRun& job, BoundarySet boundary);
+RunOutcome plainRun(const ClipRun& job, const BoundarySet& boundary);
