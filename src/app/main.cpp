@@ -7,6 +7,7 @@
 #include "app/command_line.hpp"
 #include "app/message_catalogues.hpp"
 #include "app/reporting.hpp"
+#include "app/standard_descriptors.hpp"
 #include "boundary/boundary_set.hpp"
 #include "clip/clip_elevation_data.hpp"
 
@@ -64,6 +65,8 @@ int main(int argc, char* argv[]) {
     bool pipeMode = false;
 
     scanLanguageOption(argc, argv, language, expectedArgumentCount);
+    // The set-up of the catalogues opens files, and may have something to print.
+    guardStandardDescriptors();
     // Exactly "en": other spellings of English are names of catalogues like any other.
     if (language != "en") {
         setUpMessageCatalogues(language);

@@ -7,6 +7,7 @@
 /// A connection that takes whole lines, or drops them when there is no one to talk to.
 ///
 /// A failed write (the reader is gone, the disk is full) silences it for good; a slow reader is waited for.
+/// That a write to a vanished reader fails and does not end the process is for the process to see to (SIGPIPE).
 /// Trivially destructible, so it outlives every other object of the process.
 class MessageChannel {
 public:
@@ -24,8 +25,3 @@ public:
 private:
     int descriptor = -1;
 };
-
-/// Prepares the process for output to whoever may have gone away: opens closed standard descriptors on the null
-/// device, so that no output file can become the console, and makes writing to a vanished reader an error instead of
-/// the end of the process.
-void guardStandardDescriptors();

@@ -1,7 +1,6 @@
 #include "processmessage/message_channel.hpp"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -58,15 +57,4 @@ void MessageChannel::close() {
         ::close(descriptor);
         descriptor = -1;
     }
-}
-
-void guardStandardDescriptors() {
-    for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
-        if (fcntl(standard, F_GETFD) == -1) {
-            // The lowest free number is taken, which is this one. If it cannot be opened, all goes on as it was.
-            const int opened = ::open("/dev/null", O_RDWR);
-            static_cast<void>(opened);
-        }
-    }
-    static_cast<void>(signal(SIGPIPE, SIG_IGN));
 }

@@ -74,15 +74,3 @@ void MessageChannel::close() {
         descriptor = -1;
     }
 }
-
-// Nothing has to be done about vanished readers: writing to them is no more than an error here.
-void guardStandardDescriptors() {
-    const InvalidParametersAnswered guard;
-    for (int standard = 0; standard <= 2; ++standard) {
-        if (!isOpen(standard)) {
-            // The lowest free number is taken, which is this one. If it cannot be opened, all goes on as it was.
-            const int opened = _open("NUL", _O_RDWR);
-            static_cast<void>(opened);
-        }
-    }
-}

@@ -30,7 +30,6 @@ MessageSender& MessageSender::Instance(bool pipeMode) {
 }
 
 MessageSender::MessageSender(bool pipeMode) {
-    guardStandardDescriptors();
     if (pipeMode) {
         sender.channel.open();
     }

@@ -15,10 +15,6 @@ namespace {
 /// Longer than any header: mark, seven characters, line end.
 constexpr std::size_t longestHeader = 16;
 
-bool hasNodeFileSuffix(const std::string& path) {
-    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
-}
-
 bool matchesColumns(std::string_view line, std::string_view columns) {
     if (line.size() != 2 * columns.size() - 1) {
         return false;
@@ -68,6 +64,10 @@ void lookAt(const std::filesystem::path& path, NodeFiles& found) {
 }
 
 } // namespace
+
+bool hasNodeFileSuffix(std::string_view path) {
+    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
+}
 
 bool isNodeFileHeader(std::string_view line) {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";

@@ -30,6 +30,9 @@ struct NodeFiles {
     std::vector<std::string> unread;
 };
 
+/// Whether a name is one of those that the tool looks into for a header.
+bool hasNodeFileSuffix(std::string_view path);
+
 /// The first line of a node file, with or without a byte order mark. See docs/file-formats.md.
 ///
 /// @param line without its line end.

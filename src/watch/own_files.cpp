@@ -1,5 +1,7 @@
 #include "watch/own_files.hpp"
 
+#include "watch/node_files.hpp"
+
 #include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
@@ -39,10 +41,30 @@ fs::path comparable(const std::string& path) {
     return error ? absolute.lexically_normal() : canonical;
 }
 
+/// Whether a file made there would stand among the node files.
+bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
+    const fs::path place = comparable(path);
+    return hasNodeFileSuffix(place.string()) && place.parent_path() == comparable(inputDirectory);
+}
+
+/// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has
+/// been removed can still be looked at.
+int whyNothingCanBeMadeIn(const fs::path& directory) {
+    const int absent = whyAbsent(directory);
+    if (absent != 0) {
+        return absent;
+    }
+    std::error_code error;
+    if (directory.lexically_normal() == ".") {
+        static_cast<void>(fs::current_path(error));
+    }
+    return error ? error.value() : whyNotPermitted(directory, W_OK | X_OK);
+}
+
 } // namespace
 
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile) {
-    if (isSameFile(path, boundaryFile) || isSameFile(path, inputDirectory)) {
+    if (isSameFile(path, boundaryFile) || isSameFile(path, inputDirectory) || wouldBeNodeFile(path, inputDirectory)) {
         return true;
     }
     std::error_code error;
@@ -71,7 +93,5 @@ int whyUnwritable(const std::string& path) {
     if (absent != ENOENT) {
         return absent;
     }
-    const fs::path parent = place.has_parent_path() ? place.parent_path() : ".";
-    const int parentAbsent = whyAbsent(parent);
-    return parentAbsent != 0 ? parentAbsent : whyNotPermitted(parent, W_OK | X_OK);
+    return whyNothingCanBeMadeIn(place.has_parent_path() ? place.parent_path() : ".");
 }

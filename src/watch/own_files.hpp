@@ -4,7 +4,8 @@
 
 #include <string>
 
-/// Tells whether a file to be written is, by whatever name or link, the boundary file or one of the input directory's.
+/// Tells whether a file to be written is, by whatever name or link, the boundary file or one of the input directory's, or
+/// would be one that the tool looks into there.
 ///
 /// @param path need not exist, and neither need the others: a file must not be made where the tool looks for its own.
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);

@@ -5,12 +5,14 @@ count tells how many lines there should be.
 """
 import errno
 import os
+import resource
+import signal
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import DIRECTORY, output
+from acceptance import DIRECTORY, TOOL, output
 from fault_checks import PASS, FaultTest, failing, fails, failsForever, takes, takesForever
 from expected_messages import jsonError, jsonFailed
 
@@ -110,6 +112,43 @@ class RoomAgain(DiskTest):
     def test_a_line_cut_short_is_begun_again(self):
         run = self.clipFailing("a.xyz", PASS, takes(3), fails(errno.ENOSPC))
         self.expectUnnoticed(run, {**OUTPUTS, "a.xyz": HEADER + b"1;1" + b"1;1;5\n"})
+
+
+def limitFileSize(limit, ignored):
+    """For `beforeStart`.
+
+    @param ignored  whether the signal is ignored, so that a write beyond the limit is an error
+    """
+    resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+    signal.signal(signal.SIGXFSZ, signal.SIG_IGN if ignored else signal.SIG_DFL)
+
+
+class LimitedFileSize(DiskTest):
+    """Without the channel, whose file would be limited too."""
+
+    LIMITS = 3, 6, 12, 14, 18, 20, 2000
+
+    def clipLimited(self, limit, ignored):
+        self.clearOutput()
+        return self.clip("-lang=en", tool=TOOL, beforeStart=lambda: limitFileSize(limit, ignored))
+
+    def test_the_signal_ends_the_run_in_the_middle_of_a_line(self):
+        for limit in self.LIMITS:
+            with self.subTest(limit=limit):
+                run = self.clipLimited(limit, ignored=False)
+                self.assertEqual((run.status, run.console, run.errors), (-signal.SIGXFSZ, b"", b""))
+                self.assertEqual(self.check(run, wholeLines=False, piped=False), "ended")
+                outputs = self.checkOutputs(run, wholeLines=False)
+                self.assertNotIn(COUNT, outputs)
+                self.assertEqual(max(map(len, outputs.values())), limit)
+
+    def test_where_it_is_ignored_the_limit_is_a_full_disk(self):
+        for limit in self.LIMITS:
+            with self.subTest(limit=limit):
+                run = self.clipLimited(limit, ignored=True)
+                self.messages = []
+                self.check(run, wholeLines=False, silent=True, piped=False)
+                self.expectUnnoticed(run, {name: content[:limit] for name, content in OUTPUTS.items()})
 
 
 class FailingDirectories(DiskTest):

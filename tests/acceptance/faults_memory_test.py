@@ -1,13 +1,15 @@
 """Memory that is refused: at each single allocation of a run, from each one on, and under limits of every size."""
 import collections
 import errno
+import os
 import resource
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from acceptance import DIRECTORY, SANITIZED, TOOL, boundary
+from acceptance import DIRECTORY, SANITIZED, TOOL, boundary, linkTo
+from expected_messages import USAGE, jsonError
 from fault_checks import COUNT_FILE, PASS, FaultTest, fails, failsForever, failingMemory
 
 LONG = b"3;3;" + b"k" * 3000 + b"\n"
@@ -16,25 +18,37 @@ JOB = {"a.xyz": (b"x;y;z\n1;1;5\n20;1;5\n" + LONG + b"4;4;5\n", b"1;1;5\n" + LON
        "c.txt": (b"x y z g\r\n5 5 1 1\r\n6 6 2 2\r\n", b"5 5 1 1\n6 6 2 2\n")}
 NOT_FOUND = b"Boundary file area.xml not found\nBoundary file area.xml does not exist\n"
 ENDED = b"terminate called after throwing an instance of "
+ARGUMENTS = "base/data", "out", "area.xml"
+# Too long to be held without an allocation.
+LONG_ARGUMENTS = "././././././base/data", "././././././././out", "./././././area.xml"
 
 
-@unittest.skipIf(SANITIZED, "sanitizers bring an allocator of their own")
-class RefusedAllocations(FaultTest):
-    def runsOf(self, *options, refusal, stride=1, silent=False):
-        """Runs in which the refusal begins at one allocation after the other, each with what `check` says of it."""
-        self.giveFaultJob(JOB)
+class RefusalTest(FaultTest):
+    def runsOf(self, *options, refusal, arguments=ARGUMENTS, undisturbed="finished", stride=1, silent=False):
+        """Runs in which the refusal begins at one allocation after the other, each with what `check` says of it.
+
+        @param undisturbed  how a run ends in which nothing is refused
+        """
         piped = "-pipe" in options
         calls = Path(self.aside, "calls")
-        undisturbed = self.clip(*options, tool=TOOL, environment=failingMemory(countTo=str(calls)))
-        self.assertEqual(self.check(undisturbed, piped=piped), "finished")
+        run = self.start(*arguments, *options, tool=TOOL, environment=failingMemory(countTo=str(calls)))
+        self.assertEqual(self.check(run, piped=piped), undisturbed)
         count = int(calls.read_text(encoding="ascii"))
         runs = []
         for number in range(0, count, stride):
             self.clearOutput()
             with self.subTest(allocation=number):
-                run = self.clip(*options, tool=TOOL, environment=failingMemory(PASS * number, refusal))
+                run = self.start(*arguments, *options, tool=TOOL, environment=failingMemory(PASS * number, refusal))
                 runs.append((run, self.check(run, silent=silent, piped=piped)))
         self.assertEqual(len(runs), len(range(0, count, stride)))
+        return runs
+
+
+@unittest.skipIf(SANITIZED, "sanitizers bring an allocator of their own")
+class RefusedAllocations(RefusalTest):
+    def runsOf(self, *options, **settings):
+        self.giveFaultJob(JOB)
+        runs = super().runsOf(*options, **settings)
         self.assertGreater(len(runs), 100)
         return runs
 
@@ -108,6 +122,76 @@ class RefusedAllocations(FaultTest):
             self.assertEqual(outcome, "ended", run)
             self.assertTrue(run.errors.startswith(ENDED), run)
             self.assertIn(run.console, (b"", b"std::bad_alloc\n", b"\nstd::bad_alloc\n"))
+
+
+@unittest.skipIf(SANITIZED, "sanitizers bring an allocator of their own")
+class RefusedOutsideOfTheGuardedRegion(RefusalTest):
+    """Before the run proper, and while its exception is reported, a refusal ends the process abnormally."""
+
+    def refusedOnce(self, *options, ended, **settings):
+        """All runs with one refused allocation. So many of them end abnormally.
+
+        @return the runs that do so, and the others
+        """
+        runs = self.runsOf(*options, refusal=fails(errno.ENOMEM), **settings)
+        abnormal = [run for run, outcome in runs if outcome == "ended"]
+        self.assertEqual(len(abnormal), ended, len(runs))
+        for run in abnormal:
+            self.assertEqual(run.status, -6, run)
+            self.assertTrue(run.errors.startswith(ENDED), run)
+        return abnormal, [run for run, outcome in runs if outcome != "ended"]
+
+    def test_the_copies_of_long_arguments_end_the_process_with_nothing_done(self):
+        for options in (["-lang=en"], ["-lang=en", "-pipe"]):
+            with self.subTest(options=options):
+                self.startOver()
+                self.giveFaultJob(JOB)
+                abnormal, inOrder = self.refusedOnce(*options, ended=3, arguments=LONG_ARGUMENTS, silent=True)
+                for run in abnormal:
+                    self.assertEqual((run.console, run.messages), (b"", []))
+                    self.assertNotIn("base/out", run.tree)
+                self.assertGreater(len(inOrder), 130)
+
+    def test_the_usage_failure_ends_the_process_before_or_behind_its_line(self):
+        line = os.fsencode(USAGE) + b"\n"
+        for options, ended in ((["-lang=en"], 6), (["-lang=en", "-pipe"], 22)):
+            with self.subTest(options=options):
+                self.startOver()
+                self.giveFaultJob({})
+                abnormal, inOrder = self.refusedOnce(*options, ended=ended, arguments=(), undisturbed="failed")
+                self.assertEqual({run.console for run in abnormal}, {b"", line})
+                self.assertEqual({run.console for run in inOrder}, {line})
+                for run in abnormal:
+                    self.assertIn(run.messages, ([], [jsonError(USAGE)]))
+
+    def test_a_run_ended_by_an_exception_may_end_without_its_closing_message(self):
+        loop = {"base/data/loop.xyz": linkTo("loop.xyz")}
+        for given, arguments, text, left in (
+                ({}, ("base/data", "nodir/out", "area.xml"),
+                 'boost::filesystem::create_directory: No such file or directory: "base/nodir/out"', None),
+                (loop, ARGUMENTS,
+                 'boost::filesystem::status: Too many levels of symbolic links: "base/data/loop.xyz"', DIRECTORY)):
+            for options, ended in ((["-lang=en"], 4), (["-lang=en", "-pipe"], 20)):
+                with self.subTest(text=text, options=options):
+                    self.startOver()
+                    self.giveFaultJob(JOB)
+                    self.give(given)
+                    abnormal, inOrder = self.refusedOnce(*options, ended=ended, arguments=arguments,
+                                                         undisturbed="failed")
+                    self.assertEqual({run.console for run in abnormal}, {b"", os.fsencode(text) + b"\n"})
+                    for run in abnormal:
+                        self.assertIn(run.messages, ([], [jsonError(text)]))
+                        self.assertEqual(run.tree.get("base/out"), left)
+                        self.assertEqual(self.checkOutputs(run, wholeLines=True), {})
+                    self.expectExplained(inOrder, os.fsencode(text))
+
+    def expectExplained(self, inOrder, text):
+        """The refused allocation is told, or what it led to, or the library's own text, a part of which may be missing."""
+        origin = text.split(b": ")[0] + b": "
+        for run in inOrder:
+            self.assertEqual(self.checkOutputs(run, wholeLines=True), {})
+            self.assertTrue(run.console in (b"std::bad_alloc\n", NOT_FOUND) or run.console.startswith(
+                (origin, b"boost::filesystem::directory_iterator::construct: ")), run)
 
 
 def addressSpace(limit):

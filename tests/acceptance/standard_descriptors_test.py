@@ -13,6 +13,9 @@ from expected_messages import BAD_SEPARATOR, USAGE, jsonError, jsonFailed, jsonF
 
 NODES = b"x;y;z\n1;1;5\n30;3;5\n"
 KEPT = b"x;y;z\n1;1;5\n"
+CLOSED = (0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)
+# With them the set-up of the catalogues has something to say on the console, before there is any message.
+NOT_CONVERTIBLE = "-lang=de@x", "-lang=de_"
 
 
 class StandardDescriptors(AcceptanceTest):
@@ -26,7 +29,7 @@ class StandardDescriptors(AcceptanceTest):
 
     def test_closed_at_the_start_they_change_no_result(self):
         messages = [jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()]
-        for closed in ((0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)):
+        for closed in CLOSED:
             for options in (["-lang=en"], ["-lang=en", "-pipe"]):
                 with self.subTest(closed=closed, options=options):
                     self.startOver()
@@ -34,6 +37,35 @@ class StandardDescriptors(AcceptanceTest):
                     run = self.startWithout(closed, "base/data", "out", "area.xml", *options)
                     self.expect(run, status=0, created=output(1, {"a.xyz": KEPT}),
                                 messages=messages if "-pipe" in options else [])
+
+    def test_closed_at_the_start_they_are_the_null_device_while_files_are_open(self):
+        for closed in CLOSED:
+            with self.subTest(closed=closed):
+                self.startOver()
+                self.giveJob({})
+                found = []
+
+                def look(closed=closed, found=found):
+                    self.waitFor(lambda: os.path.exists(self.path("base/out/a.xyz")), "the pass")
+                    found.extend(os.readlink(f"/proc/{self.process.pid}/fd/{descriptor}") for descriptor in closed)
+
+                self.serve("base/data/a.xyz", NODES, NODES, [b"x;y;z\n1;1;5\n", look, b"30;3;5\n"])
+                run = self.startWithout(closed, "base/data", "out", "area.xml", "-lang=en")
+                self.expect(run, status=0, created=output(1, {"a.xyz": KEPT}))
+                self.assertEqual(found, [os.devnull] * len(closed))
+
+    def test_closed_at_the_start_they_change_nothing_about_a_language_that_cannot_be_told(self):
+        for closed in CLOSED:
+            for option in NOT_CONVERTIBLE:
+                with self.subTest(closed=closed, option=option):
+                    self.expectUnchangedRun(option, [] if 1 in closed else ["Conversion failed"], closed=closed)
+
+    def expectUnchangedRun(self, option, told=(), **settings):
+        self.startOver()
+        self.giveJob({"a.xyz": NODES})
+        run = self.clip(option, "-pipe", tool=TOOL, **settings)
+        self.expect(run, status=0, console=told, created=output(1, {"a.xyz": KEPT}),
+                    messages=[jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()])
 
     def test_closed_at_the_start_no_output_file_becomes_the_console(self):
         self.expectRefusedHeader(lambda: {"closed": (0, 1, 2)})
@@ -67,6 +99,12 @@ class StandardDescriptors(AcceptanceTest):
 
     def test_a_console_nobody_reads_changes_no_result(self):
         self.expectRefusedHeader(lambda: {"console": self.brokenPipe()})
+
+    def test_a_console_nobody_reads_does_not_end_the_set_up_of_catalogues(self):
+        for option in NOT_CONVERTIBLE:
+            for closed in ((), (0,), (2,), (0, 2)):
+                with self.subTest(option=option, closed=closed):
+                    self.expectUnchangedRun(option, console=self.brokenPipe(), closed=closed)
 
     def pipe(self):
         ends = os.pipe()

@@ -58,6 +58,7 @@ class OwnFiles(WatchTest):
         for arguments, name, reason in (
                 (["base/data", "out", "new.xml", "--log", "./new.xml"], "./new.xml", "the run reads it"),
                 (["base/none", "out", "area.xml", "--log", "base/none"], "base/none", "the run reads it"),
+                (["base/data", "out", "area.xml", "--log", "base/data/new.xyz"], "base/data/new.xyz", "the run reads it"),
                 (["base/data", "o.png", "area.xml", "--map", "base/o.png"], "base/o.png",
                  "the run makes its output directory there")):
             with self.subTest(name=name):
@@ -74,6 +75,20 @@ class OwnFiles(WatchTest):
                 with self.subTest(name=name, options=options):
                     self.expectRefused(self.job("--log", name, *options, "--lang=en", preexec_fn=dropPowersOfRoot),
                                        name, reason)
+
+    def test_in_a_working_directory_that_has_gone_they_are_refused_before_the_run(self):
+        os.mkdir(self.path("gone"))
+
+        def goAway():
+            os.chdir(self.path("gone"))
+            os.rmdir(self.path("gone"))
+
+        for name in ("x.png", "./x.png"):
+            for option in ("--map", "--log"):
+                with self.subTest(option=option, name=name):
+                    os.makedirs(self.path("gone"), exist_ok=True)
+                    self.expectRefused(self.run_(self.path("base/data"), "out", self.path("area.xml"), option, name,
+                                                 "--lang=en", preexec_fn=goAway), name, "No such file or directory")
 
     def test_a_map_with_a_name_that_is_too_long_is_refused_before_the_run(self):
         name = "n" * 300 + ".png"

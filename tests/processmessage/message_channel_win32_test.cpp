@@ -208,26 +208,3 @@ TEST(MessageChannel, aVanishedReaderSilencesTheChannelForGood) {
     channel.send("b\n");
     EXPECT_FALSE(channel.isOpen());
 }
-
-TEST(StandardDescriptors, aClosedOneIsOpenedOnTheNullDevice) {
-    const int kept = _dup(0);
-    _close(0);
-    guardStandardDescriptors();
-    EXPECT_NE(-1, _get_osfhandle(0));
-    EXPECT_EQ(1, _write(0, "a", 1));
-    _dup2(kept, 0);
-    _close(kept);
-}
-
-TEST(StandardDescriptors, openOnesAreLeftAlone) {
-    const TemporaryDirectory directory;
-    const int kept = _dup(0);
-    const int file = openFile(directory.pathOf("file"), _O_BINARY);
-    _dup2(file, 0);
-    _close(file);
-    guardStandardDescriptors();
-    EXPECT_EQ(1, _write(0, "a", 1));
-    _dup2(kept, 0);
-    _close(kept);
-    EXPECT_EQ("a", readFile(directory.pathOf("file")));
-}

@@ -69,6 +69,23 @@ TEST(OwnFiles, theBoundaryFileAndTheFilesOfTheInputDirectoryAreInputs) {
     EXPECT_FALSE(isInput(directory.pathOf("data/none.log")));
 }
 
+TEST(OwnFiles, aNameThatTheRunWouldTakeForANodeFileIsAnInput) {
+    const TemporaryDirectory directory;
+    const std::string boundary = directory.write("area.xml", "");
+    directory.makeDirectory("data");
+    directory.makeDirectory("data/below");
+    const std::string input = directory.pathOf("data");
+    const auto isInput = [&](const std::string& path) { return isInputOfRun(path, input, boundary); };
+    for (const char* const suffix : {".txt", ".xyz", ".csv"}) {
+        EXPECT_TRUE(isInput(directory.pathOf("data/new") + suffix));
+        EXPECT_TRUE(isInput(directory.pathOf("data/../data/./new") + suffix));
+        EXPECT_FALSE(isInput(directory.pathOf("data/below/new") + suffix));
+        EXPECT_FALSE(isInput(directory.pathOf("new") + suffix));
+    }
+    EXPECT_TRUE(isInput(directory.makeLink("link", "data/new.xyz")));
+    EXPECT_TRUE(isInputOfRun(directory.pathOf("none/new.xyz"), directory.pathOf("none"), boundary));
+}
+
 TEST(OwnFiles, inputsThatAreNotThereAreNotMade) {
     const TemporaryDirectory directory;
     const std::string input = directory.pathOf("none");

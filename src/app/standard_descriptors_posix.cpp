@@ -1,0 +1,16 @@
+#include "app/standard_descriptors.hpp"
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+void guardStandardDescriptors() {
+    for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
+        if (fcntl(standard, F_GETFD) == -1) {
+            // The lowest free number is taken, which is this one. If it cannot be opened, all goes on as it was.
+            const int opened = open("/dev/null", O_RDWR);
+            static_cast<void>(opened);
+        }
+    }
+    static_cast<void>(signal(SIGPIPE, SIG_IGN));
+}
