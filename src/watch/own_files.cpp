@@ -44,7 +44,8 @@ fs::path comparable(const std::string& path) {
 /// Whether a file made there would stand among the node files.
 bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
     const fs::path place = comparable(path);
-    return hasNodeFileSuffix(place.string()) && place.parent_path() == comparable(inputDirectory);
+    const fs::path input = comparable(inputDirectory);
+    return place.parent_path() == input && hasNodeFileSuffix(place.native());
 }
 
 /// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has
