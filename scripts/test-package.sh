@@ -41,7 +41,7 @@ expect "lintian has nothing to say" "" "$(lintian --allow-root "$package" 2>&1)"
 # Every file of the system, and every package. Left out is what changes by itself or with any use of dpkg.
 system_state() {
   find /etc /opt /usr /var -xdev \( -path /var/log -o -path /var/tmp -o -path /var/cache/apt -o -path /var/lib/apt \
-    -o -path /var/lib/docker -o -name __pycache__ \) -prune \
+    -o -path /var/cache/man -o -path /var/lib/docker -o -name __pycache__ \) -prune \
     -o ! -path '/var/lib/dpkg/*-old' -printf '%M %u:%g %p %l\n' | LC_ALL=C sort
   dpkg-query -W -f='${Package} ${Version} ${db:Status-Status}\n'
 }
