@@ -125,15 +125,26 @@ private:
     std::string text;
 };
 
+testing::AssertionResult agrees(PlainNumberReader& plain, const std::string& text) {
+    const NumberReading expected = plain.read(text);
+    const NumberReading got = readNumber(text);
+    if (sameReading(expected, got)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << testing::PrintToString(text) << "\nexpected " << describe(expected)
+                                       << "\ngot      " << describe(got);
+}
+
+void expectSameReading(const std::string& text) {
+    PlainNumberReader plain;
+    EXPECT_TRUE(agrees(plain, text));
+}
+
 void compareRandomTexts(std::uint64_t seed, int count) {
     RandomTexts texts(seed);
     PlainNumberReader plain;
     for (int i = 0; i < count; ++i) {
-        const std::string text = texts.next();
-        const NumberReading expected = plain.read(text);
-        const NumberReading got = readNumber(text);
-        ASSERT_TRUE(sameReading(expected, got))
-            << testing::PrintToString(text) << "\nexpected " << describe(expected) << "\ngot      " << describe(got);
+        ASSERT_TRUE(agrees(plain, texts.next()));
     }
 }
 
@@ -179,6 +190,27 @@ TEST(NumberText, failsWhereAStreamFails) {
           "1;",
           "1e999", "-1e999;", "abc"}) {
         EXPECT_TRUE(readNumber(text).failed) << text;
+    }
+}
+
+TEST(NumberText, agreesWithTheStreamHoweverManyDigitsStandBehindThePoint) {
+    for (std::size_t digits = 1; digits <= 25; ++digits) {
+        for (const char* const last : {"1", "7", "123", "9007199254740992"}) {
+            const std::string end(last);
+            if (end.size() <= digits) {
+                expectSameReading("0." + std::string(digits - end.size(), '0') + end + ";");
+                expectSameReading("." + std::string(digits - end.size(), '0') + end);
+            }
+        }
+    }
+}
+
+TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
+    for (int value = 0; value < 256; ++value) {
+        const std::string byte(1, static_cast<char>(value));
+        expectSameReading(byte + "5;");
+        expectSameReading("5" + byte + "5");
+        expectSameReading("5e1" + byte + "5");
     }
 }
 
