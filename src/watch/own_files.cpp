@@ -45,7 +45,8 @@ fs::path comparable(const std::string& path) {
 bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
     const fs::path place = comparable(path);
     const fs::path input = comparable(inputDirectory);
-    return place.parent_path() == input && hasNodeFileSuffix(place.native());
+    const bool standsThere = place.parent_path() == input;
+    return standsThere && hasNodeFileSuffix(place.native());
 }
 
 /// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has
