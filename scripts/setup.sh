@@ -17,7 +17,7 @@ bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
 usage() {
-  echo "Usage: scripts/setup.sh [test|coverage|fuzz|package|chroot|windows|bench]" >&2
+  echo "Usage: scripts/setup.sh [test|coverage|mutation|fuzz|package|chroot|windows|bench]" >&2
   exit 2
 }
 

@@ -46,6 +46,7 @@ scripts/fuzz.sh 20
 
 step "clang-tidy, begun beside the tests"
 wait "$tidy"
+trap - EXIT
 
 step "cppcheck"
 cppcheck --enable=warning,style,performance,portability --std=c++20 -I src -I src/processmessage \

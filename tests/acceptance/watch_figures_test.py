@@ -38,6 +38,7 @@ message(type='progress', percent=40)
         self.assertGreater(int(rate.replace(" ", "")), 500)
         self.assertLess(int(rate.replace(" ", "")), 1500)
         self.assertRegex(left, "^0:(0[4-9]|1[0-2])$")
+        self.assertAlmostEqual(6000 / int(rate.replace(" ", "")), int(left[-2:]), delta=1)
 
 
 if __name__ == "__main__":
