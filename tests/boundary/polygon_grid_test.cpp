@@ -115,6 +115,18 @@ TEST(PolygonGrid, tellsClustersApartByGridsOfTheirOwn) {
     EXPECT_LT(mostVisited, 50U) << "of 2001 boxes";
 }
 
+TEST(PolygonGrid, visitsEveryBoxWhereAllStandInGridsOfTheirOwn) {
+    Random random(4);
+    std::vector<BoundingBox> boxes;
+    for (int i = 0; i < 20; ++i) {
+        for (const double corner : {0.0, 1000.0}) {
+            const double x = corner + i * 0.1;
+            boxes.push_back({x, corner, x + 0.05, corner + 0.05});
+        }
+    }
+    expectComplete(boxes, pointsFor(random, boxes, 1000.0));
+}
+
 TEST(PolygonGrid, hasBetweenAQuarterAsManyCellsAsBoxesAndAsMany) {
     // Boxes of half a unit in the middle of each unit of a square.
     for (const auto& [side, visitsEach] : {std::pair<std::size_t, std::size_t>{4, 1}, {16, 1}, {64, 1}, {100, 4}}) {
