@@ -23,6 +23,9 @@ set(directories ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_MANDIR}/man1 ${CMAKE_INS
 foreach(language IN LISTS catalogues)
   list(APPEND directories ${programDirectory}/locale/${language}/LC_MESSAGES)
 endforeach()
+if(VADELCLIP_PACKAGE)
+  list(APPEND directories ${CMAKE_INSTALL_DATADIR}/lintian/overrides)
+endif()
 list(FILTER directories EXCLUDE REGEX ^/)
 install(CODE "set(directories ${directories})")
 install(CODE [[

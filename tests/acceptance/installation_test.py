@@ -35,7 +35,12 @@ def expectedFiles():
     for exampleSet in ("merewether", "coast"):
         documents += treeFiles("examples", exampleSet) + treeFiles("examples", exampleSet, "nodes")
     documents += ["README.md", "copyright", "changelog.gz", "examples/README.md"]
-    return sorted(["bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
+    ofThePackage = []
+    if os.environ["VADELCLIP_PACKAGE"] == "1":
+        documents.append("changelog.Debian.gz")
+        ofThePackage.append("share/lintian/overrides/vadelclip")
+    return sorted([*ofThePackage,
+                   "bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
                    "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo", "share/man/man1/Vadelclip.1.gz",
                    "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
                    "share/bash-completion/completions/Vadelwatch",
