@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// Sets up a fuzzer's process. Called once, by libFuzzer and by replay_main.cpp.
+/// Sets up a fuzzer's process. Called once, by libFuzzer.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments);
 
 /// Tries one input. Returns 0; a finding ends the process.

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and runs them, two at a time on two processors: scripts/fuzz.sh [seconds each, 20] [name...]
 # A name is that of the source: scripts/fuzz.sh 600 boundary_index
-# The corpus grows in build/fuzz/corpus, findings are kept in build/fuzz/findings. Ends with status 1 on any finding, and if
-# a fuzzer has not tried more than what it starts from.
+# They are built as build/asan/fuzz/<name>_fuzz. The corpus grows in build/fuzz/corpus, findings are kept in
+# build/fuzz/findings. Ends with status 1 on any finding, and if a fuzzer has not tried more than what it starts from.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,7 +26,7 @@ for name in "${names[@]}"; do
 done
 
 scripts/setup.sh fuzz
-scripts/build.sh fuzz -DVADELCLIP_WERROR=ON
+scripts/build.sh asan --target fuzzers -DVADELCLIP_WERROR=ON
 
 mkdir -p build/fuzz/findings build/fuzz/logs
 # The fuzzers write small files at every execution: into memory where there is such a place. A fuzzer that ends at a
@@ -42,7 +42,7 @@ run() {
   [ -f "fuzz/dictionaries/$name.dict" ] && options+=("-dict=fuzz/dictionaries/$name.dict")
   mkdir -p "build/fuzz/corpus/$name"
   find "build/fuzz/corpus/$name" "fuzz/corpus/$name" -type f | wc -l >"build/fuzz/logs/$name.seeds"
-  "build/fuzz/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
+  "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
     -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "fuzz/corpus/$name" \
     >"build/fuzz/logs/$name.log" 2>&1
 }
@@ -83,7 +83,7 @@ for name in "${names[@]}"; do
   grep -aE -A12 'FINDING|ERROR: |runtime error|terminate called|what\(\)' "build/fuzz/logs/$name.log" | head -40 ||
     tail -20 "build/fuzz/logs/$name.log"
   input=$(grep -aoE 'build/fuzz/findings/[^ ]+' "build/fuzz/logs/$name.log" | tail -1 || true)
-  printf 'Replay it:  build/fuzz/fuzz/%s_fuzz %s\n' "$name" "$input"
+  printf 'Replay it:  build/asan/fuzz/%s_fuzz %s\n' "$name" "$input"
 done
 
 # A fuzzer that has only read its seeds, or nothing at all, has found nothing because it has not looked. It begins with an

@@ -14,9 +14,10 @@ unset CPPFLAGS CFLAGS CXXFLAGS LDFLAGS
 umask 022
 
 rm -rf build/package/_CPack_Packages build/package/*.deb
-# From nothing, since a configured tree keeps the date of the changelog and options that were given to it once.
+# From nothing, since a configured tree keeps the date of the changelog and options that were given to it once. What is
+# compiled already is kept where the options are the same: scripts/test.sh has tested it before.
 rm -f build/package/CMakeCache.txt
-scripts/build.sh package
+scripts/build.sh package "-DVADELCLIP_WERROR=${VADELCLIP_WERROR:-OFF}"
 
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT

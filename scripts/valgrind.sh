@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # Clips a complete example under valgrind, in German and with messages: no wrong access, no leak, and the same bytes as
-# without it. Needs the release build.
+# without it: scripts/valgrind.sh [build directory, build/release]
 set -euo pipefail
 cd "$(dirname "$0")/.."
-source scripts/no-arguments.sh
 
-tool=$PWD/build/release/Vadelclip
+if [ $# -gt 1 ] || [[ ${1:-} == -* ]]; then
+  echo "Usage: scripts/valgrind.sh [build directory, build/release]" >&2
+  exit 2
+fi
+tool=$(realpath "${1:-build/release}")/Vadelclip
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cp -r examples/merewether "$scratch"

@@ -243,14 +243,14 @@ TEST(InputSelection, aStatusThatCannotBeToldIsThrownWhateverTheSuffix) {
 }
 
 TEST(LineCounts, theSumWrapsAround) {
-    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t largestCount = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t smallestCount = std::numeric_limits<std::int32_t>::min();
     EXPECT_EQ(0, sumLineCounts({}));
     EXPECT_EQ(5, sumLineCounts({2, 0, 3}));
     EXPECT_EQ(1, sumLineCounts({3, -1, -1}));
     EXPECT_EQ(-2, sumLineCounts({-1, -1}));
-    EXPECT_EQ(smallest, sumLineCounts({largest, 1}));
-    EXPECT_EQ(largest, sumLineCounts({largest, 1, -1}));
-    EXPECT_EQ(-2, sumLineCounts({largest, largest}));
-    EXPECT_EQ(largest - 2, sumLineCounts({largest, largest, largest}));
+    EXPECT_EQ(smallestCount, sumLineCounts({largestCount, 1}));
+    EXPECT_EQ(largestCount, sumLineCounts({largestCount, 1, -1}));
+    EXPECT_EQ(-2, sumLineCounts({largestCount, largestCount}));
+    EXPECT_EQ(largestCount - 2, sumLineCounts({largestCount, largestCount, largestCount}));
 }

@@ -96,14 +96,14 @@ TEST(NodeLineCount, addsUpTheLinesOfAllFiles) {
 
 TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
     const std::string content = "x;y;z\n1;1;1\n2;2;2\n";
-    const std::atomic<bool> goOn = false;
+    const std::atomic<bool> notCancelled = false;
     const TemporaryDirectory directory;
     directory.write("a.txt", content);
     const NodeFiles found = findNodeFiles(directory.path());
-    EXPECT_EQ(2U, countNodeLines(found, goOn));
+    EXPECT_EQ(2U, countNodeLines(found, notCancelled));
     for (const std::string& later : {std::string("x;y;z\n1;1;1\n"), content + "3;3;3\n", std::string()}) {
         directory.write("a.txt", later);
-        EXPECT_FALSE(countNodeLines(found, goOn)) << later;
+        EXPECT_FALSE(countNodeLines(found, notCancelled)) << later;
     }
     // Replaced by a file of the same size, of another time.
     const std::string sameSize = "x;y;z\n1;1;1\n\n;2;2\n";
@@ -111,9 +111,9 @@ TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
     directory.write("a.txt", sameSize);
     const auto time = std::filesystem::last_write_time(directory.pathOf("a.txt"));
     std::filesystem::last_write_time(directory.pathOf("a.txt"), time + std::chrono::seconds(1));
-    EXPECT_FALSE(countNodeLines(found, goOn));
+    EXPECT_FALSE(countNodeLines(found, notCancelled));
     std::filesystem::remove(directory.pathOf("a.txt"));
-    EXPECT_FALSE(countNodeLines(found, goOn));
+    EXPECT_FALSE(countNodeLines(found, notCancelled));
 }
 
 TEST(NodeLineCount, isUnknownForEverWhenItWasStoppedOrCannotBeMade) {
