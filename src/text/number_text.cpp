@@ -8,13 +8,12 @@
 
 namespace {
 
-/// As many digits always fit into 64 bits.
-constexpr std::size_t mostDigits = 19;
-
 /// Powers of ten, one for each number of digits behind the point. These are exact in a double.
 constexpr std::array exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                          1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
-static_assert(exactPowersOfTen.size() == mostDigits + 1);
+
+/// As many digits always fit into 64 bits: 19.
+constexpr std::size_t mostDigits = exactPowersOfTen.size() - 1;
 
 /// Integers up to here are exact in a double.
 constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
