@@ -21,12 +21,16 @@
 
 namespace {
 
+// A message refers to its text and may be delivered when it ends, so the text must outlive it.
+
 void sendFailedMessage() {
-    const FailedMessage message(1, translateMessage("Clipping of elevation data with model boundaries failed."));
+    const std::string text = translateMessage("Clipping of elevation data with model boundaries failed.");
+    const FailedMessage message(1, text);
 }
 
 void sendFinishMessage() {
-    const FinishMessage message(1, translateMessage("Finished clipping elevation data with model boundaries"));
+    const std::string text = translateMessage("Finished clipping elevation data with model boundaries");
+    const FinishMessage message(1, text);
 }
 
 std::int32_t failWithUsage() {

@@ -13,6 +13,7 @@
 #include <boost/filesystem/path.hpp>
 
 #include <fstream>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -24,7 +25,9 @@ void writeLine(std::ostream& output, std::string_view lineWithLineFeed) {
 }
 
 void sendClippingState() {
-    const StateMessage message(1, translateMessage("Clipping elevation data..."), true);
+    // The message may be delivered when it ends: its text must outlive it.
+    const std::string text = translateMessage("Clipping elevation data...");
+    const StateMessage message(1, text, true);
 }
 
 /// Runs over the lines behind the header and returns the number of kept ones.

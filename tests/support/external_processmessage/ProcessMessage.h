@@ -1,6 +1,6 @@
 /// \file
-/// The same classes as in the tool's own contract, with private parts of another kind: messages that hold their text
-/// and are delivered at their end.
+/// The same classes as in the tool's own contract, with other private parts. A message holds only a reference to its text and
+/// is delivered when it ends, so a text that ends before its message is read after it was freed.
 #pragma once
 
 #include <string>
@@ -8,13 +8,17 @@
 
 class Message {
 protected:
-    Message(std::string className, std::string values);
+    Message(const char* className, int level, const std::string& text, const char* flags = "");
+    explicit Message(const std::string& range);
     virtual ~Message();
 
     void addCall(const std::string& call);
 
 private:
-    std::string className;
+    const char* className;
+    int level = 0;
+    const std::string* text = nullptr; ///< The caller's own string; none in a progress range.
+    const char* flags = "";
     std::vector<std::string> calls;
 };
 

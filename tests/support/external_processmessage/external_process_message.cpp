@@ -27,13 +27,19 @@ std::string listed(const Values&... values) {
 
 } // namespace
 
-Message::Message(std::string className_, std::string values) : className(className_), calls{className_ + values} {}
+Message::Message(const char* className_, int level_, const std::string& text_, const char* flags_)
+    : className(className_), level(level_), text(&text_), flags(flags_) {}
+
+Message::Message(const std::string& range) : className("ProgressMessage"), calls{className + range} {}
 
 Message::~Message() {
+    if (text != nullptr) {
+        append(className + listed(level, *text) + flags);
+    }
     for (const std::string& call : calls) {
         append(call);
     }
-    append("end " + className);
+    append(std::string("end ") + className);
 }
 
 void Message::addCall(const std::string& call) {
@@ -54,18 +60,18 @@ MessageSender::~MessageSender() {
     append("~MessageSender");
 }
 
-ErrorMessage::ErrorMessage(int level, const std::string& text) : Message("ErrorMessage", listed(level, text)) {}
+ErrorMessage::ErrorMessage(int level, const std::string& text) : Message("ErrorMessage", level, text) {}
 
 StateMessage::StateMessage(int level, const std::string& text, bool active)
-    : Message("StateMessage", listed(level, text, active)) {}
+    : Message("StateMessage", level, text, active ? " true" : " false") {}
 
 ProgressMessage::ProgressMessage(double startPercent, double endPercent, int stepCount)
-    : Message("ProgressMessage", listed(startPercent, endPercent, stepCount)) {}
+    : Message(listed(startPercent, endPercent, stepCount)) {}
 
 void ProgressMessage::OnProgress(int step, bool flag) {
     addCall("OnProgress" + listed(step, flag));
 }
 
-FailedMessage::FailedMessage(int level, const std::string& text) : Message("FailedMessage", listed(level, text)) {}
+FailedMessage::FailedMessage(int level, const std::string& text) : Message("FailedMessage", level, text) {}
 
-FinishMessage::FinishMessage(int level, const std::string& text) : Message("FinishMessage", listed(level, text)) {}
+FinishMessage::FinishMessage(int level, const std::string& text) : Message("FinishMessage", level, text) {}
