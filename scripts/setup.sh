@@ -12,7 +12,7 @@ test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales 
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
 mutation_packages=(libgtest-dev libgmock-dev locales python3 python3-clang-14 libclang-common-14-dev)
-fuzz_packages=(clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3)
+fuzz_packages=(clang-14 llvm-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3)
 windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
