@@ -1,11 +1,13 @@
 /// Containment, per point: the index over outlines of all sizes and kinds, and over many polygons; the plain test for
 /// comparison. Points are random in the square around the outline, so about half of them or more lie inside.
 
-#include "boundary/boundary_index.hpp"
 #include "boundary/contains_point.hpp"
+#include "boundary/index/boundary_index.hpp"
 #include "outlines.hpp"
 
 #include <benchmark/benchmark.h>
+
+namespace vadelclip {
 
 namespace {
 
@@ -99,3 +101,5 @@ BENCHMARK(buildSpiky)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(buildPolygons)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+} // namespace vadelclip

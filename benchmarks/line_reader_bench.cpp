@@ -10,6 +10,8 @@
 #include <string>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr int lineCount = 200000;
@@ -62,3 +64,5 @@ BENCHMARK(linesThroughStream)->Unit(benchmark::kMillisecond);
 BENCHMARK(countedLines)->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+} // namespace vadelclip

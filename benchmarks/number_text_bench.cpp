@@ -7,6 +7,8 @@
 #include <sstream>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// Decimals as they occur, one that is too long for a single division, one with an exponent.
@@ -35,3 +37,5 @@ BENCHMARK(fast)->DenseRange(0, 4);
 BENCHMARK(throughStream)->DenseRange(0, 4);
 
 } // namespace
+
+} // namespace vadelclip

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <random>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr double fullTurn = 6.283185307179586;
@@ -118,3 +120,5 @@ std::vector<Point2D> gridPoints(std::size_t count, double side) {
     }
     return points;
 }
+
+} // namespace vadelclip

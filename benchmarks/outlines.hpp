@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace vadelclip {
+
 using Ring = std::vector<Point2D>;
 
 /// About a circle around `centre`, without a wrinkle.
@@ -31,3 +33,5 @@ std::vector<Point2D> gridPoints(std::size_t count, double side);
 
 /// Random points of the square from (0, 0) to (side, side).
 std::vector<Point2D> randomPoints(std::size_t count, double side);
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <limits>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr int stepCount = std::numeric_limits<int>::max();
@@ -38,3 +40,5 @@ BENCHMARK(withoutPipeMode);
 BENCHMARK(withPipeMode);
 
 } // namespace
+
+} // namespace vadelclip

@@ -7,9 +7,9 @@
 #include "boundary_input.hpp"
 #include "fuzz_target.hpp"
 
-#include "boundary/boundary_index.hpp"
 #include "boundary/contains_point.hpp"
-#include "boundary/ring_rows_builder.hpp"
+#include "boundary/index/boundary_index.hpp"
+#include "boundary/index/ring_rows_builder.hpp"
 #include "boundary/ring_walk.hpp"
 #include "boundary/widened_box.hpp"
 #include "support/containment_oracle_support.hpp"
@@ -19,6 +19,8 @@
 #include <limits>
 #include <optional>
 #include <vector>
+
+namespace vadelclip {
 
 namespace {
 
@@ -160,3 +162,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     compareOwnPoints(comparison, set);
     return 0;
 }
+
+} // namespace vadelclip

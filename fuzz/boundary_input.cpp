@@ -7,6 +7,8 @@
 #include <iterator>
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 /// The plain loop that the index is compared with looks at each vertex for each point.
@@ -174,3 +176,5 @@ BoundarySet takeBoundary(InputBytes& input) {
     }
     return set;
 }
+
+} // namespace vadelclip

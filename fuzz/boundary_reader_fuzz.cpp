@@ -12,6 +12,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace vadelclip {
+
 namespace {
 
 /// What is to come of a file. The error is empty for success.
@@ -143,3 +145,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     checkSet(got.set, expected);
     return 0;
 }
+
+} // namespace vadelclip

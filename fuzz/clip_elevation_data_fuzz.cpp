@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr char sectionMark = '\x1C';
@@ -111,3 +113,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace vadelclip

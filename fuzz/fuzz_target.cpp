@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace vadelclip {
+
 int LLVMFuzzerInitialize(int*, char***) {
     // The test support expects things by GoogleTest's means. An exception that nobody catches is a finding.
     GTEST_FLAG_SET(throw_on_failure, true);
@@ -30,3 +32,5 @@ std::string visible(const std::string& bytes) {
     }
     return text;
 }
+
+} // namespace vadelclip

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace vadelclip {
+
 /// Sets up a fuzzer's process. Called once, by libFuzzer.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments);
 
@@ -90,3 +92,5 @@ inline void requireSameBits(double expected, double got, std::string_view what) 
         reportFinding(text.str());
     }
 }
+
+} // namespace vadelclip

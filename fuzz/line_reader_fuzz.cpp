@@ -11,6 +11,8 @@
 
 #include <fstream>
 
+namespace vadelclip {
+
 namespace {
 
 std::string contentFrom(InputBytes& input) {
@@ -78,3 +80,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     checkCounts(path, lines.size() - 1);
     return 0;
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace vadelclip {
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -111,3 +113,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 
 #include <map>
 
+namespace vadelclip {
+
 namespace {
 
 /// In the outputs before a call, and still there where the parser has not written.
@@ -63,3 +65,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     requireSameText(expected || line.empty() ? std::string() : reasonFor(withoutMark), errorText, "reason");
     return 0;
 }
+
+} // namespace vadelclip

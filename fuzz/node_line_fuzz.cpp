@@ -6,6 +6,8 @@
 #include "clip/node_line.hpp"
 #include "support/plain_text_support.hpp"
 
+namespace vadelclip {
+
 namespace {
 
 /// One of the four, whatever the byte is.
@@ -31,3 +33,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace vadelclip

@@ -6,6 +6,8 @@
 #include "support/plain_text_support.hpp"
 #include "text/number_text.hpp"
 
+namespace vadelclip {
+
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = InputBytes(data, size).rest();
     static PlainNumberReader plainReader;
@@ -16,3 +18,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace vadelclip

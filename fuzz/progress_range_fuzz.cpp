@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 std::int32_t number(InputBytes& input, int byteCount) {
@@ -83,3 +85,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace vadelclip

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building needs from Debian's packages; with arguments also what the checks ("test"), counting the
-# reached lines ("coverage"), mutants ("mutation"), the sanitizers and fuzzers ("fuzz"), the benchmarks ("bench"), the
+# reached lines ("coverage"), the sanitizers and fuzzers ("fuzz"), the benchmarks ("bench"), the
 # Debian package and its test ("package"), that test in a fresh system ("chroot") or building and testing for Windows
 # ("windows") need.
 # Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
@@ -11,14 +11,13 @@ build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-l
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
-mutation_packages=(libgtest-dev libgmock-dev locales python3 python3-clang-14 libclang-common-14-dev)
 fuzz_packages=(clang-14 llvm-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3)
 windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
 
 usage() {
-  echo "Usage: scripts/setup.sh [test|coverage|mutation|fuzz|package|chroot|windows|bench]..." >&2
+  echo "Usage: scripts/setup.sh [test|coverage|fuzz|package|chroot|windows|bench]..." >&2
   exit 2
 }
 
@@ -27,7 +26,6 @@ for purpose in "$@"; do
   case "$purpose" in
     test) wanted+=("${test_packages[@]}") ;;
     coverage) wanted+=("${coverage_packages[@]}") ;;
-    mutation) wanted+=("${mutation_packages[@]}") ;;
     fuzz) wanted+=("${fuzz_packages[@]}") ;;
     package) wanted+=("${package_packages[@]}") ;;
     chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;

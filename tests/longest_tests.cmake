@@ -1,5 +1,5 @@
-# Read by ctest: the units that take longest begin first, so that none of them is left alone at the end.
+# Read by ctest: the longest unit tests start first, so that none of them runs alone at the end.
 set_tests_properties(
   unit.NumberText.agreesWithTheStreamOnTwentyFiveMillionRandomTexts
   unit.NumberText.agreesWithTheStreamOnTwentyFiveMillionOtherRandomTexts
-  PROPERTIES COST 3)
+  PROPERTIES LABELS slow COST 3)

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace vadelclip {
+
 void scanLanguageOption(int argc, const char* const* argv, std::string& language, std::int32_t& expectedArgumentCount) {
     constexpr std::string_view option = "-lang=";
     for (int i = 1; i < argc; ++i) {
@@ -23,3 +25,5 @@ void scanPipeOption(int argc, const char* const* argv, bool& pipeMode, std::int3
         }
     }
 }
+
+} // namespace vadelclip

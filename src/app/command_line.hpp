@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+namespace vadelclip {
+
 /// Looks for the first argument that begins with "-lang=" and takes the language from it.
 ///
 /// Only the first one is read and counted; a later one makes the argument count wrong.
@@ -20,3 +22,5 @@ void scanLanguageOption(int argc, const char* const* argv, std::string& language
 /// @param pipeMode              becomes true if one is found, else it is untouched.
 /// @param expectedArgumentCount grows by 1 if one is found, once, however many there are.
 void scanPipeOption(int argc, const char* const* argv, bool& pipeMode, std::int32_t& expectedArgumentCount);
+
+} // namespace vadelclip

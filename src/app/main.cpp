@@ -5,11 +5,11 @@
 /// reported where they occur; what a library throws passes through the run untouched and is handled here, once.
 
 #include "app/command_line.hpp"
-#include "app/message_catalogues.hpp"
-#include "app/reporting.hpp"
 #include "app/standard_descriptors.hpp"
 #include "boundary/boundary_set.hpp"
 #include "clip/clip_elevation_data.hpp"
+#include "messages/message_catalogues.hpp"
+#include "messages/reporting.hpp"
 
 #include <ProcessMessage.h>
 
@@ -19,6 +19,7 @@
 #include <exception>
 #include <string>
 
+namespace vadelclip {
 namespace {
 
 // A message refers to its text and may be delivered when it ends, so the text must outlive it.
@@ -62,29 +63,30 @@ std::int32_t runOnce(BoundarySet& boundarySet, const std::string& inputDirectory
 }
 
 } // namespace
+} // namespace vadelclip
 
 int main(int argc, char* argv[]) {
     std::string language = "de";
     std::int32_t expectedArgumentCount = 4;
     bool pipeMode = false;
 
-    scanLanguageOption(argc, argv, language, expectedArgumentCount);
+    vadelclip::scanLanguageOption(argc, argv, language, expectedArgumentCount);
     // The set-up of the catalogues opens files, and may have something to print.
-    guardStandardDescriptors();
+    vadelclip::guardStandardDescriptors();
     // Exactly "en": other spellings of English are names of catalogues like any other.
     if (language != "en") {
-        setUpMessageCatalogues(language);
+        vadelclip::setUpMessageCatalogues(language);
     }
-    scanPipeOption(argc, argv, pipeMode, expectedArgumentCount);
+    vadelclip::scanPipeOption(argc, argv, pipeMode, expectedArgumentCount);
     // Before the count test, so that the usage failure is sent too.
     MessageSender::Instance(pipeMode);
 
     if (expectedArgumentCount != argc) {
-        return failWithUsage();
+        return vadelclip::failWithUsage();
     }
     const std::string inputDirectoryPath = argv[1];
     const std::string outputDirectoryName = argv[2];
     const std::string boundaryFilePath = argv[3];
-    BoundarySet boundarySet;
-    return runOnce(boundarySet, inputDirectoryPath, outputDirectoryName, boundaryFilePath);
+    vadelclip::BoundarySet boundarySet;
+    return vadelclip::runOnce(boundarySet, inputDirectoryPath, outputDirectoryName, boundaryFilePath);
 }

@@ -4,6 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 void guardStandardDescriptors() {
     for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
         if (fcntl(standard, F_GETFD) == -1) {
@@ -14,3 +16,5 @@ void guardStandardDescriptors() {
     }
     static_cast<void>(signal(SIGPIPE, SIG_IGN));
 }
+
+} // namespace vadelclip

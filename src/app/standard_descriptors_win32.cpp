@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <io.h>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr int lastStandardDescriptor = 2;
@@ -25,3 +27,5 @@ void guardStandardDescriptors() {
         _close(opened);
     }
 }
+
+} // namespace vadelclip

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstddef>
 
+namespace vadelclip {
+
 namespace {
 
 /// Edges shorter than this keep their raw delta as direction.
@@ -75,3 +77,5 @@ double distanceToEdge(const BoundaryEdge& edge, Point2D point) {
     }
     return std::abs(px * edge.normal.x + py * edge.normal.y);
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace vadelclip {
+
 /// Appends one edge for each two consecutive entries of an index list, in order, with all fields computed.
 ///
 /// @param vertexTable the edges keep copies of the coordinates it holds at this moment.
@@ -18,3 +20,5 @@ void appendEdges(std::vector<BoundaryEdge>& edges, const std::vector<std::int32_
 /// The result is rounded, and exactly the rounded value counts: at the far end of a sloped edge it may differ
 /// from 0.0.
 double distanceToEdge(const BoundaryEdge& edge, Point2D point);
+
+} // namespace vadelclip

@@ -1,6 +1,6 @@
 #include "boundary/boundary_reader.hpp"
 
-#include "app/reporting.hpp"
+#include "messages/reporting.hpp"
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>
@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <sstream>
 #include <string_view>
+
+namespace vadelclip {
 
 namespace {
 
@@ -111,3 +113,5 @@ bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath) {
     }
     return true;
 }
+
+} // namespace vadelclip

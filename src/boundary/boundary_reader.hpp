@@ -13,6 +13,8 @@ namespace pugi {
 class xml_node;
 }
 
+namespace vadelclip {
+
 /// Reads a boundary file.
 ///
 /// @param set              to fill, empty at the call. After a failure it holds what was complete by then, and the
@@ -28,3 +30,5 @@ bool readBoundaryFile(BoundarySet& set, const std::string& boundaryFilePath);
 /// @param value receives the number; undefined after a failure.
 /// @return false for a null node, a missing attribute, or a value without a number in range at its start.
 bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName, double& value);
+
+} // namespace vadelclip

@@ -1,5 +1,7 @@
 #include "boundary/boundary_set.hpp"
 
+namespace vadelclip {
+
 namespace {
 
 void includeVertex(BoundingBox& box, const BoundaryVertex& vertex) {
@@ -40,3 +42,5 @@ void computeBoundingBox(BoundaryPolygon& polygon, const std::vector<BoundaryVert
         computeBoundingBox(child, vertexTable);
     }
 }
+
+} // namespace vadelclip

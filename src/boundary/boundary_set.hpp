@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 /// A position or direction in the plane of the boundary, in the unit of its coordinates.
 struct Point2D {
     double x;
@@ -102,3 +104,5 @@ void clearBoundarySet(BoundarySet& boundarySet);
 ///
 /// @param vertexTable every index of the polygon must be valid in it.
 void computeBoundingBox(BoundaryPolygon& polygon, const std::vector<BoundaryVertex>& vertexTable);
+
+} // namespace vadelclip

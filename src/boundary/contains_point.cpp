@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstddef>
 
+namespace vadelclip {
+
 namespace {
 
 /// An outline as a sequence of positions: 0 to size - 1, then round again.
@@ -90,3 +92,5 @@ bool containsPoint(BoundaryPolygon& polygon, Point2D point, const std::vector<Bo
     }
     return outlineContains(polygon, point, vertexTable) && !anyChildContains(polygon, point, vertexTable);
 }
+
+} // namespace vadelclip

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace vadelclip {
+
 /// Tells whether a point lies in a polygon or on its outline, as seen from above.
 ///
 /// @param polygon      indices into `vertexTable`, in ring order, open or closed. Writable: the first call on
@@ -21,3 +23,5 @@
 ///
 /// All arithmetic is IEEE double, each operation rounded on its own: build without floating-point contraction.
 bool containsPoint(BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable);
+
+} // namespace vadelclip

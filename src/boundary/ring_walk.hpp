@@ -5,6 +5,8 @@
 
 #include "boundary/boundary_set.hpp"
 
+namespace vadelclip {
+
 /// Gives the x at which the edge from `prev` to `current` meets the height `y`. The order of the operations is part
 /// of the result, and so is the direction of the edge.
 ///
@@ -94,3 +96,5 @@ private:
         return false;
     }
 };
+
+} // namespace vadelclip

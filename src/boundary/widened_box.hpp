@@ -4,6 +4,8 @@
 
 #include "boundary/boundary_set.hpp"
 
+namespace vadelclip {
+
 /// A bounding box widened by the only tolerance there is. It only rejects, and reaches no other step.
 struct WidenedBox {
     static constexpr double tolerance = 1e-06;
@@ -26,3 +28,5 @@ struct WidenedBox {
         return outside != 0;
     }
 };
+
+} // namespace vadelclip

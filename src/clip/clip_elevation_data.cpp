@@ -1,15 +1,17 @@
 #include "clip/clip_elevation_data.hpp"
 
-#include "app/reporting.hpp"
-#include "boundary/boundary_index.hpp"
 #include "boundary/boundary_reader.hpp"
+#include "boundary/index/boundary_index.hpp"
 #include "clip/clip_node_file.hpp"
 #include "clip/count32.hpp"
 #include "clip/input_selection.hpp"
 #include "clip/node_count.hpp"
+#include "messages/reporting.hpp"
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
+
+namespace vadelclip {
 
 namespace {
 
@@ -100,3 +102,5 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
     writeNodeCount(outputDirectory, totalKeptNodes);
     return 0;
 }
+
+} // namespace vadelclip

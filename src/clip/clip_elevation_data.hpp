@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+namespace vadelclip {
+
 /// Clips every node file of the input directory to the polygons of the boundary file, into a new directory beside the
 /// input directory.
 ///
@@ -20,3 +22,5 @@
 std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParentDirectory,
                                std::string inputDirectoryName, std::string outputDirectoryName,
                                std::string boundaryFilePath);
+
+} // namespace vadelclip

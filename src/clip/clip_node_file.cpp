@@ -1,10 +1,10 @@
 #include "clip/clip_node_file.hpp"
 
-#include "app/reporting.hpp"
-#include "boundary/boundary_index.hpp"
+#include "boundary/index/boundary_index.hpp"
 #include "clip/count32.hpp"
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
+#include "messages/reporting.hpp"
 #include "text/line_reader.hpp"
 
 #include <ProcessMessage.h>
@@ -15,6 +15,8 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+
+namespace vadelclip {
 
 namespace {
 
@@ -84,3 +86,5 @@ std::int32_t clipNodeFile(const std::string& inputPath, const std::string& outpu
     }
     return keptNodes;
 }
+
+} // namespace vadelclip

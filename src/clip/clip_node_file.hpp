@@ -2,10 +2,12 @@
 /// The clip pass over one node file, the one place where the boundary is applied to data.
 #pragma once
 
-#include "boundary/boundary_index.hpp"
+#include "boundary/index/boundary_index.hpp"
 
 #include <cstdint>
 #include <string>
+
+namespace vadelclip {
 
 /// Copies the header and every line whose point lies in a polygon to the output file, byte for byte but for the line
 /// end, each kept line flushed at once. An output file without kept lines is removed.
@@ -22,3 +24,5 @@
 /// @throws boost::filesystem::filesystem_error if the output file of a pass that kept nothing cannot be removed.
 std::int32_t clipNodeFile(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
                           const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines);
+
+} // namespace vadelclip

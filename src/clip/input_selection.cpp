@@ -9,6 +9,8 @@
 
 #include <fstream>
 
+namespace vadelclip {
+
 namespace {
 
 /// Byte for byte, so a suffix in capitals does not match. A file named only ".txt" does.
@@ -62,3 +64,5 @@ std::int32_t sumLineCounts(const std::vector<std::int32_t>& lineCounts) {
     }
     return sum;
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 /// The chosen files and their line counts; the two lists are parallel.
 struct InputSelection {
     std::vector<std::string> inputFiles;  ///< Full paths, in the order in which the directory delivers them.
@@ -22,3 +24,5 @@ InputSelection selectInputFiles(const boost::filesystem::path& inputDirectory);
 
 /// Adds up line counts with 32-bit wrap-around.
 std::int32_t sumLineCounts(const std::vector<std::int32_t>& lineCounts);
+
+} // namespace vadelclip

@@ -4,6 +4,8 @@
 
 #include <fstream>
 
+namespace vadelclip {
+
 namespace {
 
 /// The range starts at 1.0 and not at 0.0; controlling processes know it this way.
@@ -21,3 +23,5 @@ void writeNodeCount(const boost::filesystem::path& outputDirectory, std::int32_t
     output.flush();
     output.close();
 }
+
+} // namespace vadelclip

@@ -1,8 +1,10 @@
 #include "clip/node_file_header.hpp"
 
-#include "app/reporting.hpp"
+#include "messages/reporting.hpp"
 
 #include <string_view>
+
+namespace vadelclip {
 
 namespace {
 
@@ -68,3 +70,5 @@ bool readNodeFileHeader(std::string line, char& separator, std::int32_t& nodeFor
     }
     return true;
 }
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+namespace vadelclip {
+
 /// Judges a header line. Accepted are x S y S z, X S Y S Z, x S y S z S g and X S Y S Z S G with one separator S of
 /// tab, blank, comma or semicolon, a byte order mark in front or not, and nothing else on the line.
 ///
@@ -15,3 +17,5 @@
 /// @param errorText  receives the reason, empty for an accepted line and for an empty one, which has no words.
 /// @return true for an accepted line.
 bool readNodeFileHeader(std::string line, char& separator, std::int32_t& nodeFormat, std::string& errorText);
+
+} // namespace vadelclip

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace vadelclip {
+
 namespace {
 
 /// How many bytes are looked at to find the separator behind x, the separator included.
@@ -44,3 +46,5 @@ bool readNodeLine(std::string_view line, char separator, Point2D& point) {
     }
     return readCoordinate(line, point.y);
 }
+
+} // namespace vadelclip

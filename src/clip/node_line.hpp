@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+namespace vadelclip {
+
 /// Reads x and y from a node line.
 ///
 /// White space in front of either number is skipped. Up to 99 bytes may stand between x and a separator other than
@@ -14,3 +16,5 @@
 /// @param point receives the position; unspecified after a failure.
 /// @return false for a line that does not parse or that ends right behind y. Such a line is dropped in silence.
 bool readNodeLine(std::string_view line, char separator, Point2D& point);
+
+} // namespace vadelclip

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace vadelclip {
+
 /// A connection that takes whole lines, or drops them when there is no one to talk to.
 ///
 /// A failed write (the reader is gone, the disk is full) silences it for good; a slow reader is waited for.
@@ -25,3 +27,5 @@ public:
 private:
     int descriptor = -1;
 };
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr int channelDescriptor = 3;
@@ -58,3 +60,5 @@ void MessageChannel::close() {
         descriptor = -1;
     }
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <io.h>
 
+namespace vadelclip {
+
 // Descriptors belong to the C run-time here; a program that starts the tool with _spawn hands its own on. Windows itself
 // knows handles only. Writing stays with the run-time, which knows whether a file was opened for appending.
 
@@ -74,3 +76,5 @@ void MessageChannel::close() {
         descriptor = -1;
     }
 }
+
+} // namespace vadelclip

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+namespace vadelclip {
+
 namespace {
 
 using Json = nlohmann::json;
@@ -38,3 +40,5 @@ std::string finishLine(int level, const std::string& text) {
 std::string progressLine(int tenths) {
     return R"({"type":"progress","percent":)" + Json(tenths / 10.0).dump() + "}\n";
 }
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace vadelclip {
+
 std::string errorLine(int level, const std::string& text);
 std::string stateLine(int level, const std::string& text, bool active);
 std::string failedLine(int level, const std::string& text);
@@ -12,3 +14,5 @@ std::string finishLine(int level, const std::string& text);
 
 /// @param tenths progress of the whole run in tenths of a percent, 0 to 1000.
 std::string progressLine(int tenths);
+
+} // namespace vadelclip

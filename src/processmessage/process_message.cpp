@@ -12,8 +12,8 @@ namespace {
 
 /// What the sender holds. It stands outside the sender, because messages have no way to it.
 struct SenderState {
-    MessageChannel channel;
-    int writtenTenths = noTenths;
+    vadelclip::MessageChannel channel;
+    int writtenTenths = vadelclip::noTenths;
 };
 
 constinit SenderState sender;
@@ -41,32 +41,32 @@ MessageSender::~MessageSender() {
 
 ErrorMessage::ErrorMessage(int level, const std::string& text) {
     if (sender.channel.isOpen()) {
-        sender.channel.send(errorLine(level, text));
+        sender.channel.send(vadelclip::errorLine(level, text));
     }
 }
 
 StateMessage::StateMessage(int level, const std::string& text, bool active) {
     if (sender.channel.isOpen()) {
-        sender.channel.send(stateLine(level, text, active));
+        sender.channel.send(vadelclip::stateLine(level, text, active));
     }
 }
 
 FailedMessage::FailedMessage(int level, const std::string& text) {
     if (sender.channel.isOpen()) {
-        sender.channel.send(failedLine(level, text));
+        sender.channel.send(vadelclip::failedLine(level, text));
     }
 }
 
 FinishMessage::FinishMessage(int level, const std::string& text) {
     if (sender.channel.isOpen()) {
-        sender.channel.send(finishLine(level, text));
+        sender.channel.send(vadelclip::finishLine(level, text));
     }
 }
 
 ProgressMessage::ProgressMessage(double startPercent_, double endPercent_, int stepCount_)
-    : startPercent(startPercent_), endPercent(endPercent_), stepCount(stepCount_), nextDueStep(noDueStep) {
+    : startPercent(startPercent_), endPercent(endPercent_), stepCount(stepCount_), nextDueStep(vadelclip::noDueStep) {
     if (sender.channel.isOpen()) {
-        nextDueStep = firstDueStep({startPercent, endPercent, stepCount}, sender.writtenTenths);
+        nextDueStep = vadelclip::firstDueStep({startPercent, endPercent, stepCount}, sender.writtenTenths);
     }
 }
 
@@ -74,12 +74,12 @@ void ProgressMessage::OnProgress(int step, bool) {
     if (step < nextDueStep) {
         return;
     }
-    const ProgressRange range{startPercent, endPercent, stepCount};
-    const int tenths = tenthsAt(range, step);
+    const vadelclip::ProgressRange range{startPercent, endPercent, stepCount};
+    const int tenths = vadelclip::tenthsAt(range, step);
     // A step of another file may have shown this much already; only the end of the run is shown in every case.
-    if (tenths > sender.writtenTenths || (tenths == finishedTenths && step >= stepCount)) {
-        sender.channel.send(progressLine(tenths));
+    if (tenths > sender.writtenTenths || (tenths == vadelclip::finishedTenths && step >= stepCount)) {
+        sender.channel.send(vadelclip::progressLine(tenths));
         sender.writtenTenths = tenths;
     }
-    nextDueStep = sender.channel.isOpen() ? firstDueStep(range, sender.writtenTenths) : noDueStep;
+    nextDueStep = sender.channel.isOpen() ? vadelclip::firstDueStep(range, sender.writtenTenths) : vadelclip::noDueStep;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace vadelclip {
+
 int tenthsAt(const ProgressRange& range, int step) {
     const double span = range.endPercent - range.startPercent;
     if (!std::isfinite(span) || !(span > 0.0) || range.stepCount <= 0) {
@@ -30,3 +32,5 @@ int firstDueStep(const ProgressRange& range, int writtenTenths) {
     }
     return low;
 }
+
+} // namespace vadelclip

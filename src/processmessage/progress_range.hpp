@@ -2,6 +2,8 @@
 /// From a step of a progress range to the tenth of a percent that is shown for it.
 #pragma once
 
+namespace vadelclip {
+
 /// A range of the whole run's progress, in percent, walked in `stepCount` steps. All values are accepted.
 struct ProgressRange {
     double startPercent;
@@ -32,3 +34,5 @@ int tenthsAt(const ProgressRange& range, int step);
 ///
 /// @return `noDueStep` if there is none.
 int firstDueStep(const ProgressRange& range, int writtenTenths);
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <ios>
 
+namespace vadelclip {
+
 namespace {
 
 /// A file buffer reads one byte less than it is given.
@@ -78,3 +80,5 @@ void LineReader::collectLine() {
     collected.push_back('\n');
     lineStart = collected.data();
 }
+
+} // namespace vadelclip

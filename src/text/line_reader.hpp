@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace vadelclip {
+
 /// Reads a file line by line in text mode, with the same lines, the same order of system reads (as much as is there,
 /// never waiting for a full block) and the same silence about failures as `readTextLine` on a file stream.
 class LineReader {
@@ -46,3 +48,5 @@ private:
     char* lineStart = nullptr;
     std::size_t lineLength = 0;
 };
+
+} // namespace vadelclip

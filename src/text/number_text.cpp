@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// Powers of ten, one for each number of digits behind the point. These are exact in a double.
@@ -132,3 +134,5 @@ NumberReading readNumber(std::string_view text) {
     }
     return {value, false, static_cast<std::size_t>(number.end - text.data())};
 }
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace vadelclip {
+
 /// What reading a number gave.
 struct NumberReading {
     double value;       ///< What the stream would have stored: 0.0 or the largest double after most failures.
@@ -21,3 +23,5 @@ struct NumberReading {
 /// 1990), longer ones and those with an exponent std::from_chars; only what that refuses, numbers out of range above
 /// all, goes through a stream, which allocates memory.
 NumberReading readNumber(std::string_view text);
+
+} // namespace vadelclip

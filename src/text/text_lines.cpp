@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr std::size_t blockSize = 65536;
@@ -48,3 +50,5 @@ std::uint64_t countLineFeeds(std::istream& input) {
     }
     return count;
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 #include <istream>
 #include <string>
 
+namespace vadelclip {
+
 /// Reads the next line, without its line end.
 ///
 /// @param line receives the line. It is empty where nothing can be read: an absent file, a directory, the end of the
@@ -17,3 +19,5 @@ void readTextLine(std::istream& input, std::string& line);
 ///
 /// @return 0 where nothing can be read.
 std::uint64_t countLineFeeds(std::istream& input);
+
+} // namespace vadelclip

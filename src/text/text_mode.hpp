@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace vadelclip {
+
 #if defined(_WIN32)
 /// The platform's text mode has removed the carriage return already; a second one before the line feed stays.
 inline constexpr bool platformHasTextMode = true;
@@ -16,3 +18,5 @@ inline constexpr bool platformHasTextMode = false;
 inline std::size_t carriageReturnsToDrop(std::string_view line) {
     return !platformHasTextMode && !line.empty() && line.back() == '\r' ? 1 : 0;
 }
+
+} // namespace vadelclip

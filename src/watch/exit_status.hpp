@@ -2,6 +2,8 @@
 /// Every exit status of Vadelwatch. docs/vadelwatch.md lists the same ones.
 #pragma once
 
+namespace vadelwatch {
+
 /// The tool finished and the output adds up.
 constexpr int finishedStatus = 0;
 
@@ -16,3 +18,5 @@ constexpr int checkFailedStatus = 3;
 
 /// The tool could not be started, was ended by a signal, or ended with a status that is none of its own.
 constexpr int abnormalEndStatus = 4;
+
+} // namespace vadelwatch

@@ -2,7 +2,7 @@
 /// Vadelwatch: the controlling process for people. It starts the tool beside it and shows what the tool does.
 
 #include "watch/exit_status.hpp"
-#include "watch/own_output.hpp"
+#include "watch/show/own_output.hpp"
 #include "watch/watch_options.hpp"
 #include "watch/watch_run.hpp"
 
@@ -12,24 +12,24 @@
 #include <unistd.h>
 
 int main(int argc, char* argv[]) {
-    guardOwnOutput();
-    OwnOutput errors(STDERR_FILENO);
+    vadelwatch::guardOwnOutput();
+    vadelwatch::OwnOutput errors(STDERR_FILENO);
     try {
-        const CommandLineOutcome outcome = readCommandLine(argc, argv);
+        const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);
         if (outcome.options) {
-            return watchRun(*outcome.options);
+            return vadelwatch::watchRun(*outcome.options);
         }
-        OwnOutput output(STDOUT_FILENO);
+        vadelwatch::OwnOutput output(STDOUT_FILENO);
         output.write(outcome.standardOutput);
         errors.write(outcome.standardError);
         if (output.failure() != 0 && !output.readerHasGone()) {
             errors.write(
                 "Vadelwatch: cannot write to standard output: " + std::string(std::strerror(output.failure())) + "\n");
-            return usageErrorStatus;
+            return vadelwatch::usageErrorStatus;
         }
         return outcome.exitStatus;
     } catch (const std::exception& error) {
         errors.write("Vadelwatch: " + std::string(error.what()) + "\n");
-        return abnormalEndStatus;
+        return vadelwatch::abnormalEndStatus;
     }
 }

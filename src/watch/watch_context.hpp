@@ -2,14 +2,16 @@
 /// What the steps of one watched run share.
 #pragma once
 
-#include "watch/message_log.hpp"
-#include "watch/node_files.hpp"
-#include "watch/own_output.hpp"
-#include "watch/run_directories.hpp"
+#include "watch/check/message_log.hpp"
+#include "watch/check/node_files.hpp"
+#include "watch/run/run_directories.hpp"
+#include "watch/show/own_output.hpp"
+#include "watch/show/watch_texts.hpp"
 #include "watch/watch_options.hpp"
-#include "watch/watch_texts.hpp"
 
 #include <unistd.h>
+
+namespace vadelwatch {
 
 struct WatchContext {
     /// The options outlive it.
@@ -25,3 +27,5 @@ struct WatchContext {
     MessageLog log;
     NodeLineCount lineCount;
 };
+
+} // namespace vadelwatch

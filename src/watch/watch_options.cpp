@@ -1,8 +1,8 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/map_picture.hpp"
-#include "watch/shown_name.hpp"
+#include "watch/map/picture.hpp"
+#include "watch/show/shown_name.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+namespace vadelwatch {
 
 namespace {
 
@@ -129,3 +131,5 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     }
     return outcome;
 }
+
+} // namespace vadelwatch

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace vadelwatch {
+
 struct WatchOptions {
     // The three arguments of the tool, handed to it as they stand.
     std::string inputDirectoryPath;
@@ -29,3 +31,5 @@ struct CommandLineOutcome {
 
 /// Reads the arguments behind the program name. Options may stand anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
+
+} // namespace vadelwatch

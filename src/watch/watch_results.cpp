@@ -1,13 +1,15 @@
 #include "watch/watch_results.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/map_picture.hpp"
-#include "watch/progress_display.hpp"
+#include "watch/map/picture.hpp"
+#include "watch/show/progress_display.hpp"
 
 #include <cstring>
 #include <exception>
 #include <limits>
 #include <unistd.h>
+
+namespace vadelwatch {
 
 namespace {
 
@@ -69,3 +71,5 @@ void printSummary(WatchContext& watch, RunSummary& summary) {
         tellFailure(watch, summary, filledIn(watch.texts.cannotWriteSummary, {std::strerror(watch.output.failure())}));
     }
 }
+
+} // namespace vadelwatch

@@ -3,11 +3,13 @@
 /// then, so all of it may wait for a reader.
 #pragma once
 
-#include "watch/run_summary.hpp"
+#include "watch/show/run_summary.hpp"
 #include "watch/watch_context.hpp"
 
 #include <string>
 #include <vector>
+
+namespace vadelwatch {
 
 /// Writes lines to standard error.
 void sayLines(WatchContext& watch, const std::vector<std::string>& lines);
@@ -22,3 +24,5 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary);
 
 /// Prints the summary in the form that is wanted, if one is. A reader that has gone is no failure: it did not want it.
 void printSummary(WatchContext& watch, RunSummary& summary);
+
+} // namespace vadelwatch

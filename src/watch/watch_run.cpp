@@ -1,14 +1,14 @@
 #include "watch/watch_run.hpp"
 
+#include "watch/check/output_check.hpp"
+#include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
-#include "watch/output_check.hpp"
-#include "watch/own_files.hpp"
-#include "watch/progress_display.hpp"
-#include "watch/run_ending.hpp"
-#include "watch/run_signals.hpp"
-#include "watch/run_summary.hpp"
-#include "watch/run_watcher.hpp"
-#include "watch/tool_process.hpp"
+#include "watch/run/run_ending.hpp"
+#include "watch/run/run_signals.hpp"
+#include "watch/run/run_watcher.hpp"
+#include "watch/run/tool_process.hpp"
+#include "watch/show/progress_display.hpp"
+#include "watch/show/run_summary.hpp"
 #include "watch/watch_context.hpp"
 #include "watch/watch_results.hpp"
 
@@ -17,6 +17,8 @@
 #include <string>
 #include <unistd.h>
 #include <vector>
+
+namespace vadelwatch {
 
 namespace {
 
@@ -178,3 +180,5 @@ int watchRun(const WatchOptions& options) {
     }
     return summary.exitStatus;
 }
+
+} // namespace vadelwatch

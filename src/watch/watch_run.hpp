@@ -4,8 +4,12 @@
 
 #include "watch/watch_options.hpp"
 
+namespace vadelwatch {
+
 /// Starts the tool, watches it, sums up and checks. Errors and progress go to standard error, the summary to standard
 /// output.
 ///
 /// @return the exit status, see exit_status.hpp.
 int watchRun(const WatchOptions& options);
+
+} // namespace vadelwatch

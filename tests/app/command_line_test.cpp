@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 /// What the two scans leave behind, in one line: language, expected argument count, pipe mode.
@@ -96,3 +98,5 @@ TEST(CommandLine, aProcessWithoutAProgramNameHasNoOptions) {
     EXPECT_EQ(4, expectedArgumentCount);
     EXPECT_FALSE(pipeMode);
 }
+
+} // namespace vadelclip

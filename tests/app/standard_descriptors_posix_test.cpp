@@ -11,6 +11,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 // In a process of its own for each test, which tells what it has found through descriptor 3.
 
 namespace {
@@ -74,3 +76,5 @@ TEST(StandardDescriptors, writingWithoutAReaderIsAnErrorAndNoEnd) {
     });
     EXPECT_EQ((ChildOutcome{0, "error"}), outcome);
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <io.h>
 #include <sys/stat.h>
 
+namespace vadelclip {
+
 TEST(StandardDescriptors, aClosedOneIsOpenedOnTheNullDevice) {
     const int kept = _dup(0);
     _close(0);
@@ -30,3 +32,5 @@ TEST(StandardDescriptors, openOnesAreLeftAlone) {
     _close(kept);
     EXPECT_EQ("a", readFile(directory.pathOf("file")));
 }
+
+} // namespace vadelclip

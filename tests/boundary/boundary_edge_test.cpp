@@ -6,6 +6,8 @@
 
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 std::vector<BoundaryVertex> tableOf(const Outline& points) {
@@ -201,3 +203,5 @@ TEST(DistanceToEdge, isToTheStartForAnEdgeOfExactlyTheDegenerateLength) {
     EXPECT_EQ(0x1.6849b86a12b9dp-47, longer.squaredLength);
     EXPECT_LT(distanceToEdge(longer, {5e-8, 0}), 1e-14);
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 namespace {
 
 const std::string noId = "Cannot find the id of a polygon in a group of type 0";
@@ -116,3 +118,5 @@ TEST(BoundaryReaderFailure, takesAProcessingInstructionForTheElementOfItsName) {
     expectNoModel("<VADELSIM><?other?></VADELSIM>");
     expectRead({}, "<VADELSIM><?VadeDGM?><VadeDGM><group type=\"boundaries\"><polygon/></group></VadeDGM></VADELSIM>");
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+namespace vadelclip {
+
 namespace {
 
 struct NumberCase {
@@ -202,3 +204,5 @@ TEST(ReadNumericAttribute, failsWithoutANodeAnAttributeOrANumber) {
     EXPECT_FALSE(readNumericAttribute(document.child("point"), "y", value));
     EXPECT_FALSE(readNumericAttribute(document.child("point"), "z", value));
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 TEST(BoundaryReader, readsAnOrdinaryFile) {
     expectRead({triangle, {{-1.5, 1000}}}, R"(<?xml version="1.0" encoding="UTF-8"?>
 <!-- the area of the model -->
@@ -130,3 +132,5 @@ TEST(BoundaryReader, readsAgainIntoAClearedSetAsIntoANewOne) {
     EXPECT_TRUE(readBoundaryFile(set, path));
     EXPECT_EQ(asText(setOf({triangle, triangle})), asText(set));
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 namespace {
 
 /// The same text in UTF-16, for texts in ASCII.
@@ -83,3 +85,5 @@ TEST(BoundaryReaderMessages, areTranslated) {
     const std::string other = directory.write("b", "<other/>");
     expectFailed(other + ": kein VadeDGM", readBoundaryAt(other));
 }
+
+} // namespace vadelclip

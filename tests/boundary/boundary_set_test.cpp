@@ -6,6 +6,8 @@
 
 #include <type_traits>
 
+namespace vadelclip {
+
 namespace {
 
 using IntList = std::vector<std::int32_t>;
@@ -285,3 +287,5 @@ TEST(BoundarySet, clearingEmptiesBothVectors) {
     clearBoundarySet(set);
     EXPECT_EQ("", asText(set));
 }
+
+} // namespace vadelclip

@@ -6,6 +6,8 @@
 
 #include <limits>
 
+namespace vadelclip {
+
 TEST(BoundingBox, isTheExactMinimumAndMaximumOfAnOutline) {
     struct Case {
         Outline outline;
@@ -92,3 +94,5 @@ TEST(BoundingBox, ofChildrenIsComputedAlsoUnderAPolygonWithoutVertices) {
     EXPECT_EQ(boxText({1, 2, 3, 4}), boxText(polygon.boundingBox));
     EXPECT_EQ(boxText({0, 0, 10, 10}), boxText(polygon.childPolygons[0].boundingBox));
 }
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 namespace {
 
 const Outline counterClockwiseHole = {{2, 2}, {8, 2}, {8, 8}, {2, 8}};
@@ -146,3 +148,5 @@ TEST(ChildPolygon, ofAFlatRingIsAHoleToo) {
     EXPECT_TRUE(area.contains(3, 0));
     EXPECT_FALSE(area.contains(5, 0));
 }
+
+} // namespace vadelclip

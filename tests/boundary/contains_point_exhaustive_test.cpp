@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace vadelclip {
+
 namespace {
 
 struct GridPoint {
@@ -124,3 +126,5 @@ TEST(ContainsPointOnAGrid, isRightForEveryQuadrilateral) {
         EXPECT_GT(answers.inside, 30000);
     }
 }
+
+} // namespace vadelclip

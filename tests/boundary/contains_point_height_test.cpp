@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 namespace {
 
 /// A ring whose left part is a plain box from x = 0 to 2 and whose right part is what is given: the corners from (2, 0)
@@ -220,3 +222,5 @@ TEST(Rings, ofTinyAndHugeCoordinatesFollowTheSameSteps) {
         EXPECT_TRUE(isOutside(square, {unit, 0}));
     }
 }
+
+} // namespace vadelclip

@@ -11,6 +11,8 @@
 #include <limits>
 #include <random>
 
+namespace vadelclip {
+
 namespace {
 
 /// Random choices, the same ones with every standard library.
@@ -158,3 +160,5 @@ TEST(ContainsPointAtRandom, agreesWithAnIndependentWritingOfTheSameTest) {
         EXPECT_GT(tally.ways[way], 150u) << "way " << way;
     }
 }
+
+} // namespace vadelclip

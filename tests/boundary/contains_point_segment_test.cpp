@@ -8,6 +8,8 @@
 
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 bool segmentContains(Point2D a, Point2D b, Point2D point) {
@@ -171,3 +173,5 @@ TEST(ThreeVertices, ofWhichTheThirdRepeatsTheFirstCoordinatesAreARing) {
     EXPECT_TRUE(containsPoint(polygon, {10, 10}, table));
     EXPECT_TRUE(polygon.edges.empty());
 }
+
+} // namespace vadelclip

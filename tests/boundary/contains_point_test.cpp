@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 /// Answer for one open outline with a bounding box of the test's own.
@@ -193,3 +195,5 @@ TEST(ContainsPoint, indicesMayStandInAnyOrder) {
     EXPECT_TRUE(containsPoint(polygon, {9, 5}, table));
     EXPECT_TRUE(containsPoint(polygon, {1, 5}, table));
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 
 #include <random>
 
+namespace vadelclip {
+
 namespace {
 
 struct Outcome {
@@ -97,3 +99,5 @@ TEST_F(RingWalkInPieces, givesTheSameAnswerAsTheWholeWalk) {
     EXPECT_GT(onOutline, 5000);
     EXPECT_LT(onOutline, 15000);
 }
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <string>
 
+namespace vadelclip {
+
 // What becomes of single files within a run: line counts of 0 and less, files that change or fail on the way.
 
 namespace {
@@ -126,3 +128,5 @@ TEST(ClipElevationDataFiles, aStatusThatCannotBeToldInTheWalkIsThrown) {
     job.directory.makeLink("base/data/loop.dat", "loop.dat");
     EXPECT_EQ(thrownRun("boost::filesystem::status", {}, {{"base/out/", ""}}), job.run());
 }
+
+} // namespace vadelclip

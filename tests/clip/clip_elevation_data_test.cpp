@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -299,3 +301,5 @@ TEST(ClipElevationData, theErrorsOfTheRunAreTranslated) {
     job.boundaryFilePath = "nichts.xml";
     EXPECT_EQ(stoppedRun({"Grenze nichts.xml unlesbar", "Grenze nichts.xml fehlt"}), job.run());
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// Kept, outside and unreadable lines, with both line ends.
@@ -39,3 +41,5 @@ TEST(ClipNodeFile, allocatesNothingPerLine) {
     // Both files are longer than the reading buffer, so a line that reaches across it has its string in either.
     EXPECT_EQ(countAllocations(5000), countAllocations(20000));
 }
+
+} // namespace vadelclip

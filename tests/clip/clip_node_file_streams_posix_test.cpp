@@ -13,6 +13,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace {
 
 /// Whether a descriptor of this process stands for the file.
@@ -70,3 +72,5 @@ TEST(ClipNodeFileStreams, bothFilesAreClosedBeforeTheProgressEnds) {
     watchRecordedCalls({});
     EXPECT_EQ((Calls{"OnProgress 0 false input output", "end ProgressMessage"}), open);
 }
+
+} // namespace vadelclip

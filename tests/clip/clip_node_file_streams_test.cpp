@@ -12,6 +12,8 @@
 #include <string>
 #include <thread>
 
+namespace vadelclip {
+
 // What the pass makes of streams that cannot be read or written, and when it writes.
 
 namespace {
@@ -178,3 +180,5 @@ TEST(ClipNodeFileStreams, theOutputStandsThereBeforeTheInputIsRead) {
     const ServedFile input(pass.inputPath, {{[output] { waitForContent(output, ""); }, "x;y;z\n", "5;5;1\n"}});
     EXPECT_EQ(1, pass.run(1).keptNodes);
 }
+
+} // namespace vadelclip

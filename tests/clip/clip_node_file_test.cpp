@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// A pass that read `lineCount` lines, all there are in the run, and wrote `output`.
@@ -197,3 +199,5 @@ TEST(ClipNodeFile, numbersAreReadInClassicNotationInEveryLanguage) {
         EXPECT_EQ(kept(2, "x;y;z\n10,9;5;1\n1.500;5;2\n", 3), pass.run("x;y;z\n10,9;5;1\n1.500;5;2\n10.9;5;3\n", 3));
     }
 }
+
+} // namespace vadelclip

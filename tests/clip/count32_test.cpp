@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
@@ -37,3 +39,5 @@ TEST(Count32, sumsWrapAround) {
     EXPECT_EQ(0, addWrapping(smallest, smallest));
     EXPECT_EQ(-1, addWrapping(smallest, largest));
 }
+
+} // namespace vadelclip

@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 using testing::ElementsAre;
@@ -254,3 +256,5 @@ TEST(LineCounts, theSumWrapsAround) {
     EXPECT_EQ(-2, sumLineCounts({largestCount, largestCount}));
     EXPECT_EQ(largestCount - 2, sumLineCounts({largestCount, largestCount, largestCount}));
 }
+
+} // namespace vadelclip

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace {
 
 /// Reads until a text has come, at most five seconds long, and gives what came.
@@ -54,3 +56,5 @@ TEST(NodeCount, theReportComesBeforeTheFile) {
     EXPECT_EQ(0, status);
     close(channel[0]);
 }
+
+} // namespace vadelclip

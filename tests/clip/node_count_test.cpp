@@ -12,6 +12,8 @@
 #include <limits>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// The content of the file that a total leads to, in a fresh directory.
@@ -79,3 +81,5 @@ TEST(NodeCount, aFileThatCannotBeWrittenGoesUnnoticed) {
     EXPECT_EQ(closingCalls(), recordedCalls());
     EXPECT_EQ("", console.text());
 }
+
+} // namespace vadelclip

@@ -11,6 +11,8 @@
 #include <ostream>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 const std::string separators = "\t ,;";
@@ -221,3 +223,5 @@ TEST(NodeFileHeader, nothingIsReported) {
     EXPECT_EQ("", console.text());
     EXPECT_EQ(Calls(), recordedCalls());
 }
+
+} // namespace vadelclip

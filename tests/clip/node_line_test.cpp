@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 /// The outcome of one line as a text: both numbers to the last bit, or "dropped".
@@ -274,3 +276,5 @@ TEST_P(NodeLine, longLinesAreOrdinaryLines) {
     EXPECT_EQ(numbers(1, 2), outcome(std::string("1;2;") + std::string(1000000, 'z'), ';'));
     EXPECT_EQ(numbers(1, 2), outcome(std::string(1000, '0') + "1;2." + std::string(1000, '0') + ";", ';'));
 }
+
+} // namespace vadelclip

@@ -9,6 +9,8 @@
 #include <random>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 class RandomJobs {
@@ -106,3 +108,5 @@ TEST(ClipElevationData, agreesWithThePlainRunOnRandomJobs) {
         ASSERT_EQ(job.run(), expected) << "round " << round << '\n' << boundaryFile;
     }
 }
+
+} // namespace vadelclip

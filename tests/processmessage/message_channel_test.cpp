@@ -17,6 +17,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace vadelclip {
+
 // Descriptors, readers and disks behind the layer, seen through it, in a process of its own for each test.
 
 namespace {
@@ -168,3 +170,5 @@ TEST(MessageChannel, aSlowReaderIsWaitedFor) {
         EXPECT_TRUE(expected == outcome.output) << outcome.output.size() << " bytes of " << expected.size();
     }
 }
+
+} // namespace vadelclip

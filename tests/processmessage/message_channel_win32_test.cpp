@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+namespace vadelclip {
+
 // The channel by itself, on descriptors of this process. The acceptance tests see it through the tool.
 
 namespace {
@@ -208,3 +210,5 @@ TEST(MessageChannel, aVanishedReaderSilencesTheChannelForGood) {
     channel.send("b\n");
     EXPECT_FALSE(channel.isOpen());
 }
+
+} // namespace vadelclip

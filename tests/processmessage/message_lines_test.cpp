@@ -5,6 +5,8 @@
 #include <limits>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 /// The text of an error as it stands between the quotes of its line.
@@ -101,3 +103,5 @@ TEST(MessageLines, longTextsAreNotCut) {
     const std::string text(1000000, 'a');
     EXPECT_EQ(text, quoted(text));
 }
+
+} // namespace vadelclip

@@ -5,6 +5,8 @@
 #include <string>
 #include <type_traits>
 
+namespace vadelclip {
+
 // The contract: any library with these shapes can stand in the layer's place, and the tool compiles with either.
 
 namespace {
@@ -57,3 +59,5 @@ TEST(ProcessMessageContract, theSenderIsMadeByInstanceAlone) {
     EXPECT_TRUE(std::is_destructible_v<MessageSender>);
     EXPECT_FALSE((std::is_base_of_v<Message, MessageSender>));
 }
+
+} // namespace vadelclip

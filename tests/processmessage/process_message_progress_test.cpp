@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+namespace vadelclip {
+
 // Which steps of a run come out as progress lines.
 
 namespace {} // namespace
@@ -96,3 +98,5 @@ TEST(ProcessMessageProgress, flagsOfStepsChangeNothing) {
     });
     EXPECT_EQ((ChildOutcome{0, percentLine("25.0") + percentLine("50.0")}), outcome);
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string>
 
+namespace vadelclip {
+
 // The layer as a controlling process sees it, in a process of its own for each test: there is one sender for each.
 
 TEST(ProcessMessageLayer, messagesArriveInTheOrderOfTheirConstruction) {
@@ -129,3 +131,5 @@ TEST(ProcessMessageLayer, theSenderLivesUntilTheProcessExits) {
     });
     EXPECT_EQ((ChildOutcome{0, errorLineOf("at exit")}), outcome);
 }
+
+} // namespace vadelclip

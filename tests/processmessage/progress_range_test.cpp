@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr double largest = std::numeric_limits<double>::max();
@@ -177,3 +179,5 @@ TEST(ProgressRange, eachTenthIsWrittenOnce) {
     EXPECT_EQ((std::vector<int>{501, 502}), walk({50.0, 50.3, 6}, 500, 5));
     EXPECT_EQ(1000u, walk({0.0, 100.0, 100000}, noTenths, 99999).size());
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 Reading readBoundaryAt(const std::string& path) {
     Reading reading;
     clearRecordedCalls();
@@ -65,3 +67,5 @@ void expectNoModel(const std::string& bytes) {
     SCOPED_TRACE(bytes);
     expectFailedEmpty("Could not find the VadeDGM tag in the boundary file " + path, path);
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 struct Reading {
     bool succeeded = false;
     BoundarySet set;
@@ -47,3 +49,5 @@ void expectNotFound(const std::string& bytes);
 
 /// Expects that an element around the groups is missing.
 void expectNoModel(const std::string& bytes);
+
+} // namespace vadelclip

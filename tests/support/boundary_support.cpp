@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdio>
 
+namespace vadelclip {
+
 namespace {
 
 std::string text(double value) {
@@ -202,3 +204,5 @@ std::string asText(const BoundaryPolygon& polygon) {
 std::string asText(const BoundarySet& set) {
     return recordLines("polygon", set.polygons) + recordLines("vertex", set.vertices);
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 /// Corners in ring order.
 using Outline = std::vector<Point2D>;
 
@@ -59,3 +61,5 @@ std::string asText(const BoundarySet& set);
 
 /// Least and greatest corner of a box.
 std::string boxText(const BoundingBox& box);
+
+} // namespace vadelclip

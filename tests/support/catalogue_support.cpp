@@ -10,6 +10,8 @@
 #include <iostream>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 void appendNumber(std::string& bytes, std::size_t number) {
@@ -77,3 +79,5 @@ GeneratedLocale::GeneratedLocale(const std::string& localeName, const Translatio
     std::locale::global(generator(localeName));
     std::cout.imbue(std::locale());
 }
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace vadelclip {
+
 /// From message id to translation.
 using Translations = std::map<std::string, std::string>;
 
@@ -40,3 +42,5 @@ private:
     LocaleRestorer restorer;
     TemporaryDirectory catalogues;
 };
+
+} // namespace vadelclip

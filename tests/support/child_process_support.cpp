@@ -13,6 +13,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr int channelDescriptor = 3;
@@ -117,3 +119,5 @@ bool sameFile(int firstDescriptor, int secondDescriptor) {
     return fstat(firstDescriptor, &first) == 0 && fstat(secondDescriptor, &second) == 0 &&
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
+
+} // namespace vadelclip

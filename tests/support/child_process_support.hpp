@@ -6,6 +6,8 @@
 #include <ostream>
 #include <string>
 
+namespace vadelclip {
+
 struct ChildOutcome {
     int status = 0;     ///< Exit status, or minus the number of the signal that ended the process.
     std::string output; ///< All that came through the channel.
@@ -30,3 +32,5 @@ ChildOutcome runWithPackets(const std::function<void()>& inChild);
 
 /// Whether two descriptors are open on the same file. False if one of them is closed.
 bool sameFile(int firstDescriptor, int secondDescriptor);
+
+} // namespace vadelclip

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 namespace {
 
 /// The part of a tree that lies in a directory ("out/"), or outside of it.
@@ -53,3 +55,5 @@ PassOutcome ClipPass::run(std::int32_t lineCount, double linesDone, std::int32_t
 Calls ClipPass::callsSoFar() {
     return withoutSignOfNan(recordedCalls());
 }
+
+} // namespace vadelclip

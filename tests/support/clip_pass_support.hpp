@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 struct PassOutcome {
     std::int32_t keptNodes = 0;
     FileTree outputDirectory;
@@ -51,3 +53,5 @@ public:
     std::string inputPath = directory.pathOf("in/a.xyz");
     std::string outputPath = directory.pathOf("out/a.xyz");
 };
+
+} // namespace vadelclip

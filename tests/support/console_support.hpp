@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string>
 
+namespace vadelclip {
+
 /// Takes over std::cout for its lifetime.
 class ConsoleCapture {
 public:
@@ -20,3 +22,5 @@ private:
     std::ostringstream buffer;
     std::streambuf* original;
 };
+
+} // namespace vadelclip

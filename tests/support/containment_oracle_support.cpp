@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace vadelclip {
+
 namespace oracle {
 
 namespace {
@@ -215,3 +217,5 @@ bool contains(const BoundaryPolygon& polygon, Point2D point, const std::vector<B
 }
 
 } // namespace oracle
+
+} // namespace vadelclip

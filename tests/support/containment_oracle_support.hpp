@@ -13,6 +13,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace vadelclip {
+
 namespace oracle {
 
 /// Every way through one step of the walk over a ring, and through the test against a segment.
@@ -46,3 +48,5 @@ bool contains(const BoundaryPolygon& polygon, Point2D point, const std::vector<B
               Ways& ways);
 
 } // namespace oracle
+
+} // namespace vadelclip

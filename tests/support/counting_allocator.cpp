@@ -9,7 +9,7 @@ long count = 0;
 
 } // namespace
 
-long allocationCount() {
+long vadelclip::allocationCount() {
     return count;
 }
 

@@ -1,5 +1,7 @@
 #include "support/expected_calls_support.hpp"
 
+namespace vadelclip {
+
 Calls joined(const std::vector<Calls>& parts) {
     Calls result;
     for (const Calls& part : parts) {
@@ -42,3 +44,5 @@ Calls withoutSignOfNan(Calls calls) {
     }
     return calls;
 }
+
+} // namespace vadelclip

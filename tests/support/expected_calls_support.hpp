@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 using Calls = std::vector<std::string>;
 
 /// What a header gets whose first character is wrong.
@@ -29,3 +31,5 @@ Calls closingCalls();
 
 /// Makes "nan" of every "-nan": the sign of a not-a-number says nothing.
 Calls withoutSignOfNan(Calls calls);
+
+} // namespace vadelclip

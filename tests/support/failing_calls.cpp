@@ -35,8 +35,8 @@ Function* behind(const char* name) {
 }
 
 /// The entries begin with the first call that is looked at.
-ScriptedOutcomes& outcomes() {
-    static ScriptedOutcomes script;
+vadelclip::ScriptedOutcomes& outcomes() {
+    static vadelclip::ScriptedOutcomes script;
     static const bool begun = (script.begin(), true);
     static_cast<void>(begun);
     return script;
@@ -57,9 +57,9 @@ bool isMeant(std::string_view call, std::string_view path) {
            isRightProgram();
 }
 
-/// @return as `ScriptedOutcomes::next`. The error number is set.
+/// @return as `vadelclip::ScriptedOutcomes::next`. The error number is set.
 long outcomeFor(std::string_view call, std::string_view path) {
-    const long outcome = isMeant(call, path) ? outcomes().next() : ScriptedOutcomes::passes;
+    const long outcome = isMeant(call, path) ? outcomes().next() : vadelclip::ScriptedOutcomes::passes;
     if (outcome < 0) {
         errno = static_cast<int>(-outcome);
     }
@@ -72,7 +72,8 @@ long outcomeFor(std::string_view call, int descriptor) {
     char path[PATH_MAX];
     std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
     const ssize_t length = next(link, path, sizeof path);
-    return length < 0 ? ScriptedOutcomes::passes : outcomeFor(call, {path, static_cast<std::size_t>(length)});
+    return length < 0 ? vadelclip::ScriptedOutcomes::passes
+                      : outcomeFor(call, {path, static_cast<std::size_t>(length)});
 }
 
 bool isRightOpening() {
@@ -110,7 +111,7 @@ extern "C" int fclose(FILE* file) {
 
 extern "C" ssize_t read(int descriptor, void* bytes, std::size_t count) {
     static const auto next = behind<ssize_t(int, void*, std::size_t)>("read");
-    const long outcome = isRightOpening() ? outcomeFor("read", descriptor) : ScriptedOutcomes::passes;
+    const long outcome = isRightOpening() ? outcomeFor("read", descriptor) : vadelclip::ScriptedOutcomes::passes;
     const std::size_t most = outcome > 0 ? static_cast<std::size_t>(outcome) : count;
     return outcome < 0 ? -1 : next(descriptor, bytes, std::min(count, most));
 }

@@ -22,7 +22,7 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size); // NOLINT(bugpr
 
 namespace {
 
-ScriptedOutcomes outcomes;
+vadelclip::ScriptedOutcomes outcomes;
 
 using Main = int (*)(int, char**, char**);
 using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), void*);
@@ -47,7 +47,7 @@ bool isRefused(std::size_t size) {
     if (size < smallestSize) {
         return false;
     }
-    if (outcomes.next() == ScriptedOutcomes::passes) {
+    if (outcomes.next() == vadelclip::ScriptedOutcomes::passes) {
         return false;
     }
     errno = ENOMEM;

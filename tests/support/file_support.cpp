@@ -10,6 +10,8 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace vadelclip {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -112,3 +114,5 @@ FileTree withoutTextMode(const FileTree& tree) {
     }
     return result;
 }
+
+} // namespace vadelclip

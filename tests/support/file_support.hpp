@@ -12,6 +12,8 @@
 #include <variant>
 #include <vector>
 
+namespace vadelclip {
+
 /// What stands in a directory: relative path to content. A directory's key ends in "/", its content is empty.
 /// A symbolic link has the content "link", anything else that is no file "special".
 using FileTree = std::map<std::string, std::string>;
@@ -87,3 +89,5 @@ private:
     std::atomic<bool> abandoned = false;
     std::thread server;
 };
+
+} // namespace vadelclip

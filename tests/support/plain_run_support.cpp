@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <filesystem>
 
+namespace vadelclip {
+
 namespace {
 
 struct PlainFile {
@@ -109,3 +111,5 @@ RunOutcome plainRun(const ClipRun& job, const BoundarySet& boundary) {
     }
     return finishedRun(totalKept, withoutSignOfNan(calls), created);
 }
+
+} // namespace vadelclip

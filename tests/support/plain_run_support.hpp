@@ -6,8 +6,12 @@
 
 #include "support/run_support.hpp"
 
+namespace vadelclip {
+
 /// Works out what a job is to leave behind. Nothing is written.
 ///
 /// @param job      readable inputs and a good boundary file.
 /// @param boundary the polygons of that file.
 RunOutcome plainRun(const ClipRun& job, const BoundarySet& boundary);
+
+} // namespace vadelclip

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
+namespace vadelclip {
+
 NumberReading PlainNumberReader::read(const std::string& text) {
     stream.clear();
     stream.str(text);
@@ -62,3 +64,5 @@ std::string unterminatedLine(const std::string& content) {
     const std::size_t lineFeed = content.rfind('\n');
     return lineFeed == std::string::npos ? content : content.substr(lineFeed + 1);
 }
+
+} // namespace vadelclip

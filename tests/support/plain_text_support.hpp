@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 /// Formatted extraction from a fresh string stream with default flags.
 class PlainNumberReader {
 public:
@@ -31,3 +33,5 @@ std::vector<std::string> terminatedLines(const std::string& content);
 
 /// What stands behind the last line feed.
 std::string unterminatedLine(const std::string& content);
+
+} // namespace vadelclip

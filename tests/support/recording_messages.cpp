@@ -80,15 +80,15 @@ const char* flagText(bool flag) {
 
 } // namespace
 
-const std::vector<std::string>& recordedCalls() {
+const std::vector<std::string>& vadelclip::recordedCalls() {
     return recorder().calls;
 }
 
-void clearRecordedCalls() {
+void vadelclip::clearRecordedCalls() {
     recorder().calls.clear();
 }
 
-void watchRecordedCalls(std::function<void(const std::string& call)> look) {
+void vadelclip::watchRecordedCalls(std::function<void(const std::string& call)> look) {
     recorder().look = std::move(look);
 }
 

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 /// All calls since the last `clearRecordedCalls`, in order.
 const std::vector<std::string>& recordedCalls();
 
@@ -16,3 +18,5 @@ void clearRecordedCalls();
 
 /// From now on `look` is called with each call as it is noted; an empty function ends that.
 void watchRecordedCalls(std::function<void(const std::string& call)> look);
+
+} // namespace vadelclip

@@ -7,6 +7,8 @@
 #include <boost/filesystem/exception.hpp>
 #include <gtest/gtest.h>
 
+namespace vadelclip {
+
 const std::string squareBoundaryFile = R"(<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1">
 <point x="0" y="0"/><point x="10" y="0"/><point x="10" y="10"/><point x="0" y="10"/>
 </polygon></group></VadeDGM></VADELSIM>
@@ -75,3 +77,5 @@ RunOutcome ClipRun::run() {
     outcome.created = withoutTextMode(outcome.created);
     return outcome;
 }
+
+} // namespace vadelclip

@@ -10,6 +10,8 @@
 #include <ostream>
 #include <string>
 
+namespace vadelclip {
+
 /// A boundary file with the square from (0, 0) to (10, 10).
 extern const std::string squareBoundaryFile;
 
@@ -49,3 +51,5 @@ public:
     std::string outputDirectoryName = "out";
     std::string boundaryFilePath = directory.pathOf("area.xml");
 };
+
+} // namespace vadelclip

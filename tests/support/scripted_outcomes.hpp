@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 /// VADELCLIP_OUTCOMES holds one entry for each call that is looked at, in their order. Calls behind the last entry pass.
 ///
 ///     .      the call passes
@@ -61,3 +63,5 @@ private:
     const char* position = "";
     long calls = 0;
 };
+
+} // namespace vadelclip

@@ -8,6 +8,8 @@
 #include <string>
 #include <unistd.h>
 
+namespace vadelclip {
+
 inline void sendError(const std::string& text) {
     const ErrorMessage message(2, text);
 }
@@ -41,3 +43,5 @@ inline void mark(const std::string& text) {
         std::abort();
     }
 }
+
+} // namespace vadelclip

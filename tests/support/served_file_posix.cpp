@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace vadelclip {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -80,3 +82,5 @@ void ServedFile::serveOnce(int descriptor, const std::vector<ServingStep>& steps
         }
     }
 }
+
+} // namespace vadelclip

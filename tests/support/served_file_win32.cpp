@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+namespace vadelclip {
+
 // There is no FIFO in the file system here. The tests that need one are named in tests/left-out-on-windows.txt.
 
 ServedFile::ServedFile(const std::string& path_, std::vector<std::vector<ServingStep>>) : path(path_) {
@@ -9,3 +11,5 @@ ServedFile::ServedFile(const std::string& path_, std::vector<std::vector<Serving
 }
 
 ServedFile::~ServedFile() = default;
+
+} // namespace vadelclip

@@ -67,7 +67,7 @@ def leftOutReason(testId):
     """Why a test is left out on the platform, or None. The id is that of unittest: __main__.<class>.<test>."""
     if not WINDOWS:
         return None
-    file = os.path.splitext(os.path.basename(sys.argv[0]))[0]
+    file = "/".join(os.path.splitext(os.path.realpath(sys.argv[0]))[0].split(os.sep)[-2:])
     className, test = testId.split(".")[-2:]
     names = (file, f"{file}.{className}", f"{file}.{className}.{test}")
     with open(LEFT_OUT, encoding="utf-8") as entries:

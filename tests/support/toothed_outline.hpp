@@ -2,6 +2,8 @@
 
 #include "support/boundary_support.hpp"
 
+namespace vadelclip {
+
 /// Upright teeth, one wide and one apart, that lean by so much.
 inline Outline teeth(int count, double lean) {
     Outline ring;
@@ -11,3 +13,5 @@ inline Outline teeth(int count, double lean) {
     }
     return ring;
 }
+
+} // namespace vadelclip

@@ -2,7 +2,11 @@
 /// Vadelwatch's texts in both of its languages.
 #pragma once
 
-#include "watch/watch_texts.hpp"
+#include "watch/show/watch_texts.hpp"
+
+namespace vadelwatch {
 
 inline const WatchTexts& english = watchTexts("en");
 inline const WatchTexts& german = watchTexts("de");
+
+} // namespace vadelwatch

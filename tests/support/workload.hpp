@@ -2,6 +2,8 @@
 /// How much a differential test compares.
 #pragma once
 
+namespace vadelclip {
+
 /// The full number in an optimised build, a twentieth with sanitizers or without optimisation, for mutation testing, and on
 /// Windows, where the streams to compare with take ten times as long.
 constexpr int workload(int full) {
@@ -11,3 +13,5 @@ constexpr int workload(int full) {
     return full;
 #endif
 }
+
+} // namespace vadelclip

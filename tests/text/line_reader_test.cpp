@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -124,3 +126,5 @@ TEST(LineReader, doesNotLookAgainOnceTheEndWasSeen) {
     std::ofstream(path, std::ios::app) << "second\n";
     EXPECT_EQ(reader.nextLine(), "");
 }
+
+} // namespace vadelclip

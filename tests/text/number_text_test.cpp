@@ -13,6 +13,8 @@
 #include <random>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 class RandomTexts {
@@ -235,3 +237,5 @@ TEST(NumberText, agreesWithTheStreamUnderAGeneratedGermanLocale) {
     const GeneratedLocale german("de_DE.utf8");
     compareRandomTexts(3, workload(1000000));
 }
+
+} // namespace vadelclip

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+namespace vadelclip {
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -183,3 +185,5 @@ TEST(CountLineFeeds, countsEverythingInFrontOfAReadError) {
     std::istream input(&buffer);
     EXPECT_EQ(countLineFeeds(input), 3U);
 }
+
+} // namespace vadelclip

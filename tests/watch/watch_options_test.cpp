@@ -1,12 +1,14 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/tool_process.hpp"
+#include "watch/run/tool_process.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+namespace vadelwatch {
 
 namespace {
 
@@ -120,3 +122,5 @@ TEST(WatchOptions, helpAndVersionEndWell) {
         EXPECT_EQ("", outcome.standardError);
     }
 }
+
+} // namespace vadelwatch

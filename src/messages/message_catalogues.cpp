@@ -1,0 +1,50 @@
+#include "messages/message_catalogues.hpp"
+
+#include "messages/executable_path.hpp"
+
+#include <boost/locale/encoding_errors.hpp>
+#include <boost/locale/generator.hpp>
+#include <boost/locale/localization_backend.hpp>
+
+#include <iostream>
+#include <locale>
+#include <sstream>
+
+namespace vadelclip {
+
+namespace {
+
+/// The "std" backend serves every language value. The default one crashes on some (twelve letters or more, "de@=b"),
+/// which anyone can type, and takes longer to start.
+void chooseLocaleBackend() {
+    boost::locale::localization_backend_manager manager = boost::locale::localization_backend_manager::global();
+    manager.select("std");
+    boost::locale::localization_backend_manager::global(manager);
+}
+
+} // namespace
+
+std::string catalogueSearchPath(const boost::filesystem::path& executable) {
+    return executable.empty() ? std::string() : (executable.parent_path() / "locale").string();
+}
+
+void setUpMessageCatalogues(const std::string& language) {
+    chooseLocaleBackend();
+    boost::locale::generator generator;
+    generator.add_messages_path(catalogueSearchPath(executablePath()));
+    generator.add_messages_domain("VD2D");
+
+    std::stringstream localeName;
+    localeName << language << ".utf8";
+
+    try {
+        std::locale::global(generator(localeName.str()));
+        // Streams made from now on take the new locale by themselves; this one exists already.
+        std::cout.imbue(std::locale());
+    } catch (const boost::locale::conv::conversion_error& error) {
+        // Not sent as a message: the sender does not exist yet.
+        std::cout << error.what() << std::endl;
+    }
+}
+
+} // namespace vadelclip

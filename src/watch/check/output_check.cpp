@@ -1,0 +1,93 @@
+#include "watch/check/output_check.hpp"
+
+#include "watch/check/line_count.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace vadelwatch {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+OutputCondition conditionOf(const LineCount& count) {
+    if (count.bytes == 0) {
+        return OutputCondition::empty;
+    }
+    if (!count.endsInLineFeed) {
+        return OutputCondition::cut;
+    }
+    return count.nodeLines() == 0 ? OutputCondition::withoutNode : OutputCondition::whole;
+}
+
+OutputFile lookAtOutput(const fs::path& path) {
+    OutputFile file{path.filename().string(), 0, OutputCondition::whole};
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) {
+        file.condition = OutputCondition::notRegular;
+        return file;
+    }
+    const std::optional<LineCount> count = countLines(path.string(), false);
+    if (!count) {
+        file.condition = OutputCondition::unreadable;
+        return file;
+    }
+    file.nodeLines = count->nodeLines();
+    file.condition = conditionOf(*count);
+    return file;
+}
+
+/// A decimal number and a line feed, and nothing else.
+std::optional<std::int64_t> readNodeCount(const fs::path& path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) {
+        return std::nullopt;
+    }
+    std::ifstream input(path, std::ios::binary);
+    std::int64_t count = 0;
+    char end = 0;
+    if (!(input >> count) || !input.get(end) || end != '\n' || input.peek() != std::ifstream::traits_type::eof()) {
+        return std::nullopt;
+    }
+    return count;
+}
+
+bool countedInFull(const OutputFile& file) {
+    return file.condition != OutputCondition::unreadable && file.condition != OutputCondition::notRegular;
+}
+
+} // namespace
+
+std::int64_t OutputCheck::missingNodes() const {
+    const auto expected = static_cast<std::uint32_t>(nodeCount.value_or(0));
+    return static_cast<std::int32_t>(expected - static_cast<std::uint32_t>(nodeLines));
+}
+
+OutputCheck checkOutput(const std::string& outputDirectory) {
+    OutputCheck check;
+    std::error_code& error = check.directoryError;
+    std::error_code ignored;
+    for (fs::directory_iterator entry(outputDirectory, error), end; !error && entry != end; entry.increment(error)) {
+        if (fs::is_directory(entry->path(), ignored)) {
+            check.directories.push_back(entry->path().filename().string());
+        } else if (entry->path().filename() != nodeCountName) {
+            check.files.push_back(lookAtOutput(entry->path()));
+            check.nodeLines += check.files.back().nodeLines;
+        }
+    }
+    std::sort(check.files.begin(), check.files.end(),
+              [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });
+    std::sort(check.directories.begin(), check.directories.end());
+    const fs::path nodeCountFile = fs::path(outputDirectory) / nodeCountName;
+    check.hasNodeCountFile = fs::exists(nodeCountFile, ignored);
+    check.nodeCount = readNodeCount(nodeCountFile);
+    check.addsUp = !error && check.nodeCount && check.missingNodes() == 0 &&
+                   std::all_of(check.files.begin(), check.files.end(), countedInFull);
+    return check;
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,103 @@
+#include "watch/check/own_files.hpp"
+
+#include "watch/check/node_files.hpp"
+
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace vadelwatch {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The errno of a file that is not there, or cannot be looked at; 0 for one that is there.
+int whyAbsent(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? 0 : errno;
+}
+
+int whyNotPermitted(const fs::path& path, int mode) {
+    return access(path.c_str(), mode) == 0 ? 0 : errno;
+}
+
+/// Where a file would be made: a link that leads to nothing yet is followed. A circle of links leads nowhere and stays
+/// as it is.
+fs::path placeOf(const std::string& path) {
+    fs::path place = path;
+    std::error_code error;
+    while (whyAbsent(place) == ENOENT && fs::is_symlink(place, error)) {
+        place = place.parent_path() / fs::read_symlink(place, error);
+    }
+    return place;
+}
+
+/// For comparison, without a word about what cannot be looked at.
+fs::path comparable(const std::string& path) {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(placeOf(path), error);
+    const fs::path canonical = fs::weakly_canonical(absolute, error);
+    return error ? absolute.lexically_normal() : canonical;
+}
+
+/// Whether a file made there would stand among the node files.
+bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
+    const fs::path place = comparable(path);
+    const fs::path input = comparable(inputDirectory);
+    const bool standsThere = place.parent_path() == input;
+    return standsThere && hasNodeFileSuffix(place.native());
+}
+
+/// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has
+/// been removed can still be looked at.
+int whyNothingCanBeMadeIn(const fs::path& directory) {
+    const int absent = whyAbsent(directory);
+    if (absent != 0) {
+        return absent;
+    }
+    std::error_code error;
+    if (directory.lexically_normal() == ".") {
+        static_cast<void>(fs::current_path(error));
+    }
+    return error ? error.value() : whyNotPermitted(directory, W_OK | X_OK);
+}
+
+} // namespace
+
+bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile) {
+    if (isSameFile(path, boundaryFile) || isSameFile(path, inputDirectory) || wouldBeNodeFile(path, inputDirectory)) {
+        return true;
+    }
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(inputDirectory, error)) {
+        std::error_code entryError;
+        if (fs::equivalent(path, entry.path(), entryError)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isSameFile(const std::string& path, const std::string& otherPath) {
+    std::error_code error;
+    const bool sameNow = fs::equivalent(path, otherPath, error);
+    return sameNow || comparable(path) == comparable(otherPath);
+}
+
+int whyUnwritable(const std::string& path) {
+    const fs::path place = placeOf(path);
+    const int absent = whyAbsent(place);
+    if (absent == 0) {
+        std::error_code error;
+        return fs::is_directory(place, error) ? EISDIR : whyNotPermitted(place, W_OK);
+    }
+    if (absent != ENOENT) {
+        return absent;
+    }
+    return whyNothingCanBeMadeIn(place.has_parent_path() ? place.parent_path() : ".");
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,142 @@
+#include "watch/map/axes.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vadelwatch {
+
+namespace {
+
+/// The widest label that is never written with a power of ten: digits, not counting sign and point.
+constexpr int longestPlainLabel = 12;
+
+/// multiple x mantissa x 10^exponent. A negative power divides, because 0.1 is no double but 10 is.
+double multipleOf(TickStep step, double multiple) {
+    const double digits = multiple * step.mantissa;
+    return step.exponent < 0 ? digits / std::pow(10.0, -step.exponent) : digits * std::pow(10.0, step.exponent);
+}
+
+/// The place of the first digit: 2 for 345.6, -2 for 0.0345.
+int placeOf(double value) {
+    return value == 0.0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value))));
+}
+
+std::string withDecimalPoint(std::string number, char decimalPoint) {
+    std::replace(number.begin(), number.end(), '.', decimalPoint);
+    return number;
+}
+
+/// Digits of a whole number, its sign not counted.
+int digitsOf(double number) {
+    return static_cast<int>(fmt::format("{:.0f}", std::abs(number)).size());
+}
+
+/// How all labels of an axis are written.
+struct LabelForm {
+    int exponent = 0; ///< The common power of ten; of no meaning for plain labels.
+    int decimals = 0;
+    bool plain = true;
+};
+
+/// @param largest the largest label as a whole number of the step's last place.
+LabelForm formOfLabels(double largest, TickStep step) {
+    const int place = digitsOf(largest) - 1 + step.exponent;
+    const int decimals = std::max(0, -step.exponent);
+    const int plainDigits = std::max(0, place) + 1 + decimals;
+    // As many as there are from the first place of the largest label to the last place of the step.
+    const int otherDigits = digitsOf(largest);
+    if (plainDigits <= longestPlainLabel || plainDigits <= otherDigits) {
+        return {0, decimals, true};
+    }
+    return {place, otherDigits - 1, false};
+}
+
+/// @param units the number as a whole number of the step's last place: 250 for 0.250.
+std::string formatTick(double units, TickStep step, LabelForm form, char decimalPoint) {
+    if (units == 0.0) {
+        // Zero needs no decimals, and a negative one no sign.
+        return "0";
+    }
+    if (form.plain) {
+        const double value = multipleOf({1, step.exponent}, units);
+        return withDecimalPoint(fmt::format("{:.{}f}", value, form.decimals), decimalPoint);
+    }
+    // The point is set among the digits, since the common power of ten may be none that a double can hold.
+    std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);
+    if (form.decimals > 0) {
+        digits.insert(1, 1, decimalPoint);
+    }
+    return fmt::format("{}{}e{:+03d}", units < 0.0 ? "-" : "", digits, form.exponent);
+}
+
+} // namespace
+
+double valueOf(TickStep step) {
+    return multipleOf(step, 1.0);
+}
+
+TickStep stepAtLeast(double least) {
+    TickStep step{1, placeOf(least) - 1};
+    while (valueOf(step) < least) {
+        step = stepAbove(step);
+    }
+    return step;
+}
+
+TickStep stepAtMost(double most) {
+    TickStep step{1, placeOf(most) + 1};
+    while (valueOf(step) > most) {
+        step = stepBelow(step);
+    }
+    return step;
+}
+
+TickStep stepAbove(TickStep step) {
+    switch (step.mantissa) {
+    case 1:
+        return {2, step.exponent};
+    case 2:
+        return {5, step.exponent};
+    default:
+        return {1, step.exponent + 1};
+    }
+}
+
+TickStep stepBelow(TickStep step) {
+    switch (step.mantissa) {
+    case 5:
+        return {2, step.exponent};
+    case 2:
+        return {1, step.exponent};
+    default:
+        return {5, step.exponent - 1};
+    }
+}
+
+std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint) {
+    std::vector<double> multiples;
+    double multiple = std::ceil(first / valueOf(step));
+    while (multipleOf(step, multiple) <= last) {
+        multiples.push_back(multiple);
+        ++multiple;
+    }
+    if (multiples.empty()) {
+        return {};
+    }
+    const double largest = std::max(std::abs(multiples.front()), std::abs(multiples.back()));
+    const LabelForm form = formOfLabels(largest * step.mantissa, step);
+    std::vector<MapTick> ticks;
+    ticks.reserve(multiples.size());
+    for (const double each : multiples) {
+        ticks.push_back({multipleOf(step, each), formatTick(each * step.mantissa, step, form, decimalPoint)});
+    }
+    return ticks;
+}
+
+std::string formatLength(TickStep step, char decimalPoint) {
+    return formatTick(step.mantissa, step, formOfLabels(step.mantissa, step), decimalPoint);
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,192 @@
+#include "watch/map/canvas.hpp"
+
+#include <cairo-svg.h>
+#include <cairo.h>
+
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+namespace vadelwatch {
+
+struct MapCanvas::Surface {
+    PictureFormat format;
+    /// What has been written of an SVG picture.
+    std::string bytes;
+    cairo_surface_t* target;
+    cairo_t* context;
+    /// What an image that could not be made said of it.
+    cairo_status_t imageStatus;
+};
+
+namespace {
+
+cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned int length) {
+    static_cast<std::string*>(closure)->append(data, data + length);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::string& bytes) {
+    if (format == PictureFormat::png) {
+        return cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
+    }
+    cairo_surface_t* const surface = cairo_svg_surface_create_for_stream(appendBytes, &bytes, width, height);
+    // The default unit is the point, which viewers show a third larger than the pixel.
+    cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
+    return surface;
+}
+
+void setColour(cairo_t* context, MapColour colour) {
+    cairo_set_source_rgb(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+}
+
+void addColourStop(cairo_pattern_t* gradient, double place, MapColour colour) {
+    cairo_pattern_add_color_stop_rgb(gradient, place, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+}
+
+void addRectangle(cairo_t* context, const PixelRectangle& rectangle) {
+    cairo_rectangle(context, rectangle.left, rectangle.top, rectangle.width, rectangle.height);
+}
+
+void setFont(cairo_t* context, const TextStyle& style) {
+    cairo_select_font_face(context, "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+                           style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(context, style.size);
+}
+
+cairo_surface_t* copyImage(const PixelImage& image) {
+    cairo_surface_t* const copy = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width, image.height);
+    if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
+        return copy;
+    }
+    unsigned char* row = cairo_image_surface_get_data(copy);
+    const auto width = static_cast<std::size_t>(image.width);
+    for (std::size_t first = 0; first < image.pixels.size(); first += width) {
+        std::memcpy(row, image.pixels.data() + first, width * sizeof(std::uint32_t));
+        row += cairo_image_surface_get_stride(copy);
+    }
+    cairo_surface_mark_dirty(copy);
+    return copy;
+}
+
+} // namespace
+
+MapCanvas::MapCanvas(PictureFormat format, int width, int height)
+    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS})) {
+    surface->target = makeSurface(format, width, height, surface->bytes);
+    surface->context = cairo_create(surface->target);
+    cairo_set_line_join(surface->context, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(surface->context, CAIRO_LINE_CAP_ROUND);
+    setColour(surface->context, {255, 255, 255});
+    cairo_paint(surface->context);
+}
+
+MapCanvas::~MapCanvas() {
+    cairo_destroy(surface->context);
+    cairo_surface_destroy(surface->target);
+}
+
+void MapCanvas::beginClip(const PixelRectangle& rectangle) {
+    cairo_save(surface->context);
+    addRectangle(surface->context, rectangle);
+    cairo_clip(surface->context);
+}
+
+void MapCanvas::endClip() {
+    cairo_restore(surface->context);
+}
+
+void MapCanvas::fillRectangle(const PixelRectangle& rectangle, MapColour colour) {
+    setColour(surface->context, colour);
+    addRectangle(surface->context, rectangle);
+    cairo_fill(surface->context);
+}
+
+void MapCanvas::strokeRectangle(const PixelRectangle& rectangle, MapColour colour, double lineWidth) {
+    setColour(surface->context, colour);
+    cairo_set_line_width(surface->context, lineWidth);
+    addRectangle(surface->context, rectangle);
+    cairo_stroke(surface->context);
+}
+
+void MapCanvas::fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right) {
+    cairo_pattern_t* const gradient =
+        cairo_pattern_create_linear(rectangle.left, 0.0, rectangle.left + rectangle.width, 0.0);
+    addColourStop(gradient, 0.0, left);
+    addColourStop(gradient, 1.0, right);
+    cairo_set_source(surface->context, gradient);
+    addRectangle(surface->context, rectangle);
+    cairo_fill(surface->context);
+    cairo_pattern_destroy(gradient);
+}
+
+void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth) {
+    for (const PixelPosition& position : line) {
+        // Without a current point this begins the line.
+        cairo_line_to(surface->context, position.x, position.y);
+    }
+    setColour(surface->context, colour);
+    cairo_set_line_width(surface->context, lineWidth);
+    cairo_stroke(surface->context);
+}
+
+void MapCanvas::fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour) {
+    // A line without length and with round ends takes a quarter of the space in SVG that four arcs take.
+    for (const PixelPosition& centre : centres) {
+        cairo_move_to(surface->context, centre.x, centre.y);
+        cairo_line_to(surface->context, centre.x, centre.y);
+    }
+    setColour(surface->context, colour);
+    cairo_set_line_width(surface->context, 2.0 * radius);
+    cairo_stroke(surface->context);
+}
+
+void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
+    cairo_surface_t* const copy = copyImage(image);
+    if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
+        // Not handed on: the library forgets to release what it takes such an image into.
+        surface->imageStatus = cairo_surface_status(copy);
+        return;
+    }
+    cairo_set_source_surface(surface->context, copy, corner.x, corner.y);
+    cairo_pattern_set_filter(cairo_get_source(surface->context), CAIRO_FILTER_NEAREST);
+    cairo_paint(surface->context);
+    cairo_surface_destroy(copy);
+}
+
+void MapCanvas::drawText(const std::string& text, PixelPosition baseline, const TextStyle& style) {
+    double left = baseline.x;
+    if (style.anchor != TextAnchor::left) {
+        left -= textWidth(text, style) * (style.anchor == TextAnchor::middle ? 0.5 : 1.0);
+    }
+    setFont(surface->context, style);
+    setColour(surface->context, {34, 34, 34});
+    cairo_move_to(surface->context, left, baseline.y);
+    cairo_show_text(surface->context, text.c_str());
+    cairo_new_path(surface->context);
+}
+
+double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
+    setFont(surface->context, style);
+    cairo_text_extents_t extents;
+    cairo_text_extents(surface->context, text.c_str(), &extents);
+    return extents.x_advance;
+}
+
+std::string MapCanvas::finish(std::string& bytes) {
+    cairo_status_t status = surface->imageStatus;
+    if (status == CAIRO_STATUS_SUCCESS) {
+        status = cairo_status(surface->context);
+    }
+    if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::png) {
+        status = cairo_surface_write_to_png_stream(surface->target, appendBytes, &surface->bytes);
+    }
+    cairo_surface_finish(surface->target);
+    if (status == CAIRO_STATUS_SUCCESS) {
+        status = cairo_surface_status(surface->target);
+    }
+    bytes = std::move(surface->bytes);
+    return status == CAIRO_STATUS_SUCCESS ? "" : cairo_status_to_string(status);
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,93 @@
+/// \file
+/// What a picture is drawn on: lines, discs, texts and images, in pixels from the top left corner, y downwards.
+/// The only room of the map that knows the drawing library.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vadelwatch {
+
+enum class PictureFormat { png, svg };
+
+struct PixelPosition {
+    double x = 0.0;
+    double y = 0.0;
+};
+
+struct PixelRectangle {
+    double left = 0.0;
+    double top = 0.0;
+    double width = 0.0;
+    double height = 0.0;
+};
+
+/// Each part from 0 to 255.
+struct MapColour {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+};
+
+/// Rows from top to bottom, each pixel as 0xAARRGGBB with the colours multiplied by the opacity.
+struct PixelImage {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels;
+};
+
+enum class TextAnchor { left, middle, right };
+
+struct TextStyle {
+    double size = 20.0;
+    TextAnchor anchor = TextAnchor::left;
+    bool bold = false;
+};
+
+class MapCanvas {
+public:
+    /// A white picture. An SVG picture has one user unit for each pixel.
+    MapCanvas(PictureFormat format, int width, int height);
+    MapCanvas(const MapCanvas&) = delete;
+    MapCanvas& operator=(const MapCanvas&) = delete;
+    ~MapCanvas();
+
+    /// Limits all drawing to a rectangle, until the next call of `endClip`.
+    void beginClip(const PixelRectangle& rectangle);
+    void endClip();
+
+    void fillRectangle(const PixelRectangle& rectangle, MapColour colour);
+    void strokeRectangle(const PixelRectangle& rectangle, MapColour colour, double lineWidth);
+
+    /// Fills a rectangle with colours that change evenly from its left to its right side.
+    void fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right);
+
+    /// Draws a line with round joins and ends, so a line without length is a dot.
+    void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth);
+
+    /// Fills discs of one radius and colour, as one shape.
+    void fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour);
+
+    /// Draws an image with its top left corner at a position, pixel by pixel.
+    void drawImage(const PixelImage& image, PixelPosition corner);
+
+    /// @param text     valid UTF-8 in one line; see `readableText`.
+    /// @param baseline the anchor's end of the line the letters stand on.
+    void drawText(const std::string& text, PixelPosition baseline, const TextStyle& style);
+
+    /// How far the next letter would stand behind the text. The anchor is not looked at.
+    double textWidth(const std::string& text, const TextStyle& style);
+
+    /// Ends the drawing; nothing may be drawn afterwards.
+    /// @param bytes receives the content of the picture file.
+    /// @return empty on success, else the drawing library's reason.
+    std::string finish(std::string& bytes);
+
+private:
+    struct Surface;
+    std::unique_ptr<Surface> surface;
+};
+
+} // namespace vadelwatch

@@ -1,0 +1,140 @@
+#include "watch/map/legend.hpp"
+
+#include "watch/map/shading.hpp"
+#include "watch/map/text.hpp"
+
+#include <algorithm>
+
+namespace vadelwatch {
+
+namespace {
+
+constexpr double legendGap = 44.0;
+constexpr double swatchWidth = 44.0;
+constexpr double swatchHeight = 20.0;
+constexpr double textIndent = swatchWidth + 14.0;
+constexpr double lineHeight = 27.0;
+constexpr double entryHeight = 2.0 * lineHeight + 14.0;
+constexpr double longestScaleBar = 250.0;
+
+/// Right of the legend, to the end of the picture.
+constexpr double rightMargin = 16.0;
+
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
+
+double legendLeft(const MapView& view) {
+    return view.plot.left + view.plot.width + legendGap;
+}
+
+/// Smaller where it would not end within the picture: counts may have any number of digits.
+void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text, PixelPosition baseline,
+                 TextStyle style) {
+    const double widest = view.pictureWidth - rightMargin - baseline.x;
+    style.size = fittingSize(style.size, canvas.textWidth(text, style), widest);
+    canvas.drawText(text, baseline, style);
+}
+
+void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
+    const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
+    drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
+    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left, false});
+}
+
+using ColourOfTone = MapColour (*)(float);
+
+void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
+                   const LegendEntry& entry) {
+    const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
+    canvas.fillGradient(swatch, colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F));
+    drawEntryText(canvas, view, top, entry);
+}
+
+void drawOutlineEntry(MapCanvas& canvas, const MapView& view, double top, double outlineWidth,
+                      const LegendEntry& entry) {
+    const double left = legendLeft(view);
+    const double middle = top + swatchHeight / 2.0;
+    canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, outlineWidth);
+    drawEntryText(canvas, view, top, entry);
+}
+
+/// @return where the next thing below may stand.
+double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::string>& notes, double top) {
+    for (const std::string& note : notes) {
+        drawFitting(canvas, view, note, {legendLeft(view), top + 17.0}, noteStyle);
+        top += lineHeight;
+    }
+    return top;
+}
+
+/// Two halves, filled and empty, with the length in the unit of the data.
+void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
+    const double left = legendLeft(view);
+    const TickStep length = stepAtMost(longestScaleBar / scaleOf(view));
+    const double pixels = valueOf(length) * scaleOf(view);
+    const MapColour ink{34, 34, 34};
+    const PixelRectangle bar{left, top, pixels, 9.0};
+    canvas.fillRectangle({left, top, pixels / 2.0, 9.0}, ink);
+    canvas.strokeRectangle(bar, ink, 1.5);
+    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
+    const TextStyle style{labelSize, TextAnchor::middle, false};
+    const std::string label = formatLength(length, words.decimalPoint);
+    const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
+    canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
+    drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);
+}
+
+} // namespace
+
+void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title) {
+    const TextStyle style{labelSize + 6.0, TextAnchor::left, true};
+    const double widest = view.pictureWidth - view.plot.left - legendGap;
+    const std::string fitting =
+        fitText(title, widest, [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); });
+    canvas.drawText(fitting, {view.plot.left, view.plot.top - 24.0}, style);
+}
+
+void drawGrid(MapCanvas& canvas, const MapView& view) {
+    const MapColour faint{232, 232, 232};
+    const double bottom = view.plot.top + view.plot.height;
+    const double right = view.plot.left + view.plot.width;
+    for (const MapTick& tick : view.xTicks) {
+        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
+        canvas.strokeLine({{x, view.plot.top}, {x, bottom}}, faint, 1.0);
+    }
+    for (const MapTick& tick : view.yTicks) {
+        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
+        canvas.strokeLine({{view.plot.left, y}, {right, y}}, faint, 1.0);
+    }
+}
+
+void drawAxes(MapCanvas& canvas, const MapView& view) {
+    const MapColour ink{34, 34, 34};
+    const double bottom = view.plot.top + view.plot.height;
+    for (const MapTick& tick : view.xTicks) {
+        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
+        canvas.strokeLine({{x, bottom}, {x, bottom + 8.0}}, ink, 1.5);
+        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle, false});
+    }
+    for (const MapTick& tick : view.yTicks) {
+        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
+        canvas.strokeLine({{view.plot.left - 8.0, y}, {view.plot.left, y}}, ink, 1.5);
+        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right, false});
+    }
+    canvas.strokeRectangle(view.plot, ink, 1.5);
+    canvas.drawText("x", {view.plot.left + view.plot.width / 2.0, bottom + 66.0},
+                    {labelSize, TextAnchor::middle, true});
+    canvas.drawText("y", {24.0, view.plot.top + view.plot.height / 2.0}, {labelSize, TextAnchor::middle, true});
+}
+
+void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
+    double top = view.plot.top;
+    drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
+    top += entryHeight;
+    drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
+    top += entryHeight;
+    drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
+    top = drawNotes(canvas, view, words.notes, top + entryHeight);
+    drawScaleBar(canvas, view, words, top + 24.0);
+}
+
+} // namespace vadelwatch

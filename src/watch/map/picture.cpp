@@ -1,0 +1,176 @@
+#include "watch/map/picture.hpp"
+
+#include "watch/map/canvas.hpp"
+#include "watch/map/density.hpp"
+#include "watch/map/extent.hpp"
+#include "watch/map/legend.hpp"
+#include "watch/map/outlines.hpp"
+#include "watch/map/points.hpp"
+#include "watch/map/raster.hpp"
+#include "watch/map/shading.hpp"
+#include "watch/map/text.hpp"
+#include "watch/map/view.hpp"
+
+#include <cerrno>
+#include <cmath>
+#include <fstream>
+#include <system_error>
+
+namespace vadelwatch {
+
+namespace {
+
+/// Up to this many cells with nodes are drawn as discs of their own, more of them as one image.
+constexpr std::size_t mostDiscs = 3000;
+
+/// What has been read, before anything is drawn.
+struct MapContent {
+    MapOutlines outlines;
+    NodeCounts counts;
+    MapExtent points;
+};
+
+PictureFormat formatOf(const std::string& pictureFile) {
+    return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
+}
+
+/// First pass over the nodes: how many there are, how far they reach.
+std::string readContent(const MapRequest& request, const WatchTexts& texts, MapContent& content) {
+    std::string error = readMapOutlines(request.boundaryFile, texts, content.outlines);
+    if (error.empty()) {
+        error = visitNodes(request.inputDirectory, request.outputDirectory, texts, content.counts,
+                           [&content](MapPosition position, bool) { includePosition(content.points, position); });
+    }
+    return error;
+}
+
+/// Where nothing was kept, the question is where the nodes are, so all of them are shown.
+MapExtent frameOf(const MapContent& content) {
+    const MapExtent outlines = extentOf(content.outlines);
+    return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
+}
+
+MapView layOut(const MapExtent& frame, const WatchTexts& texts) {
+    MapCanvas scratch(PictureFormat::png, 1, 1);
+    const auto labelWidth = [&scratch](const std::string& label) {
+        return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
+    };
+    return layOutMap(addMargin(frame), labelWidth, texts.decimalPoint);
+}
+
+/// Second pass: the nodes of each pixel.
+std::string countNodes(const MapRequest& request, const WatchTexts& texts, MapRaster& raster) {
+    NodeCounts counts;
+    return visitNodes(request.inputDirectory, request.outputDirectory, texts, counts,
+                      [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
+}
+
+void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const MapDensity& density) {
+    const double radius = discRadius(nodeSpacing(raster));
+    const PixelPosition corner{view.plot.left, view.plot.top};
+    canvas.beginClip(view.plot);
+    if (occupiedCells(raster) <= mostDiscs) {
+        drawDiscs(canvas, raster, density, radius, corner);
+    } else {
+        canvas.drawImage(shadeNodes(raster, density, radius), corner);
+    }
+    canvas.endClip();
+}
+
+/// The vertices in pixels, without those that would change nothing: an outline may have more of them than the picture
+/// has pixels.
+std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
+    constexpr double smallestStep = 0.4;
+    std::vector<PixelPosition> pixels{toPixel(view, line.front())};
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const PixelPosition next = toPixel(view, line[i]);
+        const double step = std::hypot(next.x - pixels.back().x, next.y - pixels.back().y);
+        if (step >= smallestStep || i + 1 == line.size()) {
+            pixels.push_back(next);
+        }
+    }
+    return pixels;
+}
+
+/// Thinner where the outlines have so much detail that a wide line would close their bays.
+double outlineWidthOf(const MapOutlines& outlines) {
+    constexpr std::size_t manyVertices = 2000;
+    std::size_t vertices = 0;
+    for (const std::vector<MapPosition>& outline : outlines) {
+        vertices += outline.size();
+    }
+    return vertices > manyVertices ? 1.2 : 2.4;
+}
+
+void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
+    // Cut a little outside the map, so that no cut end is seen.
+    const MapExtent window = addMargin(view.shown);
+    canvas.beginClip(view.plot);
+    for (const std::vector<MapPosition>& outline : outlines) {
+        for (const std::vector<MapPosition>& line : clipOutline(outline, window)) {
+            canvas.strokeLine(lineInPixels(view, line), outlineColour, lineWidth);
+        }
+    }
+    canvas.endClip();
+}
+
+std::string titleOf(const MapRequest& request, const WatchTexts& texts) {
+    return filledIn(texts.map.title, {readableText(lastComponent(request.inputDirectory)),
+                                      readableText(lastComponent(request.boundaryFile))});
+}
+
+void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
+                 const MapRaster& raster, const WatchTexts& texts) {
+    const MapDensity density = measureDensity(raster);
+    drawTitle(canvas, view, title);
+    drawGrid(canvas, view);
+    drawNodes(canvas, view, raster, density);
+    const double outlineWidth = outlineWidthOf(content.outlines);
+    drawOutlines(canvas, view, content.outlines, outlineWidth);
+    drawAxes(canvas, view);
+    const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
+    drawLegend(canvas, view, wordsOf(legend, texts), outlineWidth);
+}
+
+std::string writePicture(const std::string& pictureFile, const std::string& bytes, const WatchTexts& texts) {
+    errno = 0;
+    std::ofstream output(pictureFile, std::ios::binary);
+    output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    output.close();
+    if (output.fail()) {
+        return filledIn(texts.map.pictureUnwritten, {pictureFile, std::generic_category().message(errno)});
+    }
+    return "";
+}
+
+} // namespace
+
+bool isPictureFileName(std::string_view name) {
+    return name.ends_with(".png") || name.ends_with(".svg");
+}
+
+std::string drawMap(const MapRequest& request, const WatchTexts& texts) {
+    MapContent content;
+    std::string error = readContent(request, texts, content);
+    if (!error.empty()) {
+        return error;
+    }
+    const MapExtent frame = frameOf(content);
+    if (isEmpty(frame)) {
+        return texts.map.nothingToDraw;
+    }
+    const MapView view = layOut(frame, texts);
+    MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
+    error = countNodes(request, texts, raster);
+    if (!error.empty()) {
+        return error;
+    }
+    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
+    drawPicture(canvas, titleOf(request, texts), view, content, raster, texts);
+    std::string bytes;
+    error = canvas.finish(bytes);
+    return error.empty() ? writePicture(request.pictureFile, bytes, texts)
+                         : filledIn(texts.map.pictureUndrawn, {request.pictureFile, error});
+}
+
+} // namespace vadelwatch

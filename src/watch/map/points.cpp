@@ -1,0 +1,121 @@
+#include "watch/map/points.hpp"
+
+#include "watch/map/node_lines.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace vadelwatch {
+
+namespace {
+
+/// One file of the output directory, beside the input file of the same name.
+class KeptLines {
+public:
+    /// A missing output file keeps nothing. One with another header does not come from clipping: an input file may be
+    /// called total_node_count.txt, and its output is then overwritten by the count.
+    KeptLines(const std::string& path, std::string_view header) : reader(path) {
+        std::string_view outputHeader;
+        if (reader.next(outputHeader) && outputHeader == header) {
+            open = reader.next(line);
+        }
+    }
+
+    /// Each output line is given away once, to the first input line that equals it.
+    bool take(std::string_view inputLine) {
+        if (!open || line != inputLine) {
+            return false;
+        }
+        open = reader.next(line);
+        return true;
+    }
+
+    bool allTaken() const { return !open; }
+
+private:
+    NodeLineReader reader;
+    std::string_view line;
+    bool open = false;
+};
+
+bool hasNodeFileSuffix(std::string_view name) {
+    return name.ends_with(".txt") || name.ends_with(".xyz") || name.ends_with(".csv");
+}
+
+/// The names of the files that may be node files, sorted.
+/// @return false if the directory cannot be read.
+bool listFiles(const std::string& directory, std::vector<std::string>& names) {
+    std::error_code error;
+    std::filesystem::directory_iterator entry(directory, error);
+    while (!error && entry != std::filesystem::directory_iterator()) {
+        std::error_code statusError;
+        const std::string name = entry->path().filename().string();
+        // A status that cannot be told is that of no regular file.
+        if (hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
+            names.push_back(name);
+        }
+        entry.increment(error);
+    }
+    std::sort(names.begin(), names.end());
+    return !error;
+}
+
+std::string joinPath(const std::string& directory, const std::string& name) {
+    return (std::filesystem::path(directory) / name).string();
+}
+
+/// @return false if the output file holds other lines than the input file.
+bool visitFile(const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
+               const NodeVisitor& visit) {
+    NodeLineReader input(inputPath);
+    std::string_view line;
+    const char separator = input.next(line) ? separatorOfHeader(line) : '\0';
+    if (separator == 0) {
+        return true;
+    }
+    ++counts.files;
+    KeptLines keptLines(outputPath, line);
+    while (input.next(line)) {
+        const bool kept = keptLines.take(line);
+        MapPosition position;
+        const bool readable = readMapPosition(line, separator, position);
+        if (kept) {
+            ++counts.kept;
+        } else if (readable) {
+            ++counts.dropped;
+        } else {
+            ++counts.unreadable;
+        }
+        if (readable) {
+            visit(position, kept);
+        }
+    }
+    return keptLines.allTaken();
+}
+
+} // namespace
+
+std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, const WatchTexts& texts,
+                       NodeCounts& counts, const NodeVisitor& visit) {
+    counts = NodeCounts();
+    std::vector<std::string> names;
+    if (!listFiles(inputDirectory, names)) {
+        return filledIn(texts.map.inputUnreadable, {inputDirectory});
+    }
+    std::error_code error;
+    if (!std::filesystem::is_directory(outputDirectory, error)) {
+        return filledIn(texts.map.outputUnreadable, {outputDirectory});
+    }
+    for (const std::string& name : names) {
+        const std::string outputPath = joinPath(outputDirectory, name);
+        if (!visitFile(joinPath(inputDirectory, name), outputPath, counts, visit)) {
+            return filledIn(texts.map.strangeLines, {outputPath});
+        }
+    }
+    return "";
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,169 @@
+#include "watch/map/shading.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace vadelwatch {
+
+namespace {
+
+struct LayerPixel {
+    float opacity = 0.0F;
+    float tone = 0.0F;
+    /// To the nearest centre of a disc that reaches the pixel, squared.
+    int distance = std::numeric_limits<int>::max();
+};
+
+/// One layer of discs: at each pixel the largest opacity and the darkest tone of those that reach it.
+using NodeLayer = std::vector<LayerPixel>;
+
+/// How far each pixel of a small square around a disc's centre is covered by the disc.
+struct DiscMask {
+    int reach = 0;
+    std::vector<float> coverage;
+};
+
+DiscMask makeMask(double radius) {
+    DiscMask mask;
+    mask.reach = radius < 1.0 ? 0 : static_cast<int>(std::ceil(radius));
+    for (int y = -mask.reach; y <= mask.reach; ++y) {
+        for (int x = -mask.reach; x <= mask.reach; ++x) {
+            const double distance = std::hypot(x, y);
+            mask.coverage.push_back(static_cast<float>(std::clamp(radius + 0.5 - distance, 0.0, 1.0)));
+        }
+    }
+    if (mask.reach == 0) {
+        mask.coverage.front() = 1.0F;
+    }
+    return mask;
+}
+
+void stampDisc(NodeLayer& layer, const MapRaster& raster, const DiscMask& mask, std::ptrdiff_t cell, float tone) {
+    const auto column = static_cast<int>(cell % raster.width);
+    const auto row = static_cast<int>(cell / raster.width);
+    std::size_t place = 0;
+    for (int y = row - mask.reach; y <= row + mask.reach; ++y) {
+        for (int x = column - mask.reach; x <= column + mask.reach; ++x) {
+            const float coverage = mask.coverage[place++];
+            if (coverage == 0.0F || y < 0 || y >= raster.height || x < 0 || x >= raster.width) {
+                continue;
+            }
+            LayerPixel& pixel = layer[static_cast<std::size_t>(y) * static_cast<std::size_t>(raster.width) +
+                                      static_cast<std::size_t>(x)];
+            pixel.opacity = std::max(pixel.opacity, coverage);
+            pixel.tone = std::max(pixel.tone, tone);
+            pixel.distance = std::min(pixel.distance, (x - column) * (x - column) + (y - row) * (y - row));
+        }
+    }
+}
+
+NodeLayer makeLayer(const MapRaster& raster, const MapDensity& density, const DiscMask& mask,
+                    bool RasterCell::*belongs) {
+    NodeLayer layer(raster.cells.size());
+    for (std::size_t cell = 0; cell < raster.cells.size(); ++cell) {
+        if (raster.cells[cell].*belongs) {
+            stampDisc(layer, raster, mask, static_cast<std::ptrdiff_t>(cell), density.tones[cell]);
+        }
+    }
+    return layer;
+}
+
+MapColour mix(MapColour from, MapColour to, float share) {
+    const auto part = [share](std::uint8_t a, std::uint8_t b) {
+        return static_cast<std::uint8_t>(
+            std::lround(static_cast<float>(a) * (1.0F - share) + static_cast<float>(b) * share));
+    };
+    return {part(from.red, to.red), part(from.green, to.green), part(from.blue, to.blue)};
+}
+
+/// Lays a colour over a pixel whose colours are multiplied by its opacity.
+void blend(std::uint32_t& pixel, MapColour colour, float opacity) {
+    const auto part = [&pixel, opacity](unsigned int shift, int above) {
+        const auto below = static_cast<float>((pixel >> shift) & 0xFFU);
+        return static_cast<std::uint32_t>(std::lround(below * (1.0F - opacity) + static_cast<float>(above) * opacity))
+               << shift;
+    };
+    pixel = part(24, 255) | part(16, colour.red) | part(8, colour.green) | part(0, colour.blue);
+}
+
+bool isSameColour(MapColour first, MapColour second) {
+    return first.red == second.red && first.green == second.green && first.blue == second.blue;
+}
+
+/// Discs that follow one another in the same colour are drawn together.
+template <typename ColourOfTone>
+void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
+                    PixelPosition corner, bool RasterCell::*belongs, ColourOfTone colourOfTone) {
+    std::vector<PixelPosition> centres;
+    MapColour colour;
+    for (std::size_t cell = 0; cell < raster.cells.size(); ++cell) {
+        if (!(raster.cells[cell].*belongs)) {
+            continue;
+        }
+        const MapColour next = colourOfTone(density.tones[cell]);
+        if (!isSameColour(next, colour)) {
+            canvas.fillDiscs(centres, radius, colour);
+            centres.clear();
+        }
+        colour = next;
+        const std::size_t row = cell / static_cast<std::size_t>(raster.width);
+        const std::size_t column = cell % static_cast<std::size_t>(raster.width);
+        centres.push_back({corner.x + static_cast<double>(column) + 0.5, corner.y + static_cast<double>(row) + 0.5});
+    }
+    canvas.fillDiscs(centres, radius, colour);
+}
+
+} // namespace
+
+MapColour keptColour(float tone) {
+    return mix({122, 184, 232}, {8, 72, 140}, tone);
+}
+
+MapColour droppedColour(float tone) {
+    return mix({222, 222, 222}, {150, 150, 150}, tone);
+}
+
+double discRadius(double nodeSpacing) {
+    // Crowded nodes that lie at random leave some pixels empty: of n nodes a pixel, a share of e^-n. From four on it is
+    // enough to cover the four pixels around each, down to one the eight around it, as the spacing of 2 does.
+    constexpr double toNextPixel = 1.5;
+    if (nodeSpacing <= 0.5) {
+        return toNextPixel;
+    }
+    const double spacing = std::max(std::ceil(nodeSpacing), 2.0);
+    // Discs around the corners of a square cover it from half its diagonal on, and centres are whole pixels: at a
+    // spacing of 3.1 some are 4 apart.
+    constexpr double halfDiagonal = 0.7072;
+    constexpr double softEdge = 0.5;
+    const double largest = nodeSpacing < 12.0 ? 4.0 : 6.0;
+    return std::min(spacing * halfDiagonal + softEdge, largest);
+}
+
+PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius) {
+    PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
+    const DiscMask mask = makeMask(radius);
+    const NodeLayer dropped = makeLayer(raster, density, mask, &RasterCell::anyDropped);
+    const NodeLayer kept = makeLayer(raster, density, mask, &RasterCell::anyKept);
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        // Kept nodes are on top, but where a dropped one is nearer: else the discs, wider than their nodes' share of
+        // the ground, would carry the colour of kept ones across the outline.
+        if (dropped[i].distance < kept[i].distance) {
+            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+            blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
+        } else {
+            blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
+            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+        }
+    }
+    return image;
+}
+
+void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
+               PixelPosition corner) {
+    drawLayerDiscs(canvas, raster, density, radius, corner, &RasterCell::anyDropped, droppedColour);
+    drawLayerDiscs(canvas, raster, density, radius, corner, &RasterCell::anyKept, keptColour);
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,97 @@
+#include "watch/map/view.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace vadelwatch {
+
+namespace {
+
+/// Around the map, in pixels: the title above, the labels of x below, the legend on the right.
+constexpr double topSpace = 70.0;
+constexpr double bottomSpace = 92.0;
+constexpr double rightSpace = 350.0;
+/// Left of the map, beside the labels of y: the name of the axis, the ticks, and air.
+constexpr double leftSpace = 72.0;
+
+/// The legend needs the one, a screen page the other.
+constexpr double lowestPlot = 480.0;
+constexpr double highestPlot = 1400.0;
+
+/// At least so far apart are two ticks, and two labels beside each other.
+constexpr double tickDistance = 90.0;
+constexpr double labelGap = 36.0;
+
+/// The least number of ticks beside the map.
+constexpr std::size_t fewestTicks = 4;
+
+struct LabelStyle {
+    const LabelWidth& width;
+    char decimalPoint;
+};
+
+double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
+    double widest = 0.0;
+    for (const MapTick& tick : ticks) {
+        widest = std::max(widest, labelWidth(tick.label));
+    }
+    return widest;
+}
+
+/// The smallest step at which neither the ticks nor the labels of x are crowded, for both axes, so that the grid has
+/// squares. A flat map would have hardly a tick at its side that way; there y has smaller steps.
+void chooseTicks(MapView& view, const LabelStyle& style) {
+    TickStep step = stepAtLeast(tickDistance / scaleOf(view));
+    while (true) {
+        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, style.decimalPoint);
+        const double stepWidth = valueOf(step) * scaleOf(view);
+        if (view.xTicks.size() < 2 || stepWidth >= widestLabel(view.xTicks, style.width) + labelGap) {
+            break;
+        }
+        step = stepAbove(step);
+    }
+    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+    while (view.yTicks.size() < fewestTicks) {
+        step = stepBelow(step);
+        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+    }
+}
+
+MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
+    MapView view;
+    view.plot.left = std::ceil(leftSpace + yLabelWidth);
+    view.plot.top = topSpace;
+    view.plot.width = view.pictureWidth - rightSpace - view.plot.left;
+    const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
+    view.plot.height = std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+    view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
+    view.shown = fitAspect(frame, view.plot.height / view.plot.width);
+    chooseTicks(view, style);
+    return view;
+}
+
+} // namespace
+
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
+    const LabelStyle style{labelWidth, decimalPoint};
+    // The space for the labels of y depends on the labels, and these on the space: settled in a few rounds.
+    double yLabelWidth = 80.0;
+    MapView view = layOutBeside(frame, style, yLabelWidth);
+    for (int round = 0; round < 3; ++round) {
+        yLabelWidth = widestLabel(view.yTicks, labelWidth);
+        view = layOutBeside(frame, style, yLabelWidth);
+    }
+    return view;
+}
+
+double scaleOf(const MapView& view) {
+    return view.plot.width / widthOf(view.shown);
+}
+
+PixelPosition toPixel(const MapView& view, MapPosition position) {
+    return {view.plot.left + (position.x - view.shown.minX) * scaleOf(view),
+            view.plot.top + (view.shown.maxY - position.y) * scaleOf(view)};
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,51 @@
+#include "watch/run/run_signals.hpp"
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace vadelwatch {
+
+namespace {
+
+bool isIgnored(int number) {
+    struct sigaction action {};
+    sigaction(number, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
+}
+
+} // namespace
+
+RunSignals::RunSignals() {
+    // Where the parent process had it ignored, children would vanish without a status.
+    static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
+    sigset_t watched;
+    sigemptyset(&watched);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGCHLD}) {
+        // A blocked signal would wait to be read though it is ignored.
+        if (!isIgnored(number)) {
+            sigaddset(&watched, number);
+        }
+    }
+    pthread_sigmask(SIG_BLOCK, &watched, &formerMask);
+    signalDescriptor = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+RunSignals::~RunSignals() {
+    close(signalDescriptor);
+    pthread_sigmask(SIG_SETMASK, &formerMask, nullptr);
+}
+
+std::vector<int> RunSignals::take() const {
+    std::vector<int> numbers;
+    signalfd_siginfo info{};
+    while (read(signalDescriptor, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
+        numbers.push_back(static_cast<int>(info.ssi_signo));
+    }
+    return numbers;
+}
+
+bool asksForEnd(int signal) {
+    return signal == SIGINT || signal == SIGTERM || signal == SIGHUP || signal == SIGQUIT;
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,93 @@
+#include "watch/show/text_tables.hpp"
+
+namespace vadelwatch {
+
+const WatchTexts germanTexts = {
+    .decimalPoint = ',',
+    .linesPerSecond = "Zeilen/s",
+    .elapsed = "vergangen",
+    .remaining = "übrig",
+    .filesRead = "Punktdateien gelesen",
+    .filesWritten = "Dateien geschrieben",
+    .nodesKept = "Punkte behalten",
+    .keptOfRead = "{0} von {1} ({2} %)",
+    .time = "Zeit",
+    .seconds = "{0} s",
+    .outputDirectory = "Ausgabeverzeichnis",
+    .check = "Prüfung",
+    .checkPassed = "die Zeilen ergeben total_node_count.txt",
+    .checkFailed = "die Zeilen ergeben nicht total_node_count.txt",
+    .cannotStart = "Vadelwatch: {0} kann nicht gestartet werden: {1}",
+    .unknownDirectory = "Vadelwatch: wo Vadelclip liegt, ist unbekannt: /proc/self/exe ist nicht lesbar",
+    .notWatched = "Vadelwatch: der Lauf war nicht weiter zu beobachten ({0}), Vadelclip wurde beendet.",
+    .endedBySignal = "Vadelwatch: Vadelclip wurde durch Signal {1} (SIG{0}) beendet.",
+    .unknownStatus = "Vadelwatch: Vadelclip endete außerplanmäßig, mit Status {0}.",
+    .interrupted = "Vadelwatch: abgebrochen durch SIG{0}, Vadelclip ist beendet.",
+    .interruptedStatus = "Vadelwatch: abgebrochen durch SIG{0}, Vadelclip endete mit Status {1}.",
+    .interruptedFinished = "Vadelwatch: unterbrochen durch SIG{0}, Vadelclip ist trotzdem fertig geworden.",
+    .notComplete = " Die Ausgabe in {0} ist nicht vollständig.",
+    .cannotWrite = "Vadelwatch: {0} kann nicht geschrieben werden: {1}",
+    .runReadsIt = "der Lauf liest es",
+    .runMakesIt = "der Lauf legt dort sein Ausgabeverzeichnis an",
+    .isTheMap = "dorthin soll die Karte geschrieben werden",
+    .cannotWriteSummary = "Vadelwatch: die Zusammenfassung kann nicht geschrieben werden: {0}",
+    .linesDiffer = "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, total_node_count.txt sagt {1}: {2} fehlen.",
+    .linesTooMany = "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, total_node_count.txt sagt {1}: {2} zu viel.",
+    .linesUncounted =
+        "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, so viele, wie total_node_count.txt sagt, aber "
+        "nicht jede Datei ist zählbar.",
+    .noNodeCount =
+        "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, und total_node_count.txt enthält keine Zahl zum "
+        "Vergleich.",
+    .noNodeCountFile =
+        "Vadelwatch: die Ausgabedateien enthalten {0} Punkte, und es gibt kein total_node_count.txt zum Vergleich.",
+    .outputUnreadable = "Vadelwatch: das Ausgabeverzeichnis {0} kann nicht gelesen werden: {1}",
+    .fileEmpty = "  {0}: leer, auch ohne Kopfzeile",
+    .fileCut = "  {0}: die letzte Zeile ist abgeschnitten, davor {1} ganze Punkte",
+    .fileWithoutNode = "  {0}: eine Kopfzeile und kein Punkt; so lässt das Werkzeug keine Datei zurück",
+    .fileUnreadable = "  {0}: nicht lesbar",
+    .fileNotRegular = "  {0}: keine gewöhnliche Datei, ihre Zeilen sind nicht zählbar",
+    .fileIsDirectory = "  {0}: ein Verzeichnis an der Stelle der Datei",
+    .fileMissing = "  {0}: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde",
+    .moreFilesMissing = "  und weitere Punktdateien ohne Ausgabedatei: {0}",
+    .fileWithoutInput = "  {0}: so hieß keine Punktdatei, als der Lauf begann",
+    .headerRejected =
+        "  {0} der Punktdateien verloren während des Laufs die Kopfzeile: jede zählt 1 und hat keine Zeilen",
+    .countOverwrites = "  total_node_count.txt: auch der Name einer Punktdatei; ihre Punkte zählen, ihre Ausgabe wurde "
+                       "überschrieben",
+    .inputChanged = "  {0}: die Punktdatei wurde während des Laufs verändert",
+    .diskFull = "  Auf dem Dateisystem von {0} ist kein Platz mehr.",
+    .noInodes = "  Auf dem Dateisystem von {0} ist kein Inode mehr frei, also kann dort keine Datei angelegt werden.",
+    .notWritable = "  In {0} kann keine Datei angelegt werden: {1}",
+    .noOutputFile = "  Es gibt keine Ausgabedatei.",
+    .noSuspect = "  Jede Datei sieht ganz aus; zu welcher der Unterschied gehört, ist nicht festzustellen.",
+    .map =
+        {
+            .title = "{0}, zugeschnitten auf {1}",
+            .kept = "Behalten",
+            .keptShare = "Behalten ({0} %)",
+            .dropped = "Verworfen",
+            .boundary = "Grenze",
+            .node = "{0} Punkt",
+            .nodes = "{0} Punkte",
+            .polygon = "{0} Polygon",
+            .polygons = "{0} Polygone",
+            .darker = "Dunkler: dichtere Punkte",
+            .beyond = "{0} außerhalb der Karte",
+            .lineWithoutPosition = "{0} Zeile ohne Lage",
+            .linesWithoutPosition = "{0} Zeilen ohne Lage",
+            .coordinateUnits = "in Einheiten der Koordinaten",
+            .boundaryUnreadable = "Die Grenzdatei {0} kann nicht gelesen werden: {1}.",
+            .isDirectory = "sie ist ein Verzeichnis",
+            .fileNotFound = "die Datei wurde nicht gefunden",
+            .boundaryPoint = "Die Grenzdatei {0} enthält einen Punkt ohne Koordinaten.",
+            .inputUnreadable = "Das Eingabeverzeichnis {0} kann nicht gelesen werden.",
+            .outputUnreadable = "Das Ausgabeverzeichnis {0} kann nicht gelesen werden.",
+            .strangeLines = "Die Datei {0} enthält Zeilen, die ihre Eingabedatei nicht enthält.",
+            .nothingToDraw = "Es gibt nichts zu zeichnen: kein Punkt hat eine Lage, und die Grenze hat keine Ecke.",
+            .pictureUnwritten = "Das Bild {0} kann nicht geschrieben werden: {1}.",
+            .pictureUndrawn = "Das Bild {0} kann nicht gezeichnet werden: {1}.",
+        },
+};
+
+} // namespace vadelwatch

@@ -1,0 +1,125 @@
+#include "watch/show/run_summary.hpp"
+
+#include "watch/show/shown_name.hpp"
+#include "watch/show/utf8_character.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <sstream>
+
+namespace vadelwatch {
+
+namespace {
+
+using OrderedJson = nlohmann::ordered_json;
+
+struct Row {
+    std::string label;
+    std::string value;
+    bool isPath = false;
+};
+
+/// Percent of the nodes read, where that has a meaning.
+std::optional<double> percentKept(const RunSummary& summary) {
+    if (!summary.nodesRead || *summary.nodesRead == 0) {
+        return std::nullopt;
+    }
+    return 100.0 * static_cast<double>(summary.nodesKept) / static_cast<double>(*summary.nodesRead);
+}
+
+std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
+    std::string kept = groupedNumber(summary.nodesKept);
+    if (!summary.nodesRead) {
+        return kept;
+    }
+    const std::optional<double> percent = percentKept(summary);
+    return filledIn(texts.keptOfRead,
+                    {kept, groupedNumber(*summary.nodesRead), percent ? decimalNumber(*percent, 1, texts) : "-"});
+}
+
+/// Breaks a sentence between words.
+std::string wrapped(const std::string& sentence, const std::string& indent, std::size_t columns) {
+    std::string text;
+    std::string line = indent;
+    std::istringstream words(sentence);
+    for (std::string word; words >> word;) {
+        if (line.size() > indent.size() && columnsOf(line) + 1 + columnsOf(word) > columns) {
+            text += line + "\n";
+            line = indent;
+        }
+        line += (line.size() > indent.size() ? " " : "") + word;
+    }
+    return text + line + "\n";
+}
+
+std::string alignedRows(const std::vector<Row>& rows, std::size_t labelColumns) {
+    std::string text;
+    for (const Row& row : rows) {
+        const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
+        text += fmt::format("  {}{}{}\n", row.label, space, row.value);
+    }
+    return text;
+}
+
+std::string stackedRows(const std::vector<Row>& rows, std::size_t columns) {
+    std::string text;
+    for (const Row& row : rows) {
+        text += fmt::format("  {}\n", row.label);
+        text += row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", columns);
+    }
+    return text;
+}
+
+std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
+    std::size_t labelColumns = 0;
+    std::size_t valueColumns = 0;
+    for (const Row& row : rows) {
+        labelColumns = std::max(labelColumns, columnsOf(row.label));
+        // A path goes its own way in either form.
+        valueColumns = std::max(valueColumns, row.isPath ? 0 : columnsOf(row.value));
+    }
+    return labelColumns + valueColumns + 4 <= columns ? alignedRows(rows, labelColumns) : stackedRows(rows, columns);
+}
+
+template <typename Value>
+OrderedJson orNull(const std::optional<Value>& value) {
+    return value ? OrderedJson(*value) : OrderedJson();
+}
+
+} // namespace
+
+std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns) {
+    const std::string time = decimalNumber(summary.seconds, 1, texts);
+    const std::vector<Row> rows{
+        {texts.filesRead, groupedNumber(summary.filesRead)},
+        {texts.filesWritten, groupedNumber(summary.filesWritten)},
+        {texts.nodesKept, nodesText(summary, texts)},
+        {texts.time, filledIn(texts.seconds, {time})},
+        {texts.outputDirectory, shownName(summary.outputDirectory), true},
+        {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
+    };
+    const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);
+    return title + tableText(rows, columns);
+}
+
+std::string summaryJson(const RunSummary& summary) {
+    const bool finished = summary.finished;
+    OrderedJson object;
+    object["finished"] = finished;
+    object["exit_status"] = summary.exitStatus;
+    object["files_read"] = finished ? OrderedJson(summary.filesRead) : OrderedJson();
+    object["files_written"] = finished ? OrderedJson(summary.filesWritten) : OrderedJson();
+    object["nodes_read"] = finished ? orNull(summary.nodesRead) : OrderedJson();
+    object["nodes_kept"] = finished ? OrderedJson(summary.nodesKept) : OrderedJson();
+    object["percent_kept"] = finished ? orNull(percentKept(summary)) : OrderedJson();
+    object["total_node_count"] = finished ? orNull(summary.nodeCount) : OrderedJson();
+    object["adds_up"] = finished ? OrderedJson(summary.addsUp) : OrderedJson();
+    object["seconds"] = summary.seconds;
+    object["output_directory"] = summary.outputDirectory;
+    object["errors"] = summary.errors;
+    return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,86 @@
+"""Runs that end before their time: a messaging library that throws, and a process that is killed."""
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from acceptance import DIRECTORY, AcceptanceTest
+from expected_messages import (FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
+                               stateMessage)
+from fault_checks import PASS, failing, failsForever
+from target_platform import inTextMode
+
+HEADER = b"x;y;z\n"
+INSIDE = b"1;1;5\n2;2;5\n3;3;5\n"
+
+
+def throwing(call):
+    """For `environment`: the recording message layer throws from this call, once it has noted it."""
+    return {"VADELCLIP_RECORDING_THROWS": call}
+
+
+class ThrownErrors(AcceptanceTest):
+    def test_an_error_in_the_finish_message_is_reported_and_ends_the_run_as_failed(self):
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        call = f"FinishMessage 1 {FINISHED}"
+        run = self.clip(environment=throwing(call))
+        self.expect(run, status=1, console=[f"thrown by {call}"],
+                    created={"base/out": DIRECTORY, "base/out/a.xyz": HEADER + INSIDE,
+                             "base/out/total_node_count.txt": b"3\n"},
+                    messages=recorded(filePass(3), closingRange(), [call, "end FinishMessage"],
+                                      errorMessage(f"thrown by {call}"), failedMessage()))
+
+    def test_an_error_between_two_lines_ends_the_range_and_leaves_what_is_written(self):
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        call = "OnProgress 2 false"
+        run = self.clip(environment=throwing(call))
+        self.expect(run, status=1, console=[f"thrown by {call}"],
+                    created={"base/out": DIRECTORY, "base/out/a.xyz": HEADER + b"1;1;5\n2;2;5\n"},
+                    messages=recorded(stateMessage(), ["ProgressMessage 0 100 3", "OnProgress 0 false",
+                                                       "OnProgress 1 false", call, "end ProgressMessage"],
+                                      errorMessage(f"thrown by {call}"), failedMessage()))
+
+    def test_files_finished_before_an_error_stay_and_no_count_is_written(self):
+        content = HEADER + b"1;1;5\n2;2;5\n"
+        self.giveJob({"a.xyz": content, "b.xyz": content})
+        first, second = self.walkOrder()
+        call = "ProgressMessage 50 100 2"  # the second pass, whichever file it is
+        run = self.clip(environment=throwing(call))
+        self.expect(run, status=1, console=[f"thrown by {call}"],
+                    created={"base/out": DIRECTORY, f"base/out/{first}": content, f"base/out/{second}": HEADER},
+                    messages=recorded(filePass(2, 0, 4), stateMessage(), [call, "end ProgressMessage"],
+                                      errorMessage(f"thrown by {call}"), failedMessage()))
+
+    def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
+        run = self.start(environment=throwing(f"ErrorMessage 2 {USAGE}"))
+        self.assertNotIn(run.status, (0, 1))
+        self.assertEqual(run.console, inTextMode(USAGE.encode() + b"\n"))
+        self.assertEqual(run.messages, ["MessageSender 0", f"ErrorMessage 2 {USAGE}"])
+
+
+class FailingWalk(AcceptanceTest):
+    def test_a_walk_that_fails_on_its_way_ends_the_run_before_any_pass(self):
+        self.giveJob({name: HEADER + INSIDE for name in ("a.xyz", "b.xyz", "c.xyz", "d.xyz", "e.xyz")})
+        run = self.clip(environment=failing("readdir", "base/data", PASS * 3, failsForever()))
+        self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+", created={"base/out": DIRECTORY})
+
+
+class KilledRun(AcceptanceTest):
+    def test_a_killed_run_leaves_whole_lines_and_no_count(self):
+        self.giveJob({})
+        output = Path(self.path("base/out/a.xyz"))
+        written = HEADER + b"1;1;5\n2;2;5\n"
+
+        def kill():
+            self.waitFor(lambda: output.exists() and output.read_bytes() == written, "two kept lines")
+            self.process.kill()
+
+        self.serve("base/data/a.xyz", HEADER, HEADER + INSIDE, [HEADER + b"1;1;5\n2;2;5\n3;3", kill])
+        run = self.clip()
+        self.expect(run, status=-9, created={"base/out": DIRECTORY, "base/out/a.xyz": written},
+                    messages=["MessageSender 0", *stateMessage(), "ProgressMessage 0 100 3", "OnProgress 0 false",
+                              "OnProgress 1 false", "OnProgress 2 false"])
+
+
+if __name__ == "__main__":
+    unittest.main()

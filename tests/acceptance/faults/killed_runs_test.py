@@ -1,0 +1,127 @@
+"""Runs killed at random moments: what they leave is a beginning of the right result, in whole lines where these are short.
+
+VADELCLIP_KILLS sets how many runs are killed.
+"""
+import collections
+import os
+import random
+import statistics
+import sys
+import threading
+import time
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from acceptance import SANITIZED
+from fault_checks import COUNT_FILE, FaultTest
+
+FILES, LINES = 10, 4000
+KILLS = int(os.environ.get("VADELCLIP_KILLS", 40 if SANITIZED else 200))
+
+# Every line has eight bytes, so none lies across two pages of memory: the system may stop a killed process between the
+# pages of one write, which is the one way in which it can leave a part of a line.
+HEADER, INSIDE, OUTSIDE = b"x;y;z;g\n", b"1;1;1;1\n", b"1;1e9;1\n"
+# These take many pages each.
+LONG_LINES, LONG = 30, b"1;1;1;1 " + b"k" * 400_000 + b"\n"
+
+
+class KillingTest(FaultTest):
+    def secondsOfARun(self):
+        """Until its count file is written: to read what it has left takes longer than that."""
+        seconds = []
+        for _ in range(5):
+            self.clearOutput()
+            begin = time.time()
+            run = self.clipPiped()
+            self.assertEqual(self.check(run), "finished")
+            seconds.append(os.stat(self.path(f"base/out/{COUNT_FILE}")).st_mtime - begin)
+        return max(statistics.median(seconds), 0.001)
+
+    def clipAndKill(self, delay):
+        self.process = None
+
+        def kill():
+            while self.process is None:
+                time.sleep(0.0001)
+            time.sleep(delay)
+            self.process.kill()
+
+        killer = threading.Thread(target=kill, daemon=True)
+        killer.start()
+        run = self.clipPiped()
+        killer.join()
+        return run
+
+    def killRuns(self, kills, wholeLines):
+        """Kills so many runs, and more where too few of them were in the passes: a busy machine starts a run late."""
+        source = random.Random(12)
+        seconds = self.secondsOfARun()
+        moments = collections.Counter()
+        for number in range(20 * kills):
+            if number >= kills and moments["in the passes"] > kills // 20:
+                break
+            self.clearOutput()
+            delay = source.uniform(0, seconds)
+            with self.subTest(number=number, delay=delay):
+                run = self.clipAndKill(delay)
+                self.assertIn(run.status, (0, -9))
+                # A leak checker that is killed with the run may have said something by then.
+                self.assertEqual((run.console, b"" if SANITIZED else run.errors), (b"", b""))
+                self.check(run, wholeLines=wholeLines)
+                moments[self.momentOf(run)] += 1
+                moments["part of a line"] += self.hasPartOfALine(run)
+        print(f"{number} kills: {dict(moments)}")
+        self.assertGreater(moments["in the passes"], kills // 20, moments)
+
+    def momentOf(self, run):
+        outputs = [path for path in run.tree if path.startswith("base/out/")]
+        if run.status == 0:
+            return "too late"
+        if not outputs:
+            return "before the passes"
+        return "behind the passes" if f"base/out/{COUNT_FILE}" in outputs else "in the passes"
+
+    def hasPartOfALine(self, run):
+        return any(content and not content.endswith(b"\n") for path, content in run.tree.items()
+                   if path.startswith("base/out/"))
+
+
+class ShortLines(KillingTest):
+    def setUp(self):
+        super().setUp()
+        source = random.Random(11)
+        self.giveFaultJob({f"{number}.xyz": self.nodeFile(source, kept=number != 0) for number in range(FILES)})
+
+    def nodeFile(self, source, kept):
+        lines = [INSIDE if kept and source.random() < 0.8 else OUTSIDE for _ in range(LINES)]
+        return HEADER + b"".join(lines), INSIDE * lines.count(INSIDE)
+
+    def test_a_run_killed_at_any_moment_leaves_a_beginning_of_the_right_result_in_whole_lines(self):
+        self.killRuns(KILLS, wholeLines=True)
+
+    def test_what_a_killed_run_left_is_refused_and_once_removed_the_run_can_be_repeated(self):
+        seconds = self.secondsOfARun()
+        for _ in range(50):
+            self.clearOutput()
+            run = self.clipAndKill(seconds / 2)
+            if self.momentOf(run) == "in the passes":
+                break
+        self.assertEqual(self.momentOf(run), "in the passes")
+        left = {path: content for path, content in run.tree.items() if path.startswith("base/out")}
+        text = "Output directory base/out already exists, aborting in order avoid overwriting of existing data"
+        again = self.clip("-lang=en")
+        self.assertEqual((again.status, again.console), (1, text.encode() + b"\n"))
+        self.assertEqual({path: again.tree[path] for path in left}, left)
+        self.clearOutput()
+        self.assertEqual(self.check(self.clipPiped()), "finished")
+
+
+class LinesOfManyPages(KillingTest):
+    def test_a_run_killed_at_any_moment_leaves_a_beginning_of_the_right_result(self):
+        self.giveFaultJob({f"{number}.xyz": (HEADER + LONG * LONG_LINES, LONG * LONG_LINES) for number in range(2)})
+        self.killRuns(KILLS // 4, wholeLines=False)
+
+
+if __name__ == "__main__":
+    unittest.main()

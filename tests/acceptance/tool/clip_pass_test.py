@@ -1,0 +1,148 @@
+"""The pass over one node file: which lines are kept, and that they come out byte for byte."""
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from acceptance import AcceptanceTest, boundary
+
+HEADERS = {";": b"x;y;z\n", ",": b"x,y,z\n", " ": b"x y z\n", "\t": b"x\ty\tz\n"}
+
+
+class LineTest(AcceptanceTest):
+    def expectLines(self, header, kept, dropped=()):
+        """Each line is judged alone: kept and dropped ones are mixed in one file and must come apart again."""
+        lines = []
+        for index in range(max(len(kept), len(dropped))):
+            lines += [*kept[index:index + 1], *dropped[index:index + 1]]
+        self.giveJob({"a.xyz": header + b"".join(line + b"\n" for line in lines)})
+        files = {"a.xyz": header + b"".join(line + b"\n" for line in kept)} if kept else {}
+        self.expectFinished(self.clip(), len(kept), files, lineCounts=[len(lines)])
+
+
+class LineSyntax(LineTest):
+    def test_lines_with_a_semicolon_as_separator(self):
+        self.expectLines(HEADERS[";"], kept=[
+            b"1;2;3", b"1;2;", b"1;2 ", b"1;2;3;4;5;words", b"1;2words", b"1;2;\xff\xfe\0;", b"  1 ; 2 ; 3",
+            b"\t1;\t2;3", b"1 words;2;3", b"1,5;2;3", b"1abc;2;3", b"1\0;2;3", b"1\r;2;3", b"1;2\r3", b"1;2;3\rx",
+            b"+1;+2;3", b".5;.5;3", b"5.;5.;3", b"1e0;2E0;3", b"10e-1;2;3", b"0001;2;3", b"0x9;2;3", b"-0;2;3",
+            b"1.5.5;2;3", b"1 2;3;4", b"1\0002;2;3", b"\v\f1;2;3",
+        ], dropped=[
+            b"", b" ", b"words", b"1", b"1 ", b"1;", b"1; ", b";", b";;", b";1;2;3", b"1;;2;3", b"1;2", b"1;2.5",
+            b"1;+2", b"1 2 3", b"1\t2\t3", b"1,2,3", b"1;words;3", b"words;2;3", b"1e;2;3", b"1e+;2;3", b"1;2e;3",
+            b"-;2;3", b".;2;3", b"+-1;2;3", b"inf;2;3", b"nan;nan;3", b"1e999;2;3", b"1;1e999;3", b"\xef\xbb\xbf1;2;3",
+            b"\xc2\xa01;2;3", b"\0001;2;3", b"#1;2;3", b'"1";"2";"3"', b"x;y;z", b"1;\0002;3",
+        ])
+
+    def test_lines_with_a_blank_as_separator(self):
+        self.expectLines(HEADERS[" "], kept=[
+            b"1.0 2.0 ", b"1.0 2.0 3.0", b"  1   2   3", b"1\t2\t3", b"1 2;", b"1 2\r\t", b"1.5 2.5words", b"1+2 3",
+            b"1.5.5 3",
+        ], dropped=[b"1.0 2.0", b"1.0", b"1.0 ", b"", b"1;2;3", b"1 ; 2 ; 3", b"1,2,3", b"words 1 2"])
+
+    def test_lines_with_a_comma_as_separator(self):
+        self.expectLines(HEADERS[","], kept=[b"1,2,3", b"1.5,2.5,3.5", b"1 , 2 , 3", b"1;9,2,3"],
+                         dropped=[b"1;2;3", b"1,2", b"1,", b"1,,2,3", b"1 2 3"])
+
+    def test_lines_with_a_tab_as_separator(self):
+        self.expectLines(HEADERS["\t"], kept=[b"1\t2\t3", b" 1 \t 2 3", b"1 9\t2\t3", b"1\t\t2\t3", b"1\t \t2 "],
+                         dropped=[b"1\t2", b"1 2 3", b"1;2;3", b"1\t", b"1\t\t"])
+
+    def test_up_to_99_characters_may_stand_before_the_separator(self):
+        def between(count, character=b"."):
+            return b"1 " + character * (count - 1) + b";2;3"
+
+        self.expectLines(HEADERS[";"],
+                         kept=[between(1), between(98), between(99), between(99, b" "), between(99, b"\0"),
+                               b"1" + b"_" * 99 + b";2;3"],
+                         dropped=[between(100), between(101), between(100, b" "), between(100, b"\0"),
+                                  b"1" + b"_" * 100 + b";2;3", between(5000)])
+
+    def test_columns_behind_y_are_not_looked_at_whatever_the_header_declares(self):
+        self.expectLines(b"X;Y;Z;G\n", kept=[b"1;2;3", b"1;2;words;;;", b"1;2;3;4"], dropped=[b"1;2"])
+
+    def test_a_line_of_any_length_is_read(self):
+        self.expectLines(HEADERS[";"],
+                         kept=[b"1;2;" + b"9" * 5_000_000, b" " * 300_000 + b"1;2;3", b"1." + b"0" * 300_000 + b";2;3"],
+                         dropped=[b"9" * 300_000 + b";2;3", b"_" * 5_000_000, b"30;2;" + b"9" * 5_000_000])
+
+    def test_order_and_repetitions_stay(self):
+        self.expectLines(HEADERS[";"], kept=[b"9;9;1", b"1;1;2", b"5;5;3", b"1;1;2", b"9;9;1"], dropped=[b"11;1;1"])
+
+
+class LineEnds(LineTest):
+    def expectResult(self, content, kept, lineCount):
+        self.giveJob({"a.xyz": content})
+        self.expectFinished(self.clip(), kept.count(b"\n") - 1, {"a.xyz": kept}, lineCounts=[lineCount])
+
+    def test_a_carriage_return_before_a_line_feed_is_not_copied(self):
+        self.expectResult(b"x;y;z\r\n1;1;5\r\n2;2;5\n3;3;5\r\n", b"x;y;z\n1;1;5\n2;2;5\n3;3;5\n", 3)
+
+    def test_a_line_that_ends_behind_y_has_nothing_behind_it_with_a_carriage_return_either(self):
+        self.expectResult(b"x;y;z\n1;2\r\n1;2;\r\n", b"x;y;z\n1;2;\n", 2)
+
+    def test_only_one_carriage_return_is_part_of_the_line_end(self):
+        self.expectResult(b"x;y;z\n1;2\r\r\n1;2;3\r\r\r\n", b"x;y;z\n1;2\r\n1;2;3\r\r\n", 2)
+
+    def test_a_lone_carriage_return_is_a_character_like_any_other(self):
+        self.expectResult(b"x;y;z\n1;2;3\r9;9;9\n\r1;2;3\n", b"x;y;z\n1;2;3\r9;9;9\n\r1;2;3\n", 2)
+
+    def test_a_last_line_without_a_line_feed_is_lost(self):
+        self.expectResult(b"x;y;z\n1;1;5\n2;2;5", b"x;y;z\n1;1;5\n", 1)
+        self.startOver()
+        self.expectResult(b"x;y;z\n1;1;5\r\n2;2;5\r", b"x;y;z\n1;1;5\n", 1)
+
+    def test_an_end_of_file_character_does_not_end_the_file(self):
+        self.expectResult(b"x;y;z\n1;1;5\n\x1a\n2;2;5\x1a\n3;3;5\n", b"x;y;z\n1;1;5\n2;2;5\x1a\n3;3;5\n", 4)
+
+    def test_carriage_returns_disappear_wherever_a_buffer_may_end(self):
+        # Lines of 13 bytes: over 300 KB every power of two falls on every place within a line.
+        lines = [b"%d;%d;%06d" % (index % 10, index % 9 + 1, index) for index in range(25_000)]
+        self.expectResult(b"x;y;z\r\n" + b"".join(line + b"\r\n" for line in lines),
+                          b"x;y;z\n" + b"".join(line + b"\n" for line in lines), 25_000)
+
+    def test_the_byte_order_mark_is_copied_with_the_header(self):
+        self.expectResult(b"\xef\xbb\xbfX Y Z G\r\n1 1 5 7\r\n", b"\xef\xbb\xbfX Y Z G\n1 1 5 7\n", 1)
+
+
+class Files(AcceptanceTest):
+    def test_a_file_with_only_a_header_leaves_no_output_file(self):
+        self.giveJob({"a.xyz": b"x;y;z\n"})
+        self.expectFinished(self.clip(), 0, lineCounts=[0])
+
+    def test_a_file_with_only_a_header_and_no_line_feed_leaves_no_output_file(self):
+        self.giveJob({"a.xyz": b"x;y;z"})
+        self.expectFinished(self.clip(), 0, lineCounts=[-1])
+
+    def test_a_file_with_all_lines_outside_leaves_no_output_file(self):
+        self.giveJob({"a.xyz": b"x;y;z\n11;1;5\n-1;1;5\n"})
+        self.expectFinished(self.clip(), 0, lineCounts=[2])
+
+    def test_without_any_polygon_no_line_is_kept(self):
+        self.giveJob({"a.xyz": b"x;y;z\n1;1;5\n0;0;5\n"}, b"<VADELSIM><VadeDGM/></VADELSIM>")
+        self.expectFinished(self.clip(), 0, lineCounts=[2])
+
+    def test_a_point_in_two_polygons_is_one_line(self):
+        ring = [(0, 0), (10, 0), (10, 10), (0, 10)]
+        self.giveJob({"a.xyz": b"x;y;z\n1;1;5\n"}, boundary(ring, ring, [(0, 0), (5, 0), (5, 5), (0, 5)]))
+        self.expectFinished(self.clip(), 1, {"a.xyz": b"x;y;z\n1;1;5\n"}, lineCounts=[1])
+
+    def test_each_file_has_a_separator_of_its_own(self):
+        lines = b"1;2;3\n1,2,3\n1 2 3\n1\t2\t3\n"
+        kept = {";": b"1;2;3\n", ",": b"1,2,3\n", " ": b"1 2 3\n1\t2\t3\n", "\t": b"1\t2\t3\n"}
+        names = {";": "a.xyz", ",": "b.xyz", " ": "c.xyz", "\t": "d.xyz"}
+        self.giveJob({names[separator]: header + lines for separator, header in HEADERS.items()})
+        self.expectFinished(self.clip(), 5,
+                            {names[separator]: header + kept[separator] for separator, header in HEADERS.items()},
+                            lineCounts=[4] * 4)
+
+    def test_a_bad_file_does_not_stop_the_run(self):
+        self.giveJob({"bad.txt": b"words\n", "empty.csv": b"", "binary.xyz": b"x;y;z\n" + bytes(range(256)) * 100,
+                      "good.xyz": b"x;y;z\n1;1;5\n"})
+        lineCounts = {"binary.xyz": 100, "good.xyz": 1}
+        counts = [lineCounts[name] for name in self.walkOrder() if name in lineCounts]
+        self.expectFinished(self.clip(), 1, {"good.xyz": b"x;y;z\n1;1;5\n"}, lineCounts=counts)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,66 @@
+"""Vadelwatch's check of outputs that the real tool leaves only by accident, made by a stand-in."""
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, WatchTest
+
+INSIDE = b"1;1;5\n"
+LANGUAGE = "--lang=en"
+
+
+class StandIn(WatchTest):
+    def checked(self, files, count):
+        self.standIn(f"""
+place = os.path.join(os.path.dirname(sys.argv[1]), sys.argv[2])
+os.makedirs(place)
+for name, content in {files!r}.items():
+    open(os.path.join(place, name), "wb").write(content)
+finish()
+open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
+""")
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        return self.job(LANGUAGE, "--quiet")
+
+    def test_too_many_lines(self):
+        self.expect(self.checked({"a.xyz": HEADER + INSIDE * 3}, b"1\n"), status=3, errors=[
+            "Vadelwatch: the output files hold 3 nodes, total_node_count.txt says 1: 2 too many.",
+            "  Every file looks whole, so which one the difference belongs to cannot be told."])
+
+    def test_a_count_that_is_no_number(self):
+        for count in (b"", b"one\n", b"1", b"1\n2\n", b"1 \n"):
+            with self.subTest(count=count):
+                watched = self.checked({"a.xyz": HEADER + INSIDE}, count)
+                self.assertEqual((3, "Vadelwatch: the output files hold 1 nodes, and total_node_count.txt holds no number "
+                                     "to compare with."), (watched.status, watched.errorLines()[0]))
+                self.setUp()
+
+    def test_a_header_alone(self):
+        self.expect(self.checked({"a.xyz": HEADER}, b"1\n"), status=3, errors=[
+            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
+            "  a.xyz: a header and no node; the tool leaves no such file"])
+
+    def test_no_output_directory(self):
+        self.standIn("message(type='finish', level=1, text='The end')")
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
+            "Vadelwatch: the output directory base/out cannot be read: No such file or directory"])
+        self.expect(self.job("--quiet"), status=3, errors=[
+            "Vadelwatch: das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
+
+    def test_a_node_file_changed_during_the_run(self):
+        self.standIn("""
+time.sleep(0.5)
+open("base/data/a.xyz", "ab").write(b"2;2;2\\n")
+finish(7)
+""")
+        self.giveJob({"a.xyz": HEADER + INSIDE})
+        self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
+            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 7: 7 are missing.",
+            "  a.xyz: no output file, which is right only if none of its nodes was kept",
+            "  a.xyz: the node file was changed during the run"])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,186 @@
+"""Vadelwatch's check of a finished run: full disks, files that change, and the oddities of the count."""
+import ctypes
+import json
+import os
+import resource
+import signal
+import sys
+import threading
+import time
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, WatchTest
+
+INSIDE = b"1;1;5\n"
+LANGUAGE = "--lang=en"
+
+
+class Check(WatchTest):
+    def difference(self, watched):
+        """The lines of the check, behind those of progress and of the tool."""
+        lines = watched.errorLines()
+        first = next((i for i, line in enumerate(lines) if line.startswith("Vadelwatch: ")), len(lines))
+        return lines[first:]
+
+    def holdBack(self, name, while_, first=lambda: None):
+        """Makes a node file a FIFO whose clip pass waits for `while_` to have run, and the first look at it for `first`."""
+        path = self.path(f"base/data/{name}")
+        os.mkfifo(path)
+        content = HEADER + INSIDE * 4
+
+        def serve():
+            for step in ("header", "count", "pass"):
+                with open(path, "wb", buffering=0) as pipe:
+                    os.mkfifo(path + ".next")
+                    os.rename(path + ".next", path)
+                    if step == "header":
+                        first()
+                    if step == "pass":
+                        while_()
+                    try:
+                        pipe.write(content)
+                    except BrokenPipeError:
+                        pass
+
+        thread = threading.Thread(target=serve, daemon=True)
+        thread.start()
+        return thread
+
+    def test_a_device_that_is_full_behind_a_link(self):
+        self.giveJob({})
+        # The link stands before the output is opened: the directory is there from the time the header is read on.
+        path = self.path("base/data/a.xyz")
+        os.mkfifo(path)
+
+        def serve():
+            for step in range(3):
+                with open(path, "wb", buffering=0) as pipe:
+                    os.mkfifo(path + ".next")
+                    os.rename(path + ".next", path)
+                    if step == 0:
+                        os.symlink("/dev/full", self.path("base/out/a.xyz"))
+                    try:
+                        pipe.write(HEADER + INSIDE * 4)
+                    except BrokenPipeError:
+                        pass
+
+        threading.Thread(target=serve, daemon=True).start()
+        watched = self.job(LANGUAGE)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 4: 4 are missing.",
+                          "  a.xyz: not a regular file, its lines cannot be counted"], self.difference(watched))
+
+    def test_a_file_that_may_not_grow_is_named_as_cut(self):
+        self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "b.xyz": HEADER + INSIDE * 10})
+
+        def limitFiles():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
+
+        # Where what is reached is counted, the counts are files as well, and those of all runs must not be cut.
+        ownCounts = {"GCOV_PREFIX": self.path("counts"), "GCOV_ERROR_FILE": os.devnull}
+        process = self.start("base/data", "out", "area.xml", LANGUAGE, environment=ownCounts, preexec_fn=limitFiles,
+                             restore_signals=False)
+        watched = self.finish(process)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 25 nodes, total_node_count.txt says 1010: 985 are missing.",
+                          "  a.xyz: its last line is cut off, 15 whole nodes before it"], self.difference(watched))
+        self.assertIn("the lines do not add up", watched.output)
+
+    def test_a_small_file_system_that_is_full(self):
+        base = self.path("base")
+        os.mkdir(base)
+        libc = ctypes.CDLL(None, use_errno=True)
+        if libc.mount(b"tmpfs", base.encode(), b"tmpfs", 0, b"size=64k") != 0:
+            self.skipTest("may not mount a small file system")
+        self.addCleanup(libc.umount2, base.encode(), 2)
+        self.giveJob({"a.xyz": HEADER + INSIDE * 6000})
+        watched = self.job(LANGUAGE)
+        self.assertEqual(3, watched.status)
+        lines = self.difference(watched)
+        self.assertRegex(lines[0], "^Vadelwatch: the output files hold [0-9 ]+ nodes, and total_node_count.txt holds no number")
+        self.assertRegex(lines[1], "^  a.xyz: its last line is cut off")
+        self.assertEqual("  No space is left on the file system of base/out.", lines[-1])
+
+    def test_a_directory_in_the_place_of_an_output(self):
+        self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "far.xyz": HEADER + b"99;99;9\n"})
+        # The run waits for the first look at this one until the directory stands, and the output directory is there
+        # from the time a header is read on.
+        thread = self.holdBack("b.xyz", lambda: None, lambda: os.makedirs(self.path("base/out/a.xyz")))
+        watched = self.job(LANGUAGE)
+        thread.join(5)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 1004: 1 000 are missing.",
+                          "  a.xyz: a directory in the place of the file",
+                          "  far.xyz: no output file, which is right only if none of its nodes was kept"],
+                         self.difference(watched))
+
+    def test_a_file_system_without_inodes(self):
+        base = self.path("base")
+        os.mkdir(base)
+        libc = ctypes.CDLL(None, use_errno=True)
+        # The root, the input directory with two files, the output directory and one output.
+        if libc.mount(b"tmpfs", base.encode(), b"tmpfs", 0, b"size=1m,nr_inodes=6") != 0:
+            self.skipTest("may not mount a small file system")
+        self.addCleanup(libc.umount2, base.encode(), 2)
+        self.giveJob({"a.xyz": HEADER + INSIDE * 3, "b.xyz": HEADER + INSIDE * 3})
+        watched = self.job(LANGUAGE)
+        self.assertEqual(3, watched.status)
+        self.assertEqual(["Vadelwatch: the output files hold 3 nodes, and there is no total_node_count.txt to compare with.",
+                          "  No inode is left on the file system of base/out, so no file can be made there."],
+                         self.difference(watched))
+
+    def test_a_header_that_goes_bad_counts_one_without_a_line(self):
+        self.giveJob({})
+        path = self.path("base/data/a.xyz")
+        os.mkfifo(path)
+
+        def serve():
+            for content in (HEADER, HEADER + INSIDE, b"x:y:z\n"):
+                with open(path, "wb", buffering=0) as pipe:
+                    os.mkfifo(path + ".next")
+                    os.rename(path + ".next", path)
+                    pipe.write(content)
+
+        threading.Thread(target=serve, daemon=True).start()
+        watched = self.job(LANGUAGE, "--quiet")
+        self.expect(watched, status=3, errors=[
+            "ERROR: separator must be either semikolon, comma, space or tab",
+            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
+            "  a.xyz: empty, without even its header",
+            "  1 of the node files lost the header during the run: each counts 1 and has no lines"])
+
+    def test_a_node_file_of_the_count_files_name_is_overwritten(self):
+        self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
+        self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
+            "Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
+            "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"])
+
+    def test_a_node_file_of_that_name_that_keeps_nothing_adds_up(self):
+        self.giveJob({"total_node_count.txt": HEADER, "b.xyz": HEADER + INSIDE})
+        self.expect(self.job(LANGUAGE, "--quiet"), status=0)
+
+    def test_in_german_and_as_json(self):
+        self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
+        watched = self.job("--quiet", "--json")
+        summary = json.loads(watched.output)
+        self.assertEqual((3, 3, True, False, 1, 3),
+                         (watched.status, summary["exit_status"], summary["finished"], summary["adds_up"],
+                          summary["nodes_kept"], summary["total_node_count"]))
+        self.assertEqual("Vadelwatch: die Ausgabedateien enthalten 1 Punkte, total_node_count.txt sagt 3: 2 fehlen.",
+                         watched.errorLines()[0])
+
+    def test_a_node_file_that_is_a_pipe_is_left_to_the_tool(self):
+        self.giveJob({"b.xyz": HEADER + INSIDE})
+        thread = self.holdBack("a.xyz", lambda: time.sleep(0.2))
+        watched = self.job(LANGUAGE)
+        thread.join(5)
+        self.assertFalse(thread.is_alive())
+        self.assertEqual(0, watched.status)
+        self.assertIn("  Nodes kept        5", watched.outputLines())
+
+
+if __name__ == "__main__":
+    unittest.main()

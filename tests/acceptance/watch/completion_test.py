@@ -1,0 +1,110 @@
+"""The completions in a real bash: what the commands take in a place is completed there, and nothing else."""
+import re
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import WatchTest
+
+SCRIPTS = Path(__file__).resolve().parents[3] / "completions"
+
+ASK = """
+source "$1"; complete=$2; shift 2
+COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
+"$complete"
+printf '%s\\n' "${COMPREPLY[@]}"
+"""
+
+
+class CompletionTest(WatchTest):
+    command = ""
+
+    def runBash(self, commands, *arguments):
+        result = subprocess.run(["bash", "-c", commands, "bash", str(SCRIPTS / (self.command.lower() + ".bash")),
+                                 *arguments], cwd=self.directory, capture_output=True, text=True, check=True)
+        self.assertEqual("", result.stderr)
+        return result.stdout
+
+    def complete(self, *words):
+        answer = self.runBash(ASK, "_" + self.command.lower(), self.command, *words)
+        return sorted(filter(None, answer.split("\n")))
+
+    def expectRegistered(self):
+        self.assertEqual(f"complete -F _{self.command.lower()} {self.command}\n",
+                         self.runBash(f'source "$1"; complete -p {self.command}'))
+
+
+class WatchCompletion(CompletionTest):
+    command = "Vadelwatch"
+
+    def test_every_option_of_the_help(self):
+        helpText = self.run_("--help").output
+        options = set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", helpText.split("Options:")[1]))
+        self.assertEqual(sorted(options), self.complete("-"))
+        for option in options - {"-h"}:
+            self.assertEqual([option], self.complete(option))
+            self.assertIn(option, self.complete("a", "b", option[:3]))
+
+    def test_languages(self):
+        for words in (["--lang", ""], ["--lang", "="], ["--lang", "=", ""]):
+            self.assertEqual(["de", "en"], self.complete(*words))
+        self.assertEqual(["de"], self.complete("--lang", "=", "d"))
+
+    def test_files_and_directories_in_their_places(self):
+        self.give({"in put/a.xyz": b"", "area.xml": b""})
+        self.assertEqual(["in put"], self.complete(""))
+        self.assertEqual([], self.complete("in put", ""))
+        self.assertEqual(["area.xml", "in put"], self.complete("in put", "out", ""))
+        self.assertEqual([], self.complete("in put", "out", "area.xml", ""))
+        self.assertEqual(["area.xml"], self.complete("--log", "a"))
+        self.assertEqual(["area.xml"], self.complete("--map", "=", "a"))
+        self.assertEqual(["area.xml"], self.complete("--lang", "de", "in put", "--quiet", "out", "a"))
+        self.assertEqual(["in put"], self.complete("--lang", "=", "de", ""))
+        self.assertEqual(["area.xml"], self.complete("--map", "=", "x.png", "in put", "--log", "=", "l", "out", "a"))
+
+    def test_two_dashes_end_the_options(self):
+        self.give({"-in/a.xyz": b"", "-area.xml": b""})
+        self.assertEqual(["-in"], self.complete("--", "-"))
+        self.assertEqual([], self.complete("--", "--log", ""))
+        self.assertEqual(["-area.xml", "-in"], self.complete("--", "-in", "--lang", ""))
+        self.assertEqual(["-area.xml"], self.complete("--lang", "=", "de", "--", "-in", "out", "-a"))
+
+    def test_two_dashes_as_a_value_end_nothing(self):
+        self.assertEqual(["--quiet"], self.complete("--log", "--", "--q"))
+
+    def test_the_command_is_registered(self):
+        self.expectRegistered()
+
+
+class ToolCompletion(CompletionTest):
+    command = "Vadelclip"
+
+    def test_the_arguments_come_first(self):
+        self.give({"in put/a.xyz": b"", "area.xml": b""})
+        self.assertEqual(["in put"], self.complete(""))
+        self.assertEqual([], self.complete("-"))
+        self.assertEqual([], self.complete("in put", ""))
+        self.assertEqual(["area.xml", "in put"], self.complete("in put", "out", ""))
+        self.assertEqual(["area.xml"], self.complete("a", "=", "b", "out", "a"))
+
+    def test_the_options_come_behind_each_of_them_once(self):
+        job = ["in put", "out", "area.xml"]
+        self.assertEqual(["-lang=", "-pipe"], self.complete(*job, ""))
+        self.assertEqual(["-pipe"], self.complete(*job, "-p"))
+        self.assertEqual(["-lang="], self.complete(*job, "-pipe", ""))
+        self.assertEqual(["-pipe"], self.complete(*job, "-lang", "=", "de", ""))
+        self.assertEqual([], self.complete(*job, "-lang", "=", "de", "-pipe", ""))
+
+    def test_languages(self):
+        job = ["in put", "out", "area.xml"]
+        self.assertEqual(["de", "en"], self.complete(*job, "-lang", "="))
+        self.assertEqual(["de"], self.complete(*job, "-pipe", "-lang", "=", "d"))
+
+    def test_the_command_is_registered(self):
+        self.expectRegistered()
+
+
+if __name__ == "__main__":
+    unittest.main()

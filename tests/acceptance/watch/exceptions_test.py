@@ -1,0 +1,81 @@
+"""Vadelwatch without threads or memory: the run does not need the one, and no tool is left behind without the other."""
+import errno
+import json
+import os
+import signal
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from fault_checks import PASS, failing, failingMemory, fails, failsForever
+from watching import HEADER, SANITIZED, WatchTest
+
+JOB = ("base/data", "out", "area.xml", "--lang=en")
+
+# Long enough to be found running, should it be left behind.
+TALKS = """
+open('pid', 'w').write(str(os.getpid()))
+for i in range(20):
+    say(b'console %d\\n' % i); message(type='error', level=2, text=f'error {i}')
+message(type='progress', percent=10.0)
+time.sleep(0.15)
+finish()
+"""
+
+
+class WithoutThreads(WatchTest):
+    def test_the_lines_are_not_counted_and_the_run_goes_on(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2})
+        settings = failing("pthread_create", "", failsForever(errno.EAGAIN))
+        watched = self.run_(*JOB, "--json", environment=settings)
+        self.assertEqual(0, watched.status)
+        summary = json.loads(watched.output)
+        self.assertEqual((None, None, 2, True), (summary["nodes_read"], summary["percent_kept"], summary["nodes_kept"],
+                                                 summary["adds_up"]))
+        self.assertRegex(watched.errorLines()[-1], "^100 %  - lines/s ")
+
+
+@unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
+class WithoutMemory(WatchTest):
+    def setUp(self):
+        super().setUp()
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2})
+
+    def withMemoryUpTo(self, allocations, last):
+        """A run one of whose allocations fails; no tool may be left of it."""
+        settings = failingMemory(PASS * allocations, last)
+        watched = self.run_(*JOB, "--json", environment={**settings, "VADELCLIP_FAILING_PROGRAM": "Vadelwatch"})
+        if os.path.exists(self.path("pid")):
+            with self.assertRaises(ProcessLookupError, msg=f"after {allocations} allocations"):
+                os.kill(int(self.content("pid")), 0)
+            os.remove(self.path("pid"))
+        return watched
+
+    def allocationsOfARun(self):
+        path = self.path("calls")
+        settings = {**failingMemory(countTo=path), "VADELCLIP_FAILING_PROGRAM": "Vadelwatch"}
+        self.assertEqual(0, self.run_(*JOB, "--json", "--quiet", environment=settings).status)
+        return int(self.content("calls"))
+
+    def test_no_tool_is_left_behind(self):
+        self.standIn(TALKS)
+        count = self.allocationsOfARun()
+        sentences = set()
+        for allocations in range(0, count, max(1, count // 40)):
+            watched = self.withMemoryUpTo(allocations, fails(errno.ENOMEM))
+            sentences.update(line for line in watched.errorLines() if line.startswith("Vadelwatch: the run"))
+            # Some functions of libraries end the process where they cannot throw.
+            self.assertIn(watched.status, (0, 1, 3, 4, -signal.SIGABRT), f"{allocations}: {watched}")
+        self.assertEqual({"Vadelwatch: the run could not be watched any longer (std::bad_alloc), "
+                          "Vadelclip has been ended. The output in base/out is not complete."}, sentences)
+
+    def test_no_tool_is_left_behind_where_there_is_never_memory_again(self):
+        self.standIn(TALKS)
+        count = self.allocationsOfARun()
+        for allocations in range(0, count, max(1, count // 20)):
+            self.assertNotEqual(0, self.withMemoryUpTo(allocations, failsForever(errno.ENOMEM)).status)
+
+
+if __name__ == "__main__":
+    unittest.main()

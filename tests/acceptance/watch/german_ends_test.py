@@ -1,0 +1,90 @@
+"""Vadelwatch without a tool beside it, and what it says in German about every end that is not the tool's own."""
+import json
+import os
+import signal
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, JOB, WatchTest
+
+GERMAN_JOB = JOB[:3]
+
+
+class MissingTool(WatchTest):
+    def test_a_tool_that_is_missing(self):
+        tool = self.standIn("")
+        os.remove(tool)
+        self.expect(self.run_(*JOB), status=4,
+                    errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"])
+
+    def test_json_and_log_of_a_tool_that_is_missing(self):
+        tool = self.standIn("")
+        os.remove(tool)
+        watched = self.run_(*JOB, "--json", "--log", "/dev/full")
+        self.assertEqual((4, [f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"]),
+                         (watched.status, watched.errorLines()))
+        self.assertEqual({"finished": False, "exit_status": 4, "files_read": None, "files_written": None,
+                          "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
+                          "adds_up": None, "seconds": 0.0, "output_directory": "base/out", "errors": []},
+                         json.loads(watched.output))
+
+    def test_a_tool_that_may_not_be_executed(self):
+        tool = self.standIn("")
+        os.chmod(tool, 0o644)
+        self.expect(self.run_(*JOB), status=4,
+                    errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: Permission denied"])
+
+
+class InGerman(WatchTest):
+    INCOMPLETE = " Die Ausgabe in base/out ist nicht vollständig."
+
+    def test_a_tool_that_cannot_be_started(self):
+        tool = self.standIn("")
+        os.remove(tool)
+        self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
+            f"Vadelwatch: {os.path.realpath(tool)} kann nicht gestartet werden: No such file or directory"])
+
+    def test_a_status_that_is_none_of_the_tools_own(self):
+        self.standIn("sys.exit(7)")
+        self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
+            "Vadelwatch: Vadelclip endete außerplanmäßig, mit Status 7." + self.INCOMPLETE])
+
+    def interrupted(self, script):
+        """Signals itself through Vadelwatch, so nothing has to be waited for here."""
+        self.standIn(f"""
+def end(*unused):
+    {script}
+signal.signal(signal.SIGTERM, end)
+os.kill(os.getppid(), signal.SIGTERM)
+time.sleep(600)
+""")
+        self.giveJob({"a.xyz": HEADER})
+        return self.run_(*GERMAN_JOB, "--quiet")
+
+    def test_interruptions(self):
+        self.expect(self.interrupted("signal.signal(signal.SIGTERM, signal.SIG_DFL); os.kill(os.getpid(), signal.SIGTERM)"),
+                    status=4, errors=["Vadelwatch: abgebrochen durch SIGTERM, Vadelclip ist beendet." + self.INCOMPLETE])
+        self.expect(self.interrupted("os._exit(1)"), status=1, errors=[
+            "Vadelwatch: abgebrochen durch SIGTERM, Vadelclip endete mit Status 1." + self.INCOMPLETE])
+        self.expect(self.interrupted("finish(); os._exit(0)"), status=0, errors=[
+            "Vadelwatch: unterbrochen durch SIGTERM, Vadelclip ist trotzdem fertig geworden."])
+
+    def test_a_signal_without_a_name(self):
+        number = signal.SIGRTMIN + 2
+        self.standIn(f"os.kill(os.getpid(), {number})")
+        self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
+            f"Vadelwatch: Vadelclip wurde durch Signal {number} (SIG{number}) beendet." + self.INCOMPLETE])
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
+    def test_files_that_cannot_be_written(self):
+        self.giveJob({"a.xyz": HEADER})
+        self.expect(self.run_(*GERMAN_JOB, "--quiet", "--log", "/dev/full"), status=2,
+                    errors=["Vadelwatch: /dev/full kann nicht geschrieben werden: No space left on device"])
+        self.expect(self.run_(*GERMAN_JOB, "--log", "no/log"), status=2,
+                    errors=["Vadelwatch: no/log kann nicht geschrieben werden: No such file or directory"])
+
+
+if __name__ == "__main__":
+    unittest.main()

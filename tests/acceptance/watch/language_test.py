@@ -1,0 +1,49 @@
+"""Which language Vadelwatch speaks for each value of --lang: that of the tool beside it, compared run by run."""
+import os
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import WATCH, WatchTest
+
+GERMAN = ["de", "DE", "De", "dE", "de_AT", "de-AT", "de_at", "DE_AT", "de_A", "de_XYZ", "de-Latn", "de.", "de..", "de.-",
+          "de_AT.", "de.utf8@x", "de.UtF8@", "de_AT.UTF-8@euro", "de-at.utf_8@x", "de.utf8 @x"]
+ENGLISH = ["", "en", "fr", "C", "d", "den", "deu", "de1", "de AT", "de/AT", "de+x", "de,en", " de", "_de", "de#", "de\n",
+           "de_", "de-", "de_1", "de_12", "de__AT", "de_AT_x", "de-AT-x", "de_äh", "de_ÄT.UTF-8@x", "de@", "de@euro",
+           "de_AT@euro", "de_@euro", "de.@x", "de.us-ascii@x", "de_AT@x.UTF-8@y"]
+# The tool ends itself over such a value, in words of no language of its own.
+ABORTING = ["de.UTF-8", "de_AT.UTF-8", "de_DE.ISO-8859-1", "de.u"]
+
+LANGUAGE_OF = {"Die Grenzdatei no.xml existiert nicht": "German", "Boundary file no.xml does not exist": "English"}
+
+
+class Language(WatchTest):
+    def languageOfTool(self, value):
+        tool = os.path.join(os.path.dirname(WATCH), "Vadelclip")
+        result = subprocess.run([tool, "no/data", "out", "no.xml", f"-lang={value}"], cwd=self.directory,
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+        found = [LANGUAGE_OF[line] for line in result.stdout.decode().splitlines() if line in LANGUAGE_OF]
+        return found[0] if found else "none"
+
+    def languageOfWatch(self, value):
+        """Of a refusal of its own, before any tool is started."""
+        errors = self.run_("no/data", "out", "area.xml", f"--lang={value}", "--log", "no/log").errors
+        return {"Vadelwatch: no/log kann nicht geschrieben werden: No such file or directory\n": "German",
+                "Vadelwatch: cannot write no/log: No such file or directory\n": "English"}[errors]
+
+    def test_it_is_that_of_the_tool(self):
+        for values, language in ((GERMAN, "German"), (ENGLISH, "English")):
+            for value in values:
+                with self.subTest(value=value):
+                    self.assertEqual((language, language), (self.languageOfTool(value), self.languageOfWatch(value)))
+
+    def test_it_is_english_where_the_tool_cannot_speak(self):
+        for value in ABORTING:
+            with self.subTest(value=value):
+                self.assertEqual(("none", "English"), (self.languageOfTool(value), self.languageOfWatch(value)))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,158 @@
+"""What a finished map holds: outlines, nodes, axes, scale bar and legend, read back from the picture."""
+import os
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from pictures import PngPicture, SvgPicture
+from watching import HEADER, SANITIZED, JOB, WatchTest
+
+KEPT, DROPPED, OUTLINE, INK = (65, 128, 186), (186, 186, 186), (208, 72, 0), (34, 34, 34)
+WHITE, GRID = (255, 255, 255), (232, 232, 232)
+
+# Two kept ones within the square from 0 to 10, three dropped ones; one line without a position.
+NODES = HEADER + b"5;5;1\n15;5;1\n2;8;1\n14;2;1\nnonsense\n14;9;1\n"
+
+
+class Picture(WatchTest):
+    def draw(self, name, *options):
+        self.giveJob({"a.xyz": NODES})
+        self.expect(self.run_(*JOB[:3], "--quiet", "--map", name, *options), status=0)
+        return self.content(name)
+
+    def svg(self, *options):
+        return SvgPicture(self.draw("map.svg", *options))
+
+    def ground(self, picture):
+        """A function from pixels to coordinates, from the first and the last grid line of each axis."""
+        lines = [line for [line] in picture.strokesOf(GRID)]
+        xs = [line[0][0] for line in lines if line[0][0] == line[1][0]]
+        ys = [line[0][1] for line in lines if line[0][1] == line[1][1]]
+        self.assertEqual((8, 6), (len(xs), len(ys)))
+        scale = 14 / (xs[-1] - xs[0])
+        # Both axes have one scale, and y goes upwards.
+        self.assertAlmostEqual(scale, 10 / (ys[0] - ys[-1]), 4)
+        return lambda x, y: (round((x - xs[0]) * scale, 1) + 0.0, round((ys[0] - y) * scale, 1) + 0.0)
+
+    def test_outline_and_nodes_stand_where_they_are(self):
+        picture = self.svg("--lang=en")
+        ground = self.ground(picture)
+        outline, legend = picture.strokesOf(OUTLINE)
+        self.assertEqual([[(0, 0), (10, 0), (10, 10), (0, 10), (0, 0)]],
+                         [[ground(x, y) for x, y in line] for line in outline])
+        self.assertEqual(1, len(legend))
+        for colour, expected in ((KEPT, [(2, 8), (5, 5)]), (DROPPED, [(14, 2), (14, 9), (15, 5)])):
+            [discs] = picture.strokesOf(colour)
+            self.assertEqual(expected, sorted(ground(*disc[0]) for disc in discs))
+
+    def test_kept_nodes_lie_over_dropped_ones_and_outlines_over_both(self):
+        colours = [colour for colour, _ in self.svg().strokes]
+        self.assertLess(colours.index(GRID), colours.index(DROPPED))
+        self.assertLess(colours.index(DROPPED), colours.index(KEPT))
+        self.assertLess(colours.index(KEPT), colours.index(OUTLINE))
+        self.assertLess(colours.index(OUTLINE), colours.index(INK))
+
+    def test_title_labels_and_legend(self):
+        axes = [*map(str, range(0, 15, 2)), *map(str, range(0, 11, 2)), "x", "y"]
+        english = ["data clipped to area.xml", *axes, "Kept (33.3 %)", "2 nodes", "Dropped", "3 nodes", "Boundary",
+                   "1 polygon", "1 line without a position", "0", "2", "in units of the coordinates"]
+        german = ["data, zugeschnitten auf area.xml", *axes, "Behalten (33,3 %)", "2 Punkte", "Verworfen", "3 Punkte",
+                  "Grenze", "1 Polygon", "1 Zeile ohne Lage", "0", "2", "in Einheiten der Koordinaten"]
+        self.assertTrue(self.svg("--lang=en").holdsTexts(english))
+        os.rename(self.path("base/out"), self.path("english"))
+        picture = self.svg()
+        self.assertTrue(picture.holdsTexts(german))
+        self.assertFalse(picture.holdsTexts(english))
+        # Each wrong letter would be found.
+        self.assertFalse(picture.holdsTexts([text.replace("33,3", "33,2") for text in german]))
+
+    def test_labels_stand_at_their_ticks(self):
+        picture = self.svg()
+        ground = self.ground(picture)
+        ticks = [line for [line] in picture.strokesOf(INK) if abs(line[0][0] - line[1][0] + line[0][1] - line[1][1]) == 8]
+        self.assertEqual(14, len(ticks))
+        for (x, y, glyphs), line in zip(picture.texts[1:9], ticks):
+            # Centred below the tick: half of the width of one or two digits to the left of it.
+            self.assertAlmostEqual(line[0][0], x + 6.4 * len(glyphs), delta=1.5)
+            self.assertGreater(y, line[1][1])
+        for (x, y, _), line in zip(picture.texts[9:15], ticks[8:]):
+            self.assertLess(x, line[0][0])
+            self.assertAlmostEqual(line[0][1], y, delta=8)
+        self.assertEqual([(x, 0) for x in range(0, 15, 2)], [(ground(*line[0])[0], 0) for line in ticks[:8]])
+
+    def test_the_scale_bar_is_as_long_as_it_says(self):
+        picture = self.svg()
+        ground = self.ground(picture)
+        bar = picture.strokesOf(INK)[-1][0]
+        self.assertAlmostEqual(2.0, ground(*bar[1])[0] - ground(*bar[0])[0], 1)
+        half = [lines[0] for colour, lines in picture.fills if colour == INK][-1]
+        self.assertAlmostEqual(1.0, ground(*half[1])[0] - ground(*half[0])[0], 1)
+
+    def test_the_colours_of_the_pixels(self):
+        ground = SvgPicture(self.draw("map.svg"))
+        [kept], [dropped] = ground.strokesOf(KEPT), ground.strokesOf(DROPPED)
+        outline = ground.strokesOf(OUTLINE)[0][0]
+        os.rename(self.path("base/out"), self.path("first"))
+        picture = PngPicture(self.draw("map.png"))
+        self.assertEqual(1600, picture.width)
+        for discs, colour in ((kept, KEPT), (dropped, DROPPED)):
+            for [(x, y), _] in discs:
+                self.assertEqual(colour, picture.pixel(x, y))
+                self.assertEqual((WHITE, WHITE), (picture.pixel(x + 9, y + 9), picture.pixel(x - 9, y + 9)))
+        for (x, y), (nextX, nextY) in zip(outline, outline[1:]):
+            # Off the grid lines, which the outline would cover anyway.
+            self.assertEqual(OUTLINE, picture.pixel(0.7 * x + 0.3 * nextX, 0.7 * y + 0.3 * nextY))
+
+    def test_a_kept_node_colours_the_pixel_that_it_shares_with_a_dropped_one(self):
+        self.standIn("""
+finish(count=2)
+open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
+""")
+        self.giveJob({"a.xyz": HEADER + b"5;5;0\n5;5;1\n3;3;1\n12;5;1\n"})
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.svg"), status=0)
+        picture = SvgPicture(self.content("map.svg"))
+        [kept], [dropped] = picture.strokesOf(KEPT), picture.strokesOf(DROPPED)
+        [(x, y)] = {disc[0] for disc in kept} & {disc[0] for disc in dropped}
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
+        self.assertEqual(KEPT, PngPicture(self.content("map.png")).pixel(x, y))
+        # Both are counted all the same.
+        picture.texts = picture.texts[-9:]
+        self.assertTrue(picture.holdsTexts(["Kept (50.0 %)", "2 nodes", "Dropped", "2 nodes", "Boundary", "1 polygon",
+                                            "0", "2", "in units of the coordinates"]))
+
+
+@unittest.skipIf(SANITIZED, "a sanitized process takes other memory")
+class Memory(WatchTest):
+    def peakOf(self, copies):
+        """KiB that a run with a map takes at the most, over two node files with so many times 50,000 lines."""
+        self.setUp()
+        lines = b"".join(b"%d;%d;1\n" % (i % 60 * 500, i % 49 * 400) for i in range(50000))
+        self.giveJob({f"{name}.xyz": HEADER + lines * copies for name in "ab"})
+        self.standIn("""
+source = sys.argv[1]
+place = os.path.join(os.path.dirname(source), sys.argv[2])
+os.makedirs(place)
+for name in os.listdir(source): os.link(os.path.join(source, name), os.path.join(place, name))
+finish(count=%d)
+""" % (100000 * copies))
+        os.mkfifo(self.path("map.svg"))
+        process = self.start(*JOB, "--quiet", "--map", "map.svg")
+        # It can be opened when the picture is ready to be written.
+        with open(self.path("map.svg"), "rb") as picture:
+            with open(f"/proc/{process.pid}/status", encoding="ascii") as status:
+                [peak] = [int(line.split()[1]) for line in status if line.startswith("VmHWM")]
+            # More than a pipe takes at once, so the process was still there.
+            self.assertGreater(len(picture.read()), 65536)
+        self.expect(self.finish(process), status=0)
+        return peak
+
+    def test_it_does_not_grow_with_the_number_of_nodes(self):
+        few = self.peakOf(2)
+        many = self.peakOf(40)
+        # Four million nodes would take 61 MiB as pairs of doubles, and their lines 34 MiB.
+        self.assertLess(many - few, 8 * 1024)
+
+
+if __name__ == "__main__":
+    unittest.main()

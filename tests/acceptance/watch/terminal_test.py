@@ -1,0 +1,131 @@
+"""The bar of Vadelwatch on a pseudo-terminal: how it looks, its width and its rate of drawing."""
+import os
+import re
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, JOB, STEADY, TerminalTest, summaryLines
+
+COLOUR = re.compile(rb"\x1b\[[0-9;]*m")
+
+
+class Bar(TerminalTest):
+    def test_the_real_tool_leaves_the_summary_and_nothing_else(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 300000})
+        status, terminal, screen = self.finished()
+        text = re.sub(r"\d+\.\d s", "N s", screen.text()).rstrip("\n").split("\n")
+        self.assertEqual((0, summaryLines(1, 1, "300 000 of 300 000 (100.0 %)", "base/out")), (status, text))
+        self.assertTrue(any("lines/s" in row for row in screen.drawings), screen.drawings)
+        self.assertIn(b"\x1b[32m", terminal.received)
+
+    def test_never_wider_than_the_window_at_any_width(self):
+        self.standIn("for p in range(0, 101, 4): message(type='progress', percent=float(p)); time.sleep(0.02)\nfinish()")
+        for columns in (1, 2, 7, 8, 9, 20, 28, 29, 40, 60, 79, 80, 81, 200, 1000):
+            with self.subTest(columns=columns):
+                status, terminal, screen = self.finished(columns=columns)
+                self.assertEqual(0, status)
+                self.assertLess(max(map(len, screen.drawings), default=0), columns)
+                self.assertLess(screen.longest, columns)
+                self.assertEqual(0, screen.cut)
+                if columns >= 9:
+                    self.assertTrue(any("%" in row for row in screen.drawings), screen.drawings)
+
+    def test_what_the_bar_shows_at_usual_widths(self):
+        self.standIn(STEADY)
+        number = r"[ \d]+|-"
+        for columns, form in (
+                (40, r" [━─]{10,} +\d+\.\d %  \d:\d\d  (\d:\d\d|-:--) left"),
+                (80, rf" [━─]{{20,}} +\d+\.\d %  +({number}) lines/s   \d:\d\d elapsed   (\d:\d\d|-:--) left"),
+                (200, rf" [━─]{{80}} +\d+\.\d %  +({number}) lines/s   \d:\d\d elapsed   (\d:\d\d|-:--) left")):
+            with self.subTest(columns=columns):
+                _, _, screen = self.finished(columns=columns)
+                self.assertGreater(len(screen.drawings), 5)
+                for row in screen.drawings:
+                    self.assertRegex(row, f"^{form}$")
+
+    def test_at_most_ten_drawings_a_second(self):
+        self.standIn(STEADY)
+        _, terminal, screen = self.finished()
+        self.assertGreater(len(screen.drawings), 8)
+        # When each drawing was read: later than it was made, by as much as a busy machine keeps the reader waiting.
+        times = [seen for seen, data in terminal.reads for _ in range(data.count(b"\x1b[?7h"))]
+        self.assertEqual(len(screen.drawings), len(times))
+        # Eleven drawings span ten pauses of a tenth of a second.
+        delay = 0.5
+        for first, last in zip(times, times[10:]):
+            self.assertGreater(last - first, 1.0 - delay)
+
+    def test_the_clock_goes_on_without_messages(self):
+        self.standIn("message(type='progress', percent=10.0); time.sleep(2.3); finish()")
+        _, _, screen = self.finished()
+        clocks = [re.search(r"(\d:\d\d) elapsed", row)[1] for row in screen.drawings]
+        self.assertEqual(["0:00", "0:01", "0:02"], sorted(set(clocks)))
+
+    def test_no_colour_with_NO_COLOR(self):
+        self.standIn(STEADY)
+        _, terminal, _ = self.finished(environment={"NO_COLOR": "1"})
+        self.assertIsNone(COLOUR.search(terminal.received))
+        _, terminal, _ = self.finished(environment={"NO_COLOR": ""})
+        self.assertIsNotNone(COLOUR.search(terminal.received))
+
+    def test_plain_letters_where_the_terminal_is_not_utf8(self):
+        self.standIn(STEADY)
+        _, _, screen = self.finished(environment={"LC_ALL": "C"})
+        for row in screen.drawings:
+            self.assertRegex(row, "^ =*-* ")
+
+    def test_plain_lines_on_a_terminal_that_cannot_move_its_cursor(self):
+        self.standIn(STEADY)
+        for settings in ({"TERM": "dumb"}, {"TERM": ""}, {"TERM": None}):
+            _, terminal, screen = self.finished(environment=settings)
+            self.assertNotIn(b"\x1b", terminal.received)
+            self.assertEqual([f"{tens:>3} %" for tens in range(10, 101, 10)],
+                             [row[:5] for row in screen.rows if "lines/s" in row])
+
+    def test_quiet_draws_nothing(self):
+        self.standIn(STEADY)
+        status, terminal, _ = self.finished("--quiet")
+        self.assertEqual((0, b""), (status, terminal.received))
+
+    def test_errors_stand_above_the_bar(self):
+        self.standIn("""
+for i in range(20):
+    message(type='progress', percent=5.0 * i)
+    say(b'error %d\\n' % i); message(type='error', level=2, text=f'error {i}')
+    time.sleep(0.06)
+finish()
+""")
+        _, _, screen = self.finished()
+        self.assertEqual([f"error {i}" for i in range(20)], screen.rows[:20])
+        self.assertEqual("The end", screen.rows[20])
+        self.assertGreater(len(screen.drawings), 5)
+
+    def test_what_is_typed_does_not_push_the_bar_aside(self):
+        self.standIn(STEADY)
+        terminal = self.terminal(*JOB, environment={"NO_COLOR": "1"})
+        terminal.readUntil(lambda received: b"%" in received, "the bar")
+        for letter in b"typed":
+            terminal.type(bytes([letter]))
+            terminal.readSome(0.2)
+        self.assertEqual(0, terminal.finish())
+        screen = self.shown(terminal.received, 80)
+        self.assertEqual([], [row for row in screen.drawings if not re.match(" [━─]{20,} +[0-9]", row)])
+        self.assertEqual("The end", screen.rows[0])
+
+    def test_a_file_for_the_summary_leaves_the_bar_on_the_terminal(self):
+        self.standIn(STEADY)
+        self.giveJob({"a.xyz": HEADER})
+        watch = self.watch
+        self.watch = "/bin/sh"
+        terminal = self.terminal("-c", f"'{watch}' base/data out area.xml --json >summary.json")
+        self.assertEqual(0, terminal.finish())
+        self.assertIn(b'"finished":true', self.content("summary.json"))
+        screen = self.shown(terminal.received, 80)
+        self.assertGreater(len(screen.drawings), 5)
+        self.assertEqual("", screen.text().strip())
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,59 @@
+"""The command line of Vadelwatch, and what it says to a wrong one."""
+import os
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, SANITIZED, WATCH, WatchTest
+
+NODES = {"a.xyz": HEADER + b"1;1;5\n" * 3 + b"30;3;5\n"}
+
+
+class Usage(WatchTest):
+    def test_wrong_arguments_are_refused_before_a_run(self):
+        self.giveJob(NODES)
+        job = ["base/data", "out", "area.xml"]
+        for arguments, sentence in (
+                ([], "input-directory-path is required"), (job[:1], "output-directory-name is required"),
+                (job[:2], "boundary-file-path is required"),
+                ([*job, "more"], "The following argument was not expected: more"),
+                ([*job, "--none"], "The following argument was not expected: --none"),
+                ([*job, "--lang"], "--lang: 1 required LANGUAGE missing"),
+                ([*job, "--map", "map.jpg"], "--map: the name must end in .png or .svg: map.jpg"),
+                ([*job, "--log", ""], "--log: needs the name of a file")):
+            with self.subTest(arguments=arguments):
+                self.expect(self.run_(*arguments), status=2,
+                            errors=[sentence, "Run with --help for more information."])
+                self.assertFalse(os.path.exists(self.path("base/out")))
+
+    def test_files_that_cannot_be_are_refused_before_a_run(self):
+        self.giveJob(NODES)
+        for option, name, reason in (("--map", "none/map.png", "No such file or directory"),
+                                     ("--log", "none/log.jsonl", "No such file or directory"),
+                                     ("--log", "base", "Is a directory")):
+            with self.subTest(name=name):
+                self.expect(self.job(option, name, "--lang=en"), status=2,
+                            errors=[f"Vadelwatch: cannot write {name}: {reason}"])
+                self.assertFalse(os.path.exists(self.path("base/out")))
+
+    def test_help_names_every_option_and_version_is_one_line(self):
+        watched = self.run_("--help")
+        self.assertEqual((0, ""), (watched.status, watched.errors))
+        for option in ("--lang", "--quiet", "--json", "--log", "--map", "--help", "--version"):
+            self.assertIn(option, watched.output)
+        watched = self.run_("--version")
+        self.assertEqual((0, ""), (watched.status, watched.errors))
+        self.assertRegex(watched.output, r"^Vadelwatch \d+\.\d+\.\d+\n$")
+
+    def test_settings_of_a_sanitizer_are_in_sanitized_builds_alone(self):
+        with open(WATCH, "rb") as file:
+            self.assertEqual(SANITIZED, b"leak:libfontconfig" in file.read())
+
+    def test_options_may_stand_anywhere(self):
+        self.giveJob(NODES)
+        self.expect(self.run_("--quiet", "base/data", "--lang", "en", "out", "--", "area.xml"), status=0)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,110 @@
+"""Vadelwatch on a pseudo-terminal that changes its size, or whose run is interrupted: what is left to be seen."""
+import os
+import re
+import signal
+import sys
+import time
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from watching import HEADER, JOB, STEADY, TerminalTest, onlyChildOf
+
+NOT_COMPLETE = " The output in base/out is not complete."
+
+
+class Resizing(TerminalTest):
+    def test_each_drawing_fits_the_window_of_its_time(self):
+        self.standIn(STEADY)
+        terminal = self.terminal(*JOB, columns=120)
+        bounds = []
+        for columns in (120, 50, 30, 12, 100):
+            terminal.resize(columns)
+            changed = time.monotonic()
+            while time.monotonic() < changed + 0.35:
+                terminal.readSome(0.02)
+            bounds.append((changed, columns))
+        self.assertEqual(0, terminal.finish())
+        drawn = set()
+        for seen, data in terminal.reads:
+            # What was drawn as the window changed may still be on its way.
+            fitting = [columns for changed, columns in bounds if changed <= seen]
+            recent = [columns for changed, columns in bounds if changed <= seen < changed + 0.3]
+            columns = max(fitting[-1:] + fitting[-2:-1] if recent else fitting[-1:], default=120)
+            for row in self.shown(data, columns).drawings:
+                self.assertLess(len(row), columns)
+                drawn.add(len(row))
+        self.assertGreater(len(drawn), 3, drawn)
+
+    def test_rows_that_a_narrower_window_broke_off_are_erased(self):
+        self.standIn(STEADY)
+        terminal = self.terminal(*JOB, columns=100)
+        terminal.readUntil(lambda received: b"%" in received, "the bar")
+        terminal.resize(30)
+        self.assertEqual(0, terminal.finish())
+        # 100 columns stand in four rows of 30.
+        self.assertIn(b"\x1b[K\x1b7" + b"\x1b[B\x1b[2K" * 3 + b"\x1b8", terminal.received)
+
+
+class Interrupted(TerminalTest):
+    def test_control_c_ends_the_tool_and_leaves_the_terminal_as_it_was(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3000000})
+        terminal = self.terminal(*JOB, columns=120)
+        before = terminal.settings()
+        terminal.readUntil(lambda received: b"left" in received, "the bar")
+        terminal.type(b"\x03")
+        terminal.readUntil(lambda received: b"complete" in received, "the sentence")
+        self.assertEqual(before, terminal.settings())
+        self.assertEqual(4, terminal.finish())
+        screen = self.shown(terminal.received, 120)
+        # The terminal's own echo of Ctrl-C goes with the bar that it stands in.
+        self.assertEqual("Vadelwatch: interrupted by SIGINT, Vadelclip has ended. The output in base/out is not complete.",
+                         screen.text().strip())
+        self.assertTrue(screen.wrapping)
+
+    def test_a_tool_that_takes_its_time_is_waited_for(self):
+        self.standIn("""
+def end(*unused):
+    time.sleep(0.5)
+    open('ended', 'w').close()
+    os._exit(1)
+signal.signal(signal.SIGINT, end)
+message(type='progress', percent=1.0)
+time.sleep(600)
+""")
+        terminal = self.terminal(*JOB, columns=120)
+        terminal.readUntil(lambda received: b"1.0 %" in received, "the bar")
+        terminal.type(b"\x03")
+        self.assertEqual(1, terminal.finish())
+        self.assertEqual("Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 1." + NOT_COMPLETE,
+                         self.shown(terminal.received, 120).text().strip())
+        self.assertTrue(os.path.exists(self.path("ended")))
+
+    def test_control_backslash_ends_the_tool_too(self):
+        self.standIn("import resource; resource.setrlimit(resource.RLIMIT_CORE, (0, 0))\n"
+                     "message(type='progress', percent=1.0); time.sleep(600)")
+        terminal = self.terminal(*JOB, columns=120)
+        terminal.readUntil(lambda received: b"1.0 %" in received, "the bar")
+        terminal.type(b"\x1c")
+        self.assertEqual(4, terminal.finish())
+        self.assertEqual("Vadelwatch: interrupted by SIGQUIT, Vadelclip has ended." + NOT_COMPLETE,
+                         self.shown(terminal.received, 120).text().strip())
+
+    def test_the_real_tool_killed_from_outside(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3000000})
+        terminal = self.terminal(*JOB, columns=120)
+        terminal.readUntil(lambda received: b"left" in received, "the bar")
+        os.kill(onlyChildOf(terminal.pid), signal.SIGKILL)
+        self.assertEqual(4, terminal.finish())
+        self.assertEqual("Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE,
+                         self.shown(terminal.received, 120).text().strip())
+
+    def test_a_killed_tool_leaves_no_bar(self):
+        self.standIn("message(type='progress', percent=50.0); time.sleep(0.5); os.kill(os.getpid(), signal.SIGKILL)")
+        status, terminal, screen = self.finished(columns=120)
+        self.assertEqual((4, "Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL). The output in base/out is not complete."),
+                         (status, screen.text().strip()))
+
+
+if __name__ == "__main__":
+    unittest.main()

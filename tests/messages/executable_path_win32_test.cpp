@@ -1,0 +1,23 @@
+#include "messages/executable_path.hpp"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace vadelclip {
+
+TEST(ExecutablePath, theRunningExecutableIsFound) {
+    const std::filesystem::path found = executablePath().wstring();
+    EXPECT_EQ(L"unit_tests.exe", found.filename().wstring());
+    EXPECT_TRUE(found.is_absolute());
+    // The name of a running executable is no secret to its process: the command line begins with it.
+    std::wstring started = GetCommandLineW();
+    started = started.starts_with(L'"') ? started.substr(1, started.find(L'"', 1) - 1)
+                                        : started.substr(0, started.find(L' '));
+    EXPECT_TRUE(std::filesystem::equivalent(started, found));
+}
+
+} // namespace vadelclip

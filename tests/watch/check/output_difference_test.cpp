@@ -1,0 +1,194 @@
+#include "watch/check/output_check.hpp"
+#include "watch/check/output_place.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace vadelwatch {
+
+using vadelclip::TemporaryDirectory;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::string nodes = "x;y;z\n1;1;1\n2;2;2\n";
+
+/// An input and an output directory, with words about them.
+struct Job {
+    TemporaryDirectory directory;
+
+    void giveInput(const std::string& name) const { directory.write("in/" + name, nodes); }
+    void giveOutput(const std::string& name) const { directory.write("out/" + name, nodes); }
+    void giveCount(const std::string& count) const { directory.write("out/total_node_count.txt", count + "\n"); }
+
+    Lines difference(const char* language = "en") const {
+        const NodeFiles nodeFiles = findNodeFiles(directory.pathOf("in"));
+        const std::string output = directory.pathOf("out");
+        return describeDifference(checkOutput(output), {nodeFiles, 0, output}, watchTexts(language));
+    }
+};
+
+std::string missing(const std::string& numbers) {
+    return "Vadelwatch: the output files hold " + numbers + " are missing.";
+}
+
+} // namespace
+
+TEST(OutputDifference, nodeFilesWithoutAnOutputAreNamed) {
+    const Job job;
+    for (const char* const name : {"d.xyz", "b.txt", "a.xyz", "c.csv"}) {
+        job.giveInput(name);
+    }
+    job.giveOutput("c.csv");
+    job.directory.makeDirectory("out/a.xyz");
+    job.directory.makeDirectory("out/other");
+    job.giveCount("4");
+    EXPECT_EQ(
+        (Lines{missing("2 nodes, total_node_count.txt says 4: 2"), "  a.xyz: a directory in the place of the file",
+               "  b.txt: no output file, which is right only if none of its nodes was kept",
+               "  d.xyz: no output file, which is right only if none of its nodes was kept"}),
+        job.difference());
+    EXPECT_EQ((Lines{"Vadelwatch: die Ausgabedateien enthalten 2 Punkte, total_node_count.txt sagt 4: 2 fehlen.",
+                     "  a.xyz: ein Verzeichnis an der Stelle der Datei",
+                     "  b.txt: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde",
+                     "  d.xyz: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde"}),
+              job.difference("de"));
+}
+
+TEST(OutputDifference, whereEverythingAddsUpNodeFilesWithoutAnOutputAreNone) {
+    const Job job;
+    job.giveInput("a.xyz");
+    job.giveInput("b.xyz");
+    job.giveOutput("a.xyz");
+    job.giveCount("2");
+    EXPECT_EQ(Lines{}, job.difference());
+}
+
+TEST(OutputDifference, ofManyOnlyTheFirstAreNamed) {
+    const Job job;
+    Lines expected{missing("0 nodes, total_node_count.txt says 1: 1")};
+    for (int i = 10; i < 32; ++i) {
+        const std::string name = std::to_string(i) + ".txt";
+        job.giveInput(name);
+        if (i < 30) {
+            expected.push_back("  " + name + ": no output file, which is right only if none of its nodes was kept");
+        }
+    }
+    expected.emplace_back("  and further node files without an output file: 2");
+    job.giveCount("1");
+    EXPECT_EQ(expected, job.difference());
+    EXPECT_EQ("  und weitere Punktdateien ohne Ausgabedatei: 2", job.difference("de").back());
+}
+
+TEST(OutputDifference, outputsWithoutANodeFileAreNamed) {
+    const Job job;
+    job.giveInput("a.xyz");
+    job.giveOutput("a.xyz");
+    job.giveOutput("notes.dat");
+    job.giveCount("2");
+    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 2: 2 too many.",
+                     "  notes.dat: no node file had this name when the run began"}),
+              job.difference());
+    EXPECT_EQ("  notes.dat: so hieß keine Punktdatei, als der Lauf begann", job.difference("de").back());
+}
+
+TEST(OutputDifference, noFileIsCalledWholeWhereAnInputLacksItsOutput) {
+    const Job job;
+    job.giveInput("a.xyz");
+    job.giveInput("b.xyz");
+    job.giveOutput("a.xyz");
+    job.giveCount("1");
+    // Too many lines cannot be the missing file's, so it is not named either.
+    EXPECT_EQ(Lines{"Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 1: 1 too many."},
+              job.difference());
+}
+
+TEST(OutputDifference, aNodeFileOfTheCountFilesNameHasALineOfItsOwn) {
+    const Job job;
+    job.giveInput("total_node_count.txt");
+    job.giveCount("2");
+    EXPECT_EQ((Lines{missing("0 nodes, total_node_count.txt says 2: 2"),
+                     "  total_node_count.txt: also the name of a node file; its nodes count, and its output was "
+                     "overwritten"}),
+              job.difference());
+}
+
+TEST(OutputDifference, aFileThatCannotBeCountedIsNoDifferenceOfNone) {
+    const Job job;
+    job.giveInput("a.xyz");
+    job.directory.makeDirectory("out");
+    job.directory.makeLink("out/a.xyz", "/dev/full");
+    job.giveCount("0");
+    EXPECT_EQ(
+        (Lines{"Vadelwatch: the output files hold 0 nodes, as many as total_node_count.txt says, but not every file "
+               "can be counted.",
+               "  a.xyz: not a regular file, its lines cannot be counted"}),
+        job.difference());
+    EXPECT_EQ("Vadelwatch: die Ausgabedateien enthalten 0 Punkte, so viele, wie total_node_count.txt sagt, aber nicht "
+              "jede Datei ist zählbar.",
+              job.difference("de").front());
+}
+
+TEST(OutputDifference, aDirectoryInThePlaceOfTheCountIsNamed) {
+    const Job job;
+    job.giveInput("a.xyz");
+    job.directory.makeDirectory("out/total_node_count.txt");
+    EXPECT_EQ(
+        (Lines{"Vadelwatch: the output files hold 0 nodes, and total_node_count.txt holds no number to compare with.",
+               "  total_node_count.txt: a directory in the place of the file"}),
+        job.difference());
+}
+
+TEST(OutputPlace, outOfSpaceAndOutOfInodes) {
+    struct statvfs fileSystem {};
+    // Nothing is counted there.
+    EXPECT_FALSE(isOutOfSpace(fileSystem));
+    EXPECT_FALSE(isOutOfInodes(fileSystem));
+    fileSystem.f_blocks = 10;
+    fileSystem.f_files = 10;
+    EXPECT_TRUE(isOutOfSpace(fileSystem));
+    EXPECT_TRUE(isOutOfInodes(fileSystem));
+    fileSystem.f_bavail = 1;
+    fileSystem.f_ffree = 1;
+    EXPECT_FALSE(isOutOfSpace(fileSystem));
+    EXPECT_TRUE(isOutOfInodes(fileSystem));
+    fileSystem.f_favail = 1;
+    EXPECT_FALSE(isOutOfInodes(fileSystem));
+    fileSystem.f_ffree = 0;
+    EXPECT_TRUE(isOutOfInodes(fileSystem));
+}
+
+TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {
+    const TemporaryDirectory directory;
+    Lines lines;
+    addPlace(directory.path(), watchTexts("en"), lines);
+    EXPECT_EQ(Lines{}, lines);
+    ASSERT_EQ(0, chmod(directory.path().c_str(), 0555));
+    // Root may write anywhere.
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+    addPlace(directory.path(), watchTexts("en"), lines);
+    addPlace(directory.path(), watchTexts("de"), lines);
+    ASSERT_EQ(0, seteuid(user));
+    EXPECT_EQ((Lines{"  No file can be made in " + directory.path() + ": Permission denied",
+                     "  In " + directory.path() + " kann keine Datei angelegt werden: Permission denied"}),
+              lines);
+    ASSERT_EQ(0, chmod(directory.path().c_str(), 0700));
+}
+
+TEST(OutputPlace, nothingIsSaidAboutWhatIsNoDirectory) {
+    const TemporaryDirectory directory;
+    Lines lines;
+    addPlace(directory.pathOf("none"), watchTexts("en"), lines);
+    addPlace(directory.write("file", ""), watchTexts("en"), lines);
+    EXPECT_EQ(Lines{}, lines);
+}
+
+} // namespace vadelwatch

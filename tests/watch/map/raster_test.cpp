@@ -1,0 +1,176 @@
+#include "watch/map/raster.hpp"
+
+#include "watch/map/density.hpp"
+#include "watch/map/shading.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace vadelwatch {
+
+namespace {
+
+/// Row by row from the top: the number of nodes in a cell, followed by k, d or b for kept, dropped, both.
+std::string describe(const MapRaster& raster) {
+    std::ostringstream text;
+    for (std::size_t i = 0; i < raster.cells.size(); ++i) {
+        const RasterCell& cell = raster.cells[i];
+        text << cell.nodes << (cell.anyKept ? (cell.anyDropped ? "b" : "k") : (cell.anyDropped ? "d" : ""));
+        text << ((i + 1) % static_cast<std::size_t>(raster.width) == 0 ? "/" : " ");
+    }
+    return text.str();
+}
+
+/// One node in the middle of each n-th cell of a square raster, both ways.
+MapRaster gridRaster(int side, int distance) {
+    MapRaster raster = makeRaster(side, side, {0, 0, static_cast<double>(side), static_cast<double>(side)});
+    for (int y = 0; y < side; y += distance) {
+        for (int x = 0; x < side; x += distance) {
+            countNode(raster, {x + 0.5, y + 0.5}, false);
+        }
+    }
+    return raster;
+}
+
+} // namespace
+
+TEST(MapRaster, nodesAreCountedInTheirCells) {
+    MapRaster raster = makeRaster(3, 2, {10, 20, 16, 24});
+    countNode(raster, {10, 20}, false);
+    countNode(raster, {11.9, 21.9}, false);
+    countNode(raster, {12.1, 21.9}, true);
+    countNode(raster, {13, 23}, true);
+    countNode(raster, {13, 23}, false);
+    countNode(raster, {16, 24}, true);
+    EXPECT_EQ("0 2b 1k/2d 1k 0/", describe(raster));
+    EXPECT_EQ(4U, occupiedCells(raster));
+    EXPECT_EQ(0U, raster.outside);
+}
+
+TEST(MapRaster, nodesBeyondTheMapAreCountedApart) {
+    MapRaster raster = makeRaster(2, 2, {0, 0, 2, 2});
+    for (const MapPosition position : {MapPosition{-0.001, 1}, {1, 2.001}, {1e308, 1}, {1, -1e308}, {NAN, 1}}) {
+        countNode(raster, position, true);
+    }
+    EXPECT_EQ("0 0/0 0/", describe(raster));
+    EXPECT_EQ(5U, raster.outside);
+    EXPECT_EQ(0U, occupiedCells(raster));
+}
+
+TEST(MapRaster, aFullCellStaysFull) {
+    MapRaster raster = makeRaster(1, 1, {0, 0, 1, 1});
+    raster.cells[0].nodes = std::numeric_limits<std::uint32_t>::max();
+    countNode(raster, {0.5, 0.5}, true);
+    EXPECT_EQ("4294967295k/", describe(raster));
+}
+
+TEST(MapRaster, spacingIsThatOfAnEvenSpread) {
+    EXPECT_EQ(0.0, nodeSpacing(makeRaster(64, 64, {0, 0, 1, 1})));
+    EXPECT_DOUBLE_EQ(1.0, nodeSpacing(gridRaster(64, 1)));
+    EXPECT_DOUBLE_EQ(4.0, nodeSpacing(gridRaster(64, 4)));
+    // Only the part that has nodes counts.
+    MapRaster corner = gridRaster(16, 2);
+    MapRaster large = makeRaster(160, 160, {0, 0, 160, 160});
+    for (int i = 0; i < 16; ++i) {
+        std::copy_n(corner.cells.begin() + i * 16, 16, large.cells.begin() + i * 160);
+    }
+    EXPECT_DOUBLE_EQ(2.0, nodeSpacing(large));
+}
+
+TEST(MapDensity, evenNodesHaveOneTone) {
+    const MapRaster raster = gridRaster(20, 4);
+    const MapDensity density = measureDensity(raster);
+    EXPECT_FALSE(density.uneven);
+    for (std::size_t i = 0; i < raster.cells.size(); ++i) {
+        EXPECT_EQ(raster.cells[i].nodes > 0 ? 0.5F : 0.0F, density.tones[i]) << i;
+    }
+    EXPECT_FALSE(measureDensity(makeRaster(4, 4, {0, 0, 1, 1})).uneven);
+}
+
+TEST(MapDensity, aRegularGridDoesNotBeatAgainstThePixels) {
+    // 27 nodes over 10 pixels: 2 or 3 in each direction, 4 to 9 in a pixel.
+    MapRaster raster = makeRaster(100, 100, {0, 0, 100, 100});
+    for (int y = 0; y < 270; ++y) {
+        for (int x = 0; x < 270; ++x) {
+            countNode(raster, {(x + 0.5) / 2.7, (y + 0.5) / 2.7}, false);
+        }
+    }
+    EXPECT_FALSE(measureDensity(raster).uneven);
+}
+
+TEST(MapDensity, tonesFollowTheLogarithmOfTheNumberOfNodes) {
+    MapRaster raster = makeRaster(300, 10, {0, 0, 300, 10});
+    for (int i = 0; i < 3000; ++i) {
+        const int column = i % 300;
+        raster.cells[static_cast<std::size_t>(i)].nodes = column < 100 ? 1U : (column < 200 ? 10U : 100U);
+    }
+    const MapDensity density = measureDensity(raster);
+    EXPECT_TRUE(density.uneven);
+    EXPECT_NEAR(0.0, density.tones[50], 1e-6);
+    EXPECT_NEAR(0.5, density.tones[150], 1e-6);
+    EXPECT_NEAR(1.0, density.tones[250], 1e-6);
+}
+
+TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
+    for (const int distance : {1, 2, 3, 4}) {
+        const MapRaster raster = gridRaster(48, distance);
+        const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
+        for (int y = 12; y < 36; ++y) {
+            for (int x = 12; x < 36; ++x) {
+                EXPECT_EQ(0xFFBABABAU, image.pixels[static_cast<std::size_t>(y * 48 + x)])
+                    << distance << ": " << x << " " << y;
+            }
+        }
+    }
+}
+
+TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
+    constexpr int side = 200;
+    std::mt19937 random(5);
+    for (const double nodesOfPixel : {2.0, 4.5, 7.0}) {
+        MapRaster raster = makeRaster(side, side, {0, 0, side, side});
+        for (int i = 0; i < static_cast<int>(nodesOfPixel * side * side); ++i) {
+            const double x = static_cast<double>(random()) / 4294967296.0 * side;
+            const double y = static_cast<double>(random()) / 4294967296.0 * side;
+            countNode(raster, {x, y}, false);
+        }
+        ASSERT_LT(occupiedCells(raster), raster.cells.size());
+        const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
+        EXPECT_EQ(std::vector<std::uint32_t>(raster.cells.size(), 0xFFBABABAU), image.pixels) << nodesOfPixel;
+    }
+}
+
+TEST(MapShading, keptNodesLieOverDroppedOnes) {
+    MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
+    countNode(raster, {0.5, 0.5}, true);
+    countNode(raster, {0.5, 0.5}, false);
+    countNode(raster, {1.5, 0.5}, false);
+    const PixelImage image = shadeNodes(raster, measureDensity(raster), 0.5);
+    EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0xFFBABABAU, 0U}), image.pixels);
+}
+
+TEST(MapShading, theNearerNodeColoursAPixel) {
+    MapRaster raster = makeRaster(7, 1, {0, 0, 7, 1});
+    countNode(raster, {0.5, 0.5}, true);
+    countNode(raster, {4.5, 0.5}, false);
+    const PixelImage image = shadeNodes(raster, measureDensity(raster), 4.0);
+    constexpr std::uint32_t kept = 0xFF4180BAU;
+    constexpr std::uint32_t dropped = 0xFFBABABAU;
+    EXPECT_EQ((std::vector<std::uint32_t>{kept, kept, kept, dropped, dropped, dropped, dropped}), image.pixels);
+}
+
+TEST(MapShading, radiusIsLimited) {
+    EXPECT_EQ(1.5, discRadius(0.0));
+    EXPECT_EQ(1.5, discRadius(0.5));
+    EXPECT_EQ(discRadius(2.0), discRadius(0.51));
+    EXPECT_EQ(4.0, discRadius(10.0));
+    EXPECT_EQ(6.0, discRadius(16.0));
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,57 @@
+#include "watch/map/text.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vadelwatch {
+
+TEST(MapText, validTextStaysAsItIs) {
+    for (const char* const text : {"", "road.xml", "Gel\xC3\xA4nde", "\xE6\x97\xA5", "\xF0\x9F\x97\xBA", "a & <b>"}) {
+        EXPECT_EQ(text, readableText(text));
+    }
+}
+
+TEST(MapText, whatIsNoTextIsReplaced) {
+    EXPECT_EQ("a\xEF\xBF\xBD"
+              "b",
+              readableText("a\xFF"
+                           "b"));
+    EXPECT_EQ("a\xEF\xBF\xBD"
+              "b",
+              readableText("a\nb"));
+    EXPECT_EQ("\xEF\xBF\xBD", readableText("\x7F"));
+    EXPECT_EQ("\xEF\xBF\xBD", readableText("\xC3"));
+    EXPECT_EQ("\xEF\xBF\xBDz", readableText("\xC3z"));
+    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xC0\x80"));
+    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xED\xA0\x80"));
+    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xE0\x80\x80"));
+    EXPECT_EQ(std::string(12, 'x').size(), readableText("\xF4\x90\x80\x80").size());
+    EXPECT_EQ("\xEF\xBF\xBD", readableText(std::string(1, '\0')));
+}
+
+TEST(MapText, longTextIsShortenedBetweenCharacters) {
+    const auto bytes = [](const std::string& text) { return static_cast<double>(text.size()); };
+    EXPECT_EQ("abcdef", fitText("abcdef", 6.0, bytes));
+    EXPECT_EQ("ab\xE2\x80\xA6", fitText("abcdef", 5.0, bytes));
+    EXPECT_EQ("a\xE2\x80\xA6", fitText("a\xC3\xA4"
+                                       "bcd",
+                                       5.0, bytes));
+    EXPECT_EQ("\xE2\x80\xA6", fitText("abc", 0.0, bytes));
+}
+
+TEST(MapText, lastComponentOfAPath) {
+    EXPECT_EQ("nodes", lastComponent("base/nodes"));
+    EXPECT_EQ("nodes", lastComponent("base/nodes/"));
+    EXPECT_EQ("nodes", lastComponent("nodes"));
+    EXPECT_EQ("a b.xml", lastComponent("/x/a b.xml"));
+    EXPECT_EQ("", lastComponent("/"));
+}
+
+TEST(MapText, aTextThatWouldBeTooWideIsSmaller) {
+    EXPECT_EQ(20.0, fittingSize(20.0, 300.0, 300.0));
+    EXPECT_EQ(20.0, fittingSize(20.0, 0.0, 300.0));
+    EXPECT_DOUBLE_EQ(15.0, fittingSize(20.0, 400.0, 300.0));
+}
+
+} // namespace vadelwatch

@@ -1,0 +1,92 @@
+#include "watch/run/message_stream.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace vadelwatch {
+
+namespace {
+
+std::vector<std::string> linesIn(const std::vector<std::string>& blocks) {
+    std::vector<std::string> lines;
+    const auto note = [&lines](std::string_view line) { lines.emplace_back(line); };
+    LineSplitter splitter;
+    for (const std::string& block : blocks) {
+        splitter.feed(block, note);
+    }
+    splitter.finish(note);
+    return lines;
+}
+
+} // namespace
+
+TEST(LineSplitter, linesAreTheSameHoweverTheBytesAreSpread) {
+    const std::string bytes = "first\n\nthird line\n\r\nlast";
+    const std::vector<std::string> expected{"first", "", "third line", "\r", "last"};
+    for (std::size_t size = 1; size <= bytes.size(); ++size) {
+        std::vector<std::string> blocks;
+        for (std::size_t at = 0; at < bytes.size(); at += size) {
+            blocks.push_back(bytes.substr(at, size));
+        }
+        EXPECT_EQ(expected, linesIn(blocks)) << "blocks of " << size;
+    }
+}
+
+TEST(LineSplitter, nothingComesOfNothing) {
+    EXPECT_TRUE(linesIn({}).empty());
+    EXPECT_TRUE(linesIn({"", ""}).empty());
+    EXPECT_EQ(std::vector<std::string>{"a"}, linesIn({"a\n", ""}));
+}
+
+TEST(ParseMessage, everyMessageOfTheTool) {
+    const Message error = parseMessage(R"({"type":"error","level":2,"text":"Höhe \"1\"\n"})");
+    EXPECT_EQ(MessageKind::error, error.kind);
+    EXPECT_EQ("Höhe \"1\"\n", error.text);
+    EXPECT_TRUE(error.isJson);
+
+    EXPECT_EQ(MessageKind::state, parseMessage(R"({"type":"state","level":1,"text":"a","active":true})").kind);
+    EXPECT_EQ(MessageKind::failed, parseMessage(R"({"type":"failed","level":1,"text":"a"})").kind);
+    EXPECT_EQ(MessageKind::finish, parseMessage(R"({"type":"finish","level":1,"text":"a"})").kind);
+
+    const Message progress = parseMessage(R"({"type":"progress","percent":12.5})");
+    EXPECT_EQ(MessageKind::progress, progress.kind);
+    EXPECT_EQ(12.5, progress.percent);
+}
+
+TEST(ParseMessage, percentsStayInTheirRange) {
+    EXPECT_EQ(0.0, parseMessage(R"({"type":"progress","percent":-1})").percent);
+    EXPECT_EQ(100.0, parseMessage(R"({"type":"progress","percent":1e300})").percent);
+}
+
+TEST(ParseMessage, aTypeOfALaterVersionIsOther) {
+    EXPECT_EQ(MessageKind::other, parseMessage(R"({"type":"news"})").kind);
+}
+
+TEST(ParseMessage, jsonThatIsNoMessageIsUnreadable) {
+    for (const char* const line : {"1", "[]", "{}", "null", R"({"type":1})", R"({"type":"error"})",
+                                   R"({"type":"error","text":1})", R"({"type":"progress","percent":"1"})"}) {
+        const Message message = parseMessage(line);
+        EXPECT_EQ(MessageKind::unreadable, message.kind) << line;
+        EXPECT_TRUE(message.isJson) << line;
+    }
+}
+
+TEST(ParseMessage, whatIsNotJsonIsUnreadable) {
+    for (const char* const line :
+         {"", " ", "text", "{", R"({"type":"error","text":"a"} x)", "{\"type\":\"error\",\"text\":\"caf\xE9\"}",
+          R"({"type":"progress","percent":NaN})"}) {
+        const Message message = parseMessage(line);
+        EXPECT_EQ(MessageKind::unreadable, message.kind) << line;
+        EXPECT_FALSE(message.isJson) << line;
+    }
+}
+
+TEST(AsUtf8, replacesWhatIsNotUtf8) {
+    EXPECT_EQ("Höhe \"\\\n", asUtf8("Höhe \"\\\n"));
+    EXPECT_EQ("caf\xEF\xBF\xBD.xml", asUtf8("caf\xE9.xml"));
+    EXPECT_EQ("", asUtf8(""));
+}
+
+} // namespace vadelwatch

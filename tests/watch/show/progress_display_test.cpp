@@ -1,0 +1,231 @@
+#include "watch/show/progress_display.hpp"
+
+#include "support/watch_texts_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <string>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+namespace vadelwatch {
+
+namespace {
+
+/// A display whose output is kept.
+class RecordedDisplay {
+public:
+    explicit RecordedDisplay(ProgressMode mode)
+        : display(
+              mode, {}, english, [this](std::string_view text) { shown += text; }, [this] { return columns; }) {}
+
+    /// What has been shown since the last call.
+    std::string take() {
+        display.flush();
+        std::string text;
+        text.swap(shown);
+        return text;
+    }
+
+    std::string shown;
+    int columns = 20;
+    ProgressDisplay display;
+};
+
+ProgressFigures at(double percent) {
+    return {percent, std::nullopt, 0.0, std::nullopt};
+}
+
+std::string drawing(const std::string& line) {
+    return "\r\033[?7l" + line + "\033[K\r\033[?7h";
+}
+
+/// A pseudo-terminal of so many columns.
+class PseudoTerminal {
+public:
+    explicit PseudoTerminal(unsigned short columns) : master(posix_openpt(O_RDWR | O_NOCTTY)) {
+        EXPECT_EQ(0, grantpt(master));
+        EXPECT_EQ(0, unlockpt(master));
+        const winsize size{24, columns, 0, 0};
+        EXPECT_EQ(0, ioctl(master, TIOCSWINSZ, &size));
+    }
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    ~PseudoTerminal() { close(master); }
+
+    /// A terminal becomes that of a session by being opened, unless O_NOCTTY is among the flags.
+    int openTerminal(int flags) const { return open(ptsname(master), O_RDWR | flags); }
+
+private:
+    int master;
+};
+
+/// In a session of its own: the columns for a process that is in the foreground, or has been sent to the background.
+int columnsInSession(const PseudoTerminal& pseudoTerminal, bool background) {
+    setsid();
+    const int terminal = pseudoTerminal.openTerminal(0);
+    if (!background) {
+        return terminalColumns(terminal);
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        setpgid(0, 0);
+        std::exit(terminalColumns(terminal));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+}
+
+/// What a bar looks like under these values of LC_ALL, LC_CTYPE and LANG; nullptr for one that is not set.
+BarLetters lettersUnder(const char* all, const char* characters, const char* language) {
+    const std::pair<const char*, const char*> settings[] = {
+        {"LC_ALL", all}, {"LC_CTYPE", characters}, {"LANG", language}};
+    for (const auto& [name, value] : settings) {
+        if (value == nullptr) {
+            unsetenv(name);
+        } else {
+            setenv(name, value, 1);
+        }
+    }
+    return barStyleFromEnvironment().letters;
+}
+
+const std::string tenPercent = drawing(" =---------  10.0 %");
+const std::string twentyPercent = drawing(" ==--------  20.0 %");
+
+} // namespace
+
+TEST(ProgressDisplay, drawsAtMostTenTimesASecond) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 1.0);
+    EXPECT_EQ(tenPercent, recorded.take());
+    recorded.display.update(at(20.0), 1.09);
+    EXPECT_EQ("", recorded.take());
+    recorded.display.update(at(20.0), 1.11);
+    EXPECT_EQ(twentyPercent, recorded.take());
+}
+
+TEST(ProgressDisplay, drawsNothingAnewThatLooksTheSame) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 1.0);
+    recorded.take();
+    recorded.display.update(at(10.01), 2.0);
+    EXPECT_EQ("", recorded.take());
+}
+
+TEST(ProgressDisplay, aLineTakesThePlaceOfTheBar) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.showLine("before");
+    EXPECT_EQ("before\n", recorded.take());
+    recorded.display.update(at(10.0), 1.0);
+    recorded.take();
+    recorded.display.showLine("first");
+    recorded.display.showLine("second");
+    EXPECT_EQ("\r\033[Kfirst\nsecond\n", recorded.take());
+    recorded.display.update(at(10.0), 1.2);
+    EXPECT_EQ(tenPercent, recorded.take());
+}
+
+TEST(ProgressDisplay, theBarGoesAndLeavesNothing) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 1.0);
+    recorded.take();
+    recorded.display.clear();
+    EXPECT_EQ("\r\033[K", recorded.take());
+    recorded.display.clear();
+    EXPECT_EQ("", recorded.take());
+}
+
+TEST(ProgressDisplay, aNarrowerWindowHasItsBrokenRowsErased) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 1.0);
+    recorded.take();
+    recorded.columns = 9;
+    recorded.display.update(at(10.0), 1.2);
+    // Twenty columns take three rows of nine.
+    EXPECT_EQ("\r\033[K\0337\033[B\033[2K\033[B\033[2K\0338" + drawing(" 10.0 %"), recorded.take());
+    recorded.columns = 20;
+    recorded.display.update(at(10.0), 1.4);
+    EXPECT_EQ("\r\033[K" + tenPercent, recorded.take());
+}
+
+TEST(ProgressDisplay, drawsNothingWhereThereIsNoRoomOrAnotherProgramIsInFront) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 1.0);
+    recorded.take();
+    recorded.columns = 0;
+    recorded.display.update(at(20.0), 1.2);
+    EXPECT_EQ("\r\033[K", recorded.take());
+    recorded.display.update(at(30.0), 1.4);
+    EXPECT_EQ("", recorded.take());
+}
+
+TEST(ProgressDisplay, aPlainLineEveryTenPercentAndNoneTwice) {
+    RecordedDisplay recorded(ProgressMode::plain);
+    std::string expected;
+    for (int tenths = 0; tenths <= 1000; ++tenths) {
+        recorded.display.update(at(tenths / 10.0), 0.0);
+        recorded.display.update(at(tenths / 10.0), 0.0);
+    }
+    for (int tens = 10; tens <= 100; tens += 10) {
+        expected += plainProgressLine(at(tens), english) + "\n";
+    }
+    EXPECT_EQ(expected, recorded.take());
+}
+
+TEST(ProgressDisplay, aJumpOverSeveralTensIsOneLine) {
+    RecordedDisplay recorded(ProgressMode::plain);
+    recorded.display.update(at(45.0), 0.0);
+    EXPECT_EQ(" 40 %  - lines/s  0:00 elapsed  -:-- left\n", recorded.take());
+}
+
+TEST(ProgressDisplay, withoutProgressOnlyLinesAreShown) {
+    RecordedDisplay recorded(ProgressMode::none);
+    recorded.display.update(at(50.0), 1.0);
+    recorded.display.showLine("error");
+    recorded.display.update(at(100.0), 2.0);
+    recorded.display.clear();
+    EXPECT_EQ("error\n", recorded.take());
+}
+
+TEST(TerminalColumns, areThoseOfTheTerminal) {
+    const PseudoTerminal wide(133);
+    const int terminal = wide.openTerminal(O_NOCTTY);
+    EXPECT_EQ(133, terminalColumns(terminal));
+    close(terminal);
+}
+
+TEST(TerminalColumns, areEightyWhereNobodyKnows) {
+    const PseudoTerminal unknown(0);
+    const int terminal = unknown.openTerminal(O_NOCTTY);
+    EXPECT_EQ(80, terminalColumns(terminal));
+    close(terminal);
+    const int nothing = open("/dev/null", O_RDWR);
+    EXPECT_EQ(80, terminalColumns(nothing));
+    close(nothing);
+}
+
+TEST(TerminalColumns, areNoneInTheBackground) {
+    const PseudoTerminal wide(133);
+    EXPECT_EXIT(std::exit(columnsInSession(wide, false)), testing::ExitedWithCode(133), "");
+    EXPECT_EXIT(std::exit(columnsInSession(wide, true)), testing::ExitedWithCode(0), "");
+}
+
+TEST(BarStyle, lettersAreThoseOfTheFirstSettingThatIsNotEmpty) {
+    EXPECT_EQ(BarLetters::plain, lettersUnder(nullptr, nullptr, nullptr));
+    EXPECT_EQ(BarLetters::plain, lettersUnder("", "", ""));
+    for (const char* const set : {"de_DE.UTF-8", "C.utf8", "en_GB.utf-8", "de_AT.UTF8"}) {
+        EXPECT_EQ(BarLetters::drawn, lettersUnder(set, "C", "C")) << set;
+        EXPECT_EQ(BarLetters::drawn, lettersUnder("", set, "C")) << set;
+        EXPECT_EQ(BarLetters::drawn, lettersUnder(nullptr, nullptr, set)) << set;
+        EXPECT_EQ(BarLetters::plain, lettersUnder("C", set, set)) << set;
+    }
+    EXPECT_EQ(BarLetters::plain, lettersUnder("de_DE.ISO-8859-1", nullptr, nullptr));
+}
+
+} // namespace vadelwatch
