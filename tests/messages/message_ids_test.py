@@ -13,7 +13,7 @@ LOCALE = os.path.join(ROOT, "locale")
 TEMPLATE = os.path.join(LOCALE, "VD2D.pot")
 
 # The two functions themselves: the only place where an id is a variable.
-DEFINITIONS = ("src/app/reporting.hpp", "src/app/reporting.cpp")
+DEFINITIONS = ("src/messages/reporting.hpp", "src/messages/reporting.cpp")
 
 STRING = r'"(?:[^"\\\n]|\\.)*"'
 COMMENT_OR_LITERAL = re.compile(r"//[^\n]*|/\*.*?\*/|'(?:[^'\\\n]|\\.)*'|" + STRING, re.DOTALL)
