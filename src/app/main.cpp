@@ -1,8 +1,8 @@
 /// \file
-/// The whole life of the process: options, language, sender, argument count, the one run, the closing message.
+/// The whole process: options, language, sender, argument count, the run, the closing message.
 ///
 /// Exit status: 0 for a finished run, 1 for every handled failure, the usage failure included. Expected failures are
-/// reported where they occur; what a library throws passes through the run untouched and is handled here, once.
+/// reported where they occur. What a library throws is caught here and nowhere else.
 
 #include "app/command_line.hpp"
 #include "app/standard_descriptors.hpp"
@@ -41,7 +41,7 @@ std::int32_t failWithUsage() {
     return 1;
 }
 
-/// Splits the input path, runs once and sends the closing message. The outcome is the exit status.
+/// Splits the input path, runs once and sends the closing message. Returns the exit status.
 std::int32_t runOnce(BoundarySet& boundarySet, const std::string& inputDirectoryPath,
                      const std::string& outputDirectoryName, const std::string& boundaryFilePath) {
     try {
@@ -71,14 +71,14 @@ int main(int argc, char* argv[]) {
     bool pipeMode = false;
 
     vadelclip::scanLanguageOption(argc, argv, language, expectedArgumentCount);
-    // The set-up of the catalogues opens files, and may have something to print.
+    // Before the catalogue set-up, which opens files and may print.
     vadelclip::guardStandardDescriptors();
-    // Exactly "en": other spellings of English are names of catalogues like any other.
+    // Exactly "en": any other spelling of English is the name of a catalogue.
     if (language != "en") {
         vadelclip::setUpMessageCatalogues(language);
     }
     vadelclip::scanPipeOption(argc, argv, pipeMode, expectedArgumentCount);
-    // Before the count test, so that the usage failure is sent too.
+    // Before the count test, so that the usage failure is sent as a message too.
     MessageSender::Instance(pipeMode);
 
     if (expectedArgumentCount != argc) {

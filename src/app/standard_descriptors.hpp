@@ -1,14 +1,13 @@
 /// \file
-/// Standard input, output and error, which the tool takes as it finds them: closed, or with no one behind them.
+/// Standard input, output and error, which may be closed or have no reader.
 #pragma once
 
 namespace vadelclip {
 
-/// Prepares the process for output to whoever may have gone away: opens closed standard descriptors on the null
-/// device, so that no output file can become the console, and makes writing to a vanished reader an error instead of
-/// the end of the process. It holds for the console and for the message channel alike.
+/// Opens closed standard descriptors on the null device, so that no output file gets their numbers, and ignores SIGPIPE,
+/// so that a write to a pipe without a reader is an error and does not end the process.
 ///
-/// To be called before anything is opened or printed.
+/// Must be called before anything is opened or printed. Applies to the console and to the message channel.
 void guardStandardDescriptors();
 
 } // namespace vadelclip

@@ -9,7 +9,7 @@ namespace vadelclip {
 void guardStandardDescriptors() {
     for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
         if (fcntl(standard, F_GETFD) == -1) {
-            // The lowest free number is taken, which is this one. If it cannot be opened, all goes on as it was.
+            // `open` returns the lowest free number, which is this one. If it fails, the descriptor stays closed.
             const int opened = open("/dev/null", O_RDWR);
             static_cast<void>(opened);
         }

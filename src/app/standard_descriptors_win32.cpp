@@ -15,10 +15,10 @@ int openNullDevice() {
 
 } // namespace
 
-// Nothing has to be done about vanished readers: writing to them is no more than an error here.
+// Windows has no SIGPIPE: a write to a pipe without a reader is only an error.
 void guardStandardDescriptors() {
-    // To ask whether a descriptor is open would end the process where it is not. But the lowest free number is taken
-    // each time. If it cannot be opened, all goes on as it was.
+    // A query about a closed descriptor would end the process. Each `_open` returns the lowest free number instead. If it
+    // fails, the descriptors stay closed.
     int opened = openNullDevice();
     while (opened >= 0 && opened <= lastStandardDescriptor) {
         opened = openNullDevice();

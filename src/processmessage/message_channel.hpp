@@ -1,25 +1,25 @@
 /// \file
-/// The way out to the controlling process: file descriptor 3, which that process opened for the tool.
+/// The connection to the controlling process: file descriptor 3, which that process has opened.
 #pragma once
 
 #include <string>
 
 namespace vadelclip {
 
-/// A connection that takes whole lines, or drops them when there is no one to talk to.
+/// A connection that sends whole lines, or drops them if it is not open.
 ///
-/// A failed write (the reader is gone, the disk is full) silences it for good; a slow reader is waited for.
-/// That a write to a vanished reader fails and does not end the process is for the process to see to (SIGPIPE).
-/// Trivially destructible, so it outlives every other object of the process.
+/// After a failed write (no reader, disk full) it drops every further line. It waits for a slow reader. The caller must
+/// ignore SIGPIPE, or a write to a pipe without a reader ends the process. Trivially destructible, so it can be used until
+/// the process ends.
 class MessageChannel {
 public:
-    /// Connects to descriptor 3 if that is open for writing; drops every line otherwise. The descriptor is duplicated
-    /// to a high close-on-exec one, so no file of the tool can ever land on it.
+    /// Opens the connection if descriptor 3 is open for writing. Uses a high close-on-exec duplicate of it, so that no
+    /// file of the tool gets its number.
     void open();
 
     bool isOpen() const { return descriptor >= 0; }
 
-    /// Hands over one line, its line feed included, in one write.
+    /// Sends one line, which includes its line feed, in one write.
     void send(const std::string& line);
 
     void close();

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int channelDescriptor = 3;
 
-/// Beyond the numbers a shell script hands out.
+/// Above the numbers that a shell script uses.
 constexpr int lowestPrivateDescriptor = 64;
 
 bool isOpenForWriting(int descriptor) {
@@ -19,7 +19,7 @@ bool isOpenForWriting(int descriptor) {
     return flags != -1 && (flags & O_ACCMODE) != O_RDONLY;
 }
 
-/// Waits until a non-blocking descriptor takes bytes again.
+/// Waits until a non-blocking descriptor accepts bytes again.
 void waitForReader(int descriptor) {
     pollfd state{descriptor, POLLOUT, 0};
     poll(&state, 1, -1);
@@ -33,7 +33,7 @@ void MessageChannel::open() {
     }
     descriptor = fcntl(channelDescriptor, F_DUPFD_CLOEXEC, lowestPrivateDescriptor);
     if (descriptor < 0) {
-        // The limit on open files is lower than that. Descriptor 3 stays open, so nothing else can land on it.
+        // The limit on open files is lower. Descriptor 3 stays open, so no file of the tool gets its number.
         descriptor = channelDescriptor;
     }
 }

@@ -12,14 +12,14 @@
 
 namespace vadelclip {
 
-// Descriptors belong to the C run-time here; a program that starts the tool with _spawn hands its own on. Windows itself
-// knows handles only. Writing stays with the run-time, which knows whether a file was opened for appending.
+// Descriptors belong to the C run-time on Windows: a program that starts the tool with _spawn passes its own on. The run-time
+// also does the writing, because it knows whether a file was opened for appending.
 
 namespace {
 
 constexpr int channelDescriptor = 3;
 
-/// For its lifetime asking about a descriptor that is not open is answered and does not end the process.
+/// While it lives, a query about a descriptor that is not open returns an error and does not end the process.
 class InvalidParametersAnswered {
 public:
     InvalidParametersAnswered() : original(_set_invalid_parameter_handler(ignore)) {}
@@ -37,7 +37,7 @@ bool isOpen(int descriptor) {
     return _get_osfhandle(descriptor) != -1;
 }
 
-/// Keeps the handle behind a descriptor from processes that this one might start.
+/// Prevents processes that this one starts from inheriting the handle of a descriptor.
 void hideFromChildren(int descriptor) {
     SetHandleInformation(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)), HANDLE_FLAG_INHERIT, 0);
 }
@@ -46,11 +46,11 @@ void hideFromChildren(int descriptor) {
 
 void MessageChannel::open() {
     const InvalidParametersAnswered guard;
-    // Whether it is open for writing cannot be asked here: if it is not, the first write fails and ends the channel.
+    // The run-time has no query for "open for writing": if it is not, the first write fails and closes the channel.
     descriptor = ::isOpen(channelDescriptor) ? _dup(channelDescriptor) : -1;
     if (isOpen()) {
         hideFromChildren(descriptor);
-        // The form of the messages is the same everywhere: a line feed alone ends a line.
+        // Messages have the same bytes on every platform: a line ends with a line feed only.
         _setmode(descriptor, _O_BINARY);
     }
 }

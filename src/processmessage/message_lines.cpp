@@ -8,13 +8,13 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Only texts and numbers are given to the JSON library. The end of one of its objects takes memory, and where there is
-/// none the process would end with it.
+/// Only texts and numbers go through the JSON library, because destroying one of its objects allocates memory: without
+/// memory the process would end.
 std::string quoted(const std::string& text) {
     return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// The members of every message that carries a text, without the closing brace.
+/// Returns the members of every message with a text, without the closing brace.
 std::string textMembers(const char* type, int level, const std::string& text) {
     return std::string(R"({"type":")") + type + R"(","level":)" + std::to_string(level) + R"(,"text":)" + quoted(text);
 }

@@ -1,6 +1,6 @@
 /// \file
-/// The form in which messages travel: JSON Lines in UTF-8, one object a line, keys in a fixed order, the line feed
-/// included. Bytes of a text that are not UTF-8 become U+FFFD.
+/// Messages as JSON Lines in UTF-8: one object a line, keys in a fixed order. Every line includes its line feed. Bytes of a
+/// text that are not UTF-8 become U+FFFD.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 /// \file
 /// Our own layer behind ProcessMessage.h: JSON Lines to the controlling process in pipe mode, nothing otherwise.
-/// Every message is delivered by its construction; its end does nothing.
+/// The constructor of a message delivers it; the destructor does nothing.
 
 #include <ProcessMessage.h>
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the sender holds. It stands outside the sender, because messages have no way to it.
+/// The state of the sender. It is not a member, because messages have no access to the sender.
 struct SenderState {
     vadelclip::MessageChannel channel;
     int writtenTenths = vadelclip::noTenths;
@@ -20,7 +20,7 @@ constinit SenderState sender;
 
 } // namespace
 
-// The flags and levels have no meaning of their own here: they travel to the controlling process as they are.
+// This layer does not interpret flags and levels: it passes them to the controlling process unchanged.
 
 Message::~Message() = default;
 
@@ -76,7 +76,7 @@ void ProgressMessage::OnProgress(int step, bool) {
     }
     const vadelclip::ProgressRange range{startPercent, endPercent, stepCount};
     const int tenths = vadelclip::tenthsAt(range, step);
-    // A step of another file may have shown this much already; only the end of the run is shown in every case.
+    // The range of another file may have reported this value before. Only the end of the run is always reported.
     if (tenths > sender.writtenTenths || (tenths == vadelclip::finishedTenths && step >= stepCount)) {
         sender.channel.send(vadelclip::progressLine(tenths));
         sender.writtenTenths = tenths;

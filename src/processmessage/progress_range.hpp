@@ -1,10 +1,10 @@
 /// \file
-/// From a step of a progress range to the tenth of a percent that is shown for it.
+/// Converts a step of a progress range to tenths of a percent.
 #pragma once
 
 namespace vadelclip {
 
-/// A range of the whole run's progress, in percent, walked in `stepCount` steps. All values are accepted.
+/// A range of the progress of the whole run, in percent, divided into `stepCount` steps. Any value is valid.
 struct ProgressRange {
     double startPercent;
     double endPercent;
@@ -14,23 +14,21 @@ struct ProgressRange {
 /// Tenths of a percent of a finished run.
 constexpr int finishedTenths = 1000;
 
-/// "No progress has been written yet"; also the tenths of a range that shows nothing.
+/// No progress has been written yet; also the result for a range that reports nothing.
 constexpr int noTenths = -1;
 
-/// "No step of this range makes a report necessary."
+/// No step of the range needs a report.
 constexpr int noDueStep = 2147483647;
 
-/// Gives the progress at a step, in tenths of a percent, rounded down, so that nothing but the end of the run reads
-/// as 100.0.
+/// Returns the progress at a step in tenths of a percent, rounded down, so that only the end of the run is 100.0.
 ///
 /// @param step counts from 0; a larger step never gives a smaller result.
 /// @return `noTenths` to `finishedTenths`; `noTenths` for every step of a range that is empty, falls, or is not finite.
 int tenthsAt(const ProgressRange& range, int step);
 
-/// Gives the first step of the range whose progress has to be written after `writtenTenths` was.
+/// Returns the first step whose progress must be written if `writtenTenths` was written last.
 ///
-/// That is the first one beyond `writtenTenths`, or the range's end where that finishes the run: the end of the run
-/// is written in every case.
+/// That is the first step above `writtenTenths`, or the end of the range if it ends the run, which is always written.
 ///
 /// @return `noDueStep` if there is none.
 int firstDueStep(const ProgressRange& range, int writtenTenths);
