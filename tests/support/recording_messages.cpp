@@ -7,14 +7,12 @@
 #include <map>
 #include <stdexcept>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
 struct Recorder {
     std::vector<std::string> calls;
     std::map<const Message*, std::string> liveMessages;
-    std::function<void(const std::string&)> look;
     bool writesToDescriptor = false; ///< In an executable: each call is also a line on descriptor 3, at once.
 };
 
@@ -34,9 +32,6 @@ void throwIfAsked(const std::string& call) {
 
 void record(const std::string& call) {
     recorder().calls.push_back(call);
-    if (recorder().look) {
-        recorder().look(call);
-    }
     if (recorder().writesToDescriptor) {
         const std::string line = call + '\n';
         const auto written = write(3, line.data(), static_cast<unsigned int>(line.size()));
@@ -86,10 +81,6 @@ const std::vector<std::string>& recordedCalls() {
 
 void clearRecordedCalls() {
     recorder().calls.clear();
-}
-
-void watchRecordedCalls(std::function<void(const std::string& call)> look) {
-    recorder().look = std::move(look);
 }
 
 Message::~Message() {
