@@ -22,10 +22,12 @@ Recorder& recorder() {
     return *instance;
 }
 
-/// Stands in for a library that fails: the call that reads like VADELCLIP_RECORDING_THROWS throws once it is noted.
+/// Simulates a library that fails: the first call equal to VADELCLIP_RECORDING_THROWS throws after it is noted.
 void throwIfAsked(const std::string& call) {
+    static bool thrown = false;
     const char* const throwing = std::getenv("VADELCLIP_RECORDING_THROWS");
-    if (throwing != nullptr && call == throwing) {
+    if (!thrown && throwing != nullptr && call == throwing) {
+        thrown = true;
         throw std::runtime_error("thrown by " + call);
     }
 }
@@ -95,7 +97,9 @@ MessageSender& MessageSender::Instance(bool pipeMode) {
 
 MessageSender::MessageSender(bool pipeMode) {
     recorder().writesToDescriptor = true;
-    record(pipeMode ? "MessageSender 1" : "MessageSender 0");
+    const std::string call = pipeMode ? "MessageSender 1" : "MessageSender 0";
+    record(call);
+    throwIfAsked(call);
 }
 
 MessageSender::~MessageSender() {
