@@ -18,11 +18,16 @@ bool hasNodeFileSuffix(const std::string& path) {
     return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
 }
 
-/// A file that cannot be read has an empty first line, which is no header.
-bool hasNodeFileHeader(const std::string& path) {
+std::string readFirstLine(const std::string& path) {
     std::ifstream input(path);
     std::string line;
     readTextLine(input, line);
+    return line;
+}
+
+/// A file that cannot be read has an empty first line, which is no header.
+bool hasNodeFileHeader(const std::string& path) {
+    const std::string line = readFirstLine(path);
     char separator = 0;
     std::int32_t nodeFormat = 0;
     std::string errorText;

@@ -7,6 +7,9 @@
 /// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in what it starts; absent for every program
 /// VADELCLIP_FAILING_OPENING  only reads during this opening of such a path, counted from 1; absent for all
 /// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
+///
+/// VADELCLIP_NOTED_PATH       each opening and closing of a path that ends like this is a line on descriptor 3, among
+///                            the recorded messages; absent for none
 
 #include "scripted_outcomes.hpp"
 
@@ -18,6 +21,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <pthread.h>
+#include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -66,14 +70,27 @@ long outcomeFor(std::string_view call, std::string_view path) {
     return outcome;
 }
 
-long outcomeFor(std::string_view call, int descriptor) {
+/// @return the path of an open file, or an empty text
+std::string pathOf(int descriptor) {
     static const auto next = behind<ssize_t(const char*, char*, std::size_t)>("readlink");
     char link[32];
     char path[PATH_MAX];
     std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
     const ssize_t length = next(link, path, sizeof path);
-    return length < 0 ? vadelclip::ScriptedOutcomes::passes
-                      : outcomeFor(call, {path, static_cast<std::size_t>(length)});
+    return {path, length < 0 ? 0 : static_cast<std::size_t>(length)};
+}
+
+long outcomeFor(std::string_view call, int descriptor) {
+    const std::string path = pathOf(descriptor);
+    return path.empty() ? vadelclip::ScriptedOutcomes::passes : outcomeFor(call, path);
+}
+
+/// Notes a call with the name of the file and of its directory.
+void note(const char* call, const std::string& path) {
+    const std::string_view ending = setting("VADELCLIP_NOTED_PATH");
+    if (!ending.empty() && path.ends_with(ending)) {
+        dprintf(3, "%s %s\n", call, path.c_str() + path.rfind('/', path.rfind('/') - 1) + 1);
+    }
 }
 
 bool isRightOpening() {
@@ -85,6 +102,7 @@ FILE* openUnlessItFails(const char* name, const char* path, const char* mode) {
     if (std::string_view(path).ends_with(setting("VADELCLIP_FAILING_PATH"))) {
         ++openings;
     }
+    note("open", path);
     return outcomeFor("open", path) < 0 ? nullptr : behind<FILE*(const char*, const char*)>(name)(path, mode);
 }
 
@@ -100,6 +118,7 @@ extern "C" FILE* fopen64(const char* path, const char* mode) {
 
 extern "C" int fclose(FILE* file) {
     static const auto next = behind<int(FILE*)>("fclose");
+    note("close", pathOf(fileno(file)));
     const long outcome = outcomeFor("fclose", fileno(file));
     const int result = next(file);
     if (outcome < 0) {

@@ -4,6 +4,8 @@
 ///
 /// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
 /// VADELCLIP_FAILING_SIZE     only allocations of at least so many bytes are looked at; absent for all
+/// VADELCLIP_NOTED_SIZE       each release of at least so many bytes is a line on descriptor 3, among the recorded
+///                            messages; absent for none
 /// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in what it starts; absent for every program
 
 #include "scripted_outcomes.hpp"
@@ -14,11 +16,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <malloc.h>
 
 // The C library's own names for its allocator: looking it up by name would allocate.
 extern "C" void* __libc_malloc(std::size_t size);                // NOLINT(bugprone-reserved-identifier)
 extern "C" void* __libc_calloc(std::size_t, std::size_t);        // NOLINT(bugprone-reserved-identifier)
 extern "C" void* __libc_realloc(void* memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
+extern "C" void __libc_free(void* memory);                       // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
@@ -30,12 +34,18 @@ using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), voi
 Main mainOfProgram = nullptr;
 
 std::size_t smallestSize = SIZE_MAX;
+std::size_t smallestNotedSize = SIZE_MAX;
+
+std::size_t sizeSetting(const char* name, std::size_t absent) {
+    const char* const size = std::getenv(name);
+    return size == nullptr ? absent : std::strtoul(size, nullptr, 10);
+}
 
 int mainWithFailures(int argc, char** argv, char** environment) {
     const char* const program = std::getenv("VADELCLIP_FAILING_PROGRAM");
     if (program == nullptr || std::strcmp(program, program_invocation_short_name) == 0) {
-        const char* const size = std::getenv("VADELCLIP_FAILING_SIZE");
-        smallestSize = size == nullptr ? 0 : std::strtoul(size, nullptr, 10);
+        smallestSize = sizeSetting("VADELCLIP_FAILING_SIZE", 0);
+        smallestNotedSize = sizeSetting("VADELCLIP_NOTED_SIZE", SIZE_MAX);
         outcomes.begin();
     }
     const int status = mainOfProgram(argc, argv, environment);
@@ -66,6 +76,13 @@ extern "C" void* calloc(std::size_t count, std::size_t size) noexcept {
 
 extern "C" void* realloc(void* memory, std::size_t size) noexcept {
     return isRefused(size) ? nullptr : __libc_realloc(memory, size);
+}
+
+extern "C" void free(void* memory) noexcept {
+    if (malloc_usable_size(memory) >= smallestNotedSize) {
+        dprintf(3, "free\n");
+    }
+    __libc_free(memory);
 }
 
 // Every program enters its main function through this one.

@@ -41,6 +41,11 @@ def preloaded(variable, settings):
     return {"LD_PRELOAD": os.environ[variable], "ASAN_OPTIONS": "verify_asan_link_order=0", **settings}
 
 
+def noting(path):
+    """For `environment`: openings and closings of paths that end like this are noted among the recorded messages."""
+    return preloaded("VADELCLIP_FAILING_CALLS", {"VADELCLIP_NOTED_PATH": path})
+
+
 def failing(call, path, *outcomes, opening=0, countTo=None, program=None):
     """For `environment`.
 

@@ -7,14 +7,12 @@
 #include <map>
 #include <stdexcept>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
 struct Recorder {
     std::vector<std::string> calls;
     std::map<const Message*, std::string> liveMessages;
-    std::function<void(const std::string&)> look;
     bool writesToDescriptor = false; ///< In an executable: each call is also a line on descriptor 3, at once.
 };
 
@@ -24,19 +22,18 @@ Recorder& recorder() {
     return *instance;
 }
 
-/// Stands in for a library that fails: the call that reads like VADELCLIP_RECORDING_THROWS throws once it is noted.
+/// Simulates a library that fails: the first call equal to VADELCLIP_RECORDING_THROWS throws after it is noted.
 void throwIfAsked(const std::string& call) {
+    static bool thrown = false;
     const char* const throwing = std::getenv("VADELCLIP_RECORDING_THROWS");
-    if (throwing != nullptr && call == throwing) {
+    if (!thrown && throwing != nullptr && call == throwing) {
+        thrown = true;
         throw std::runtime_error("thrown by " + call);
     }
 }
 
 void record(const std::string& call) {
     recorder().calls.push_back(call);
-    if (recorder().look) {
-        recorder().look(call);
-    }
     if (recorder().writesToDescriptor) {
         const std::string line = call + '\n';
         const auto written = write(3, line.data(), static_cast<unsigned int>(line.size()));
@@ -88,10 +85,6 @@ void vadelclip::clearRecordedCalls() {
     recorder().calls.clear();
 }
 
-void vadelclip::watchRecordedCalls(std::function<void(const std::string& call)> look) {
-    recorder().look = std::move(look);
-}
-
 Message::~Message() {
     record("end " + recorder().liveMessages[this]);
     recorder().liveMessages.erase(this);
@@ -104,7 +97,9 @@ MessageSender& MessageSender::Instance(bool pipeMode) {
 
 MessageSender::MessageSender(bool pipeMode) {
     recorder().writesToDescriptor = true;
-    record(pipeMode ? "MessageSender 1" : "MessageSender 0");
+    const std::string call = pipeMode ? "MessageSender 1" : "MessageSender 0";
+    record(call);
+    throwIfAsked(call);
 }
 
 MessageSender::~MessageSender() {

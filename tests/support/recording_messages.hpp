@@ -5,7 +5,6 @@
 /// a line feed in a text as \n and a backslash as \\). The end of an object is "end <class>".
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,8 +14,5 @@ namespace vadelclip {
 const std::vector<std::string>& recordedCalls();
 
 void clearRecordedCalls();
-
-/// From now on `look` is called with each call as it is noted; an empty function ends that.
-void watchRecordedCalls(std::function<void(const std::string& call)> look);
 
 } // namespace vadelclip

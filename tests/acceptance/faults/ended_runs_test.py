@@ -5,7 +5,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, AcceptanceTest
-from expected_messages import (FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
+from expected_messages import (FAILED, FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
                                stateMessage)
 from fault_checks import PASS, failing, failsForever
 from target_platform import inTextMode
@@ -15,7 +15,7 @@ INSIDE = b"1;1;5\n2;2;5\n3;3;5\n"
 
 
 def throwing(call):
-    """For `environment`: the recording message layer throws from this call, once it has noted it."""
+    """For `environment`: the recording message layer throws from the first such call, after it has noted it."""
     return {"VADELCLIP_RECORDING_THROWS": call}
 
 
@@ -28,6 +28,13 @@ class ThrownErrors(AcceptanceTest):
                     created={"base/out": DIRECTORY, "base/out/a.xyz": HEADER + INSIDE,
                              "base/out/total_node_count.txt": b"3\n"},
                     messages=recorded(filePass(3), closingRange(), [call, "end FinishMessage"],
+                                      errorMessage(f"thrown by {call}"), failedMessage()))
+
+    def test_an_error_in_the_failed_message_is_reported_and_the_message_is_sent_again(self):
+        call = f"FailedMessage 1 {FAILED}"
+        text, again = "Boundary file area.xml not found", "Boundary file area.xml does not exist"
+        self.expect(self.clip(environment=throwing(call)), status=1, console=[text, again, f"thrown by {call}"],
+                    messages=recorded(errorMessage(text), errorMessage(again), failedMessage(),
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
     def test_an_error_between_two_lines_ends_the_range_and_leaves_what_is_written(self):
@@ -51,11 +58,16 @@ class ThrownErrors(AcceptanceTest):
                     messages=recorded(filePass(2, 0, 4), stateMessage(), [call, "end ProgressMessage"],
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
-    def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
-        run = self.start(environment=throwing(f"ErrorMessage 2 {USAGE}"))
+    def expectAbnormalEnd(self, call, *messages, console=b""):
+        run = self.start(environment=throwing(call))
         self.assertNotIn(run.status, (0, 1))
-        self.assertEqual(run.console, inTextMode(USAGE.encode() + b"\n"))
-        self.assertEqual(run.messages, ["MessageSender 0", f"ErrorMessage 2 {USAGE}"])
+        self.assertEqual((run.console, run.messages), (inTextMode(console), [*messages, call]))
+
+    def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
+        self.expectAbnormalEnd(f"ErrorMessage 2 {USAGE}", "MessageSender 0", console=USAGE.encode() + b"\n")
+
+    def test_an_error_of_the_sender_ends_the_process_abnormally(self):
+        self.expectAbnormalEnd("MessageSender 0")
 
 
 class FailingWalk(AcceptanceTest):

@@ -9,8 +9,8 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, SANITIZED, TOOL, boundary, linkTo
-from expected_messages import USAGE, jsonError
-from fault_checks import COUNT_FILE, PASS, FaultTest, fails, failsForever, failingMemory
+from expected_messages import USAGE, failedMessage, finishMessage, jsonError
+from fault_checks import COUNT_FILE, PASS, FaultTest, fails, failsForever, failingMemory, preloaded
 
 LONG = b"3;3;" + b"k" * 3000 + b"\n"
 JOB = {"a.xyz": (b"x;y;z\n1;1;5\n20;1;5\n" + LONG + b"4;4;5\n", b"1;1;5\n" + LONG + b"4;4;5\n"),
@@ -237,6 +237,19 @@ class LimitedMemory(FaultTest):
             self.assertLess(limit, 300 << 20)
         self.assertGreater(len(seen), 30)
         self.assertGreater(len(set(seen)), 3, seen)
+
+
+@unittest.skipIf(SANITIZED, "sanitizers bring an allocator of their own")
+class ReleasedMemory(RefusalTest):
+    def test_the_boundary_is_released_after_the_closing_message_on_every_way_out(self):
+        # Its vertices are the only block of a mebibyte.
+        self.giveJob({"a.xyz": b"x;y;z\n"}, boundary([(0, y) for y in range(20_000)]))
+        environment = preloaded("VADELCLIP_FAILING_MEMORY", {"VADELCLIP_NOTED_SIZE": str(1 << 20)})
+        for outputName, closingMessage in (("data", failedMessage()), ("missing/out", failedMessage()),
+                                           ("out", finishMessage())):
+            with self.subTest(output=outputName):
+                run = self.start("base/data", outputName, "area.xml", environment=environment)
+                self.assertEqual(run.messages[-4:], [*closingMessage, "free", "~MessageSender"])
 
 
 if __name__ == "__main__":

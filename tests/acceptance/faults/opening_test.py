@@ -12,10 +12,11 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, SANITIZED, output
 from expected_messages import closingRange, errorMessage, filePass, finishedRun, finishMessage, recorded
-from fault_checks import PASS, FaultTest, failing, fails, failsForever
+from fault_checks import PASS, FaultTest, failing, fails, failsForever, noting
 
 HEADER = b"x;y;z\n"
 A, B = HEADER + b"1;1;5\n2;2;5\n", HEADER + b"3;3;5\n4;4;5\n5;5;5\n"
+COUNTS = {"a.xyz": 2, "b.xyz": 3}
 ERRORS = (errno.EMFILE, errno.ENFILE, errno.EACCES, errno.EIO, errno.ENOMEM)
 
 
@@ -29,7 +30,7 @@ class OpeningTest(FaultTest):
         return self.clip(environment=failing(call, path, *outcomes), **settings)
 
     def lineCounts(self):
-        return [{"a.xyz": 2, "b.xyz": 3}[name] for name in self.walkOrder()]
+        return [COUNTS[name] for name in self.walkOrder()]
 
     def passes(self, partOfA, partOfB):
         """The two parts in the order of the passes. Each is a function of the lines that are done before it."""
@@ -39,11 +40,23 @@ class OpeningTest(FaultTest):
 
 
 class NodeFiles(OpeningTest):
-    def test_a_file_has_three_openings(self):
-        path = os.path.join(self.aside, "calls")
-        run = self.clip(environment=failing("open", "data/a.xyz", countTo=path))
-        self.expectFinished(run, 5, {"a.xyz": A, "b.xyz": B}, self.lineCounts())
-        self.assertEqual(Path(path).read_text(encoding="ascii"), "3")
+    def test_each_file_is_opened_for_its_header_its_count_and_its_pass_and_a_directory_never(self):
+        self.give({"base/data/folder.xyz": DIRECTORY})
+        selection, passes, linesDone = [], [], 0
+        for name in (name for name in self.walkOrder() if name in COUNTS):
+            selection += [f"open data/{name}", f"close data/{name}"] * 2
+            *before, end = filePass(COUNTS[name], linesDone, 5)
+            passes += [f"open data/{name}", f"open out/{name}", *before, f"close data/{name}", f"close out/{name}", end]
+            linesDone += COUNTS[name]
+        sender, *messages = recorded(passes, closingRange(), finishMessage())
+        self.expect(self.clip(environment=noting(".xyz")), status=0, created=output(5, {"a.xyz": A, "b.xyz": B}),
+                    messages=[sender, *selection, *messages])
+
+    def test_files_of_a_pass_with_a_bad_header_are_closed_after_its_message_the_output_first(self):
+        run = self.clip(environment={**noting(".xyz"), **failing("read", "data/a.xyz", failsForever(), opening=3)})
+        at = run.messages.index("open out/a.xyz")
+        self.assertEqual(run.messages[at - 1:at + 5], ["open data/a.xyz", "open out/a.xyz", *errorMessage(""),
+                                                       "close out/a.xyz", "close data/a.xyz"])
 
     def test_at_the_first_the_file_is_passed_over(self):
         for error in ERRORS:

@@ -1,4 +1,5 @@
 """Message catalogues beside the executable: languages, what a translation may hold, what a bad one does."""
+import errno
 import gettext
 import os
 import subprocess
@@ -8,10 +9,11 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import TOOL, boundary, linkTo, output
-from catalogue_files import CatalogueTest, catalogue
+from catalogue_files import GERMAN, CatalogueTest, catalogue
 from expected_messages import (BAD_FIRST_CHARACTER, BAD_SEPARATOR, BAD_SHAPE, CLIPPING, FAILED, FINISHED, USAGE,
                                closingRange, errorMessage, failedMessage, failedRun, filePass, finishedRun,
                                finishMessage, jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState, recorded)
+from fault_checks import failing, failsForever
 from target_platform import endedAbnormally
 
 NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
@@ -100,6 +102,24 @@ class DeliveredCatalogue(CatalogueTest):
 
     def test_without_catalogues_the_default_is_english(self):
         self.assertEqual(self.usageText(self.copyOfTool({}, TOOL)), USAGE)
+
+
+class PathOfTheExecutable(CatalogueTest):
+    """It is read from /proc, which may be absent."""
+
+    def test_english_does_not_ask_for_it(self):
+        calls = Path(self.aside, "calls")  # written if there is any
+        for option, asked in (("-lang=en", False), ("-lang=de", True)):
+            self.start(option, environment=failing("readlink", "/proc/self/exe", countTo=str(calls)))
+            self.assertEqual(calls.exists(), asked, option)
+
+    def test_without_it_the_whole_process_is_english(self):
+        self.giveJob(NODES)
+        self.give({"locale/de/LC_MESSAGES/VD2D.mo": Path(GERMAN).read_bytes()})
+        settings = {"tool": TOOL, "environment": failing("readlink", "/proc/self/exe", failsForever(errno.ENOENT))}
+        self.expect(self.start("-pipe", **settings), status=1, console=[USAGE], messages=[jsonError(USAGE), jsonFailed()])
+        self.expect(self.clip("-pipe", **settings), status=0, created=output(1, KEPT),
+                    messages=[jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()])
 
 
 class Translations(CatalogueTest):

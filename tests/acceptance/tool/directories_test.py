@@ -1,4 +1,5 @@
 """The directories of a run: how the input path is split, what is refused, where the output directory comes to stand."""
+import errno
 import os
 import sys
 import unittest
@@ -7,6 +8,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, FIFO, SQUARE, AcceptanceTest, dropPowersOfRoot, linkTo, output
 from expected_messages import finishedRun
+from fault_checks import failing, fails
 from target_platform import joined, possible
 
 NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
@@ -118,6 +120,13 @@ class InputDirectory(DirectoryTest):
         self.give({"base/data/out": DIRECTORY})
         self.expectFailed(self.clip("base/data/"), EXISTS.format(joined("base/data", "out")))
 
+    def test_with_a_trailing_separator_the_name_is_a_dot(self):
+        self.giveNodes()
+        self.give({"base/data/l.xyz": linkTo("l.xyz")})
+        run = self.clip("base/data/")
+        self.expectThrown(run, STATUS, created={"base/data/out": DIRECTORY})
+        self.assertIn(b'"base/data/./l.xyz"', run.console)
+
     def test_the_parent_is_checked_before_the_output_directory(self):
         self.give({"base/out": DIRECTORY})
         self.expectFailed(self.clip(), f"Input directory {joined('base', 'data')} does not exist")
@@ -196,6 +205,14 @@ class OutputDirectory(DirectoryTest):
     def test_a_parent_that_may_not_be_written_is_a_thrown_error(self):
         os.chmod(self.path("base"), 0o500)
         self.expectThrown(self.clip(beforeStart=dropPowersOfRoot), CREATE)
+
+
+class AppearingDirectory(DirectoryTest):
+    def test_an_output_directory_that_appears_after_its_check_is_used(self):
+        self.giveNodes()
+        self.give({"base/out": DIRECTORY})
+        # The check does not see it yet.
+        self.expectOutputAt("base/out", self.clip(environment=failing("stat", "base/out", fails(errno.ENOENT))))
 
 
 if __name__ == "__main__":
