@@ -1,5 +1,5 @@
 /// \file
-/// Our own layer behind ProcessMessage.h: JSON Lines to the controlling process in pipe mode, nothing otherwise.
+/// Our own implementation of ProcessMessage.h: JSON Lines to the controlling process in pipe mode, nothing otherwise.
 /// The constructor of a message delivers it; the destructor does nothing.
 
 #include <ProcessMessage.h>
