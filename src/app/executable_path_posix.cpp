@@ -3,8 +3,8 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/system/error_code.hpp>
 
-boost::filesystem::path executablePath() {
+std::string executablePath() {
     boost::system::error_code error;
-    boost::filesystem::path path = boost::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? boost::filesystem::path() : path;
+    const boost::filesystem::path path = boost::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : path.string();
 }

@@ -2,12 +2,11 @@
 /// The end of a finished run: its last progress report and the file with the total.
 #pragma once
 
-#include <boost/filesystem/path.hpp>
-
 #include <cstdint>
+#include <string>
 
 /// Reports that the run has reached its end, then writes `total_node_count.txt`: the number in decimal and a line
 /// feed. A file that cannot be written goes unnoticed.
 ///
 /// @param totalKeptNodes kept lines of all files, headers not counted.
-void writeNodeCount(const boost::filesystem::path& outputDirectory, std::int32_t totalKeptNodes);
+void writeNodeCount(const std::string& outputDirectory, std::int32_t totalKeptNodes);
