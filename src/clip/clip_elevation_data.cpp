@@ -35,27 +35,26 @@ bool checkParentDirectory(const std::string& inputParentDirectory) {
     return false;
 }
 
-bool checkInputDirectory(const fs::path& inputDirectory) {
+bool checkInputDirectory(const std::string& inputDirectory) {
     if (fs::is_directory(fs::status(inputDirectory))) {
         return true;
     }
-    reportLine(formatMessage("Input directory {0} does not exist", inputDirectory.string()));
+    reportLine(formatMessage("Input directory {0} does not exist", inputDirectory));
     return false;
 }
 
 /// A path that exists and is no directory passes here and fails in its creation.
-bool checkOutputDirectory(const fs::path& outputDirectory) {
+bool checkOutputDirectory(const std::string& outputDirectory) {
     if (!fs::is_directory(fs::status(outputDirectory))) {
         return true;
     }
-    reportLine(
-        formatMessage("Output directory {0} already exists, aborting in order avoid overwriting of existing data",
-                      outputDirectory.string()));
+    reportLine(formatMessage(
+        "Output directory {0} already exists, aborting in order avoid overwriting of existing data", outputDirectory));
     return false;
 }
 
 /// Clips the chosen files one after the other and returns the total of kept lines.
-std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDirectory,
+std::int32_t clipFiles(const InputSelection& selection, const std::string& outputDirectory,
                        const BoundaryIndex& boundary) {
     const std::int32_t totalLines = sumLineCounts(selection.lineCounts);
     double linesDone = 0.0;
@@ -63,7 +62,7 @@ std::int32_t clipFiles(const InputSelection& selection, const fs::path& outputDi
     for (std::size_t i = 0; i < selection.inputFiles.size(); ++i) {
         const std::string& inputPath = selection.inputFiles[i];
         const std::int32_t lineCount = selection.lineCounts[i];
-        const std::string outputPath = (outputDirectory / fs::path(inputPath).filename()).string();
+        const std::string outputPath = (fs::path(outputDirectory) / fs::path(inputPath).filename()).string();
         const std::int32_t keptNodes = clipNodeFile(inputPath, outputPath, lineCount, boundary, linesDone, totalLines);
         totalKeptNodes = addWrapping(totalKeptNodes, keptNodes);
         linesDone += lineCount;
@@ -82,11 +81,11 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
     if (!checkParentDirectory(inputParentDirectory)) {
         return 1;
     }
-    const fs::path inputDirectory = fs::path(inputParentDirectory) / inputDirectoryName;
+    const std::string inputDirectory = (fs::path(inputParentDirectory) / inputDirectoryName).string();
     if (!checkInputDirectory(inputDirectory)) {
         return 1;
     }
-    const fs::path outputDirectory = fs::path(inputParentDirectory) / outputDirectoryName;
+    const std::string outputDirectory = (fs::path(inputParentDirectory) / outputDirectoryName).string();
     if (!checkOutputDirectory(outputDirectory)) {
         return 1;
     }

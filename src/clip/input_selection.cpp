@@ -46,7 +46,7 @@ bool isDirectory(const boost::filesystem::directory_entry& entry) {
 
 } // namespace
 
-InputSelection selectInputFiles(const boost::filesystem::path& inputDirectory) {
+InputSelection selectInputFiles(const std::string& inputDirectory) {
     InputSelection selection;
     for (const boost::filesystem::directory_entry& entry : boost::filesystem::directory_iterator(inputDirectory)) {
         if (isDirectory(entry)) {

@@ -2,8 +2,6 @@
 /// The first pass over the input directory: which files are node files, and how many lines each has.
 #pragma once
 
-#include <boost/filesystem/path.hpp>
-
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,7 +18,7 @@ struct InputSelection {
 /// and begins with a header line. Anything else is skipped in silence.
 ///
 /// @throws boost::filesystem::filesystem_error if the walk or a status query fails.
-InputSelection selectInputFiles(const boost::filesystem::path& inputDirectory);
+InputSelection selectInputFiles(const std::string& inputDirectory);
 
 /// Adds up line counts with 32-bit wrap-around.
 std::int32_t sumLineCounts(const std::vector<std::int32_t>& lineCounts);

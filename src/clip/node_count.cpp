@@ -2,6 +2,8 @@
 
 #include <ProcessMessage.h>
 
+#include <boost/filesystem/path.hpp>
+
 #include <fstream>
 
 namespace vadelclip {
@@ -16,9 +18,9 @@ void reportRunComplete() {
 
 } // namespace
 
-void writeNodeCount(const boost::filesystem::path& outputDirectory, std::int32_t totalKeptNodes) {
+void writeNodeCount(const std::string& outputDirectory, std::int32_t totalKeptNodes) {
     reportRunComplete();
-    std::ofstream output((outputDirectory / "total_node_count.txt").string());
+    std::ofstream output((boost::filesystem::path(outputDirectory) / "total_node_count.txt").string());
     output << totalKeptNodes << '\n';
     output.flush();
     output.close();

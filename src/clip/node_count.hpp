@@ -2,9 +2,8 @@
 /// The end of a finished run: its last progress report and the file with the total.
 #pragma once
 
-#include <boost/filesystem/path.hpp>
-
 #include <cstdint>
+#include <string>
 
 namespace vadelclip {
 
@@ -12,6 +11,6 @@ namespace vadelclip {
 /// feed. A file that cannot be written goes unnoticed.
 ///
 /// @param totalKeptNodes kept lines of all files, headers not counted.
-void writeNodeCount(const boost::filesystem::path& outputDirectory, std::int32_t totalKeptNodes);
+void writeNodeCount(const std::string& outputDirectory, std::int32_t totalKeptNodes);
 
 } // namespace vadelclip

@@ -2,13 +2,13 @@
 /// Where the running executable lies; its catalogues lie beside it.
 #pragma once
 
-#include <boost/filesystem/path.hpp>
+#include <string>
 
 namespace vadelclip {
 
 /// Gives the full path of the running executable, links resolved as far as the platform does it.
 ///
-/// @return the empty path if the platform does not tell.
-boost::filesystem::path executablePath();
+/// @return an empty string if the platform does not provide the path.
+std::string executablePath();
 
 } // namespace vadelclip

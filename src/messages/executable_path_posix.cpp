@@ -5,10 +5,10 @@
 
 namespace vadelclip {
 
-boost::filesystem::path executablePath() {
+std::string executablePath() {
     boost::system::error_code error;
-    boost::filesystem::path path = boost::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? boost::filesystem::path() : path;
+    const boost::filesystem::path path = boost::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : path.string();
 }
 
 } // namespace vadelclip

@@ -1,5 +1,6 @@
 #include "messages/executable_path.hpp"
 
+#include <boost/filesystem/path.hpp>
 #include <windows.h>
 
 namespace vadelclip {
@@ -11,13 +12,13 @@ constexpr DWORD pathCapacity = 260;
 
 } // namespace
 
-boost::filesystem::path executablePath() {
+std::string executablePath() {
     // One more than Windows is told of, so that a path that did not fit is ended too.
     wchar_t path[pathCapacity + 1] = {};
     // Only 0 counts as failure. A path that does not fit is cut and used as it stands: no catalogue is found there,
     // and the messages stay English, unless only the file name is cut.
     const DWORD length = GetModuleFileNameW(nullptr, path, pathCapacity);
-    return length == 0 ? boost::filesystem::path() : boost::filesystem::path(path);
+    return length == 0 ? std::string() : boost::filesystem::path(path).string();
 }
 
 } // namespace vadelclip

@@ -2,6 +2,7 @@
 
 #include "messages/executable_path.hpp"
 
+#include <boost/filesystem/path.hpp>
 #include <boost/locale/encoding_errors.hpp>
 #include <boost/locale/generator.hpp>
 #include <boost/locale/localization_backend.hpp>
@@ -24,8 +25,8 @@ void chooseLocaleBackend() {
 
 } // namespace
 
-std::string catalogueSearchPath(const boost::filesystem::path& executable) {
-    return executable.empty() ? std::string() : (executable.parent_path() / "locale").string();
+std::string catalogueSearchPath(const std::string& executable) {
+    return executable.empty() ? std::string() : (boost::filesystem::path(executable).parent_path() / "locale").string();
 }
 
 void setUpMessageCatalogues(const std::string& language) {

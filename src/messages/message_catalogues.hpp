@@ -2,8 +2,6 @@
 /// The one-time set-up of the gettext catalogues that lie beside the executable.
 #pragma once
 
-#include <boost/filesystem/path.hpp>
-
 #include <string>
 
 namespace vadelclip {
@@ -23,6 +21,6 @@ void setUpMessageCatalogues(const std::string& language);
 /// Gives the directory where catalogues are looked for: `locale` beside the executable. Whether it exists is not tested.
 ///
 /// @param executable full path; where it is empty because the platform does not tell it, the result is empty too.
-std::string catalogueSearchPath(const boost::filesystem::path& executable);
+std::string catalogueSearchPath(const std::string& executable);
 
 } // namespace vadelclip

@@ -38,7 +38,7 @@ TEST(BoundaryReaderFailure, cannotFindAFileThatIsNoXmlOrHoldsNoElement) {
          {"", " \n", "text", "<!-- only a comment -->", "<?xml version=\"1.0\"?>", "<!DOCTYPE VADELSIM>",
           "<?VADELSIM?>", "<VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM></VadeDGM>",
           "<VADELSIM", "<VADELSIM a=1/>", "<VADELSIM a=\"1/>", "<VADELSIM a/>", "<VADELSIM a=\"1\"b=\"2\"/>", "<>",
-          "<VADELSIM><VadeDGM/></VADELSIM><!-- open"}) {
+          "<VADELSIM><VadeDGM/></VADELSIM><!-- open", "<VADELSIM><!DOCTYPE VADELSIM><VadeDGM/></VADELSIM>"}) {
         expectNotFound(bytes);
     }
     const std::string zeroByte(1, '\0');

@@ -49,7 +49,10 @@ const std::vector<NumberCase> goodNumbers = {
     {"179769313486231570000000000000000000000e270", 1.7976931348623157e308},
     {"2.2250738585072011e-308", 2.2250738585072011e-308},
     {"4.9e-324", 4.9e-324},
+    // The largest double is 1.797693134862315708e308. A text up to half a step above it rounds to it.
+    {"1.7976931348623158e308", 1.7976931348623157e308},
     {"1e-999", 0},
+    {"1e-99999999999999999999", 0},
 };
 
 const std::string noBreakSpace = "\xC2\xA0";
@@ -82,6 +85,7 @@ const std::vector<std::string> badNumbers = {
     "#1",
     "1e999",
     "-1e999",
+    "1.797693134862315808e308",
     noBreakSpace + "1",
     byteOrderMark + "1",
     minusSign + "5",

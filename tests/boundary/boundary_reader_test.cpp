@@ -6,6 +6,27 @@
 #include "support/file_support.hpp"
 
 #include <gtest/gtest.h>
+#include <pugixml.hpp>
+
+#include <cstdlib>
+#include <set>
+
+namespace {
+
+int allocatedXmlBlocks = 0;
+std::set<void*> heldXmlBlocks;
+
+void* allocateXmlBlock(std::size_t size) {
+    ++allocatedXmlBlocks;
+    return *heldXmlBlocks.insert(std::malloc(size)).first;
+}
+
+void freeXmlBlock(void* block) {
+    heldXmlBlocks.erase(block);
+    std::free(block);
+}
+
+} // namespace
 
 namespace vadelclip {
 
@@ -111,6 +132,10 @@ TEST(BoundaryReader, passesOverEverythingElseInSilence) {
                                         R"(<point x="a"/></point></polygon>)"));
 }
 
+TEST(BoundaryReader, passesOverAnXmlDeclarationInAPolygon) {
+    expectRead({{{1, 2}}}, inBoundaries(R"(<polygon id="1"><?xml version="1.0"?><point x="1" y="2"/></polygon>)"));
+}
+
 TEST(BoundaryReader, makesNoChildrenOfPolygonsWithinPolygons) {
     expectRead({{{1, 2}}}, inBoundaries(R"(<polygon id="1"><polygon id="a"><point x="8" y="8"/></polygon>)"
                                         R"(<point x="1" y="2"/></polygon>)"));
@@ -131,6 +156,22 @@ TEST(BoundaryReader, readsAgainIntoAClearedSetAsIntoANewOne) {
     clearBoundarySet(set);
     EXPECT_TRUE(readBoundaryFile(set, path));
     EXPECT_EQ(asText(setOf({triangle, triangle})), asText(set));
+}
+
+TEST(BoundaryReader, hasFreedTheDocumentWhenItReturns) {
+    const auto allocate = pugi::get_memory_allocation_function();
+    const auto free = pugi::get_memory_deallocation_function();
+    for (const std::string& bytes :
+         {inBoundaries(triangleElement), std::string("<open>"), std::string("<other/>"), inBoundaries("<polygon/>"),
+          inBoundaries("<polygon id=\"1\"><point/></polygon>")}) {
+        allocatedXmlBlocks = 0;
+        heldXmlBlocks.clear();
+        pugi::set_memory_management_functions(&allocateXmlBlock, &freeXmlBlock);
+        readBoundaryBytes(bytes);
+        pugi::set_memory_management_functions(allocate, free);
+        EXPECT_LT(0, allocatedXmlBlocks) << bytes;
+        EXPECT_EQ(0u, heldXmlBlocks.size()) << bytes;
+    }
 }
 
 } // namespace vadelclip

@@ -12,24 +12,34 @@ namespace vadelclip {
 
 namespace {
 
-/// The same text in UTF-16, for texts in ASCII.
-std::string inUtf16(const std::string& text, bool littleEndian) {
+/// Returns an ASCII text with this number of zero bytes before and after each letter, as UTF-16 and UTF-32 have it.
+std::string widened(const std::string& text, std::size_t zerosBefore, std::size_t zerosAfter) {
     std::string bytes;
     for (const char letter : text) {
-        bytes += littleEndian ? std::string{letter, '\0'} : std::string{'\0', letter};
+        bytes += std::string(zerosBefore, '\0') + letter + std::string(zerosAfter, '\0');
     }
     return bytes;
 }
 
 } // namespace
 
-TEST(BoundaryReaderText, mayBeInUtf8OrUtf16WithOrWithoutAMark) {
+TEST(BoundaryReaderText, mayBeInAnyUnicodeEncodingWithOrWithoutAMark) {
     const std::string text =
         "<?xml version=\"1.0\"?>" + inBoundaries("<polygon id=\"1\"><point x=\"1.5\" y=\"-2.5\"/></polygon>");
-    for (const std::string& bytes : {text, "\xEF\xBB\xBF" + text, "\xFF\xFE" + inUtf16(text, true),
-                                     "\xFE\xFF" + inUtf16(text, false), inUtf16(text, true), inUtf16(text, false)}) {
-        expectRead({{{1.5, -2.5}}}, bytes);
+    const std::string zeros(2, '\0');
+    const std::pair<std::string, std::string> encodings[] = {{byteOrderMark, text},
+                                                             {"\xFF\xFE", widened(text, 0, 1)},
+                                                             {"\xFE\xFF", widened(text, 1, 0)},
+                                                             {"\xFF\xFE" + zeros, widened(text, 0, 3)},
+                                                             {zeros + "\xFE\xFF", widened(text, 3, 0)}};
+    for (const auto& [mark, content] : encodings) {
+        expectRead({{{1.5, -2.5}}}, content);
+        expectRead({{{1.5, -2.5}}}, mark + content);
     }
+}
+
+TEST(BoundaryReaderText, mayDeclareUtf16OverUtf8) {
+    expectRead({triangle}, "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + inBoundaries(triangleElement));
 }
 
 TEST(BoundaryReaderText, mayDeclareLatin1OrHoldInvalidUtf8) {

@@ -67,7 +67,7 @@ TEST(TwoVertexPolygon, onASlopeIsDecidedByTheRoundedDistance) {
     EXPECT_FALSE(segmentContains({0, 0}, {3, 1}, {2.25, 0.75}));
 }
 
-TEST(TwoVertexPolygon, mayLackItsOwnSecondVertexButNeverItsFirst) {
+TEST(TwoVertexPolygon, containsItsFirstVertexAndMayLackItsSecond) {
     EXPECT_TRUE(segmentContains({0, 0}, {49, 5}, {0, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {49, 5}, {49, 5}));
     EXPECT_TRUE(segmentContains({49, 5}, {0, 0}, {49, 5}));
@@ -89,6 +89,31 @@ TEST(TwoVertexPolygon, shorterThanTheDegenerateLengthIsItsFirstVertex) {
     EXPECT_TRUE(segmentContains({0, 0}, {1.0000000000000001e-07, 0}, {5e-8, 0}));
     EXPECT_TRUE(segmentContains({0, 0}, {1.0000000000000001e-07, 0}, {1.0000000000000001e-07, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {1e-13, 0}, {5e-14, 0}));
+}
+
+TEST(TwoVertexPolygon, containsItsEndsAndMiddleWhereSquaresOverflow) {
+    for (const double x : {-8e307, 0.0, 8e307}) {
+        EXPECT_TRUE(segmentContains({-8e307, 0}, {8e307, 0}, {x, 0})) << x;
+    }
+    EXPECT_FALSE(segmentContains({-8e307, 0}, {8e307, 0}, {0, 1e-300}));
+}
+
+// The next two are kept on purpose.
+TEST(TwoVertexPolygon, containsNothingWhereADifferenceOverflows) {
+    for (const double y : {0.0, 3.0}) {
+        for (const Point2D point : {Point2D{-9e307, 0}, {0, y / 2}, {9e307, y}}) {
+            EXPECT_FALSE(segmentContains({-9e307, 0}, {9e307, y}, point)) << point.x;
+            EXPECT_FALSE(segmentContains({0, -9e307}, {y, 9e307}, {point.y, point.x})) << point.x;
+        }
+    }
+}
+
+TEST(TwoVertexPolygon, containsItsWholeBoxWhereOnlyItsLengthOverflows) {
+    for (const Point2D point : {Point2D{0, 0}, {1.3e308, 1.3e308}, {0, 1.3e308}, {5, 1e300}, {-0.0000005, 0}}) {
+        EXPECT_TRUE(segmentContains({0, 0}, {1.3e308, 1.3e308}, point)) << point.x << " " << point.y;
+    }
+    EXPECT_FALSE(segmentContains({0, 0}, {1.3e308, 1.3e308}, {-0.000002, 0}));
+    EXPECT_FALSE(segmentContains({0, 0}, {1.2e308, 1.2e308}, {0, 1.2e308}));
 }
 
 TEST(TwoVertexPolygon, isRejectedByItsBoxFirst) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <boost/filesystem/path.hpp>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,7 +11,7 @@
 namespace vadelclip {
 
 TEST(ExecutablePath, theRunningExecutableIsFound) {
-    const std::filesystem::path found = executablePath().wstring();
+    const std::filesystem::path found = boost::filesystem::path(executablePath()).wstring();
     EXPECT_EQ(L"unit_tests.exe", found.filename().wstring());
     EXPECT_TRUE(found.is_absolute());
     // The name of a running executable is no secret to its process: the command line begins with it.

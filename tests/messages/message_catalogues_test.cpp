@@ -29,7 +29,7 @@ class CatalogueBesideExecutable {
 public:
     CatalogueBesideExecutable(const std::string& folder, const Translations& translations,
                               const std::string& charset = "UTF-8")
-        : directory((executablePath().parent_path() / "locale" / folder).string()) {
+        : directory((std::filesystem::path(executablePath()).parent_path() / "locale" / folder).string()) {
         writeCatalogue(directory + "/LC_MESSAGES/VD2D.mo", translations, charset);
     }
     CatalogueBesideExecutable(const CatalogueBesideExecutable&) = delete;
@@ -141,7 +141,7 @@ TEST(MessageCatalogues, anUnknownCharacterSetInTheLanguageIsTakenWhereThereIsNoC
 }
 
 TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
-    const std::string directory = (executablePath().parent_path() / "locale/vadelsix").string();
+    const std::string directory = (std::filesystem::path(executablePath()).parent_path() / "locale/vadelsix").string();
     const CatalogueBesideExecutable catalogue("vadelsix", {});
     std::filesystem::resize_file(directory + "/LC_MESSAGES/VD2D.mo", 3);
     ConsoleCapture console;
@@ -160,7 +160,7 @@ TEST(CatalogueSearchPath, liesBesideTheExecutable) {
 }
 
 TEST(CatalogueSearchPath, isEmptyWhereThePlatformDoesNotTellTheExecutable) {
-    EXPECT_EQ(catalogueSearchPath(boost::filesystem::path()), "");
+    EXPECT_EQ(catalogueSearchPath(""), "");
 }
 
 } // namespace vadelclip

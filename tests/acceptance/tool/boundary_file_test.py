@@ -67,7 +67,7 @@ class UnreadableFiles(BoundaryTest):
         self.expectEach((b"<VADELSIM>", SQUARE[:-2], SQUARE.replace(b"</group>", b""),
                          b"<VADELSIM></VadeDGM></VADELSIM>",
                          document('<group type=boundaries/>'), document('<group type="boundaries/>'), b"<VADELSIM><",
-                         document("<!-- open "), SQUARE.replace(b"polygon id", b"polygon\0id")),
+                         document("<!-- open "), document("<!DOCTYPE VADELSIM>"), SQUARE.replace(b"polygon id", b"polygon\0id")),
                         self.expectRefused, self.NOT_FOUND)
 
     @unittest.skipIf(SANITIZED, "sanitizers stop at the impossible size that a directory seems to have")

@@ -272,4 +272,12 @@ TEST(BoundaryIndex, fillsTheEdgesOfATwoVertexPolygonOfTheSetItself) {
     EXPECT_EQ(set.polygons.front().edges.size(), 1U);
 }
 
+TEST(BoundaryIndex, keepsTheEndsAndMiddleOfASegmentWhoseSquaresOverflow) {
+    BoundarySet set = setOf({{{-8e307, 0.0}, {8e307, 0.0}}});
+    const BoundaryIndex index(set);
+    for (const double x : {-8e307, 0.0, 8e307}) {
+        EXPECT_TRUE(index.anyContains({x, 0.0})) << x;
+    }
+}
+
 } // namespace vadelclip
