@@ -2,6 +2,7 @@
 
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
+#include "watch/show/numbers.hpp"
 
 #include <algorithm>
 
@@ -77,7 +78,7 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
     canvas.strokeRectangle(bar, ink, 1.5);
     canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
     const TextStyle style{labelSize, TextAnchor::middle, false};
-    const std::string label = formatLength(length, words.decimalPoint);
+    const std::string label = formatLength(length, decimalSign());
     const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
     drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "watch/map/points.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -35,9 +34,8 @@ struct LegendWords {
     bool showsDensity = false;
     std::vector<std::string> notes; ///< A line each, where there is something to say.
     std::string unit;               ///< Of the scale bar.
-    char decimalPoint = '.';
 };
 
-LegendWords wordsOf(const MapLegend& legend, const WatchTexts& texts);
+LegendWords wordsOf(const MapLegend& legend);
 
 } // namespace vadelwatch

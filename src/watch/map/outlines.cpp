@@ -1,5 +1,7 @@
 #include "watch/map/outlines.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -83,20 +85,23 @@ bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
     return true;
 }
 
+std::string unreadable(const std::string& boundaryFile, const std::string& reason) {
+    return formatMessage("The boundary file {0} cannot be read: {1}.", boundaryFile, reason);
+}
+
 } // namespace
 
-std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines) {
+std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
     std::error_code error;
     if (std::filesystem::is_directory(boundaryFile, error)) {
         // The parser would speak of missing memory.
-        return filledIn(texts.map.boundaryUnreadable, {boundaryFile, texts.map.isDirectory});
+        return unreadable(boundaryFile, translateMessage("it is a directory"));
     }
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_file(boundaryFile.c_str(), parseOptions, pugi::encoding_auto);
     if (result.status != pugi::status_ok) {
         const bool missing = result.status == pugi::status_file_not_found;
-        return filledIn(texts.map.boundaryUnreadable,
-                        {boundaryFile, missing ? texts.map.fileNotFound : result.description()});
+        return unreadable(boundaryFile, missing ? translateMessage("File was not found") : result.description());
     }
     for (const pugi::xml_node& group : document.child("VADELSIM").child("VadeDGM").children("group")) {
         if (std::string_view(group.attribute("type").value()) != "boundaries") {
@@ -105,7 +110,7 @@ std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& t
         for (const pugi::xml_node& polygon : group.children("polygon")) {
             outlines.emplace_back();
             if (!readOutline(polygon, outlines.back())) {
-                return filledIn(texts.map.boundaryPoint, {boundaryFile});
+                return formatMessage("The boundary file {0} holds a point without coordinates.", boundaryFile);
             }
         }
     }

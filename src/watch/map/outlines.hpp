@@ -5,7 +5,6 @@
 #pragma once
 
 #include "watch/map/extent.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <string>
 #include <vector>
@@ -17,10 +16,9 @@ using MapOutlines = std::vector<std::vector<MapPosition>>;
 
 /// Reads the polygons of all groups of type "boundaries".
 ///
-/// @param texts    for the sentence.
 /// @param outlines receives them; coordinates that cannot be drawn are moved to the limit of what can.
 /// @return empty on success, else a sentence that names the file. `outlines` holds what was read before then.
-std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines);
+std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines);
 
 MapExtent extentOf(const MapOutlines& outlines);
 

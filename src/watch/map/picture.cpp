@@ -10,6 +10,8 @@
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
 #include "watch/map/view.hpp"
+#include "watch/show/messages.hpp"
+#include "watch/show/numbers.hpp"
 
 #include <cerrno>
 #include <cmath>
@@ -35,10 +37,10 @@ PictureFormat formatOf(const std::string& pictureFile) {
 }
 
 /// First pass over the nodes: how many there are, how far they reach.
-std::string readContent(const MapRequest& request, const WatchTexts& texts, MapContent& content) {
-    std::string error = readMapOutlines(request.boundaryFile, texts, content.outlines);
+std::string readContent(const MapRequest& request, MapContent& content) {
+    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
     if (error.empty()) {
-        error = visitNodes(request.inputDirectory, request.outputDirectory, texts, content.counts,
+        error = visitNodes(request.inputDirectory, request.outputDirectory, content.counts,
                            [&content](MapPosition position, bool) { includePosition(content.points, position); });
     }
     return error;
@@ -50,18 +52,18 @@ MapExtent frameOf(const MapContent& content) {
     return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
 }
 
-MapView layOut(const MapExtent& frame, const WatchTexts& texts) {
+MapView layOut(const MapExtent& frame) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     const auto labelWidth = [&scratch](const std::string& label) {
         return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
     };
-    return layOutMap(addMargin(frame), labelWidth, texts.decimalPoint);
+    return layOutMap(addMargin(frame), labelWidth, decimalSign());
 }
 
 /// Second pass: the nodes of each pixel.
-std::string countNodes(const MapRequest& request, const WatchTexts& texts, MapRaster& raster) {
+std::string countNodes(const MapRequest& request, MapRaster& raster) {
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, texts, counts,
+    return visitNodes(request.inputDirectory, request.outputDirectory, counts,
                       [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
 }
 
@@ -114,13 +116,13 @@ void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& out
     canvas.endClip();
 }
 
-std::string titleOf(const MapRequest& request, const WatchTexts& texts) {
-    return filledIn(texts.map.title, {readableText(lastComponent(request.inputDirectory)),
-                                      readableText(lastComponent(request.boundaryFile))});
+std::string titleOf(const MapRequest& request) {
+    return formatMessage("{0} clipped to {1}", readableText(lastComponent(request.inputDirectory)),
+                         readableText(lastComponent(request.boundaryFile)));
 }
 
 void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
-                 const MapRaster& raster, const WatchTexts& texts) {
+                 const MapRaster& raster) {
     const MapDensity density = measureDensity(raster);
     drawTitle(canvas, view, title);
     drawGrid(canvas, view);
@@ -129,16 +131,17 @@ void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& vie
     drawOutlines(canvas, view, content.outlines, outlineWidth);
     drawAxes(canvas, view);
     const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
-    drawLegend(canvas, view, wordsOf(legend, texts), outlineWidth);
+    drawLegend(canvas, view, wordsOf(legend), outlineWidth);
 }
 
-std::string writePicture(const std::string& pictureFile, const std::string& bytes, const WatchTexts& texts) {
+std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
     errno = 0;
     std::ofstream output(pictureFile, std::ios::binary);
     output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     output.close();
     if (output.fail()) {
-        return filledIn(texts.map.pictureUnwritten, {pictureFile, std::generic_category().message(errno)});
+        return formatMessage("The map {0} cannot be written: {1}.", pictureFile,
+                             std::generic_category().message(errno));
     }
     return "";
 }
@@ -149,28 +152,28 @@ bool isPictureFileName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".svg");
 }
 
-std::string drawMap(const MapRequest& request, const WatchTexts& texts) {
+std::string drawMap(const MapRequest& request) {
     MapContent content;
-    std::string error = readContent(request, texts, content);
+    std::string error = readContent(request, content);
     if (!error.empty()) {
         return error;
     }
     const MapExtent frame = frameOf(content);
     if (isEmpty(frame)) {
-        return texts.map.nothingToDraw;
+        return translateMessage("There is nothing to draw: no node has a position and the boundary has no vertex.");
     }
-    const MapView view = layOut(frame, texts);
+    const MapView view = layOut(frame);
     MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
-    error = countNodes(request, texts, raster);
+    error = countNodes(request, raster);
     if (!error.empty()) {
         return error;
     }
     MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
-    drawPicture(canvas, titleOf(request, texts), view, content, raster, texts);
+    drawPicture(canvas, titleOf(request), view, content, raster);
     std::string bytes;
     error = canvas.finish(bytes);
-    return error.empty() ? writePicture(request.pictureFile, bytes, texts)
-                         : filledIn(texts.map.pictureUndrawn, {request.pictureFile, error});
+    return error.empty() ? writePicture(request.pictureFile, bytes)
+                         : formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
 }
 
 } // namespace vadelwatch

@@ -2,8 +2,6 @@
 /// The picture of a run: outlines, kept and dropped points, with everything a map needs around them.
 #pragma once
 
-#include "watch/show/watch_texts.hpp"
-
 #include <string>
 #include <string_view>
 
@@ -23,6 +21,6 @@ bool isPictureFileName(std::string_view name);
 /// Draws the map of a finished run. The node files are read twice, in memory that does not grow with them.
 ///
 /// @return empty on success, else a sentence that says why no picture was written.
-std::string drawMap(const MapRequest& request, const WatchTexts& texts);
+std::string drawMap(const MapRequest& request);
 
 } // namespace vadelwatch
