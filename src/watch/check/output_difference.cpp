@@ -14,7 +14,7 @@ namespace {
 
 /// More node files without an output are counted and not named: in a large survey clipped to a small area, most of them
 /// rightly have none.
-constexpr std::size_t mostNamed = 20;
+constexpr std::size_t maxNamed = 20;
 
 std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory) {
     if (check.directoryError) {
@@ -116,7 +116,7 @@ std::vector<std::string> missingNames(const OutputCheck& check, const std::set<s
 }
 
 void addMissing(const std::vector<std::string>& missing, std::vector<std::string>& lines) {
-    const std::size_t named = std::min(missing.size(), mostNamed);
+    const std::size_t named = std::min(missing.size(), maxNamed);
     for (std::size_t i = 0; i < named; ++i) {
         lines.push_back(
             formatMessage("{0}: no output file, which is right only if none of its nodes was kept", missing[i]));

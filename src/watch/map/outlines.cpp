@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
 
-/// Whatever follows the number is not looked at.
+/// Ignores the rest of the value after the number.
 bool readCoordinate(const pugi::xml_node& point, const char* name, double& coordinate) {
     std::string_view text = point.attribute(name).value();
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
@@ -43,9 +43,11 @@ bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outlin
     return true;
 }
 
-/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to where it is on the inner side of one
-/// limit of the window. `distance` is how far the start lies inside, `change` how the distance grows along the line.
-/// This is the line clipping of Liang and Barsky.
+/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to the inner side of one limit of the
+/// window. `distance` is the distance of the start from the limit, positive inside; `change` is how much the distance
+/// grows along the line. This is the line clipping of Liang and Barsky.
+///
+/// @return false if nothing is left.
 bool narrow(double distance, double change, double& first, double& last) {
     if (change == 0.0) {
         return distance >= 0.0;
@@ -59,7 +61,7 @@ bool narrow(double distance, double change, double& first, double& last) {
     return first <= last;
 }
 
-/// A crossing on an edge that is very much longer than the window is rounded to somewhere beside it.
+/// Moves a position into the window. Rounding may put a crossing outside it on an edge much longer than the window.
 MapPosition clampTo(const MapExtent& window, MapPosition position) {
     return {std::clamp(position.x, window.minX, window.maxX), std::clamp(position.y, window.minY, window.maxY)};
 }
@@ -94,7 +96,7 @@ std::string unreadable(const std::string& boundaryFile, const std::string& reaso
 std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
     std::error_code error;
     if (std::filesystem::is_directory(boundaryFile, error)) {
-        // The parser would speak of missing memory.
+        // The reason of the parser would be missing memory.
         return unreadable(boundaryFile, translateMessage("it is a directory"));
     }
     pugi::xml_document document;
@@ -142,7 +144,7 @@ MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent
             lines.push_back({start});
         }
         lines.back().push_back(end);
-        // An edge that was cut at its end left the window there.
+        // If the end of the edge was cut off, the outline leaves the window there.
         goesOn = end.x == vertex.x && end.y == vertex.y;
     }
     return lines;

@@ -22,10 +22,10 @@ namespace vadelwatch {
 
 namespace {
 
-/// Up to this many cells with nodes are drawn as discs of their own, more of them as one image.
-constexpr std::size_t mostDiscs = 3000;
+/// Up to this many cells with nodes are drawn as separate discs, more of them as one image.
+constexpr std::size_t maxDiscs = 3000;
 
-/// What has been read, before anything is drawn.
+/// The data of the map.
 struct MapContent {
     MapOutlines outlines;
     NodeCounts counts;
@@ -36,7 +36,7 @@ PictureFormat formatOf(const std::string& pictureFile) {
     return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
 }
 
-/// First pass over the nodes: how many there are, how far they reach.
+/// Reads the outlines, and counts the nodes and finds their extent in a first pass.
 std::string readContent(const MapRequest& request, MapContent& content) {
     std::string error = readMapOutlines(request.boundaryFile, content.outlines);
     if (error.empty()) {
@@ -46,7 +46,7 @@ std::string readContent(const MapRequest& request, MapContent& content) {
     return error;
 }
 
-/// Where nothing was kept, the question is where the nodes are, so all of them are shown.
+/// Shows all nodes if none was kept, because the user then wants to see where they are.
 MapExtent frameOf(const MapContent& content) {
     const MapExtent outlines = extentOf(content.outlines);
     return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
@@ -60,7 +60,7 @@ MapView layOut(const MapExtent& frame) {
     return layOutMap(addMargin(frame), labelWidth, decimalSign());
 }
 
-/// Second pass: the nodes of each pixel.
+/// Counts the nodes of each pixel in a second pass.
 std::string countNodes(const MapRequest& request, MapRaster& raster) {
     NodeCounts counts;
     return visitNodes(request.inputDirectory, request.outputDirectory, counts,
@@ -71,7 +71,7 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     const double radius = discRadius(nodeSpacing(raster));
     const PixelPosition corner{view.plot.left, view.plot.top};
     canvas.beginClip(view.plot);
-    if (occupiedCells(raster) <= mostDiscs) {
+    if (occupiedCells(raster) <= maxDiscs) {
         drawDiscs(canvas, raster, density, radius, corner);
     } else {
         canvas.drawImage(shadeNodes(raster, density, radius), corner);
@@ -79,22 +79,22 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     canvas.endClip();
 }
 
-/// The vertices in pixels, without those that would change nothing: an outline may have more of them than the picture
-/// has pixels.
+/// Returns the vertices in pixels, without those too close to the one before to be seen: an outline may have more
+/// vertices than the picture has pixels.
 std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
-    constexpr double smallestStep = 0.4;
+    constexpr double minStep = 0.4;
     std::vector<PixelPosition> pixels{toPixel(view, line.front())};
     for (std::size_t i = 1; i < line.size(); ++i) {
         const PixelPosition next = toPixel(view, line[i]);
         const double step = std::hypot(next.x - pixels.back().x, next.y - pixels.back().y);
-        if (step >= smallestStep || i + 1 == line.size()) {
+        if (step >= minStep || i + 1 == line.size()) {
             pixels.push_back(next);
         }
     }
     return pixels;
 }
 
-/// Thinner where the outlines have so much detail that a wide line would close their bays.
+/// Returns a smaller width for outlines of so much detail that wide lines would fill their bays.
 double outlineWidthOf(const MapOutlines& outlines) {
     constexpr std::size_t manyVertices = 2000;
     std::size_t vertices = 0;
@@ -105,7 +105,7 @@ double outlineWidthOf(const MapOutlines& outlines) {
 }
 
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
-    // Cut a little outside the map, so that no cut end is seen.
+    // Clipped a little outside the map, so that the cut ends are not visible.
     const MapExtent window = addMargin(view.shown);
     canvas.beginClip(view.plot);
     for (const std::vector<MapPosition>& outline : outlines) {
