@@ -1,7 +1,7 @@
 # Where an installation puts things:
 #
-#     lib/vadelclip/      Vadelclip, Vadelwatch and locale/: together, because each looks beside its own real path,
-#                         the tool for its catalogues and Vadelwatch for the tool
+#     lib/vadelclip/      Vadelclip, Vadelwatch and locale/: together, because each looks in the directory of its
+#                         own real path, both for their catalogues and Vadelwatch for the tool
 #     bin/                relative links to the two
 #     share/              man pages, completion, documents, examples
 include(GNUInstallDirs)
@@ -71,6 +71,7 @@ endforeach()
 
 foreach(language IN LISTS catalogues)
   install(FILES ${PROJECT_BINARY_DIR}/locale/${language}/LC_MESSAGES/VD2D.mo
+      ${PROJECT_BINARY_DIR}/locale/${language}/LC_MESSAGES/vadelwatch.mo
     DESTINATION ${programDirectory}/locale/${language}/LC_MESSAGES)
 endforeach()
 

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Writes locale/VD2D.pot, the list of all message ids, from the sources.
+# Writes the lists of all message ids from the sources: locale/VD2D.pot for Vadelclip, locale/vadelwatch.pot for
+# Vadelwatch, whose sources are in src/watch.
 #
 # A message id is the literal argument of translateMessage or formatMessage. The template names the file of each id but
 # no line, date or path of this machine, so it changes only when an id does.
@@ -7,17 +8,17 @@ set -eu
 
 cd "$(dirname "$0")/.."
 . scripts/no-arguments.sh
-template=locale/VD2D.pot
-trap 'rm -f "$template.new"' EXIT
+trap 'rm -f locale/*.pot.new' EXIT
 
-{
-    cat <<'HEADER'
-# Message ids of Vadelclip.
-# {0} and {1} stand for paths and numbers. Each one must stay in a translation exactly as it is, braces included.
+# write_template <domain> <program>: the list of the sources is read from standard input.
+write_template() {
+    cat >"locale/$1.pot.new" <<HEADER
+# Message ids of $2.
+# Keep the placeholders {0}, {1}, ... in each translation exactly as they are, braces included.
 # Written by scripts/update-catalogue-template.sh.
 msgid ""
 msgstr ""
-"Project-Id-Version: Vadelclip\n"
+"Project-Id-Version: $2\n"
 "Report-Msgid-Bugs-To: \n"
 "PO-Revision-Date: \n"
 "Last-Translator: \n"
@@ -29,8 +30,12 @@ msgstr ""
 
 HEADER
     # Sorted by file, so that the order does not depend on the file system. No ids but those of the two functions.
-    find src -name '*.cpp' -o -name '*.hpp' | LC_ALL=C sort |
+    LC_ALL=C sort |
         xgettext --files-from=- --language=C++ --from-code=UTF-8 --keyword --keyword=translateMessage \
-            --keyword=formatMessage --omit-header --add-location=file --sort-by-file --no-wrap --output=-
-} >"$template.new"
-mv "$template.new" "$template"
+            --keyword=formatMessage --omit-header --add-location=file --sort-by-file --no-wrap \
+            --output=- >>"locale/$1.pot.new"
+    mv "locale/$1.pot.new" "locale/$1.pot"
+}
+
+find src -name watch -prune -o -name '*.[ch]pp' -print | write_template VD2D Vadelclip
+find src/watch -name '*.[ch]pp' | write_template vadelwatch Vadelwatch

@@ -10,6 +10,7 @@
 #include "clip/clip_elevation_data.hpp"
 #include "messages/message_catalogues.hpp"
 #include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 
 #include <ProcessMessage.h>
 

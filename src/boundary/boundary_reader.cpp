@@ -1,6 +1,7 @@
 #include "boundary/boundary_reader.hpp"
 
 #include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>

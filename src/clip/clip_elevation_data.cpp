@@ -7,6 +7,7 @@
 #include "clip/input_selection.hpp"
 #include "clip/node_count.hpp"
 #include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>

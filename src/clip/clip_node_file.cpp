@@ -5,6 +5,7 @@
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
 #include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 #include "text/line_reader.hpp"
 
 #include <ProcessMessage.h>

@@ -1,6 +1,6 @@
 #include "clip/node_file_header.hpp"
 
-#include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 
 #include <string_view>
 

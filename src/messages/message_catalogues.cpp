@@ -9,7 +9,6 @@
 
 #include <iostream>
 #include <locale>
-#include <sstream>
 
 namespace vadelclip {
 
@@ -29,17 +28,17 @@ std::string catalogueSearchPath(const std::string& executable) {
     return executable.empty() ? std::string() : (boost::filesystem::path(executable).parent_path() / "locale").string();
 }
 
-void setUpMessageCatalogues(const std::string& language) {
+void setUpCatalogue(const std::string& language, const std::string& domain) {
     chooseLocaleBackend();
     boost::locale::generator generator;
     generator.add_messages_path(catalogueSearchPath(executablePath()));
-    generator.add_messages_domain("VD2D");
+    generator.add_messages_domain(domain);
+    std::locale::global(generator(language + ".utf8"));
+}
 
-    std::stringstream localeName;
-    localeName << language << ".utf8";
-
+void setUpMessageCatalogues(const std::string& language) {
     try {
-        std::locale::global(generator(localeName.str()));
+        setUpCatalogue(language, "VD2D");
         // Streams made from now on take the new locale by themselves; this one exists already.
         std::cout.imbue(std::locale());
     } catch (const boost::locale::conv::conversion_error& error) {

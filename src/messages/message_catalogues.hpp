@@ -1,5 +1,5 @@
 /// \file
-/// The one-time set-up of the gettext catalogues that lie beside the executable.
+/// The one-time set-up of the gettext catalogues next to the executable.
 #pragma once
 
 #include <string>
@@ -7,15 +7,24 @@
 namespace vadelclip {
 
 /// Makes a locale for `language` global, with the translations of
-/// `<directory of the executable>/locale/<language folder>/LC_MESSAGES/VD2D.mo` where that file exists.
+/// `<directory of the executable>/locale/<language folder>/LC_MESSAGES/<domain>.mo` if that file exists.
 ///
-/// Absent catalogues are no error: every message keeps its English id. A catalogue whose bytes do not fit its
-/// character set is reported as one console line, and the classic locale stays. Numbers keep the classic notation
-/// under every locale made here.
+/// A missing catalogue is no error: every message keeps its English id. Numbers keep the classic notation under every
+/// locale made here.
 ///
-/// @param language the value of the option "-lang=", any bytes, may be empty; ".utf8" is added to it.
-/// @throws std::runtime_error for a catalogue that is not one (a corrupt file), or for a language value that names
-///         an unknown character set and has a catalogue. Nothing above handles it: a broken installation ends the process abnormally.
+/// @param language name of a locale without its character set; any bytes, may be empty. ".utf8" is added to it.
+/// @throws boost::locale::conv::conversion_error if the bytes of the catalogue do not fit its character set.
+/// @throws std::runtime_error if the file is not a catalogue, or if `language` names an unknown character set and has a
+///         catalogue.
+void setUpCatalogue(const std::string& language, const std::string& domain);
+
+/// Sets up the catalogue `VD2D` of the tool, also for `std::cout`.
+///
+/// Reports a catalogue whose bytes do not fit its character set as one console line, and keeps the classic locale.
+///
+/// @param language the value of the option "-lang=".
+/// @throws std::runtime_error as `setUpCatalogue` does. Nothing above handles it: a broken installation ends the
+///         process abnormally.
 void setUpMessageCatalogues(const std::string& language);
 
 /// Gives the directory where catalogues are looked for: `locale` beside the executable. Whether it exists is not tested.

@@ -2,6 +2,7 @@
 /// Vadelwatch: the controlling process for people. It starts the tool beside it and shows what the tool does.
 
 #include "watch/exit_status.hpp"
+#include "watch/show/messages.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/watch_options.hpp"
 #include "watch/watch_run.hpp"
@@ -17,6 +18,7 @@ int main(int argc, char* argv[]) {
     try {
         const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);
         if (outcome.options) {
+            vadelwatch::setUpMessages(outcome.options->language);
             return vadelwatch::watchRun(*outcome.options);
         }
         vadelwatch::OwnOutput output(STDOUT_FILENO);

@@ -6,7 +6,6 @@
 #include "watch/check/node_files.hpp"
 #include "watch/run/run_directories.hpp"
 #include "watch/show/own_output.hpp"
-#include "watch/show/watch_texts.hpp"
 #include "watch/watch_options.hpp"
 
 #include <unistd.h>
@@ -16,11 +15,10 @@ namespace vadelwatch {
 struct WatchContext {
     /// The options outlive it.
     explicit WatchContext(const WatchOptions& watchOptions)
-        : options(watchOptions), texts(watchTexts(watchOptions.language)),
+        : options(watchOptions),
           directories(runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)) {}
 
     const WatchOptions& options;
-    const WatchTexts& texts;
     RunDirectories directories;
     OwnOutput output{STDOUT_FILENO};
     OwnOutput errors{STDERR_FILENO};

@@ -2,6 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #include "watch/map/picture.hpp"
+#include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
 #include <cstring>
@@ -39,7 +40,8 @@ void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
 void closeLog(WatchContext& watch, RunSummary& summary) {
     const int error = watch.log.close();
     if (error != 0) {
-        tellFailure(watch, summary, filledIn(watch.texts.cannotWrite, {watch.options.logPath, std::strerror(error)}));
+        tellFailure(watch, summary,
+                    formatMessage("Vadelwatch: cannot write {0}: {1}", watch.options.logPath, std::strerror(error)));
     }
 }
 
@@ -50,11 +52,10 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     std::string problem;
     try {
         problem = drawMap(
-            {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath},
-            watch.texts);
+            {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
     } catch (const std::exception& error) {
         // Of missing memory, say. The run itself is over and has been summed up.
-        problem = filledIn(watch.texts.map.pictureUndrawn, {watch.options.mapPath, error.what()});
+        problem = formatMessage("The map {0} cannot be drawn: {1}.", watch.options.mapPath, error.what());
     }
     if (!problem.empty()) {
         tellFailure(watch, summary, "Vadelwatch: " + problem);
@@ -65,10 +66,11 @@ void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {
         watch.output.write(summaryJson(summary));
     } else if (summary.finished && !watch.options.quiet) {
-        watch.output.write(summaryText(summary, watch.texts, summaryColumns()));
+        watch.output.write(summaryText(summary, summaryColumns()));
     }
     if (watch.output.failure() != 0 && !watch.output.readerHasGone()) {
-        tellFailure(watch, summary, filledIn(watch.texts.cannotWriteSummary, {std::strerror(watch.output.failure())}));
+        tellFailure(watch, summary,
+                    formatMessage("Vadelwatch: cannot write the summary: {0}", std::strerror(watch.output.failure())));
     }
 }
 

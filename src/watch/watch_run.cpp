@@ -7,6 +7,7 @@
 #include "watch/run/run_signals.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
+#include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 #include "watch/show/run_summary.hpp"
 #include "watch/watch_context.hpp"
@@ -22,23 +23,26 @@ namespace vadelwatch {
 
 namespace {
 
-/// Why a file of our own must not be written there, whatever the system says; nullptr if nothing stands against it.
-const char* whyNotThere(const WatchContext& watch, const std::string& path) {
+/// Returns why a file of our own must not be written there, whatever the system says. Empty if nothing prevents it.
+std::string whyNotThere(const WatchContext& watch, const std::string& path) {
     if (isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath)) {
-        return watch.texts.runReadsIt;
+        return translateMessage("the run reads it");
     }
-    return isSameFile(path, watch.directories.output) ? watch.texts.runMakesIt : nullptr;
+    if (isSameFile(path, watch.directories.output)) {
+        return translateMessage("the run makes its output directory there");
+    }
+    return {};
 }
 
 /// Says that one of our own files cannot be written.
-bool refuse(WatchContext& watch, const std::string& path, const char* reason) {
-    watch.errors.write(filledIn(watch.texts.cannotWrite, {path, reason}) + "\n");
+bool refuse(WatchContext& watch, const std::string& path, const std::string& reason) {
+    watch.errors.write(formatMessage("Vadelwatch: cannot write {0}: {1}", path, reason) + "\n");
     return false;
 }
 
 bool prepareMap(WatchContext& watch, const std::string& map) {
-    const char* const reason = whyNotThere(watch, map);
-    if (reason != nullptr) {
+    const std::string reason = whyNotThere(watch, map);
+    if (!reason.empty()) {
         return refuse(watch, map, reason);
     }
     const int error = whyUnwritable(map);
@@ -49,12 +53,12 @@ bool prepareMap(WatchContext& watch, const std::string& map) {
 }
 
 bool prepareLog(WatchContext& watch, const std::string& log) {
-    const char* const reason = whyNotThere(watch, log);
-    if (reason != nullptr) {
+    const std::string reason = whyNotThere(watch, log);
+    if (!reason.empty()) {
         return refuse(watch, log, reason);
     }
     if (!watch.options.mapPath.empty() && isSameFile(log, watch.options.mapPath)) {
-        return refuse(watch, log, watch.texts.isTheMap);
+        return refuse(watch, log, translateMessage("the map is written there"));
     }
     const int error = watch.log.open(log);
     if (error != 0) {
@@ -78,12 +82,12 @@ bool prepareFiles(WatchContext& watch) {
 bool startTool(WatchContext& watch, ToolProcess& tool) {
     const std::string program = toolPathBesideExecutable();
     if (program.empty()) {
-        watch.errors.keep(std::string(watch.texts.unknownDirectory) + "\n");
+        watch.errors.keep(translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read") + "\n");
         return false;
     }
     const int error = tool.start(program, toolArguments(watch.options));
     if (error != 0) {
-        watch.errors.keep(filledIn(watch.texts.cannotStart, {program, std::strerror(error)}) + "\n");
+        watch.errors.keep(formatMessage("Vadelwatch: cannot start {0}: {1}", program, std::strerror(error)) + "\n");
         return false;
     }
     return true;
@@ -98,7 +102,7 @@ bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
-        mode, barStyleFromEnvironment(), watch.texts, [&watch](std::string_view text) { watch.errors.keep(text); },
+        mode, barStyleFromEnvironment(), [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
     ToolProcess tool;
     if (!startTool(watch, tool)) {
@@ -112,8 +116,9 @@ bool watchTool(WatchContext& watch, RunRecord& record) {
     } catch (const std::exception& error) {
         display.clear();
         display.flush();
-        watch.errors.keep(filledIn(watch.texts.notWatched, {error.what()}) +
-                          filledIn(watch.texts.notComplete, {watch.directories.output}) + "\n");
+        watch.errors.keep(
+            formatMessage("Vadelwatch: watching the run failed ({0}), so Vadelclip was ended.", error.what()) + " " +
+            incompleteOutput(watch.directories.output) + "\n");
         return false;
     }
 }
@@ -145,7 +150,7 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext&
         summary.exitStatus = checkFailedStatus;
     }
     const RunEvidence evidence{watch.lineCount.nodeFiles(), record.errors.size(), watch.directories.output};
-    return describeDifference(check, evidence, watch.texts);
+    return describeDifference(check, evidence);
 }
 
 } // namespace
@@ -166,7 +171,7 @@ int watchRun(const WatchOptions& options) {
         printSummary(watch, summary);
         return summary.exitStatus;
     }
-    sayLines(watch, endingLines(record, watch.directories.output, watch.texts));
+    sayLines(watch, endingLines(record, watch.directories.output));
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);

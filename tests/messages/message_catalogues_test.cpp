@@ -1,7 +1,7 @@
 #include "messages/message_catalogues.hpp"
 
 #include "messages/executable_path.hpp"
-#include "messages/reporting.hpp"
+#include "messages/translation.hpp"
 #include "support/catalogue_support.hpp"
 #include "support/console_support.hpp"
 #include "support/expected_calls_support.hpp"

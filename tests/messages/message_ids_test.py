@@ -1,7 +1,7 @@
 """Compares the message ids in the sources with the catalogue template, and the template with each translation.
 
 Ids are the literal arguments of translateMessage and formatMessage. scripts/update-catalogue-template.sh writes the
-template.
+templates: one for Vadelclip and one for Vadelwatch, whose sources are in src/watch.
 """
 import os
 import re
@@ -10,10 +10,10 @@ import unittest
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 LOCALE = os.path.join(ROOT, "locale")
-TEMPLATE = os.path.join(LOCALE, "VD2D.pot")
+DOMAINS = ("VD2D", "vadelwatch")
 
-# The two functions themselves: the only place where an id is a variable.
-DEFINITIONS = ("src/messages/reporting.hpp", "src/messages/reporting.cpp")
+# The definitions of the two functions: the only places where an id is a variable.
+DEFINITIONS = ("src/messages/translation.hpp", "src/messages/translation.cpp", "src/watch/show/messages.hpp")
 
 STRING = r'"(?:[^"\\\n]|\\.)*"'
 COMMENT_OR_LITERAL = re.compile(r"//[^\n]*|/\*.*?\*/|'(?:[^'\\\n]|\\.)*'|" + STRING, re.DOTALL)
@@ -56,7 +56,8 @@ def idsOfCode(code, mayHaveVariables=False):
 
 
 def idsOfSources(root):
-    ids = {}
+    """For each domain a dict from id to the functions that are called with it; and the calls without a literal id."""
+    idsOfDomain = {domain: {} for domain in DOMAINS}
     variables = []
     for directory, _, names in os.walk(os.path.join(root, "src")):
         for name in names:
@@ -65,10 +66,11 @@ def idsOfSources(root):
             path = os.path.relpath(os.path.join(directory, name), root)
             with open(os.path.join(root, path), encoding="utf-8") as file:
                 found, withoutLiteral = idsOfCode(file.read(), path in DEFINITIONS)
+            ids = idsOfDomain["vadelwatch" if path.startswith("src/watch/") else "VD2D"]
             for messageId, functions in found.items():
                 ids.setdefault(messageId, set()).update(functions)
             variables += [f"{path}: {call}" for call in withoutLiteral]
-    return ids, variables
+    return idsOfDomain, variables
 
 
 def readEntries(text):
@@ -136,34 +138,40 @@ def faultsOfTranslation(templateIds, entries):
     return sorted(faults)
 
 
-def readFile(path):
-    with open(path, encoding="utf-8") as file:
-        return file.read()
+def readCatalogue(*names):
+    with open(os.path.join(LOCALE, *names), encoding="utf-8") as file:
+        return readEntries(file.read())
 
 
 class MessageIds(unittest.TestCase):
     def setUp(self):
         self.codeIds, self.variables = idsOfSources(ROOT)
-        self.template = readEntries(readFile(TEMPLATE))
+        self.templates = {domain: readCatalogue(f"{domain}.pot") for domain in DOMAINS}
 
     def testIdsAreLiteralsAtThePlaceOfUse(self):
         self.assertEqual([], self.variables)
-        self.assertIn("There are no input files.", self.codeIds)
+        self.assertIn("There are no input files.", self.codeIds["VD2D"])
+        self.assertIn("Files written", self.codeIds["vadelwatch"])
 
     def testTheTemplateHasTheIdsOfTheCode(self):
-        self.assertEqual([], faultsOfTemplate(self.codeIds, self.template), "run scripts/update-catalogue-template.sh")
+        for domain, template in self.templates.items():
+            self.assertEqual([], faultsOfTemplate(self.codeIds[domain], template),
+                             "run scripts/update-catalogue-template.sh")
 
     def testIdsWithPlaceholdersAreFormattedAndNoOthers(self):
-        for messageId, functions in self.codeIds.items():
-            self.assertEqual({"formatMessage" if placeholders(messageId) else "translateMessage"}, functions, messageId)
+        for ids in self.codeIds.values():
+            for messageId, functions in ids.items():
+                self.assertEqual({"formatMessage" if placeholders(messageId) else "translateMessage"}, functions,
+                                 messageId)
 
     def testEveryTranslationIsComplete(self):
         languages = [name for name in os.listdir(LOCALE) if os.path.isdir(os.path.join(LOCALE, name))]
         self.assertIn("de", languages)
         for language in languages:
-            with self.subTest(language=language):
-                entries = readEntries(readFile(os.path.join(LOCALE, language, "VD2D.po")))
-                self.assertEqual([], faultsOfTranslation([messageId for messageId, _, _ in self.template], entries))
+            for domain, template in self.templates.items():
+                with self.subTest(language=language, domain=domain):
+                    entries = readCatalogue(language, f"{domain}.po")
+                    self.assertEqual([], faultsOfTranslation([messageId for messageId, _, _ in template], entries))
 
 
 class TheTestItself(unittest.TestCase):

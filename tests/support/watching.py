@@ -93,6 +93,8 @@ class WatchTest(unittest.TestCase):
         place = self.path("bin")
         os.makedirs(place, exist_ok=True)
         shutil.copy2(WATCH, place)
+        if not os.path.lexists(os.path.join(place, "locale")):
+            os.symlink(os.path.join(os.path.dirname(os.path.realpath(WATCH)), "locale"), os.path.join(place, "locale"))
         self.watch = os.path.join(place, "Vadelwatch")
         tool = os.path.join(place, "Vadelclip")
         with open(tool, "w", encoding="utf-8") as file:

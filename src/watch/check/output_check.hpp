@@ -3,7 +3,6 @@
 #pragma once
 
 #include "watch/check/node_files.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -58,7 +57,6 @@ struct RunEvidence {
 /// Says which and how much, line by line: first the difference, then every file that may account for it.
 ///
 /// @return nothing if everything adds up.
-std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence,
-                                            const WatchTexts& texts);
+std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence);
 
 } // namespace vadelwatch

@@ -1,6 +1,8 @@
 #include "watch/check/output_check.hpp"
 
 #include "watch/check/output_place.hpp"
+#include "watch/show/messages.hpp"
+#include "watch/show/numbers.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,63 +14,81 @@ namespace {
 
 /// More node files without an output are counted and not named: in a large survey clipped to a small area, most of them
 /// rightly have none.
-constexpr std::size_t mostNamed = 20;
+constexpr std::size_t maxNamed = 20;
 
-std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory, const WatchTexts& texts) {
+std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory) {
     if (check.directoryError) {
-        return filledIn(texts.outputUnreadable, {outputDirectory, check.directoryError.message()});
+        return formatMessage("Vadelwatch: the output directory {0} cannot be read: {1}", outputDirectory,
+                             check.directoryError.message());
     }
     const std::string found = groupedNumber(check.nodeLines);
+    if (!check.nodeCount && !check.hasNodeCountFile) {
+        return formatMessage(
+            "Vadelwatch: the output files hold {0} nodes, and there is no total_node_count.txt to compare with.",
+            found);
+    }
     if (!check.nodeCount) {
-        return filledIn(check.hasNodeCountFile ? texts.noNodeCount : texts.noNodeCountFile, {found});
+        return formatMessage(
+            "Vadelwatch: the output files hold {0} nodes, and total_node_count.txt holds no number to compare with.",
+            found);
     }
     const std::int64_t missing = check.missingNodes();
     if (missing == 0) {
-        return filledIn(texts.linesUncounted, {found});
+        return formatMessage("Vadelwatch: the output files hold {0} nodes, as many as total_node_count.txt says, but "
+                             "not every file can be counted.",
+                             found);
     }
-    return filledIn(
-        missing < 0 ? texts.linesTooMany : texts.linesDiffer,
-        {found, std::to_string(*check.nodeCount), groupedNumber(static_cast<std::uint64_t>(std::abs(missing)))});
+    const std::string count = std::to_string(*check.nodeCount);
+    const std::string difference = groupedNumber(static_cast<std::uint64_t>(std::abs(missing)));
+    if (missing < 0) {
+        return formatMessage(
+            "Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} too many.", found, count,
+            difference);
+    }
+    return formatMessage("Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} are missing.",
+                         found, count, difference);
 }
 
 /// What is wrong with a file in itself; empty for a whole one.
-std::string conditionLine(const OutputFile& file, const WatchTexts& texts) {
+std::string conditionLine(const OutputFile& file) {
     switch (file.condition) {
     case OutputCondition::empty:
-        return filledIn(texts.fileEmpty, {file.name});
+        return formatMessage("{0}: empty, even its header is missing", file.name);
     case OutputCondition::cut:
-        return filledIn(texts.fileCut, {file.name, groupedNumber(file.nodeLines)});
+        return formatMessage("{0}: its last line is cut off, {1} whole nodes before it", file.name,
+                             groupedNumber(file.nodeLines));
     case OutputCondition::withoutNode:
-        return filledIn(texts.fileWithoutNode, {file.name});
+        return formatMessage("{0}: a header and no node; Vadelclip leaves no such file", file.name);
     case OutputCondition::unreadable:
-        return filledIn(texts.fileUnreadable, {file.name});
+        return formatMessage("{0}: cannot be read", file.name);
     case OutputCondition::notRegular:
-        return filledIn(texts.fileNotRegular, {file.name});
+        return formatMessage("{0}: not a regular file, its lines cannot be counted", file.name);
     case OutputCondition::whole:
         break;
     }
     return {};
 }
 
-void addConditions(const OutputCheck& check, const WatchTexts& texts, std::vector<std::string>& lines) {
+void addConditions(const OutputCheck& check, std::vector<std::string>& lines) {
     for (const OutputFile& file : check.files) {
-        const std::string line = conditionLine(file, texts);
+        const std::string line = conditionLine(file);
         if (!line.empty()) {
             lines.push_back(line);
         }
     }
 }
 
-void addInputs(const NodeFiles& nodeFiles, const WatchTexts& texts, std::vector<std::string>& lines) {
+void addInputs(const NodeFiles& nodeFiles, std::vector<std::string>& lines) {
     for (const NodeFile& file : nodeFiles.files) {
         if (fileState(file.path) != file.state) {
-            lines.push_back(filledIn(texts.inputChanged, {file.name}));
+            lines.push_back(formatMessage("{0}: the node file was changed during the run", file.name));
         }
     }
     const bool overwritten = std::any_of(nodeFiles.files.begin(), nodeFiles.files.end(),
                                          [](const NodeFile& file) { return file.name == nodeCountName; });
     if (overwritten) {
-        lines.emplace_back(texts.countOverwrites);
+        lines.push_back(translateMessage(
+            "total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"));
     }
 }
 
@@ -95,63 +115,72 @@ std::vector<std::string> missingNames(const OutputCheck& check, const std::set<s
     return {missing.begin(), missing.end()};
 }
 
-void addMissing(const std::vector<std::string>& missing, const WatchTexts& texts, std::vector<std::string>& lines) {
-    const std::size_t named = std::min(missing.size(), mostNamed);
+void addMissing(const std::vector<std::string>& missing, std::vector<std::string>& lines) {
+    const std::size_t named = std::min(missing.size(), maxNamed);
     for (std::size_t i = 0; i < named; ++i) {
-        lines.push_back(filledIn(texts.fileMissing, {missing[i]}));
+        lines.push_back(
+            formatMessage("{0}: no output file, which is right only if none of its nodes was kept", missing[i]));
     }
     if (missing.size() > named) {
-        lines.push_back(filledIn(texts.moreFilesMissing, {groupedNumber(missing.size() - named)}));
+        lines.push_back(
+            formatMessage("more node files without an output file: {0}", groupedNumber(missing.size() - named)));
     }
 }
 
 /// Directories where the tool could not make its files.
-void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, const WatchTexts& texts,
-                    std::vector<std::string>& lines) {
+void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, std::vector<std::string>& lines) {
     for (const std::string& name : check.directories) {
         if (name == nodeCountName || expected.contains(name)) {
-            lines.push_back(filledIn(texts.fileIsDirectory, {name}));
+            lines.push_back(formatMessage("{0}: a directory in place of the file", name));
         }
     }
 }
 
-void addFilesWithoutInput(const OutputCheck& check, const std::set<std::string>& expected, const WatchTexts& texts,
+void addFilesWithoutInput(const OutputCheck& check, const std::set<std::string>& expected,
                           std::vector<std::string>& lines) {
     for (const OutputFile& file : check.files) {
         if (!expected.empty() && !expected.contains(file.name)) {
-            lines.push_back(filledIn(texts.fileWithoutInput, {file.name}));
+            lines.push_back(formatMessage("{0}: no node file had this name when the run began", file.name));
         }
     }
 }
 
 } // namespace
 
-std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence,
-                                            const WatchTexts& texts) {
+std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence) {
     if (check.addsUp) {
         return {};
     }
-    std::vector<std::string> lines{differenceLine(check, evidence.outputDirectory, texts)};
-    addConditions(check, texts, lines);
+    std::vector<std::string> details;
+    addConditions(check, details);
     const std::set<std::string> expected = expectedNames(evidence.nodeFiles);
     std::vector<std::string> missing;
     if (!check.directoryError) {
-        addDirectories(check, expected, texts, lines);
-        addFilesWithoutInput(check, expected, texts, lines);
+        addDirectories(check, expected, details);
+        addFilesWithoutInput(check, expected, details);
         missing = missingNames(check, expected);
     }
     // Without a count, nothing says that one of them lacks its output wrongly.
     if (check.nodeCount && check.missingNodes() > 0) {
-        addMissing(missing, texts, lines);
+        addMissing(missing, details);
     }
     if (evidence.rejectedHeaders > 0) {
-        lines.push_back(filledIn(texts.headerRejected, {std::to_string(evidence.rejectedHeaders)}));
+        details.push_back(
+            formatMessage("{0} of the node files lost the header during the run: each counts 1 and has no lines",
+                          std::to_string(evidence.rejectedHeaders)));
     }
-    addInputs(evidence.nodeFiles, texts, lines);
-    addPlace(evidence.outputDirectory, texts, lines);
+    addInputs(evidence.nodeFiles, details);
+    addPlace(evidence.outputDirectory, details);
     // Two numbers differ, and nothing accounts for it.
-    if (lines.size() == 1 && !check.directoryError && check.nodeCount && missing.empty()) {
-        lines.emplace_back(check.files.empty() ? texts.noOutputFile : texts.noSuspect);
+    if (details.empty() && !check.directoryError && check.nodeCount && missing.empty()) {
+        details.push_back(
+            check.files.empty()
+                ? translateMessage("There is no output file.")
+                : translateMessage("Every file looks whole, so the file with the difference is unknown."));
+    }
+    std::vector<std::string> lines{differenceLine(check, evidence.outputDirectory)};
+    for (const std::string& detail : details) {
+        lines.push_back("  " + detail);
     }
     return lines;
 }

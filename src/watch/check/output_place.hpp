@@ -2,8 +2,6 @@
 /// Whether there is room for files where the output goes.
 #pragma once
 
-#include "watch/show/watch_texts.hpp"
-
 #include <string>
 #include <sys/statvfs.h>
 #include <vector>
@@ -17,6 +15,6 @@ bool isOutOfSpace(const struct statvfs& fileSystem);
 bool isOutOfInodes(const struct statvfs& fileSystem);
 
 /// Adds a line for everything about a directory that keeps files from being written there now.
-void addPlace(const std::string& directory, const WatchTexts& texts, std::vector<std::string>& lines);
+void addPlace(const std::string& directory, std::vector<std::string>& lines);
 
 } // namespace vadelwatch

@@ -9,16 +9,16 @@ namespace vadelwatch {
 
 namespace {
 
-/// The widest label that is never written with a power of ten: digits, not counting sign and point.
+/// Labels of up to this many digits, without sign and point, never have a power of ten.
 constexpr int longestPlainLabel = 12;
 
-/// multiple x mantissa x 10^exponent. A negative power divides, because 0.1 is no double but 10 is.
+/// Returns multiple x mantissa x 10^exponent. Divides for a negative exponent, because 10 is a double and 0.1 is not.
 double multipleOf(TickStep step, double multiple) {
     const double digits = multiple * step.mantissa;
     return step.exponent < 0 ? digits / std::pow(10.0, -step.exponent) : digits * std::pow(10.0, step.exponent);
 }
 
-/// The place of the first digit: 2 for 345.6, -2 for 0.0345.
+/// Returns the place of the first digit: 2 for 345.6, -2 for 0.0345.
 int placeOf(double value) {
     return value == 0.0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value))));
 }
@@ -28,24 +28,24 @@ std::string withDecimalPoint(std::string number, char decimalPoint) {
     return number;
 }
 
-/// Digits of a whole number, its sign not counted.
+/// Returns the number of digits of an integer, without its sign.
 int digitsOf(double number) {
     return static_cast<int>(fmt::format("{:.0f}", std::abs(number)).size());
 }
 
-/// How all labels of an axis are written.
+/// The format of all labels of an axis.
 struct LabelForm {
-    int exponent = 0; ///< The common power of ten; of no meaning for plain labels.
+    int exponent = 0; ///< The common power of ten. Unused for labels without one.
     int decimals = 0;
     bool plain = true;
 };
 
-/// @param largest the largest label as a whole number of the step's last place.
+/// @param largest the largest label as a multiple of the last decimal place of the step.
 LabelForm formOfLabels(double largest, TickStep step) {
     const int place = digitsOf(largest) - 1 + step.exponent;
     const int decimals = std::max(0, -step.exponent);
     const int plainDigits = std::max(0, place) + 1 + decimals;
-    // As many as there are from the first place of the largest label to the last place of the step.
+    // From the first place of the largest label to the last place of the step.
     const int otherDigits = digitsOf(largest);
     if (plainDigits <= longestPlainLabel || plainDigits <= otherDigits) {
         return {0, decimals, true};
@@ -53,17 +53,17 @@ LabelForm formOfLabels(double largest, TickStep step) {
     return {place, otherDigits - 1, false};
 }
 
-/// @param units the number as a whole number of the step's last place: 250 for 0.250.
+/// @param units the number as a multiple of the last decimal place of the step: 250 for 0.250.
 std::string formatTick(double units, TickStep step, LabelForm form, char decimalPoint) {
     if (units == 0.0) {
-        // Zero needs no decimals, and a negative one no sign.
+        // Zero has no decimals, and negative zero no sign.
         return "0";
     }
     if (form.plain) {
         const double value = multipleOf({1, step.exponent}, units);
         return withDecimalPoint(fmt::format("{:.{}f}", value, form.decimals), decimalPoint);
     }
-    // The point is set among the digits, since the common power of ten may be none that a double can hold.
+    // The decimal sign is inserted into the digits, because a double may not be able to hold the common power of ten.
     std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);
     if (form.decimals > 0) {
         digits.insert(1, 1, decimalPoint);

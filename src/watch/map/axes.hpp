@@ -1,5 +1,5 @@
 /// \file
-/// Round numbers for the axes and the scale bar, and how they are written.
+/// Round numbers for the axes and the scale bar, and their labels.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace vadelwatch {
 
-/// The distance of two ticks: mantissa x 10^exponent, the mantissa being 1, 2 or 5. Kept in two parts, so that
-/// multiples of a step below one are the doubles nearest to what their labels say.
+/// The distance between two ticks: mantissa x 10^exponent, where the mantissa is 1, 2 or 5. Two integers, so that
+/// multiples of a step below one are the doubles nearest to their labels.
 struct TickStep {
     int mantissa = 1;
     int exponent = 0;
@@ -21,23 +21,24 @@ struct MapTick {
 
 double valueOf(TickStep step);
 
-/// The smallest step that is no smaller than `least`, which is positive.
+/// Returns the smallest step that is at least `least`, which is positive.
 TickStep stepAtLeast(double least);
 
-/// The largest step that is no larger than `most`, which is positive.
+/// Returns the largest step that is at most `most`, which is positive.
 TickStep stepAtMost(double most);
 
-/// The next larger and the next smaller step.
+/// Returns the next larger or the next smaller step.
 TickStep stepAbove(TickStep step);
 TickStep stepBelow(TickStep step);
 
-/// All multiples of the step from `first` to `last`, both included, with as many decimals as the step has. Where the
-/// longest would have more than 12 digits that way, and fewer with a power of ten, all but 0 are written with the same one.
+/// Returns all multiples of the step from `first` to `last`, both included. Labels have as many decimals as the step.
+///
+/// If the longest label had more than 12 digits, and fewer with a power of ten, all labels but 0 have the same power.
 ///
 /// @param decimalPoint the decimal sign of the labels.
 std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint = '.');
 
-/// A length as it stands at the scale bar.
+/// Returns the label of a scale bar of this length.
 std::string formatLength(TickStep step, char decimalPoint = '.');
 
 } // namespace vadelwatch

@@ -11,11 +11,11 @@ namespace vadelwatch {
 
 struct MapCanvas::Surface {
     PictureFormat format;
-    /// What has been written of an SVG picture.
+    /// The part of an SVG picture that has been written.
     std::string bytes;
     cairo_surface_t* target;
     cairo_t* context;
-    /// What an image that could not be made said of it.
+    /// The status of an image that could not be made.
     cairo_status_t imageStatus;
 };
 
@@ -31,7 +31,7 @@ cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::s
         return cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
     }
     cairo_surface_t* const surface = cairo_svg_surface_create_for_stream(appendBytes, &bytes, width, height);
-    // The default unit is the point, which viewers show a third larger than the pixel.
+    // The default unit is the point, which viewers show larger than the pixel, by a third.
     cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
     return surface;
 }
@@ -122,7 +122,7 @@ void MapCanvas::fillGradient(const PixelRectangle& rectangle, MapColour left, Ma
 
 void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth) {
     for (const PixelPosition& position : line) {
-        // Without a current point this begins the line.
+        // The first call begins the line, because there is no current point.
         cairo_line_to(surface->context, position.x, position.y);
     }
     setColour(surface->context, colour);
@@ -131,7 +131,7 @@ void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour col
 }
 
 void MapCanvas::fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour) {
-    // A line without length and with round ends takes a quarter of the space in SVG that four arcs take.
+    // A line of length 0 with round ends takes a quarter of the space of four arcs in SVG.
     for (const PixelPosition& centre : centres) {
         cairo_move_to(surface->context, centre.x, centre.y);
         cairo_line_to(surface->context, centre.x, centre.y);
@@ -144,7 +144,7 @@ void MapCanvas::fillDiscs(const std::vector<PixelPosition>& centres, double radi
 void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
     cairo_surface_t* const copy = copyImage(image);
     if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
-        // Not handed on: the library forgets to release what it takes such an image into.
+        // Not drawn, because the library leaks memory when it draws such an image.
         surface->imageStatus = cairo_surface_status(copy);
         return;
     }

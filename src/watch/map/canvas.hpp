@@ -1,6 +1,6 @@
 /// \file
-/// What a picture is drawn on: lines, discs, texts and images, in pixels from the top left corner, y downwards.
-/// The only room of the map that knows the drawing library.
+/// A picture to draw on: lines, discs, texts and images, in pixels from the top left corner, y downwards.
+/// Only this part of the map uses the drawing library.
 #pragma once
 
 #include <cstdint>
@@ -24,14 +24,14 @@ struct PixelRectangle {
     double height = 0.0;
 };
 
-/// Each part from 0 to 255.
+/// A colour, each component from 0 to 255.
 struct MapColour {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
     std::uint8_t blue = 0;
 };
 
-/// Rows from top to bottom, each pixel as 0xAARRGGBB with the colours multiplied by the opacity.
+/// An image: rows from top to bottom, each pixel as 0xAARRGGBB with the colours multiplied by the opacity.
 struct PixelImage {
     int width = 0;
     int height = 0;
@@ -48,7 +48,7 @@ struct TextStyle {
 
 class MapCanvas {
 public:
-    /// A white picture. An SVG picture has one user unit for each pixel.
+    /// Makes a white picture. An SVG picture has one user unit for each pixel.
     MapCanvas(PictureFormat format, int width, int height);
     MapCanvas(const MapCanvas&) = delete;
     MapCanvas& operator=(const MapCanvas&) = delete;
@@ -64,7 +64,7 @@ public:
     /// Fills a rectangle with colours that change evenly from its left to its right side.
     void fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right);
 
-    /// Draws a line with round joins and ends, so a line without length is a dot.
+    /// Draws a line with round joins and ends, so a line of length 0 is a dot.
     void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth);
 
     /// Fills discs of one radius and colour, as one shape.
@@ -74,15 +74,15 @@ public:
     void drawImage(const PixelImage& image, PixelPosition corner);
 
     /// @param text     valid UTF-8 in one line; see `readableText`.
-    /// @param baseline the anchor's end of the line the letters stand on.
+    /// @param baseline position of the anchor on the baseline of the letters.
     void drawText(const std::string& text, PixelPosition baseline, const TextStyle& style);
 
-    /// How far the next letter would stand behind the text. The anchor is not looked at.
+    /// Returns the distance from the start of the text to the start of the next letter. Ignores the anchor.
     double textWidth(const std::string& text, const TextStyle& style);
 
     /// Ends the drawing; nothing may be drawn afterwards.
     /// @param bytes receives the content of the picture file.
-    /// @return empty on success, else the drawing library's reason.
+    /// @return the reason of the drawing library for a failure, empty on success.
     std::string finish(std::string& bytes);
 
 private:

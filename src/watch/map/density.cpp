@@ -8,14 +8,14 @@ namespace vadelwatch {
 
 namespace {
 
-/// Cells on each side of a cell that its average takes in.
+/// The average of a cell includes this many cells on each of its sides.
 constexpr int reach = 2;
 constexpr float evenTone = 0.5F;
 
-/// From how much unevenness on the tones differ: the 98th percentile against the 2nd.
+/// Tones differ from this ratio of the 98th to the 2nd percentile on.
 constexpr float unevenRatio = 4.0F;
 
-/// The mean of the cells with nodes around a cell.
+/// Returns the mean of the cells with nodes around a cell, the cell included.
 float averageAround(const MapRaster& raster, int column, int row) {
     float nodes = 0.0F;
     float cells = 0.0F;
@@ -43,14 +43,14 @@ std::vector<float> averageCounts(const MapRaster& raster) {
     return averages;
 }
 
-/// @param sample is put into another order; not empty.
+/// @param sample not empty; is reordered.
 float percentile(std::vector<float>& sample, double share) {
     const auto place = static_cast<std::ptrdiff_t>(share * static_cast<double>(sample.size() - 1));
     std::nth_element(sample.begin(), sample.begin() + place, sample.end());
     return sample[static_cast<std::size_t>(place)];
 }
 
-/// Logarithmic: tenfold density is the same step of tone anywhere.
+/// Logarithmic, so that ten times the density is the same difference in tone everywhere.
 float toneOf(float average, float low, float high) {
     return std::clamp(std::log(average / low) / std::log(high / low), 0.0F, 1.0F);
 }

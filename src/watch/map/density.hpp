@@ -1,5 +1,5 @@
 /// \file
-/// How dark each node is drawn: where nodes are crowded, and unevenly so, darker means more of them.
+/// How dark each node is drawn. If nodes are crowded and unevenly spread, darker means more nodes.
 #pragma once
 
 #include "watch/map/raster.hpp"
@@ -9,14 +9,14 @@
 namespace vadelwatch {
 
 struct MapDensity {
-    /// False where nodes are sparse or evenly spread; every tone is then the same.
+    /// False if nodes are sparse or evenly spread. All tones are the same then.
     bool uneven = false;
-    /// One for each cell, from 0, light, to 1, dark. 0 where there are no nodes.
+    /// One for each cell, from 0 (light) to 1 (dark). 0 for a cell without nodes.
     std::vector<float> tones;
 };
 
-/// Averages the counts over small squares, since a regular grid of nodes would beat against the grid of pixels, and
-/// spreads their logarithms from the 2nd to the 98th percentile over all tones.
+/// Averages the counts over small squares, because a regular grid of nodes and the grid of pixels make a moiré
+/// pattern. Then spreads their logarithms from the 2nd to the 98th percentile over all tones.
 MapDensity measureDensity(const MapRaster& raster);
 
 } // namespace vadelwatch

@@ -10,7 +10,7 @@ namespace {
 constexpr double largestSizeRatio = 4.0;
 constexpr double marginShare = 0.04;
 
-/// The longer side.
+/// Returns the longer side.
 double sizeOf(const MapExtent& extent) {
     return std::max(widthOf(extent), heightOf(extent));
 }
@@ -28,7 +28,7 @@ double largestMagnitude(const MapExtent& extent) {
     return std::max({std::abs(extent.minX), std::abs(extent.maxX), std::abs(extent.minY), std::abs(extent.maxY)});
 }
 
-/// A double has about 16 digits. With 12 of them above the size of the frame, a thousand steps across it remain.
+/// A double has about 16 digits. If 12 of them are larger than the frame, about a thousand steps across it remain.
 double smallestResolvedSize(const MapExtent& extent) {
     return std::max(largestMagnitude(extent) * 1e-12, 1e-290);
 }
@@ -36,7 +36,7 @@ double smallestResolvedSize(const MapExtent& extent) {
 } // namespace
 
 bool isDrawable(MapPosition position) {
-    // Written so that not-a-number is not drawable either.
+    // NaN is not drawable: each comparison with it is false.
     return std::abs(position.x) <= largestDrawable && std::abs(position.y) <= largestDrawable;
 }
 
@@ -68,7 +68,7 @@ void includePosition(MapExtent& extent, MapPosition position) {
 }
 
 MapExtent joinExtents(const MapExtent& first, const MapExtent& second) {
-    // The infinities of an empty extent lose every comparison.
+    // The infinite limits of an empty extent never win a comparison.
     return {std::min(first.minX, second.minX), std::min(first.minY, second.minY), std::max(first.maxX, second.maxX),
             std::max(first.maxY, second.maxY)};
 }
@@ -80,7 +80,7 @@ MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines) {
     }
     const bool pointsAreSmaller = sizeOf(points) < sizeOf(outlines);
     const MapExtent& smaller = pointsAreSmaller ? points : outlines;
-    // Compared with the two together: two small extents far from each other are both shown, as that is the finding.
+    // Extents without overlap are both shown, because the user must see how far apart they are.
     const bool apart = isEmpty(intersect(points, outlines));
     if (apart || sizeOf(smaller) <= 0.0 || sizeOf(all) <= largestSizeRatio * sizeOf(smaller)) {
         return all;

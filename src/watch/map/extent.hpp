@@ -6,7 +6,7 @@
 
 namespace vadelwatch {
 
-/// Coordinates beyond this are not drawn: spans and products of the drawn ones stay finite without further checks.
+/// Coordinates beyond this are not drawn, so that differences and products of drawn ones are always finite.
 constexpr double largestDrawable = 1e300;
 
 struct MapPosition {
@@ -14,7 +14,7 @@ struct MapPosition {
     double y = 0.0;
 };
 
-/// A rectangle with its sides along the axes. As made, it is empty and holds no position.
+/// A rectangle with its sides along the axes. Initially empty: it contains no position.
 struct MapExtent {
     double minX = std::numeric_limits<double>::infinity();
     double minY = std::numeric_limits<double>::infinity();
@@ -30,27 +30,29 @@ bool isEmpty(const MapExtent& extent);
 double widthOf(const MapExtent& extent);
 double heightOf(const MapExtent& extent);
 
-/// The limits belong to the extent.
+/// Returns true if the position is in the extent or on its limits.
 bool holds(const MapExtent& extent, MapPosition position);
 
-/// Grows the extent to hold the position; one that is not drawable changes nothing.
+/// Extends the extent to the position. Ignores a position that is not drawable.
 void includePosition(MapExtent& extent, MapPosition position);
 
-/// The smallest extent that holds both. Either may be empty.
+/// Returns the smallest extent that contains both. Either may be empty.
 MapExtent joinExtents(const MapExtent& first, const MapExtent& second);
 
-/// Chooses what the picture shows, without a margin: points and outlines together, unless the one reaches more than
-/// four times as far as the other. Then the smaller one is shown with half its size around it, so that a single point
-/// far off, or a small area in a large survey, does not make a picture of nothing.
+/// Chooses the part of the data that the picture shows, without a margin.
 ///
-/// @return empty only if both are.
+/// This is points and outlines together. If they overlap and are together more than four times as large as the smaller
+/// one, it is the smaller one with half its size around it. So a distant point, or a small area in a large survey, does
+/// not leave the picture nearly empty.
+///
+/// @return an empty extent only if both are empty.
 MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines);
 
-/// Adds a margin of 4 % of the longer side all around. A frame without any size gets one that its coordinates can
-/// resolve, so that positions in it can be told apart.
+/// Adds a margin of 4 % of the longer side on each side. A frame of size 0 gets a size that doubles can resolve at its
+/// coordinates, so that positions in it are different numbers.
 MapExtent addMargin(const MapExtent& frame);
 
-/// Widens the frame on its shorter side, both ways alike, until height divided by width is `aspect`.
+/// Extends the frame in one direction, equally on both sides, until height divided by width is `aspect`.
 MapExtent fitAspect(const MapExtent& frame, double aspect);
 
 } // namespace vadelwatch

@@ -2,6 +2,7 @@
 
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
+#include "watch/show/numbers.hpp"
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ constexpr double lineHeight = 27.0;
 constexpr double entryHeight = 2.0 * lineHeight + 14.0;
 constexpr double longestScaleBar = 250.0;
 
-/// Right of the legend, to the end of the picture.
+/// Between the legend and the right edge of the picture.
 constexpr double rightMargin = 16.0;
 
 constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
@@ -26,7 +27,7 @@ double legendLeft(const MapView& view) {
     return view.plot.left + view.plot.width + legendGap;
 }
 
-/// Smaller where it would not end within the picture: counts may have any number of digits.
+/// Draws a text, in a smaller size if it would not fit into the picture: counts may have many digits.
 void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text, PixelPosition baseline,
                  TextStyle style) {
     const double widest = view.pictureWidth - rightMargin - baseline.x;
@@ -57,7 +58,7 @@ void drawOutlineEntry(MapCanvas& canvas, const MapView& view, double top, double
     drawEntryText(canvas, view, top, entry);
 }
 
-/// @return where the next thing below may stand.
+/// @return the top of the next item.
 double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::string>& notes, double top) {
     for (const std::string& note : notes) {
         drawFitting(canvas, view, note, {legendLeft(view), top + 17.0}, noteStyle);
@@ -66,7 +67,7 @@ double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::
     return top;
 }
 
-/// Two halves, filled and empty, with the length in the unit of the data.
+/// Draws two halves, filled and empty, with the length in the unit of the data.
 void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
     const double left = legendLeft(view);
     const TickStep length = stepAtMost(longestScaleBar / scaleOf(view));
@@ -77,7 +78,7 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
     canvas.strokeRectangle(bar, ink, 1.5);
     canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
     const TextStyle style{labelSize, TextAnchor::middle, false};
-    const std::string label = formatLength(length, words.decimalPoint);
+    const std::string label = formatLength(length, decimalSign());
     const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
     drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);

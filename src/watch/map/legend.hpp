@@ -1,5 +1,5 @@
 /// \file
-/// What stands around the map: title, axes, legend, scale bar.
+/// Title, axes, legend and scale bar of the map.
 #pragma once
 
 #include "watch/map/canvas.hpp"
@@ -14,16 +14,16 @@ constexpr MapColour outlineColour{208, 72, 0};
 
 void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title);
 
-/// Faint lines at the ticks, below everything else of the map.
+/// Draws faint lines at the ticks. Called before everything else of the map is drawn.
 void drawGrid(MapCanvas& canvas, const MapView& view);
 
-/// The frame of the map with ticks, labels and the names of the axes.
+/// Draws the frame of the map with ticks, labels and the names of the axes.
 void drawAxes(MapCanvas& canvas, const MapView& view);
 
-/// Right of the map: what the colours mean, how many nodes there are of each, and below them the scale bar. Its
-/// length is in the unit of the coordinates, whichever that is; the files do not tell.
+/// Draws the legend to the right of the map: the meaning of each colour, the number of its nodes, and the scale bar.
+/// The length of the scale bar is in the unit of the coordinates, which the files do not name.
 ///
-/// @param outlineWidth of an outline in the map, in pixels.
+/// @param outlineWidth width of the outlines in the map, in pixels.
 void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth);
 
 } // namespace vadelwatch

@@ -1,9 +1,8 @@
 /// \file
-/// What the legend of the map says.
+/// The texts of the legend.
 #pragma once
 
 #include "watch/map/points.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,15 +11,15 @@
 
 namespace vadelwatch {
 
-/// What it speaks of.
+/// The numbers in the legend.
 struct MapLegend {
     NodeCounts counts;
-    std::uint64_t outside = 0; ///< Nodes beyond the part that is shown.
+    std::uint64_t outside = 0; ///< Nodes outside the part that is shown.
     std::size_t polygons = 0;
     bool showsDensity = false; ///< Darker means more nodes.
 };
 
-/// A colour or a line, and how much there is of it.
+/// The name of a colour or a line, and the number of things drawn with it.
 struct LegendEntry {
     std::string name;
     std::string count;
@@ -33,11 +32,10 @@ struct LegendWords {
     LegendEntry dropped;
     LegendEntry boundary;
     bool showsDensity = false;
-    std::vector<std::string> notes; ///< A line each, where there is something to say.
+    std::vector<std::string> notes; ///< Each is a line.
     std::string unit;               ///< Of the scale bar.
-    char decimalPoint = '.';
 };
 
-LegendWords wordsOf(const MapLegend& legend, const WatchTexts& texts);
+LegendWords wordsOf(const MapLegend& legend);
 
 } // namespace vadelwatch

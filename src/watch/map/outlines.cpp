@@ -1,5 +1,7 @@
 #include "watch/map/outlines.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -15,7 +17,7 @@ namespace {
 
 constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
 
-/// Whatever follows the number is not looked at.
+/// Ignores the rest of the value after the number.
 bool readCoordinate(const pugi::xml_node& point, const char* name, double& coordinate) {
     std::string_view text = point.attribute(name).value();
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
@@ -41,9 +43,11 @@ bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outlin
     return true;
 }
 
-/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to where it is on the inner side of one
-/// limit of the window. `distance` is how far the start lies inside, `change` how the distance grows along the line.
-/// This is the line clipping of Liang and Barsky.
+/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to the inner side of one limit of the
+/// window. `distance` is the distance of the start from the limit, positive inside; `change` is how much the distance
+/// grows along the line. This is the line clipping of Liang and Barsky.
+///
+/// @return false if nothing is left.
 bool narrow(double distance, double change, double& first, double& last) {
     if (change == 0.0) {
         return distance >= 0.0;
@@ -57,7 +61,7 @@ bool narrow(double distance, double change, double& first, double& last) {
     return first <= last;
 }
 
-/// A crossing on an edge that is very much longer than the window is rounded to somewhere beside it.
+/// Moves a position into the window. Rounding may put a crossing outside it on an edge much longer than the window.
 MapPosition clampTo(const MapExtent& window, MapPosition position) {
     return {std::clamp(position.x, window.minX, window.maxX), std::clamp(position.y, window.minY, window.maxY)};
 }
@@ -83,20 +87,23 @@ bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
     return true;
 }
 
+std::string unreadable(const std::string& boundaryFile, const std::string& reason) {
+    return formatMessage("The boundary file {0} cannot be read: {1}.", boundaryFile, reason);
+}
+
 } // namespace
 
-std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines) {
+std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
     std::error_code error;
     if (std::filesystem::is_directory(boundaryFile, error)) {
-        // The parser would speak of missing memory.
-        return filledIn(texts.map.boundaryUnreadable, {boundaryFile, texts.map.isDirectory});
+        // The reason of the parser would be missing memory.
+        return unreadable(boundaryFile, translateMessage("it is a directory"));
     }
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_file(boundaryFile.c_str(), parseOptions, pugi::encoding_auto);
     if (result.status != pugi::status_ok) {
         const bool missing = result.status == pugi::status_file_not_found;
-        return filledIn(texts.map.boundaryUnreadable,
-                        {boundaryFile, missing ? texts.map.fileNotFound : result.description()});
+        return unreadable(boundaryFile, missing ? translateMessage("File was not found") : result.description());
     }
     for (const pugi::xml_node& group : document.child("VADELSIM").child("VadeDGM").children("group")) {
         if (std::string_view(group.attribute("type").value()) != "boundaries") {
@@ -105,7 +112,7 @@ std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& t
         for (const pugi::xml_node& polygon : group.children("polygon")) {
             outlines.emplace_back();
             if (!readOutline(polygon, outlines.back())) {
-                return filledIn(texts.map.boundaryPoint, {boundaryFile});
+                return formatMessage("The boundary file {0} holds a point without coordinates.", boundaryFile);
             }
         }
     }
@@ -137,7 +144,7 @@ MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent
             lines.push_back({start});
         }
         lines.back().push_back(end);
-        // An edge that was cut at its end left the window there.
+        // If the end of the edge was cut off, the outline leaves the window there.
         goesOn = end.x == vertex.x && end.y == vertex.y;
     }
     return lines;

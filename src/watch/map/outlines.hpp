@@ -1,33 +1,32 @@
 /// \file
-/// The outlines of the boundary file for the map, and the part of them that a frame shows.
+/// The outlines of the boundary file for the map, and the part of them in a window.
 ///
-/// Reading here is the map's own and more lenient than the tool's, which has accepted the file before a picture is drawn.
+/// The map has its own reader, more lenient than the tool's: the tool has accepted the file before a map is drawn.
 #pragma once
 
 #include "watch/map/extent.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <string>
 #include <vector>
 
 namespace vadelwatch {
 
-/// The vertices of each polygon, as they stand in the file: open or closed, of any number.
+/// The vertices of each polygon as in the file: any number, open or closed.
 using MapOutlines = std::vector<std::vector<MapPosition>>;
 
 /// Reads the polygons of all groups of type "boundaries".
 ///
-/// @param texts    for the sentence.
-/// @param outlines receives them; coordinates that cannot be drawn are moved to the limit of what can.
-/// @return empty on success, else a sentence that names the file. `outlines` holds what was read before then.
-std::string readMapOutlines(const std::string& boundaryFile, const WatchTexts& texts, MapOutlines& outlines);
+/// @param outlines receives them. Coordinates beyond `largestDrawable` are moved to this limit. After a failure it has
+///                 the polygons read before.
+/// @return an error message that names the file, empty on success.
+std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines);
 
 MapExtent extentOf(const MapOutlines& outlines);
 
-/// Cuts a closed outline to what a window shows, in the order of travel.
+/// Clips a closed outline to a window.
 ///
-/// @return lines of at least two positions each, all within the window. A single vertex in the window
-///         comes as a line from itself to itself.
+/// @return lines of at least two positions each, all within the window, in the order of the outline. A single vertex in
+///         the window is a line from itself to itself.
 MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window);
 
 } // namespace vadelwatch

@@ -10,6 +10,8 @@
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
 #include "watch/map/view.hpp"
+#include "watch/show/messages.hpp"
+#include "watch/show/numbers.hpp"
 
 #include <cerrno>
 #include <cmath>
@@ -20,10 +22,10 @@ namespace vadelwatch {
 
 namespace {
 
-/// Up to this many cells with nodes are drawn as discs of their own, more of them as one image.
-constexpr std::size_t mostDiscs = 3000;
+/// Up to this many cells with nodes are drawn as separate discs, more of them as one image.
+constexpr std::size_t maxDiscs = 3000;
 
-/// What has been read, before anything is drawn.
+/// The data of the map.
 struct MapContent {
     MapOutlines outlines;
     NodeCounts counts;
@@ -34,34 +36,34 @@ PictureFormat formatOf(const std::string& pictureFile) {
     return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
 }
 
-/// First pass over the nodes: how many there are, how far they reach.
-std::string readContent(const MapRequest& request, const WatchTexts& texts, MapContent& content) {
-    std::string error = readMapOutlines(request.boundaryFile, texts, content.outlines);
+/// Reads the outlines, and counts the nodes and finds their extent in a first pass.
+std::string readContent(const MapRequest& request, MapContent& content) {
+    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
     if (error.empty()) {
-        error = visitNodes(request.inputDirectory, request.outputDirectory, texts, content.counts,
+        error = visitNodes(request.inputDirectory, request.outputDirectory, content.counts,
                            [&content](MapPosition position, bool) { includePosition(content.points, position); });
     }
     return error;
 }
 
-/// Where nothing was kept, the question is where the nodes are, so all of them are shown.
+/// Shows all nodes if none was kept, because the user then wants to see where they are.
 MapExtent frameOf(const MapContent& content) {
     const MapExtent outlines = extentOf(content.outlines);
     return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
 }
 
-MapView layOut(const MapExtent& frame, const WatchTexts& texts) {
+MapView layOut(const MapExtent& frame) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     const auto labelWidth = [&scratch](const std::string& label) {
         return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
     };
-    return layOutMap(addMargin(frame), labelWidth, texts.decimalPoint);
+    return layOutMap(addMargin(frame), labelWidth, decimalSign());
 }
 
-/// Second pass: the nodes of each pixel.
-std::string countNodes(const MapRequest& request, const WatchTexts& texts, MapRaster& raster) {
+/// Counts the nodes of each pixel in a second pass.
+std::string countNodes(const MapRequest& request, MapRaster& raster) {
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, texts, counts,
+    return visitNodes(request.inputDirectory, request.outputDirectory, counts,
                       [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
 }
 
@@ -69,7 +71,7 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     const double radius = discRadius(nodeSpacing(raster));
     const PixelPosition corner{view.plot.left, view.plot.top};
     canvas.beginClip(view.plot);
-    if (occupiedCells(raster) <= mostDiscs) {
+    if (occupiedCells(raster) <= maxDiscs) {
         drawDiscs(canvas, raster, density, radius, corner);
     } else {
         canvas.drawImage(shadeNodes(raster, density, radius), corner);
@@ -77,22 +79,22 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     canvas.endClip();
 }
 
-/// The vertices in pixels, without those that would change nothing: an outline may have more of them than the picture
-/// has pixels.
+/// Returns the vertices in pixels, without those too close to the one before to be seen: an outline may have more
+/// vertices than the picture has pixels.
 std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
-    constexpr double smallestStep = 0.4;
+    constexpr double minStep = 0.4;
     std::vector<PixelPosition> pixels{toPixel(view, line.front())};
     for (std::size_t i = 1; i < line.size(); ++i) {
         const PixelPosition next = toPixel(view, line[i]);
         const double step = std::hypot(next.x - pixels.back().x, next.y - pixels.back().y);
-        if (step >= smallestStep || i + 1 == line.size()) {
+        if (step >= minStep || i + 1 == line.size()) {
             pixels.push_back(next);
         }
     }
     return pixels;
 }
 
-/// Thinner where the outlines have so much detail that a wide line would close their bays.
+/// Returns a smaller width for outlines of so much detail that wide lines would fill their bays.
 double outlineWidthOf(const MapOutlines& outlines) {
     constexpr std::size_t manyVertices = 2000;
     std::size_t vertices = 0;
@@ -103,7 +105,7 @@ double outlineWidthOf(const MapOutlines& outlines) {
 }
 
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
-    // Cut a little outside the map, so that no cut end is seen.
+    // Clipped a little outside the map, so that the cut ends are not visible.
     const MapExtent window = addMargin(view.shown);
     canvas.beginClip(view.plot);
     for (const std::vector<MapPosition>& outline : outlines) {
@@ -114,13 +116,13 @@ void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& out
     canvas.endClip();
 }
 
-std::string titleOf(const MapRequest& request, const WatchTexts& texts) {
-    return filledIn(texts.map.title, {readableText(lastComponent(request.inputDirectory)),
-                                      readableText(lastComponent(request.boundaryFile))});
+std::string titleOf(const MapRequest& request) {
+    return formatMessage("{0} clipped to {1}", readableText(lastComponent(request.inputDirectory)),
+                         readableText(lastComponent(request.boundaryFile)));
 }
 
 void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
-                 const MapRaster& raster, const WatchTexts& texts) {
+                 const MapRaster& raster) {
     const MapDensity density = measureDensity(raster);
     drawTitle(canvas, view, title);
     drawGrid(canvas, view);
@@ -129,16 +131,17 @@ void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& vie
     drawOutlines(canvas, view, content.outlines, outlineWidth);
     drawAxes(canvas, view);
     const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
-    drawLegend(canvas, view, wordsOf(legend, texts), outlineWidth);
+    drawLegend(canvas, view, wordsOf(legend), outlineWidth);
 }
 
-std::string writePicture(const std::string& pictureFile, const std::string& bytes, const WatchTexts& texts) {
+std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
     errno = 0;
     std::ofstream output(pictureFile, std::ios::binary);
     output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     output.close();
     if (output.fail()) {
-        return filledIn(texts.map.pictureUnwritten, {pictureFile, std::generic_category().message(errno)});
+        return formatMessage("The map {0} cannot be written: {1}.", pictureFile,
+                             std::generic_category().message(errno));
     }
     return "";
 }
@@ -149,28 +152,28 @@ bool isPictureFileName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".svg");
 }
 
-std::string drawMap(const MapRequest& request, const WatchTexts& texts) {
+std::string drawMap(const MapRequest& request) {
     MapContent content;
-    std::string error = readContent(request, texts, content);
+    std::string error = readContent(request, content);
     if (!error.empty()) {
         return error;
     }
     const MapExtent frame = frameOf(content);
     if (isEmpty(frame)) {
-        return texts.map.nothingToDraw;
+        return translateMessage("There is nothing to draw: no node has a position and the boundary has no vertex.");
     }
-    const MapView view = layOut(frame, texts);
+    const MapView view = layOut(frame);
     MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
-    error = countNodes(request, texts, raster);
+    error = countNodes(request, raster);
     if (!error.empty()) {
         return error;
     }
     MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
-    drawPicture(canvas, titleOf(request, texts), view, content, raster, texts);
+    drawPicture(canvas, titleOf(request), view, content, raster);
     std::string bytes;
     error = canvas.finish(bytes);
-    return error.empty() ? writePicture(request.pictureFile, bytes, texts)
-                         : filledIn(texts.map.pictureUndrawn, {request.pictureFile, error});
+    return error.empty() ? writePicture(request.pictureFile, bytes)
+                         : formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
 }
 
 } // namespace vadelwatch

@@ -1,8 +1,6 @@
 /// \file
-/// The picture of a run: outlines, kept and dropped points, with everything a map needs around them.
+/// The map of a run: outlines, kept and dropped nodes, axes and legend.
 #pragma once
-
-#include "watch/show/watch_texts.hpp"
 
 #include <string>
 #include <string_view>
@@ -17,12 +15,12 @@ struct MapRequest {
     std::string pictureFile;
 };
 
-/// Tells whether a name ends in ".png" or ".svg", so that a wrong one can be refused before a run.
+/// Returns true if a name ends in ".png" or ".svg". Another name is refused before a run.
 bool isPictureFileName(std::string_view name);
 
-/// Draws the map of a finished run. The node files are read twice, in memory that does not grow with them.
+/// Draws the map of a finished run. Reads the node files twice, in bounded memory.
 ///
-/// @return empty on success, else a sentence that says why no picture was written.
-std::string drawMap(const MapRequest& request, const WatchTexts& texts);
+/// @return an error message if no picture was written, empty on success.
+std::string drawMap(const MapRequest& request);
 
 } // namespace vadelwatch

@@ -1,6 +1,7 @@
 #include "watch/map/points.hpp"
 
 #include "watch/map/node_lines.hpp"
+#include "watch/show/messages.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -98,21 +99,21 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
 
 } // namespace
 
-std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, const WatchTexts& texts,
-                       NodeCounts& counts, const NodeVisitor& visit) {
+std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
+                       const NodeVisitor& visit) {
     counts = NodeCounts();
     std::vector<std::string> names;
     if (!listFiles(inputDirectory, names)) {
-        return filledIn(texts.map.inputUnreadable, {inputDirectory});
+        return formatMessage("The input directory {0} cannot be read.", inputDirectory);
     }
     std::error_code error;
     if (!std::filesystem::is_directory(outputDirectory, error)) {
-        return filledIn(texts.map.outputUnreadable, {outputDirectory});
+        return formatMessage("The output directory {0} cannot be read.", outputDirectory);
     }
     for (const std::string& name : names) {
         const std::string outputPath = joinPath(outputDirectory, name);
         if (!visitFile(joinPath(inputDirectory, name), outputPath, counts, visit)) {
-            return filledIn(texts.map.strangeLines, {outputPath});
+            return formatMessage("The file {0} holds lines that its input file does not hold.", outputPath);
         }
     }
     return "";

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "watch/map/extent.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -29,11 +28,10 @@ using NodeVisitor = std::function<void(MapPosition position, bool kept)>;
 /// walked in step and the geometry is not asked again. Input files are the ones a run takes, except those that are no
 /// regular files: a FIFO gives its lines only once.
 ///
-/// @param texts  for the sentence.
 /// @param counts receives the numbers, whether or not a line's position can be drawn.
 /// @return empty on success, else a sentence: a directory cannot be read, or an output file holds lines that its input
 ///         file does not hold, so that the two do not belong to one run. Part of the nodes may have been visited then.
-std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, const WatchTexts& texts,
-                       NodeCounts& counts, const NodeVisitor& visit);
+std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
+                       const NodeVisitor& visit);
 
 } // namespace vadelwatch

@@ -8,19 +8,19 @@ namespace vadelwatch {
 
 namespace {
 
-/// The side of the blocks of cells in which a node makes the area count as covered.
+/// The side of a block of cells. A block with a node counts as covered.
 constexpr int blockSide = 16;
 
 std::size_t indexOf(const MapRaster& raster, int column, int row) {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(raster.width) + static_cast<std::size_t>(column);
 }
 
-/// The far limit of the raster belongs to its last cell.
+/// The upper limit of the raster belongs to its last cell.
 int cellOf(double distance, double length, int cells) {
     return std::clamp(static_cast<int>(distance / length * cells), 0, cells - 1);
 }
 
-/// Adds up the cells from a corner on, up to a block's side or the end of the raster.
+/// Adds up the cells of the block at this corner, which the end of the raster may cut.
 double nodesOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
     double nodes = 0.0;
     for (int row = firstRow; row < std::min(firstRow + blockSide, raster.height); ++row) {

@@ -12,14 +12,14 @@ namespace {
 struct LayerPixel {
     float opacity = 0.0F;
     float tone = 0.0F;
-    /// To the nearest centre of a disc that reaches the pixel, squared.
+    /// Square of the distance to the nearest centre of a disc that covers part of the pixel.
     int distance = std::numeric_limits<int>::max();
 };
 
-/// One layer of discs: at each pixel the largest opacity and the darkest tone of those that reach it.
+/// One layer of discs. Each pixel has the largest opacity and the darkest tone of the discs that cover part of it.
 using NodeLayer = std::vector<LayerPixel>;
 
-/// How far each pixel of a small square around a disc's centre is covered by the disc.
+/// Which part of each pixel of a small square around its centre a disc covers.
 struct DiscMask {
     int reach = 0;
     std::vector<float> coverage;
@@ -78,7 +78,7 @@ MapColour mix(MapColour from, MapColour to, float share) {
     return {part(from.red, to.red), part(from.green, to.green), part(from.blue, to.blue)};
 }
 
-/// Lays a colour over a pixel whose colours are multiplied by its opacity.
+/// Blends a colour over a pixel whose colours are multiplied by its opacity.
 void blend(std::uint32_t& pixel, MapColour colour, float opacity) {
     const auto part = [&pixel, opacity](unsigned int shift, int above) {
         const auto below = static_cast<float>((pixel >> shift) & 0xFFU);
@@ -92,7 +92,7 @@ bool isSameColour(MapColour first, MapColour second) {
     return first.red == second.red && first.green == second.green && first.blue == second.blue;
 }
 
-/// Discs that follow one another in the same colour are drawn together.
+/// Draws consecutive discs of the same colour together.
 template <typename ColourOfTone>
 void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
                     PixelPosition corner, bool RasterCell::*belongs, ColourOfTone colourOfTone) {
@@ -126,15 +126,16 @@ MapColour droppedColour(float tone) {
 }
 
 double discRadius(double nodeSpacing) {
-    // Crowded nodes that lie at random leave some pixels empty: of n nodes a pixel, a share of e^-n. From four on it is
-    // enough to cover the four pixels around each, down to one the eight around it, as the spacing of 2 does.
+    // Crowded nodes at random positions leave some pixels empty: a share of e^-n for n nodes a pixel. From four nodes
+    // on, it is enough that a disc covers the four pixels around its own. From one node on, it must cover the eight
+    // around it, as it does for a spacing of 2.
     constexpr double toNextPixel = 1.5;
     if (nodeSpacing <= 0.5) {
         return toNextPixel;
     }
     const double spacing = std::max(std::ceil(nodeSpacing), 2.0);
-    // Discs around the corners of a square cover it from half its diagonal on, and centres are whole pixels: at a
-    // spacing of 3.1 some are 4 apart.
+    // Discs around the corners of a square cover it if their radius is at least half its diagonal. Centres are whole
+    // pixels, so at a spacing of 3.1 some are 4 apart.
     constexpr double halfDiagonal = 0.7072;
     constexpr double softEdge = 0.5;
     const double largest = nodeSpacing < 12.0 ? 4.0 : 6.0;
@@ -147,8 +148,8 @@ PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double
     const NodeLayer dropped = makeLayer(raster, density, mask, &RasterCell::anyDropped);
     const NodeLayer kept = makeLayer(raster, density, mask, &RasterCell::anyKept);
     for (std::size_t i = 0; i < image.pixels.size(); ++i) {
-        // Kept nodes are on top, but where a dropped one is nearer: else the discs, wider than their nodes' share of
-        // the ground, would carry the colour of kept ones across the outline.
+        // Kept nodes are on top, unless a dropped one is nearer. Otherwise the discs, which are larger than the area of
+        // their nodes, would show the colour of kept ones on the other side of the outline.
         if (dropped[i].distance < kept[i].distance) {
             blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
             blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);

@@ -1,5 +1,5 @@
 /// \file
-/// The nodes as they are seen: kept ones in colour over dropped ones in grey.
+/// Draws the nodes: kept ones in colour over dropped ones in grey.
 #pragma once
 
 #include "watch/map/canvas.hpp"
@@ -8,18 +8,18 @@
 
 namespace vadelwatch {
 
-/// The colour of kept and of dropped nodes, by tone from 0 to 1.
+/// Returns the colour of kept or of dropped nodes for a tone from 0 to 1.
 MapColour keptColour(float tone);
 MapColour droppedColour(float tone);
 
-/// The radius of the discs that stand for nodes, in pixels: just enough to leave no gaps in an even spread, within
-/// limits.
+/// Returns the radius of the discs of nodes, in pixels: within limits, the smallest that leaves no gaps between evenly
+/// spread nodes.
 double discRadius(double nodeSpacing);
 
 /// Draws the nodes as an image of the raster's size, transparent where there are none.
 PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius);
 
-/// Draws the nodes as one disc for each cell that holds any; right for few cells, and small and sharp in SVG then.
+/// Draws one disc for each cell with nodes. For few cells this is small and sharp in SVG.
 void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
                PixelPosition corner);
 

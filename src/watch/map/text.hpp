@@ -1,5 +1,5 @@
 /// \file
-/// Names of files and directories as texts that can be drawn.
+/// Prepares names of files and directories for drawing.
 #pragma once
 
 #include <functional>
@@ -8,17 +8,17 @@
 
 namespace vadelwatch {
 
-/// Makes valid UTF-8 in one line: whatever is neither becomes U+FFFD. A name on disk may hold any byte, and a single
-/// bad one would spoil the picture.
+/// Returns valid UTF-8 in one line: control characters and other bytes become U+FFFD. A file name may have any byte,
+/// and one that is not UTF-8 would make the drawing fail.
 std::string readableText(std::string_view bytes);
 
 /// Shortens valid UTF-8 with an ellipsis at its end until it is at most `widest` wide.
 std::string fitText(std::string text, double widest, const std::function<double(const std::string&)>& widthOfText);
 
-/// The size at which a text is at most `widest` wide: `size`, or less for a text that would be wider at that size.
+/// Returns the size at which a text is at most `widest` wide: `size`, or less if the text is wider at that size.
 double fittingSize(double size, double widthAtSize, double widest);
 
-/// The last component of a path, also where a separator follows it.
+/// Returns the last component of a path, also if a separator follows it.
 std::string lastComponent(const std::string& path);
 
 } // namespace vadelwatch

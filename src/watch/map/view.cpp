@@ -8,22 +8,22 @@ namespace vadelwatch {
 
 namespace {
 
-/// Around the map, in pixels: the title above, the labels of x below, the legend on the right.
+/// Margins of the map in pixels: for the title above, the labels of x below, the legend on the right.
 constexpr double topSpace = 70.0;
 constexpr double bottomSpace = 92.0;
 constexpr double rightSpace = 350.0;
-/// Left of the map, beside the labels of y: the name of the axis, the ticks, and air.
+/// The left margin without the labels of y: the name of the axis, the ticks, and space.
 constexpr double leftSpace = 72.0;
 
-/// The legend needs the one, a screen page the other.
+/// The legend needs the smaller height. The larger one fits on a screen.
 constexpr double lowestPlot = 480.0;
 constexpr double highestPlot = 1400.0;
 
-/// At least so far apart are two ticks, and two labels beside each other.
+/// Minimum distances between two ticks and between two adjacent labels.
 constexpr double tickDistance = 90.0;
 constexpr double labelGap = 36.0;
 
-/// The least number of ticks beside the map.
+/// The minimum number of ticks on the y axis.
 constexpr std::size_t fewestTicks = 4;
 
 struct LabelStyle {
@@ -39,8 +39,8 @@ double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWid
     return widest;
 }
 
-/// The smallest step at which neither the ticks nor the labels of x are crowded, for both axes, so that the grid has
-/// squares. A flat map would have hardly a tick at its side that way; there y has smaller steps.
+/// Chooses the smallest step at which neither the ticks nor the labels of x are crowded. Both axes have the same step,
+/// so that the grid has squares. In a flat map, where y would have too few ticks, y has smaller steps.
 void chooseTicks(MapView& view, const LabelStyle& style) {
     TickStep step = stepAtLeast(tickDistance / scaleOf(view));
     while (true) {
@@ -75,7 +75,7 @@ MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLa
 
 MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
     const LabelStyle style{labelWidth, decimalPoint};
-    // The space for the labels of y depends on the labels, and these on the space: settled in a few rounds.
+    // The space for the labels of y depends on the labels, and the labels on the space. A few rounds settle it.
     double yLabelWidth = 80.0;
     MapView view = layOutBeside(frame, style, yLabelWidth);
     for (int round = 0; round < 3; ++round) {

@@ -1,5 +1,5 @@
 /// \file
-/// The layout of the picture: where the map stands in it, which part of the data it shows, where the ticks are.
+/// The layout of the picture: the place of the map, the part of the data that it shows, the ticks.
 #pragma once
 
 #include "watch/map/axes.hpp"
@@ -10,14 +10,14 @@
 
 namespace vadelwatch {
 
-/// How wide a text is at the size of the tick labels, in pixels.
+/// Returns the width of a text at the size of the tick labels, in pixels.
 using LabelWidth = std::function<double(const std::string&)>;
 
-/// The picture is 1600 pixels wide; its height follows the data. Both axes have the same scale.
+/// The picture is 1600 pixels wide, and its height depends on the data. Both axes have the same scale.
 struct MapView {
     int pictureWidth = 1600;
     int pictureHeight = 0;
-    /// The map within the picture; whole pixels.
+    /// The map within the picture, in whole pixels.
     PixelRectangle plot;
     /// The data at the limits of `plot`.
     MapExtent shown;
@@ -28,12 +28,12 @@ struct MapView {
 /// Size of the tick labels and all plain texts, in pixels.
 constexpr double labelSize = 20.0;
 
-/// @param frame        what must be seen; not empty. More is shown where its shape is too wide or too high for the
-///                     picture.
+/// @param frame        the part of the data that must be visible; not empty. The map shows more if the frame is too
+///                     wide or too high for the picture.
 /// @param decimalPoint the decimal sign of the labels.
 MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint = '.');
 
-/// Pixels for one unit of the data.
+/// Returns the number of pixels for one unit of the data.
 double scaleOf(const MapView& view);
 
 PixelPosition toPixel(const MapView& view, MapPosition position);

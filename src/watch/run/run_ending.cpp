@@ -1,6 +1,7 @@
 #include "watch/run/run_ending.hpp"
 
 #include "watch/exit_status.hpp"
+#include "watch/show/messages.hpp"
 
 #include <cstring>
 
@@ -15,22 +16,25 @@ std::string signalName(int number) {
 }
 
 /// How the tool ended when a signal had asked it to.
-std::string interruptedEnd(const RunRecord& record, const WatchTexts& texts) {
+std::string interruptedEnd(const RunRecord& record) {
     const std::string signal = signalName(record.interruptedBy);
     if (record.end.signal != 0) {
-        return filledIn(texts.interrupted, {signal});
+        return formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended.", signal);
     }
     if (record.end.exitStatus == finishedStatus) {
-        return filledIn(texts.interruptedFinished, {signal});
+        return formatMessage("Vadelwatch: interrupted by SIG{0}, but Vadelclip finished.", signal);
     }
-    return filledIn(texts.interruptedStatus, {signal, std::to_string(record.end.exitStatus)});
+    return formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended with exit status {1}.", signal,
+                         std::to_string(record.end.exitStatus));
 }
 
-std::string abnormalEnd(const ToolEnd& end, const WatchTexts& texts) {
+std::string abnormalEnd(const ToolEnd& end) {
     if (end.signal != 0) {
-        return filledIn(texts.endedBySignal, {signalName(end.signal), std::to_string(end.signal)});
+        return formatMessage("Vadelwatch: Vadelclip was ended by signal {1} (SIG{0}).", signalName(end.signal),
+                             std::to_string(end.signal));
     }
-    return filledIn(texts.unknownStatus, {std::to_string(end.exitStatus)});
+    return formatMessage("Vadelwatch: Vadelclip ended abnormally, with exit status {0}.",
+                         std::to_string(end.exitStatus));
 }
 
 } // namespace
@@ -40,22 +44,25 @@ int statusOf(const ToolEnd& end) {
     return itsOwn ? end.exitStatus : abnormalEndStatus;
 }
 
-std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory,
-                                     const WatchTexts& texts) {
+std::string incompleteOutput(const std::string& outputDirectory) {
+    return formatMessage("The output in {0} is not complete.", outputDirectory);
+}
+
+std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory) {
     const int status = statusOf(record.end);
     std::vector<std::string> lines;
     if (status == toolFailedStatus && !record.closingText.empty()) {
         lines.push_back(record.closingText);
     }
     if (record.interruptedBy != 0) {
-        lines.push_back(interruptedEnd(record, texts));
+        lines.push_back(interruptedEnd(record));
     } else if (status == abnormalEndStatus) {
-        lines.push_back(abnormalEnd(record.end, texts));
+        lines.push_back(abnormalEnd(record.end));
     } else {
         return lines;
     }
     if (status != finishedStatus) {
-        lines.back() += filledIn(texts.notComplete, {outputDirectory});
+        lines.back() += ' ' + incompleteOutput(outputDirectory);
     }
     return lines;
 }

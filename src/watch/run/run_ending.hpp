@@ -4,7 +4,6 @@
 
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
-#include "watch/show/watch_texts.hpp"
 
 #include <string>
 #include <vector>
@@ -18,7 +17,9 @@ int statusOf(const ToolEnd& end);
 /// a way that is none of its own; and always a line if a signal asked for the end, whatever the tool made of it.
 ///
 /// @return nothing for a run that finished, or failed without a word.
-std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory,
-                                     const WatchTexts& texts);
+std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory);
+
+/// Returns the sentence that the output in this directory is incomplete.
+std::string incompleteOutput(const std::string& outputDirectory);
 
 } // namespace vadelwatch

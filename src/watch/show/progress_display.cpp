@@ -54,10 +54,8 @@ bool usesUtf8() {
 
 } // namespace
 
-ProgressDisplay::ProgressDisplay(ProgressMode displayMode, BarStyle barStyle, const WatchTexts& displayTexts,
-                                 Writer outputWriter, Width terminalWidth)
-    : mode(displayMode), style(barStyle), texts(displayTexts), writer(std::move(outputWriter)),
-      width(std::move(terminalWidth)) {}
+ProgressDisplay::ProgressDisplay(ProgressMode displayMode, BarStyle barStyle, Writer outputWriter, Width terminalWidth)
+    : mode(displayMode), style(barStyle), writer(std::move(outputWriter)), width(std::move(terminalWidth)) {}
 
 void ProgressDisplay::showLine(std::string_view line) {
     clear();
@@ -76,7 +74,7 @@ void ProgressDisplay::update(const ProgressFigures& figures, double now) {
 void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
     // One column stays free: many terminals go to the next line when the last one is filled.
     const int columns = width();
-    const std::string line = progressBarLine(figures, std::max(0, columns - 1), style, texts);
+    const std::string line = progressBarLine(figures, std::max(0, columns - 1), style);
     // Drawn over the old one where that is as wide, so that nothing flickers.
     const bool over = barStands && columns == drawnColumns;
     if (over && line == drawnLine) {
@@ -104,7 +102,7 @@ void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
         shownTens = tens;
         ProgressFigures rounded = figures;
         rounded.percent = tens * 10.0;
-        showLine(plainProgressLine(rounded, texts));
+        showLine(plainProgressLine(rounded));
     }
 }
 

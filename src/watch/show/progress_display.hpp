@@ -22,7 +22,7 @@ public:
 
     /// @param writer takes what is to be seen.
     /// @param width  gives the columns of the terminal; asked before each drawing and erasing.
-    ProgressDisplay(ProgressMode mode, BarStyle style, const WatchTexts& texts, Writer writer, Width width);
+    ProgressDisplay(ProgressMode mode, BarStyle style, Writer writer, Width width);
 
     /// Shows a line above the bar. The bar comes back with the next `update`.
     void showLine(std::string_view line);
@@ -45,7 +45,6 @@ private:
 
     ProgressMode mode;
     BarStyle style;
-    const WatchTexts& texts;
     Writer writer;
     Width width;
     std::string pending;     ///< Collected output.

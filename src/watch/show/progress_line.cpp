@@ -1,5 +1,7 @@
 #include "watch/show/progress_line.hpp"
 
+#include "watch/show/messages.hpp"
+#include "watch/show/numbers.hpp"
 #include "watch/show/utf8_character.hpp"
 
 #include <fmt/format.h>
@@ -18,9 +20,9 @@ constexpr int widestBar = 80;
 /// Between the leading blank, the bar and the figures.
 constexpr int gaps = 2;
 
-std::string percentText(double percent, const WatchTexts& texts) {
+std::string percentText(double percent) {
     // Cut, as the tool does it: 100.0 is the end and nothing else.
-    return fmt::format("{:>5} %", decimalNumber(std::floor(percent * 10.0) / 10.0, 1, texts));
+    return fmt::format("{:>5} %", decimalNumber(std::floor(percent * 10.0) / 10.0, 1));
 }
 
 std::string rateText(const std::optional<double>& linesPerSecond) {
@@ -32,19 +34,19 @@ std::string remainingText(const std::optional<double>& seconds) {
 }
 
 /// The figures behind the bar, from the most to the fewest words.
-std::string figuresText(const ProgressFigures& figures, int detail, const WatchTexts& texts) {
-    std::string percent = percentText(figures.percent, texts);
+std::string figuresText(const ProgressFigures& figures, int detail) {
+    std::string percent = percentText(figures.percent);
     const std::string elapsed = clockText(figures.elapsedSeconds);
     const std::string remaining = remainingText(figures.remainingSeconds);
-    const std::string rate = fmt::format("{:>9} {}", rateText(figures.linesPerSecond), texts.linesPerSecond);
+    const std::string rate = fmt::format("{:>9} {}", rateText(figures.linesPerSecond), translateMessage("lines/s"));
     switch (detail) {
     case 3:
-        return fmt::format("{}  {}  {:>5} {}  {:>5} {}", percent, rate, elapsed, texts.elapsed, remaining,
-                           texts.remaining);
+        return fmt::format("{}  {}  {:>5} {}  {:>5} {}", percent, rate, elapsed, translateMessage("elapsed"), remaining,
+                           translateMessage("left"));
     case 2:
-        return fmt::format("{}  {}  {:>5} {:>5} {}", percent, rate, elapsed, remaining, texts.remaining);
+        return fmt::format("{}  {}  {:>5} {:>5} {}", percent, rate, elapsed, remaining, translateMessage("left"));
     case 1:
-        return fmt::format("{} {:>5} {:>5} {}", percent, elapsed, remaining, texts.remaining);
+        return fmt::format("{} {:>5} {:>5} {}", percent, elapsed, remaining, translateMessage("left"));
     default:
         return percent;
     }
@@ -80,26 +82,25 @@ std::string clockText(double seconds) {
     return fmt::format("{}:{:02}:{:02}", minutes / 60, minutes % 60, whole % 60);
 }
 
-std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style,
-                            const WatchTexts& texts) {
+std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style) {
     for (int detail = 3; detail >= 0; --detail) {
-        const std::string text = figuresText(figures, detail, texts);
+        const std::string text = figuresText(figures, detail);
         const int barWidth = std::min(widestBar, columns - static_cast<int>(columnsOf(text)) - gaps);
         if (barWidth >= (detail == 3 ? 2 * narrowestBar : narrowestBar)) {
             return fmt::format(" {} {}", barText(figures.percent, barWidth, style), text);
         }
     }
-    std::string text = figuresText(figures, 0, texts);
+    std::string text = figuresText(figures, 0);
     return static_cast<int>(columnsOf(text)) <= columns ? text : "";
 }
 
-std::string plainProgressLine(const ProgressFigures& figures, const WatchTexts& texts) {
+std::string plainProgressLine(const ProgressFigures& figures) {
     const auto percent = static_cast<int>(figures.percent);
     const std::string rate = rateText(figures.linesPerSecond);
     const std::string elapsed = clockText(figures.elapsedSeconds);
     const std::string remaining = remainingText(figures.remainingSeconds);
-    return fmt::format("{:>3} %  {} {}  {} {}  {} {}", percent, rate, texts.linesPerSecond, elapsed, texts.elapsed,
-                       remaining, texts.remaining);
+    return fmt::format("{:>3} %  {} {}  {} {}  {} {}", percent, rate, translateMessage("lines/s"), elapsed,
+                       translateMessage("elapsed"), remaining, translateMessage("left"));
 }
 
 } // namespace vadelwatch

@@ -2,8 +2,6 @@
 /// How progress looks in one line of a given width.
 #pragma once
 
-#include "watch/show/watch_texts.hpp"
-
 #include <optional>
 #include <string>
 
@@ -30,11 +28,10 @@ struct BarStyle {
 ///
 /// Where there is little room, the words go first, then the rate, then the times, and the bar last of all.
 /// @param columns what may be filled, from 0 on.
-std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style,
-                            const WatchTexts& texts);
+std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style);
 
 /// The line that takes the bar's place without a terminal.
-std::string plainProgressLine(const ProgressFigures& figures, const WatchTexts& texts);
+std::string plainProgressLine(const ProgressFigures& figures);
 
 /// "1:05", or "1:01:05" from an hour on; seconds are cut, not rounded.
 std::string clockText(double seconds);

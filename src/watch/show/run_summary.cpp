@@ -1,5 +1,7 @@
 #include "watch/show/run_summary.hpp"
 
+#include "watch/show/messages.hpp"
+#include "watch/show/numbers.hpp"
 #include "watch/show/shown_name.hpp"
 #include "watch/show/utf8_character.hpp"
 
@@ -29,14 +31,14 @@ std::optional<double> percentKept(const RunSummary& summary) {
     return 100.0 * static_cast<double>(summary.nodesKept) / static_cast<double>(*summary.nodesRead);
 }
 
-std::string nodesText(const RunSummary& summary, const WatchTexts& texts) {
+std::string nodesText(const RunSummary& summary) {
     std::string kept = groupedNumber(summary.nodesKept);
     if (!summary.nodesRead) {
         return kept;
     }
     const std::optional<double> percent = percentKept(summary);
-    return filledIn(texts.keptOfRead,
-                    {kept, groupedNumber(*summary.nodesRead), percent ? decimalNumber(*percent, 1, texts) : "-"});
+    return formatMessage("{0} of {1} ({2} %)", kept, groupedNumber(*summary.nodesRead),
+                         percent ? decimalNumber(*percent, 1) : "-");
 }
 
 /// Breaks a sentence between words.
@@ -90,15 +92,16 @@ OrderedJson orNull(const std::optional<Value>& value) {
 
 } // namespace
 
-std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns) {
-    const std::string time = decimalNumber(summary.seconds, 1, texts);
+std::string summaryText(const RunSummary& summary, std::size_t columns) {
+    const std::string check = summary.addsUp ? translateMessage("the lines add up to total_node_count.txt")
+                                             : translateMessage("the lines do not add up to total_node_count.txt");
     const std::vector<Row> rows{
-        {texts.filesRead, groupedNumber(summary.filesRead)},
-        {texts.filesWritten, groupedNumber(summary.filesWritten)},
-        {texts.nodesKept, nodesText(summary, texts)},
-        {texts.time, filledIn(texts.seconds, {time})},
-        {texts.outputDirectory, shownName(summary.outputDirectory), true},
-        {texts.check, summary.addsUp ? texts.checkPassed : texts.checkFailed},
+        {translateMessage("Node files read"), groupedNumber(summary.filesRead)},
+        {translateMessage("Files written"), groupedNumber(summary.filesWritten)},
+        {translateMessage("Nodes kept"), nodesText(summary)},
+        {translateMessage("Time"), decimalNumber(summary.seconds, 1) + " s"},
+        {translateMessage("Output directory"), shownName(summary.outputDirectory), true},
+        {translateMessage("Check"), check},
     };
     const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);
     return title + tableText(rows, columns);

@@ -2,8 +2,6 @@
 /// What a person asks when a run is over, and the same for a script.
 #pragma once
 
-#include "watch/show/watch_texts.hpp"
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -31,7 +29,7 @@ struct RunSummary {
 ///
 /// @param columns width of the window. Where the table is wider, each value stands below its label, and sentences are
 ///                broken between words; a path is never broken.
-std::string summaryText(const RunSummary& summary, const WatchTexts& texts, std::size_t columns);
+std::string summaryText(const RunSummary& summary, std::size_t columns);
 
 /// One JSON object with a line feed behind it; what is unknown is null, and so is all that only a finished run has.
 std::string summaryJson(const RunSummary& summary);

@@ -26,7 +26,7 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
     def test_too_many_lines(self):
         self.expect(self.checked({"a.xyz": HEADER + INSIDE * 3}, b"1\n"), status=3, errors=[
             "Vadelwatch: the output files hold 3 nodes, total_node_count.txt says 1: 2 too many.",
-            "  Every file looks whole, so which one the difference belongs to cannot be told."])
+            "  Every file looks whole, so the file with the difference is unknown."])
 
     def test_a_count_that_is_no_number(self):
         for count in (b"", b"one\n", b"1", b"1\n2\n", b"1 \n"):
@@ -39,7 +39,7 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
     def test_a_header_alone(self):
         self.expect(self.checked({"a.xyz": HEADER}, b"1\n"), status=3, errors=[
             "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
-            "  a.xyz: a header and no node; the tool leaves no such file"])
+            "  a.xyz: a header and no node; Vadelclip leaves no such file"])
 
     def test_no_output_directory(self):
         self.standIn("message(type='finish', level=1, text='The end')")
@@ -47,7 +47,7 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
             "Vadelwatch: the output directory base/out cannot be read: No such file or directory"])
         self.expect(self.job("--quiet"), status=3, errors=[
-            "Vadelwatch: das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
+            "Vadelwatch: Das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
 
     def test_a_node_file_changed_during_the_run(self):
         self.standIn("""

@@ -113,7 +113,7 @@ class Check(WatchTest):
         thread.join(5)
         self.assertEqual(3, watched.status)
         self.assertEqual(["Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 1004: 1 000 are missing.",
-                          "  a.xyz: a directory in the place of the file",
+                          "  a.xyz: a directory in place of the file",
                           "  far.xyz: no output file, which is right only if none of its nodes was kept"],
                          self.difference(watched))
 
@@ -149,7 +149,7 @@ class Check(WatchTest):
         self.expect(watched, status=3, errors=[
             "ERROR: separator must be either semikolon, comma, space or tab",
             "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
-            "  a.xyz: empty, without even its header",
+            "  a.xyz: empty, even its header is missing",
             "  1 of the node files lost the header during the run: each counts 1 and has no lines"])
 
     def test_a_node_file_of_the_count_files_name_is_overwritten(self):
@@ -169,7 +169,7 @@ class Check(WatchTest):
         self.assertEqual((3, 3, True, False, 1, 3),
                          (watched.status, summary["exit_status"], summary["finished"], summary["adds_up"],
                           summary["nodes_kept"], summary["total_node_count"]))
-        self.assertEqual("Vadelwatch: die Ausgabedateien enthalten 1 Punkte, total_node_count.txt sagt 3: 2 fehlen.",
+        self.assertEqual("Vadelwatch: Die Ausgabedateien enthalten 1 Knoten, laut total_node_count.txt sind es 3: 2 fehlen.",
                          watched.errorLines()[0])
 
     def test_a_node_file_that_is_a_pipe_is_left_to_the_tool(self):

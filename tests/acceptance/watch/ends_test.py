@@ -81,7 +81,7 @@ os._exit(2)
         self.standIn("sys.stderr.write('terminate called\\n'); sys.stderr.flush(); os.kill(os.getpid(), signal.SIGABRT)")
         self.expect(self.run_("base/data", "out", "area.xml"), status=4, errors=[
             "terminate called",
-            "Vadelwatch: Vadelclip wurde durch Signal 6 (SIGABRT) beendet. Die Ausgabe in base/out ist nicht vollständig."])
+            "Vadelwatch: Vadelclip wurde von Signal ABRT (6) beendet. Die Ausgabe in base/out ist unvollständig."])
 
     def test_signals_are_forwarded_and_the_end_is_waited_for(self):
         for number, name in ((signal.SIGINT, "INT"), (signal.SIGTERM, "TERM"), (signal.SIGHUP, "HUP"),
@@ -130,7 +130,7 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
         for options in ([], ["--quiet"]):
             with self.subTest(options=options):
                 watched = self.interrupted("finish(); os._exit(0)", *options)
-                self.assertEqual((0, ["Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."]),
+                self.assertEqual((0, ["Vadelwatch: interrupted by SIGTERM, but Vadelclip finished."]),
                                  (watched.status, watched.errorLines()))
                 self.assertEqual([] if options else ["The end"], watched.outputLines()[:1])
                 self.setUp()

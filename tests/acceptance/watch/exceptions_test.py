@@ -64,11 +64,11 @@ class WithoutMemory(WatchTest):
         sentences = set()
         for allocations in range(0, count, max(1, count // 40)):
             watched = self.withMemoryUpTo(allocations, fails(errno.ENOMEM))
-            sentences.update(line for line in watched.errorLines() if line.startswith("Vadelwatch: the run"))
+            sentences.update(line for line in watched.errorLines() if line.startswith("Vadelwatch: watching"))
             # Some functions of libraries end the process where they cannot throw.
             self.assertIn(watched.status, (0, 1, 3, 4, -signal.SIGABRT), f"{allocations}: {watched}")
-        self.assertEqual({"Vadelwatch: the run could not be watched any longer (std::bad_alloc), "
-                          "Vadelclip has been ended. The output in base/out is not complete."}, sentences)
+        self.assertEqual({"Vadelwatch: watching the run failed (std::bad_alloc), "
+                          "so Vadelclip was ended. The output in base/out is not complete."}, sentences)
 
     def test_no_tool_is_left_behind_where_there_is_never_memory_again(self):
         self.standIn(TALKS)

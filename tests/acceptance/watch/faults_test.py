@@ -43,7 +43,7 @@ class Surroundings(FaultTest):
     def test_without_a_way_to_itself_the_tool_is_not_found(self):
         watched = self.run_(*JOB, environment=failingHere("readlink", "/proc/self/exe", failsForever(errno.ENOENT)))
         self.expect(watched, status=4, errors=[
-            "Vadelwatch: cannot find out where Vadelclip stands: /proc/self/exe cannot be read"])
+            "Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read"])
         self.assertFalse(os.path.exists(self.path("base/out")))
 
     def test_the_tool_without_a_way_to_itself_finds_no_catalogue_and_speaks_english(self):
@@ -181,8 +181,8 @@ class Picture(FaultTest):
             sentences.append(watched.errors)
             self.again()
         # Of the counts of the nodes and of the picture itself.
-        self.assertEqual({"Vadelwatch: The picture map.png cannot be drawn: std::bad_alloc.\n",
-                          "Vadelwatch: The picture map.png cannot be drawn: out of memory.\n", ""}, set(sentences))
+        self.assertEqual({"Vadelwatch: The map map.png cannot be drawn: std::bad_alloc.\n",
+                          "Vadelwatch: The map map.png cannot be drawn: out of memory.\n", ""}, set(sentences))
 
 
 if __name__ == "__main__":

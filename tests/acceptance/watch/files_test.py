@@ -42,7 +42,7 @@ class OwnFiles(WatchTest):
         for options, name, reason in (
                 (["--log", "area.xml"], "area.xml", run), (["--log", "base/data/a.xyz"], "base/data/a.xyz", run),
                 (["--log", "hard.log"], "hard.log", run), (["--map", "link.png"], "link.png", run),
-                (["--log", "x.png", "--map", "./x.png"], "x.png", "the map is to be written there"),
+                (["--log", "x.png", "--map", "./x.png"], "x.png", "the map is written there"),
                 (["--log", "base/./out"], "base/./out", output),
                 (["--log", "old.log", "--map", "absent/x.png"], "absent/x.png", "No such file or directory")):
             with self.subTest(options=options):
@@ -96,11 +96,11 @@ class OwnFiles(WatchTest):
 
     def test_refusals_in_german(self):
         for options, sentence in (
-                (["--log", "area.xml"], "area.xml kann nicht geschrieben werden: der Lauf liest es"),
+                (["--log", "area.xml"], "area.xml kann nicht geschrieben werden: der Lauf liest diese Datei"),
                 (["--log", "base/out"], "base/out kann nicht geschrieben werden: "
                                         "der Lauf legt dort sein Ausgabeverzeichnis an"),
                 (["--log", "x.png", "--map", "x.png"], "x.png kann nicht geschrieben werden: "
-                                                       "dorthin soll die Karte geschrieben werden")):
+                                                       "dort wird die Karte gespeichert")):
             self.expect(self.job(*options), status=2, errors=["Vadelwatch: " + sentence])
 
     def test_files_that_may_not_be_written_are_refused_before_the_run(self):
@@ -133,7 +133,7 @@ class OwnFiles(WatchTest):
         self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
         self.give({"area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
         for options, sentence in (
-                ([], "Es gibt nichts zu zeichnen: kein Punkt hat eine Lage, und die Grenze hat keine Ecke."),
+                ([], "Es gibt nichts zu zeichnen: Kein Knoten hat Koordinaten, und die Grenze hat keine Ecke."),
                 (["--lang=en"], "There is nothing to draw: no node has a position and the boundary has no vertex.")):
             subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
             self.expect(self.job("--quiet", "--map", "none.png", *options), status=2,

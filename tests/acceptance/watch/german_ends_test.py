@@ -38,7 +38,7 @@ class MissingTool(WatchTest):
 
 
 class InGerman(WatchTest):
-    INCOMPLETE = " Die Ausgabe in base/out ist nicht vollständig."
+    INCOMPLETE = " Die Ausgabe in base/out ist unvollständig."
 
     def test_a_tool_that_cannot_be_started(self):
         tool = self.standIn("")
@@ -49,7 +49,7 @@ class InGerman(WatchTest):
     def test_a_status_that_is_none_of_the_tools_own(self):
         self.standIn("sys.exit(7)")
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
-            "Vadelwatch: Vadelclip endete außerplanmäßig, mit Status 7." + self.INCOMPLETE])
+            "Vadelwatch: Vadelclip wurde unerwartet mit Status 7 beendet." + self.INCOMPLETE])
 
     def interrupted(self, script):
         """Signals itself through Vadelwatch, so nothing has to be waited for here."""
@@ -65,17 +65,17 @@ time.sleep(600)
 
     def test_interruptions(self):
         self.expect(self.interrupted("signal.signal(signal.SIGTERM, signal.SIG_DFL); os.kill(os.getpid(), signal.SIGTERM)"),
-                    status=4, errors=["Vadelwatch: abgebrochen durch SIGTERM, Vadelclip ist beendet." + self.INCOMPLETE])
+                    status=4, errors=["Vadelwatch: Abbruch durch Signal TERM, Vadelclip wurde beendet." + self.INCOMPLETE])
         self.expect(self.interrupted("os._exit(1)"), status=1, errors=[
-            "Vadelwatch: abgebrochen durch SIGTERM, Vadelclip endete mit Status 1." + self.INCOMPLETE])
+            "Vadelwatch: Abbruch durch Signal TERM, Vadelclip wurde mit Status 1 beendet." + self.INCOMPLETE])
         self.expect(self.interrupted("finish(); os._exit(0)"), status=0, errors=[
-            "Vadelwatch: unterbrochen durch SIGTERM, Vadelclip ist trotzdem fertig geworden."])
+            "Vadelwatch: Signal TERM empfangen, Vadelclip hat den Lauf trotzdem abgeschlossen."])
 
     def test_a_signal_without_a_name(self):
         number = signal.SIGRTMIN + 2
         self.standIn(f"os.kill(os.getpid(), {number})")
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
-            f"Vadelwatch: Vadelclip wurde durch Signal {number} (SIG{number}) beendet." + self.INCOMPLETE])
+            f"Vadelwatch: Vadelclip wurde von Signal {number} ({number}) beendet." + self.INCOMPLETE])
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
     def test_files_that_cannot_be_written(self):

@@ -44,6 +44,17 @@ class Language(WatchTest):
             with self.subTest(value=value):
                 self.assertEqual(("none", "English"), (self.languageOfTool(value), self.languageOfWatch(value)))
 
+    def test_it_is_english_if_the_catalogue_is_broken(self):
+        self.standIn("")
+        os.remove(self.path("bin/locale"))
+        catalogue = "bin/locale/de/LC_MESSAGES/vadelwatch.mo"
+        for content in (b"", b"this is no catalogue\n"):
+            self.give({catalogue: content})
+            self.assertEqual("English", self.languageOfWatch("de"))
+        os.remove(self.path(catalogue))
+        os.mkdir(self.path(catalogue))
+        self.assertEqual("English", self.languageOfWatch("de"))
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -70,7 +70,7 @@ class Map(WatchTest):
         settings = {**failingMemory(failsForever(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000"}
         watched = self.job("--quiet", "--json", "--map", "map.png", "--lang=en", environment=settings)
         self.assertEqual(1, json.loads(watched.output)["nodes_kept"])
-        self.assertEqual((2, ["Vadelwatch: The picture map.png cannot be drawn: std::bad_alloc."]),
+        self.assertEqual((2, ["Vadelwatch: The map map.png cannot be drawn: std::bad_alloc."]),
                          (watched.status, watched.errorLines()))
         self.assertFalse(os.path.exists(self.path("map.png")))
 

@@ -57,8 +57,8 @@ class Picture(WatchTest):
         axes = [*map(str, range(0, 15, 2)), *map(str, range(0, 11, 2)), "x", "y"]
         english = ["data clipped to area.xml", *axes, "Kept (33.3 %)", "2 nodes", "Dropped", "3 nodes", "Boundary",
                    "1 polygon", "1 line without a position", "0", "2", "in units of the coordinates"]
-        german = ["data, zugeschnitten auf area.xml", *axes, "Behalten (33,3 %)", "2 Punkte", "Verworfen", "3 Punkte",
-                  "Grenze", "1 Polygon", "1 Zeile ohne Lage", "0", "2", "in Einheiten der Koordinaten"]
+        german = ["data, zugeschnitten auf area.xml", *axes, "Behalten (33,3 %)", "2 Knoten", "Verworfen", "3 Knoten",
+                  "Grenze", "1 Polygon", "1 Zeile ohne Koordinaten", "0", "2", "in der Einheit der Koordinaten"]
         self.assertTrue(self.svg("--lang=en").holdsTexts(english))
         os.rename(self.path("base/out"), self.path("english"))
         picture = self.svg()

@@ -45,7 +45,7 @@ class Finished(WatchTest):
             with self.subTest(options=options):
                 subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
                 watched = self.job(*options)
-                self.assertIn("  Punkte behalten       5 von 7 (71,4 %)", watched.outputLines())
+                self.assertIn("  Knoten behalten        5 von 7 (71,4 %)", watched.outputLines())
                 self.assertIn("100 %", watched.errorLines()[-1])
                 self.assertIn("übrig", watched.errorLines()[-1])
 

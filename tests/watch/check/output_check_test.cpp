@@ -1,7 +1,6 @@
 #include "watch/check/output_check.hpp"
 
 #include "support/file_support.hpp"
-#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +18,7 @@ using Lines = std::vector<std::string>;
 
 Lines differenceAt(const std::string& directory, std::size_t rejectedHeaders = 0) {
     const NodeFiles none;
-    return describeDifference(checkOutput(directory), {none, rejectedHeaders, directory}, english);
+    return describeDifference(checkOutput(directory), {none, rejectedHeaders, directory});
 }
 
 Lines differenceIn(const TemporaryDirectory& directory, std::size_t rejectedHeaders = 0) {
@@ -62,8 +61,8 @@ TEST(OutputCheck, everyFileThatIsNotWholeIsNamed) {
                   "Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 2345: 2 343 are missing.",
                   "  cut.txt: its last line is cut off, 1 whole nodes before it",
                   "  cutHeader.txt: its last line is cut off, 0 whole nodes before it",
-                  "  empty.txt: empty, without even its header",
-                  "  header.txt: a header and no node; the tool leaves no such file",
+                  "  empty.txt: empty, even its header is missing",
+                  "  header.txt: a header and no node; Vadelclip leaves no such file",
                   "  link.txt: not a regular file, its lines cannot be counted",
                   "  pipe.txt: not a regular file, its lines cannot be counted",
                   "  1 of the node files lost the header during the run: each counts 1 and has no lines"}),
@@ -75,7 +74,7 @@ TEST(OutputCheck, whereEveryFileLooksWholeThatIsSaid) {
     directory.write("a.txt", "x;y;z\n1;1;1\n");
     directory.write("total_node_count.txt", "3\n");
     EXPECT_EQ((Lines{"Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
-                     "  Every file looks whole, so which one the difference belongs to cannot be told."}),
+                     "  Every file looks whole, so the file with the difference is unknown."}),
               differenceIn(directory));
 }
 

@@ -2,6 +2,7 @@
 #include "watch/check/output_place.hpp"
 
 #include "support/file_support.hpp"
+#include "support/german_messages.hpp"
 
 #include <gtest/gtest.h>
 
@@ -28,10 +29,15 @@ struct Job {
     void giveOutput(const std::string& name) const { directory.write("out/" + name, nodes); }
     void giveCount(const std::string& count) const { directory.write("out/total_node_count.txt", count + "\n"); }
 
-    Lines difference(const char* language = "en") const {
+    Lines difference() const {
         const NodeFiles nodeFiles = findNodeFiles(directory.pathOf("in"));
         const std::string output = directory.pathOf("out");
-        return describeDifference(checkOutput(output), {nodeFiles, 0, output}, watchTexts(language));
+        return describeDifference(checkOutput(output), {nodeFiles, 0, output});
+    }
+
+    Lines germanDifference() const {
+        const GermanMessages german;
+        return difference();
     }
 };
 
@@ -50,16 +56,16 @@ TEST(OutputDifference, nodeFilesWithoutAnOutputAreNamed) {
     job.directory.makeDirectory("out/a.xyz");
     job.directory.makeDirectory("out/other");
     job.giveCount("4");
+    EXPECT_EQ((Lines{missing("2 nodes, total_node_count.txt says 4: 2"), "  a.xyz: a directory in place of the file",
+                     "  b.txt: no output file, which is right only if none of its nodes was kept",
+                     "  d.xyz: no output file, which is right only if none of its nodes was kept"}),
+              job.difference());
     EXPECT_EQ(
-        (Lines{missing("2 nodes, total_node_count.txt says 4: 2"), "  a.xyz: a directory in the place of the file",
-               "  b.txt: no output file, which is right only if none of its nodes was kept",
-               "  d.xyz: no output file, which is right only if none of its nodes was kept"}),
-        job.difference());
-    EXPECT_EQ((Lines{"Vadelwatch: die Ausgabedateien enthalten 2 Punkte, total_node_count.txt sagt 4: 2 fehlen.",
-                     "  a.xyz: ein Verzeichnis an der Stelle der Datei",
-                     "  b.txt: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde",
-                     "  d.xyz: keine Ausgabedatei; richtig nur, wenn keiner ihrer Punkte behalten wurde"}),
-              job.difference("de"));
+        (Lines{"Vadelwatch: Die Ausgabedateien enthalten 2 Knoten, laut total_node_count.txt sind es 4: 2 fehlen.",
+               "  a.xyz: ein Verzeichnis anstelle der Datei",
+               "  b.txt: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde",
+               "  d.xyz: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde"}),
+        job.germanDifference());
 }
 
 TEST(OutputDifference, whereEverythingAddsUpNodeFilesWithoutAnOutputAreNone) {
@@ -81,10 +87,10 @@ TEST(OutputDifference, ofManyOnlyTheFirstAreNamed) {
             expected.push_back("  " + name + ": no output file, which is right only if none of its nodes was kept");
         }
     }
-    expected.emplace_back("  and further node files without an output file: 2");
+    expected.emplace_back("  more node files without an output file: 2");
     job.giveCount("1");
     EXPECT_EQ(expected, job.difference());
-    EXPECT_EQ("  und weitere Punktdateien ohne Ausgabedatei: 2", job.difference("de").back());
+    EXPECT_EQ("  weitere Knotendateien ohne Ausgabedatei: 2", job.germanDifference().back());
 }
 
 TEST(OutputDifference, outputsWithoutANodeFileAreNamed) {
@@ -96,7 +102,7 @@ TEST(OutputDifference, outputsWithoutANodeFileAreNamed) {
     EXPECT_EQ((Lines{"Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 2: 2 too many.",
                      "  notes.dat: no node file had this name when the run began"}),
               job.difference());
-    EXPECT_EQ("  notes.dat: so hieß keine Punktdatei, als der Lauf begann", job.difference("de").back());
+    EXPECT_EQ("  notes.dat: zu Beginn des Laufs gab es keine Knotendatei dieses Namens", job.germanDifference().back());
 }
 
 TEST(OutputDifference, noFileIsCalledWholeWhereAnInputLacksItsOutput) {
@@ -131,9 +137,10 @@ TEST(OutputDifference, aFileThatCannotBeCountedIsNoDifferenceOfNone) {
                "can be counted.",
                "  a.xyz: not a regular file, its lines cannot be counted"}),
         job.difference());
-    EXPECT_EQ("Vadelwatch: die Ausgabedateien enthalten 0 Punkte, so viele, wie total_node_count.txt sagt, aber nicht "
-              "jede Datei ist zählbar.",
-              job.difference("de").front());
+    EXPECT_EQ(
+        "Vadelwatch: Die Ausgabedateien enthalten 0 Knoten wie in total_node_count.txt angegeben, aber nicht jede "
+        "Datei lässt sich zählen.",
+        job.germanDifference().front());
 }
 
 TEST(OutputDifference, aDirectoryInThePlaceOfTheCountIsNamed) {
@@ -142,7 +149,7 @@ TEST(OutputDifference, aDirectoryInThePlaceOfTheCountIsNamed) {
     job.directory.makeDirectory("out/total_node_count.txt");
     EXPECT_EQ(
         (Lines{"Vadelwatch: the output files hold 0 nodes, and total_node_count.txt holds no number to compare with.",
-               "  total_node_count.txt: a directory in the place of the file"}),
+               "  total_node_count.txt: a directory in place of the file"}),
         job.difference());
 }
 
@@ -168,17 +175,20 @@ TEST(OutputPlace, outOfSpaceAndOutOfInodes) {
 TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {
     const TemporaryDirectory directory;
     Lines lines;
-    addPlace(directory.path(), watchTexts("en"), lines);
+    addPlace(directory.path(), lines);
     EXPECT_EQ(Lines{}, lines);
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0555));
     // Root may write anywhere.
     const uid_t user = geteuid();
     ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
-    addPlace(directory.path(), watchTexts("en"), lines);
-    addPlace(directory.path(), watchTexts("de"), lines);
+    addPlace(directory.path(), lines);
+    {
+        const GermanMessages german;
+        addPlace(directory.path(), lines);
+    }
     ASSERT_EQ(0, seteuid(user));
-    EXPECT_EQ((Lines{"  No file can be made in " + directory.path() + ": Permission denied",
-                     "  In " + directory.path() + " kann keine Datei angelegt werden: Permission denied"}),
+    EXPECT_EQ((Lines{"No file can be made in " + directory.path() + ": Permission denied",
+                     "In " + directory.path() + " kann keine Datei angelegt werden: Permission denied"}),
               lines);
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0700));
 }
@@ -186,8 +196,8 @@ TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {
 TEST(OutputPlace, nothingIsSaidAboutWhatIsNoDirectory) {
     const TemporaryDirectory directory;
     Lines lines;
-    addPlace(directory.pathOf("none"), watchTexts("en"), lines);
-    addPlace(directory.write("file", ""), watchTexts("en"), lines);
+    addPlace(directory.pathOf("none"), lines);
+    addPlace(directory.write("file", ""), lines);
     EXPECT_EQ(Lines{}, lines);
 }
 

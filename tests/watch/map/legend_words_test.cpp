@@ -1,5 +1,7 @@
 #include "watch/map/legend_words.hpp"
 
+#include "support/german_messages.hpp"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -18,42 +20,43 @@ const MapLegend nothing{};
 } // namespace
 
 TEST(MapLegendWords, inEnglish) {
-    const LegendWords words = wordsOf(much, watchTexts("en"));
+    const LegendWords words = wordsOf(much);
     EXPECT_EQ((LegendEntry{"Kept (7.7 %)", "10 315 nodes"}), words.kept);
     EXPECT_EQ((LegendEntry{"Dropped", "123 148 nodes"}), words.dropped);
     EXPECT_EQ((LegendEntry{"Boundary", "12 polygons"}), words.boundary);
     EXPECT_EQ(
-        (Notes{"Darker: more nodes in one place", "5 678 nodes beyond the map", "1 234 lines without a position"}),
+        (Notes{"Darker: more nodes in one place", "5 678 nodes outside the map", "1 234 lines without a position"}),
         words.notes);
     EXPECT_EQ("in units of the coordinates", words.unit);
-    EXPECT_EQ('.', words.decimalPoint);
     EXPECT_TRUE(words.showsDensity);
 }
 
 TEST(MapLegendWords, inGermanWithTheNumbersOfTheSummary) {
-    const LegendWords words = wordsOf(much, watchTexts("de"));
-    EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Punkte"}), words.kept);
-    EXPECT_EQ((LegendEntry{"Verworfen", "123 148 Punkte"}), words.dropped);
+    const GermanMessages catalogue;
+    const LegendWords words = wordsOf(much);
+    EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Knoten"}), words.kept);
+    EXPECT_EQ((LegendEntry{"Verworfen", "123 148 Knoten"}), words.dropped);
     EXPECT_EQ((LegendEntry{"Grenze", "12 Polygone"}), words.boundary);
-    EXPECT_EQ((Notes{"Dunkler: dichtere Punkte", "5 678 Punkte außerhalb der Karte", "1 234 Zeilen ohne Lage"}),
-              words.notes);
-    EXPECT_EQ("in Einheiten der Koordinaten", words.unit);
-    EXPECT_EQ(',', words.decimalPoint);
+    EXPECT_EQ(
+        (Notes{"Dunkler: Knoten liegen dichter", "5 678 Knoten außerhalb der Karte", "1 234 Zeilen ohne Koordinaten"}),
+        words.notes);
+    EXPECT_EQ("in der Einheit der Koordinaten", words.unit);
 }
 
 TEST(MapLegendWords, oneOfEach) {
-    const LegendWords english = wordsOf(one, watchTexts("en"));
+    const LegendWords english = wordsOf(one);
     EXPECT_EQ((LegendEntry{"Kept (33.3 %)", "1 node"}), english.kept);
     EXPECT_EQ("1 polygon", english.boundary.count);
-    EXPECT_EQ((Notes{"1 node beyond the map", "1 line without a position"}), english.notes);
-    const LegendWords german = wordsOf(one, watchTexts("de"));
-    EXPECT_EQ((LegendEntry{"Behalten (33,3 %)", "1 Punkt"}), german.kept);
+    EXPECT_EQ((Notes{"1 node outside the map", "1 line without a position"}), english.notes);
+    const GermanMessages catalogue;
+    const LegendWords german = wordsOf(one);
+    EXPECT_EQ((LegendEntry{"Behalten (33,3 %)", "1 Knoten"}), german.kept);
     EXPECT_EQ("1 Polygon", german.boundary.count);
-    EXPECT_EQ((Notes{"1 Punkt außerhalb der Karte", "1 Zeile ohne Lage"}), german.notes);
+    EXPECT_EQ((Notes{"1 Knoten außerhalb der Karte", "1 Zeile ohne Koordinaten"}), german.notes);
 }
 
 TEST(MapLegendWords, withoutLinesThereIsNoShareAndNothingToNote) {
-    const LegendWords words = wordsOf(nothing, watchTexts("en"));
+    const LegendWords words = wordsOf(nothing);
     EXPECT_EQ((LegendEntry{"Kept", "0 nodes"}), words.kept);
     EXPECT_EQ("0 polygons", words.boundary.count);
     EXPECT_EQ(Notes{}, words.notes);

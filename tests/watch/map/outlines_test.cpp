@@ -1,7 +1,6 @@
 #include "watch/map/outlines.hpp"
 
 #include "support/file_support.hpp"
-#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +30,7 @@ std::string outlinesOf(const std::string& content) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("b.xml", content);
     MapOutlines outlines;
-    std::string error = readMapOutlines(path, english, outlines);
+    std::string error = readMapOutlines(path, outlines);
     if (error.empty()) {
         return describe(outlines);
     }
@@ -63,8 +62,8 @@ TEST(MapOutlines, coordinatesBeyondTheDrawableAreMovedToItsLimit) {
 TEST(MapOutlines, unreadableFilesAreNamed) {
     MapOutlines outlines;
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.",
-              readMapOutlines("/no/b.xml", english, outlines));
-    EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", english, outlines));
+              readMapOutlines("/no/b.xml", outlines));
+    EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", outlines));
     EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch.", outlinesOf("<a></b>"));
     for (const char* const point : {"<point x='1'/>", "<point x='a' y='1'/>", "<point x='1' y='nan'/>"}) {
         EXPECT_EQ("The boundary file FILE holds a point without coordinates.",

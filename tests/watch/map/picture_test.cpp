@@ -1,7 +1,7 @@
 #include "watch/map/picture.hpp"
 
 #include "support/file_support.hpp"
-#include "support/watch_texts_support.hpp"
+#include "support/german_messages.hpp"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -34,9 +34,9 @@ struct DrawnRun {
     }
 
     /// Draws and returns the bytes of the picture; the test fails if there is none.
-    std::string draw(const std::string& pictureName, const WatchTexts& texts = english) {
+    std::string draw(const std::string& pictureName) {
         request.pictureFile = directory.pathOf(pictureName);
-        EXPECT_EQ("", drawMap(request, texts));
+        EXPECT_EQ("", drawMap(request));
         return readFile(request.pictureFile);
     }
 
@@ -147,35 +147,34 @@ TEST(MapPicture, theSamePictureIsDrawnAgain) {
 TEST(MapPicture, theLanguageMakesADifference) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n15;5;1\n", "x;y;z\n5;5;1\n");
-    EXPECT_NE(run.draw("a.png"), run.draw("b.png", german));
+    const std::string english = run.draw("a.png");
+    const GermanMessages german;
+    EXPECT_NE(english, run.draw("b.png"));
 }
 
 TEST(MapPicture, sentencesInGerman) {
+    const GermanMessages german;
     DrawnRun run;
     MapRequest request = run.request;
     request.boundaryFile = "/no/b.xml";
-    EXPECT_EQ("Die Grenzdatei /no/b.xml kann nicht gelesen werden: die Datei wurde nicht gefunden.",
-              drawMap(request, german));
+    EXPECT_EQ("Die Grenzdatei /no/b.xml kann nicht gelesen werden: die Datei wurde nicht gefunden.", drawMap(request));
     request.boundaryFile = "/";
-    EXPECT_EQ("Die Grenzdatei / kann nicht gelesen werden: sie ist ein Verzeichnis.", drawMap(request, german));
+    EXPECT_EQ("Die Grenzdatei / kann nicht gelesen werden: sie ist ein Verzeichnis.", drawMap(request));
     request.boundaryFile = run.directory.write("point.xml", "<VADELSIM><VadeDGM><group type='boundaries'><polygon>"
                                                             "<point/></polygon></group></VadeDGM></VADELSIM>");
-    EXPECT_EQ("Die Grenzdatei " + request.boundaryFile + " enthält einen Punkt ohne Koordinaten.",
-              drawMap(request, german));
+    EXPECT_EQ("Die Grenzdatei " + request.boundaryFile + " enthält einen Punkt ohne Koordinaten.", drawMap(request));
     request = run.request;
     request.inputDirectory = "/no/in";
-    EXPECT_EQ("Das Eingabeverzeichnis /no/in kann nicht gelesen werden.", drawMap(request, german));
+    EXPECT_EQ("Das Eingabeverzeichnis /no/in kann nicht gelesen werden.", drawMap(request));
     request = run.request;
     request.outputDirectory = "/no/out";
-    EXPECT_EQ("Das Ausgabeverzeichnis /no/out kann nicht gelesen werden.", drawMap(request, german));
+    EXPECT_EQ("Das Ausgabeverzeichnis /no/out kann nicht gelesen werden.", drawMap(request));
     run.write("x;y;z\n5;5;1\n", "x;y;z\n6;6;1\n");
-    EXPECT_EQ("Die Datei " + run.directory.pathOf("out/a.xyz") +
-                  " enthält Zeilen, die ihre Eingabedatei nicht enthält.",
-              drawMap(run.request, german));
+    EXPECT_EQ("Die Datei " + run.directory.pathOf("out/a.xyz") + " enthält Zeilen, die in der Eingabedatei fehlen.",
+              drawMap(run.request));
     run.write("x;y;z\n5;5;1\n", "");
     run.request.pictureFile = "/no/map.png";
-    EXPECT_EQ("Das Bild /no/map.png kann nicht geschrieben werden: No such file or directory.",
-              drawMap(run.request, german));
+    EXPECT_EQ("Die Karte /no/map.png kann nicht geschrieben werden: No such file or directory.", drawMap(run.request));
 }
 
 TEST(MapPicture, keptNodesMakeADifference) {
@@ -211,8 +210,7 @@ TEST(MapPicture, namesOfAnyBytesAreDrawn) {
 TEST(MapPicture, nothingToDrawIsSaid) {
     DrawnRun run;
     run.directory.write("b.xml", "<VADELSIM/>");
-    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.",
-              drawMap(run.request, english));
+    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.", drawMap(run.request));
     EXPECT_FALSE(run.hasPicture());
 }
 
@@ -220,23 +218,23 @@ TEST(MapPicture, unreadableInputIsSaid) {
     DrawnRun run;
     MapRequest request = run.request;
     request.boundaryFile = "/no/b.xml";
-    EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request, english));
+    EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request));
     request = run.request;
     request.inputDirectory = "/no/in";
-    EXPECT_EQ("The input directory /no/in cannot be read.", drawMap(request, english));
+    EXPECT_EQ("The input directory /no/in cannot be read.", drawMap(request));
     request = run.request;
     request.outputDirectory = "/no/out";
-    EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request, english));
+    EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request));
     EXPECT_FALSE(run.hasPicture());
 }
 
 TEST(MapPicture, aPictureThatCannotBeWrittenIsSaid) {
     DrawnRun run;
     run.request.pictureFile = "/no/map.png";
-    EXPECT_EQ("The picture /no/map.png cannot be written: No such file or directory.", drawMap(run.request, english));
+    EXPECT_EQ("The map /no/map.png cannot be written: No such file or directory.", drawMap(run.request));
     run.request.pictureFile = run.directory.makeLink("full.svg", "/dev/full");
-    EXPECT_EQ("The picture " + run.request.pictureFile + " cannot be written: No space left on device.",
-              drawMap(run.request, english));
+    EXPECT_EQ("The map " + run.request.pictureFile + " cannot be written: No space left on device.",
+              drawMap(run.request));
 }
 
 } // namespace vadelwatch

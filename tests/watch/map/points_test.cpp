@@ -1,7 +1,6 @@
 #include "watch/map/points.hpp"
 
 #include "support/file_support.hpp"
-#include "support/watch_texts_support.hpp"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -31,9 +30,9 @@ struct FilesOfRun {
 std::string visit(const FilesOfRun& run) {
     std::ostringstream text;
     NodeCounts counts;
-    const std::string error =
-        visitNodes(run.input, run.output, english, counts,
-                   [&text](MapPosition position, bool kept) { text << (kept ? "+" : "-") << position.x << " "; });
+    const std::string error = visitNodes(run.input, run.output, counts, [&text](MapPosition position, bool kept) {
+        text << (kept ? "+" : "-") << position.x << " ";
+    });
     text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
          << counts.unreadable << " unreadable";
     if (!error.empty()) {
@@ -123,10 +122,9 @@ TEST(MapPoints, missingDirectoriesAreErrors) {
     const FilesOfRun run;
     NodeCounts counts;
     const NodeVisitor ignore = [](MapPosition, bool) {};
-    EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, english, counts, ignore));
-    EXPECT_EQ("The output directory /no/out cannot be read.",
-              visitNodes(run.input, "/no/out", english, counts, ignore));
-    EXPECT_EQ("", visitNodes(run.input, run.output, english, counts, ignore));
+    EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
+    EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
+    EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
 }
 
 } // namespace vadelwatch

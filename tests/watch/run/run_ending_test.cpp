@@ -17,7 +17,7 @@ Lines endingOf(ToolEnd end, int interruptedBy = 0) {
     record.end = end;
     record.interruptedBy = interruptedBy;
     record.closingText = "last words";
-    return endingLines(record, "base/out", watchTexts("en"));
+    return endingLines(record, "base/out");
 }
 
 } // namespace
@@ -44,7 +44,7 @@ TEST(RunEnding, saysInOneLineWhatHappened) {
 TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
     EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."},
               endingOf({0, SIGTERM}, SIGTERM));
-    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip finished all the same."}, endingOf({0, 0}, SIGTERM));
+    EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, but Vadelclip finished."}, endingOf({0, 0}, SIGTERM));
     EXPECT_EQ((Lines{"last words", "Vadelwatch: interrupted by SIGINT, Vadelclip has ended with exit status 1. "
                                    "The output in base/out is not complete."}),
               endingOf({1, 0}, SIGINT));
@@ -56,7 +56,7 @@ TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
 TEST(RunEnding, aFailedRunWithoutLastWordsHasNone) {
     RunRecord record;
     record.end = {1, 0};
-    EXPECT_EQ(Lines{}, endingLines(record, "base/out", watchTexts("en")));
+    EXPECT_EQ(Lines{}, endingLines(record, "base/out"));
 }
 
 } // namespace vadelwatch

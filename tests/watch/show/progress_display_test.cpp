@@ -1,7 +1,5 @@
 #include "watch/show/progress_display.hpp"
 
-#include "support/watch_texts_support.hpp"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -21,7 +19,7 @@ class RecordedDisplay {
 public:
     explicit RecordedDisplay(ProgressMode mode)
         : display(
-              mode, {}, english, [this](std::string_view text) { shown += text; }, [this] { return columns; }) {}
+              mode, {}, [this](std::string_view text) { shown += text; }, [this] { return columns; }) {}
 
     /// What has been shown since the last call.
     std::string take() {
@@ -173,7 +171,7 @@ TEST(ProgressDisplay, aPlainLineEveryTenPercentAndNoneTwice) {
         recorded.display.update(at(tenths / 10.0), 0.0);
     }
     for (int tens = 10; tens <= 100; tens += 10) {
-        expected += plainProgressLine(at(tens), english) + "\n";
+        expected += plainProgressLine(at(tens)) + "\n";
     }
     EXPECT_EQ(expected, recorded.take());
 }

@@ -1,5 +1,7 @@
 #include "watch/show/run_summary.hpp"
 
+#include "support/german_messages.hpp"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -35,18 +37,19 @@ TEST(RunSummary, asATable) {
               "  Time              0.2 s\n"
               "  Output directory  base/Höhe 1\n"
               "  Check             the lines add up to total_node_count.txt\n",
-              summaryText(finishedRun(), watchTexts("en"), unlimited));
+              summaryText(finishedRun(), unlimited));
 }
 
 TEST(RunSummary, inGermanLabelsWithUmlautsStandInLine) {
+    const GermanMessages german;
     EXPECT_EQ("Finished clipping\n"
-              "  Punktdateien gelesen  6\n"
-              "  Dateien geschrieben   5\n"
-              "  Punkte behalten       10 315 von 133 463 (7,7 %)\n"
-              "  Zeit                  0,2 s\n"
-              "  Ausgabeverzeichnis    base/Höhe 1\n"
-              "  Prüfung               die Zeilen ergeben total_node_count.txt\n",
-              summaryText(finishedRun(), watchTexts("de"), 80));
+              "  Knotendateien gelesen  6\n"
+              "  Dateien geschrieben    5\n"
+              "  Knoten behalten        10 315 von 133 463 (7,7 %)\n"
+              "  Dauer                  0,2 s\n"
+              "  Ausgabeverzeichnis     base/Höhe 1\n"
+              "  Prüfung                die Zeilenzahl stimmt mit total_node_count.txt überein\n",
+              summaryText(finishedRun(), 80));
 }
 
 TEST(RunSummary, inANarrowWindowValuesStandBelowTheirLabels) {
@@ -68,14 +71,14 @@ TEST(RunSummary, inANarrowWindowValuesStandBelowTheirLabels) {
               "    the lines\n"
               "    add up to\n"
               "    total_node_count.txt\n",
-              summaryText(finishedRun(), watchTexts("en"), 14));
+              summaryText(finishedRun(), 14));
 }
 
 TEST(RunSummary, controlCharactersOfADirectoryDoNotReachTheTerminal) {
     RunSummary summary = finishedRun();
     summary.outputDirectory = "base/\033[2J\n\x7F";
     for (const std::size_t columns : {unlimited, std::size_t{14}}) {
-        const std::string text = summaryText(summary, watchTexts("en"), columns);
+        const std::string text = summaryText(summary, columns);
         EXPECT_NE(std::string::npos, text.find("  base/\\x1B[2J\\x0A\\x7F\n")) << text;
     }
     EXPECT_NE(std::string::npos, summaryJson(summary).find(R"("base/\u001b[2J\n)"));
@@ -86,13 +89,13 @@ TEST(RunSummary, withoutWhatIsUnknown) {
     summary.closingText.clear();
     summary.nodesRead.reset();
     summary.addsUp = false;
-    const std::string text = summaryText(summary, watchTexts("en"), unlimited);
+    const std::string text = summaryText(summary, unlimited);
     EXPECT_EQ(0U, text.find("  Node files read"));
     EXPECT_NE(std::string::npos, text.find("  Nodes kept        10 315\n"));
     EXPECT_NE(std::string::npos, text.find("the lines do not add up to"));
     summary.nodesRead = 0;
     summary.nodesKept = 0;
-    EXPECT_NE(std::string::npos, summaryText(summary, watchTexts("en"), unlimited).find("0 of 0 (- %)\n"));
+    EXPECT_NE(std::string::npos, summaryText(summary, unlimited).find("0 of 0 (- %)\n"));
 }
 
 TEST(RunSummary, asJson) {

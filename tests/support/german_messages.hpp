@@ -1,0 +1,23 @@
+/// \file
+/// The German catalogue of Vadelwatch in a unit test.
+#pragma once
+
+#include "watch/show/messages.hpp"
+
+#include <locale>
+
+namespace vadelwatch {
+
+/// Makes the messages German for its lifetime; without it they are English.
+class GermanMessages {
+public:
+    GermanMessages() { setUpMessages("de"); }
+    GermanMessages(const GermanMessages&) = delete;
+    GermanMessages& operator=(const GermanMessages&) = delete;
+    ~GermanMessages() { std::locale::global(before); }
+
+private:
+    std::locale before;
+};
+
+} // namespace vadelwatch
