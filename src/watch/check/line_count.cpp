@@ -1,6 +1,7 @@
 #include "watch/check/line_count.hpp"
 
-#include <algorithm>
+#include "text/text_lines.hpp"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,9 +13,6 @@ namespace vadelwatch {
 namespace {
 
 constexpr std::size_t blockSize = 1 << 18;
-
-/// As many bytes as an 8-bit count takes: the compiler turns such a loop into vector instructions.
-constexpr std::size_t stretchSize = 255;
 
 /// Counts from where the descriptor stands to the end of the file.
 std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop) {
@@ -33,28 +31,13 @@ std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop
         }
         const auto size = static_cast<std::size_t>(received);
         count.bytes += size;
-        count.lineFeeds += countLineFeedsIn(block.data(), size);
+        count.lineFeeds += vadelclip::countLineFeeds(block.data(), size);
         count.endsInLineFeed = block[size - 1] == '\n';
     }
     return std::nullopt;
 }
 
 } // namespace
-
-std::uint64_t countLineFeedsIn(const char* bytes, std::size_t size) {
-    std::uint64_t count = 0;
-    while (size > 0) {
-        const std::size_t stretch = std::min(size, stretchSize);
-        std::uint8_t inStretch = 0;
-        for (std::size_t i = 0; i < stretch; ++i) {
-            inStretch = static_cast<std::uint8_t>(inStretch + (bytes[i] == '\n' ? 1 : 0));
-        }
-        count += inStretch;
-        bytes += stretch;
-        size -= stretch;
-    }
-    return count;
-}
 
 int openRegularFile(const std::string& path) {
     struct stat status {};

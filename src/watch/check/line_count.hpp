@@ -3,7 +3,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,8 +17,6 @@ struct LineCount {
     /// Lines behind the header: the first line feed ends the header, a last line without one does not count.
     std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
 };
-
-std::uint64_t countLineFeedsIn(const char* bytes, std::size_t size);
 
 /// Opens a regular file for reading, without waiting and without touching anything that is no regular file: reading a
 /// FIFO would take its bytes from the tool.

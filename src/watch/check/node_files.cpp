@@ -1,84 +1,33 @@
 #include "watch/check/node_files.hpp"
 
+#include "clip/input_selection.hpp"
 #include "watch/check/line_count.hpp"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace vadelwatch {
 
 namespace {
 
-/// Longer than any header: mark, seven characters, line end.
-constexpr std::size_t longestHeader = 16;
-
-bool matchesColumns(std::string_view line, std::string_view columns) {
-    if (line.size() != 2 * columns.size() - 1) {
-        return false;
-    }
-    const char separator = line[1];
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] != (i % 2 == 0 ? columns[i / 2] : separator)) {
-            return false;
-        }
-    }
-    return separator == '\t' || separator == ' ' || separator == ',' || separator == ';';
-}
-
-/// The first line of a regular file, as far as a header could go.
-std::string firstLine(const std::string& path) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor == -1) {
-        return {};
-    }
-    std::array<char, longestHeader> bytes{};
-    const ssize_t size = read(descriptor, bytes.data(), bytes.size());
-    close(descriptor);
-    std::string line(bytes.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    const std::size_t lineFeed = line.find('\n');
-    if (lineFeed != std::string::npos) {
-        line.erase(lineFeed);
-        if (line.ends_with('\r')) {
-            line.pop_back();
-        }
-    }
-    return line;
-}
-
 /// Adds an entry to what was found if it is, or may be, a node file.
 void lookAt(const std::filesystem::path& path, NodeFiles& found) {
     struct stat status {};
-    const bool mayBeNodeFile = hasNodeFileSuffix(path.string());
-    if (!mayBeNodeFile || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+    if (!vadelclip::hasNodeFileSuffix(path.native()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
         return;
     }
     if (!S_ISREG(status.st_mode)) {
         found.unread.push_back(path.filename().string());
-    } else if (isNodeFileHeader(firstLine(path.string()))) {
+    } else if (vadelclip::hasNodeFileHeader(path.string())) {
         const std::optional<FileState> state = fileState(path.string());
         found.files.push_back({path.filename().string(), path.string(), state.value_or(FileState{})});
     }
 }
 
 } // namespace
-
-bool hasNodeFileSuffix(std::string_view path) {
-    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
-}
-
-bool isNodeFileHeader(std::string_view line) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (line.starts_with(byteOrderMark)) {
-        line.remove_prefix(byteOrderMark.size());
-    }
-    return matchesColumns(line, "xyz") || matchesColumns(line, "XYZ") || matchesColumns(line, "xyzg") ||
-           matchesColumns(line, "XYZG");
-}
 
 NodeFiles findNodeFiles(const std::string& directory) {
     NodeFiles found;

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -31,14 +30,6 @@ struct NodeFiles {
     /// Names of what may be a node file and is no regular file, so that it cannot be read without taking it from the tool.
     std::vector<std::string> unread;
 };
-
-/// Whether a name is one of those that the tool looks into for a header.
-bool hasNodeFileSuffix(std::string_view path);
-
-/// The first line of a node file, with or without a byte order mark. See docs/file-formats.md.
-///
-/// @param line without its line end.
-bool isNodeFileHeader(std::string_view line);
 
 /// Looks through a directory, one level deep. A directory that cannot be read holds nothing.
 NodeFiles findNodeFiles(const std::string& directory);

@@ -1,6 +1,6 @@
 #include "watch/check/own_files.hpp"
 
-#include "watch/check/node_files.hpp"
+#include "clip/input_selection.hpp"
 
 #include <cerrno>
 #include <filesystem>
@@ -46,9 +46,7 @@ fs::path comparable(const std::string& path) {
 /// Whether a file made there would stand among the node files.
 bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
     const fs::path place = comparable(path);
-    const fs::path input = comparable(inputDirectory);
-    const bool standsThere = place.parent_path() == input;
-    return standsThere && hasNodeFileSuffix(place.native());
+    return vadelclip::hasNodeFileSuffix(place.native()) && place.parent_path() == comparable(inputDirectory);
 }
 
 /// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -19,19 +17,6 @@ namespace {
 const std::atomic<bool> goOn = false;
 
 } // namespace
-
-TEST(CountLineFeeds, agreesWithThePlainCountAtEverySize) {
-    std::mt19937 random(7);
-    std::string bytes;
-    for (int size = 0; size < 1200; ++size) {
-        ASSERT_EQ(static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), '\n')),
-                  countLineFeedsIn(bytes.data(), bytes.size()))
-            << size;
-        bytes += random() % 3 == 0 ? '\n' : '\x8A';
-    }
-    const std::string onlyLineFeeds(100000, '\n');
-    EXPECT_EQ(100000U, countLineFeedsIn(onlyLineFeeds.data(), onlyLineFeeds.size()));
-}
 
 TEST(CountLines, headerAndUnterminatedLinesDoNotCount) {
     const TemporaryDirectory directory;

@@ -29,28 +29,6 @@ std::vector<std::string> namesIn(const NodeFiles& found) {
 
 } // namespace
 
-TEST(NodeFileHeader, fourShapesTimesFourSeparators) {
-    for (const char separator : {';', ',', ' ', '\t'}) {
-        for (std::string columns : {"xyz", "XYZ", "xyzg", "XYZG"}) {
-            std::string line;
-            for (const char column : columns) {
-                line += (line.empty() ? "" : std::string(1, separator)) + column;
-            }
-            EXPECT_TRUE(isNodeFileHeader(line)) << line;
-            EXPECT_TRUE(isNodeFileHeader("\xEF\xBB\xBF" + line)) << line;
-            EXPECT_FALSE(isNodeFileHeader(line + " ")) << line;
-            EXPECT_FALSE(isNodeFileHeader(" " + line)) << line;
-        }
-    }
-}
-
-TEST(NodeFileHeader, nothingElse) {
-    for (const char* const line : {"", "x", "x;", "x;y", "xyz", "x:y:z", "x;y,z", "X;y;z", "x;y;z;G", "Y;Y;Z;G",
-                                   "x;y;z;", "x;y;z;g;h", "\xEF\xBB\xBF", "x;y;z\r"}) {
-        EXPECT_FALSE(isNodeFileHeader(line)) << line;
-    }
-}
-
 TEST(NodeFiles, areChosenAsTheToolChoosesThem) {
     const TemporaryDirectory directory;
     const std::string header = "x;y;z\n";
