@@ -1,6 +1,6 @@
 #include "watch/show/progress_line.hpp"
 
-#include "watch/show/utf8_character.hpp"
+#include "watch/show/shown_name.hpp"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,6 @@
 #include "watch/show/run_summary.hpp"
 
 #include "watch/show/shown_name.hpp"
-#include "watch/show/utf8_character.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
