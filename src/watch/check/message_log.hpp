@@ -5,6 +5,8 @@
 #include "watch/run/message_stream.hpp"
 #include "watch/show/own_output.hpp"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,17 +29,16 @@ public:
 
     void add(double seconds, std::string_view line, const Message& message);
 
-    /// Where the lines go; they are kept there until somebody writes them.
-    OwnOutput& output() { return file; }
-    const OwnOutput& output() const { return file; }
+    /// Returns the number of bytes that are not written yet.
+    std::size_t waitingBytes() const { return output ? output->waitingBytes() : 0; }
 
-    /// Writes what is still kept, however long that takes, and closes the file.
-    /// @return 0, or the errno of what could not be written.
+    /// Waits until every line is written and closes the file.
+    /// @return 0, or the errno of the write or close that failed.
     int close();
 
 private:
     int descriptor = -1;
-    OwnOutput file{-1};
+    std::optional<OwnOutput> output;
 };
 
 } // namespace vadelwatch

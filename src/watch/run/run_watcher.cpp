@@ -23,8 +23,11 @@ constexpr int consoleBlocks = 2;
 constexpr std::size_t usualBacklog = 65536;
 constexpr std::size_t lastBacklog = std::size_t{16} << 20U;
 
-/// For the clock in the bar to go on, and for nothing else.
+/// Keeps the clock in the bar moving.
 constexpr int pollMilliseconds = 100;
+
+/// Soon enough after our own output has been written: the tool waits meanwhile.
+constexpr int backlogMilliseconds = 5;
 
 } // namespace
 
@@ -63,7 +66,7 @@ RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDispla
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
         showProgress();
-        writeWhatFits();
+        display.flush();
         waitForSomething(signals);
         takeSignals(signals);
         // Messages and their console lines; without messages, the console alone.
@@ -76,30 +79,22 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
     record.seconds = secondsSinceStart();
     display.update(figures(), record.seconds);
     display.clear();
-    writeWhatFits();
-    return record;
-}
-
-void RunWatcher::writeWhatFits() {
     display.flush();
-    shown.writeWhatFits();
-    log.output().writeWhatFits();
+    return record;
 }
 
 bool RunWatcher::mayRead() const {
     const std::size_t limit = record.interruptedBy == 0 ? usualBacklog : lastBacklog;
-    return shown.waitingBytes() + log.output().waitingBytes() < limit;
+    return shown.waitingBytes() + log.waitingBytes() < limit;
 }
 
 void RunWatcher::waitForSomething(const RunSignals& signals) {
     const bool reading = mayRead();
-    // A negative descriptor is passed over.
-    std::array<pollfd, 5> sources{{{signals.descriptor(), POLLIN, 0},
+    // `poll` ignores negative descriptors.
+    std::array<pollfd, 3> sources{{{signals.descriptor(), POLLIN, 0},
                                    {reading && channel.open ? channel.descriptor : -1, POLLIN, 0},
-                                   {reading && console.open ? console.descriptor : -1, POLLIN, 0},
-                                   {shown.waitingDescriptor(), POLLOUT, 0},
-                                   {log.output().waitingDescriptor(), POLLOUT, 0}}};
-    poll(sources.data(), sources.size(), pollMilliseconds);
+                                   {reading && console.open ? console.descriptor : -1, POLLIN, 0}}};
+    poll(sources.data(), sources.size(), reading ? pollMilliseconds : backlogMilliseconds);
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
@@ -145,7 +140,7 @@ void RunWatcher::readTheRest() {
     while (more) {
         more = readMessages();
         more = readConsole() || more;
-        writeWhatFits();
+        display.flush();
     }
 }
 

@@ -65,7 +65,6 @@ private:
         LineSplitter lines;
     };
 
-    void writeWhatFits();
     bool mayRead() const;
     void waitForSomething(const RunSignals& signals);
     void takeSignals(const RunSignals& signals);
