@@ -4,7 +4,6 @@
 
 #include "watch/check/message_log.hpp"
 #include "watch/check/node_files.hpp"
-#include "watch/run/run_directories.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/show/watch_texts.hpp"
 #include "watch/watch_options.hpp"
@@ -16,8 +15,7 @@ namespace vadelwatch {
 struct WatchContext {
     /// The options outlive it.
     explicit WatchContext(const WatchOptions& watchOptions)
-        : options(watchOptions), texts(watchTexts(watchOptions.language)),
-          directories(runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)) {}
+        : options(watchOptions), texts(watchTexts(watchOptions.language)), directories(runDirectories(watchOptions)) {}
 
     const WatchOptions& options;
     const WatchTexts& texts;

@@ -5,6 +5,7 @@
 #include "watch/show/shown_name.hpp"
 
 #include <CLI/CLI.hpp>
+#include <boost/filesystem/path.hpp>
 
 #include <sstream>
 
@@ -13,7 +14,7 @@ namespace vadelwatch {
 namespace {
 
 constexpr const char* description =
-    "Starts the Vadelclip beside it, shows its progress, sums up what it did and checks its output.";
+    "Starts the Vadelclip next to it, shows its progress, sums up what it did and checks its output.";
 
 constexpr const char* footer =
     "Exit status: 0 finished, 1 the tool failed, 2 wrong arguments or a log, map or summary that\n"
@@ -32,7 +33,7 @@ void addArguments(CLI::App& app, WatchOptions& options) {
     app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")
         ->required();
     app.add_option("output-directory-name", options.outputDirectoryName,
-                   "Name of the new directory beside the input directory")
+                   "Name of the new directory next to the input directory")
         ->required();
     app.add_option("boundary-file-path", options.boundaryFilePath, "XML file with the polygons")->required();
 }
@@ -61,7 +62,7 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     app.set_help_flag("-h,--help", "Show this help and exit");
     app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
     app.footer(footer);
-    // The words of a command line may be anything, and a terminal would obey some of it.
+    // An argument may hold control characters, and a terminal obeys some of them.
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return shownName(error.what()) + "\nRun with --help for more information.\n";
     });
@@ -78,6 +79,22 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
         outcome.standardError = errors.str();
     }
     return outcome;
+}
+
+std::vector<std::string> toolArguments(const WatchOptions& options) {
+    std::vector<std::string> arguments{options.inputDirectoryPath, options.outputDirectoryName,
+                                       options.boundaryFilePath, "-pipe"};
+    if (options.language) {
+        arguments.push_back("-lang=" + *options.language);
+    }
+    return arguments;
+}
+
+// Uses the library of the tool, in the same version: two ways to split a path would differ somewhere.
+RunDirectories runDirectories(const WatchOptions& options) {
+    const boost::filesystem::path inputPath(options.inputDirectoryPath);
+    const boost::filesystem::path parent = inputPath.parent_path();
+    return {(parent / inputPath.filename()).string(), (parent / options.outputDirectoryName).string()};
 }
 
 } // namespace vadelwatch

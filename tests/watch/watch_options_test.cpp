@@ -1,7 +1,6 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/run/tool_process.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +18,7 @@ CommandLineOutcome read(std::vector<const char*> arguments) {
 
 } // namespace
 
-TEST(WatchOptions, threeArgumentsAndNothingElse) {
+TEST(WatchOptions, acceptsThreeArguments) {
     const CommandLineOutcome outcome = read({"base/data", "out", "area.xml"});
     ASSERT_TRUE(outcome.options);
     EXPECT_EQ("base/data", outcome.options->inputDirectoryPath);
@@ -30,7 +29,7 @@ TEST(WatchOptions, threeArgumentsAndNothingElse) {
     EXPECT_EQ((std::vector<std::string>{"base/data", "out", "area.xml", "-pipe"}), toolArguments(*outcome.options));
 }
 
-TEST(WatchOptions, allOptionsAnywhere) {
+TEST(WatchOptions, optionsMayBeAnywhere) {
     const CommandLineOutcome outcome =
         read({"--quiet", "-x", "--lang=fr", "out", "--json", "--log", "l", "--map", "m.svg", "b"});
     EXPECT_FALSE(outcome.options);
@@ -44,7 +43,7 @@ TEST(WatchOptions, allOptionsAnywhere) {
     EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
 }
 
-TEST(WatchOptions, namesAreTakenAsTheyAre) {
+TEST(WatchOptions, keepsNamesUnchanged) {
     const CommandLineOutcome outcome = read({"[a,b]", "{c}", "Höhe 1/%%.xml"});
     ASSERT_TRUE(outcome.options);
     EXPECT_EQ("[a,b]|{c}|Höhe 1/%%.xml", outcome.options->inputDirectoryPath + "|" +
@@ -90,12 +89,12 @@ TEST(WatchOptions, flagsMayBeSwitchedOff) {
     EXPECT_TRUE(outcome.options->json);
 }
 
-TEST(WatchOptions, whatATerminalWouldObeyIsNotRepeated) {
+TEST(WatchOptions, errorsShowControlCharactersAsNumbers) {
     EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\nRun with --help for more information.\n",
               read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
 }
 
-TEST(WatchOptions, whatIsWrongIsSaid) {
+TEST(WatchOptions, errorsNameTheArgument) {
     struct Case {
         std::vector<const char*> arguments;
         const char* words;
@@ -112,13 +111,44 @@ TEST(WatchOptions, whatIsWrongIsSaid) {
     }
 }
 
-TEST(WatchOptions, helpAndVersionEndWell) {
+TEST(WatchOptions, helpAndVersionReturnZero) {
     for (const char* const option : {"--help", "-h", "--version"}) {
         const CommandLineOutcome outcome = read({option});
         EXPECT_FALSE(outcome.options);
         EXPECT_EQ(0, outcome.exitStatus);
         EXPECT_NE("", outcome.standardOutput);
         EXPECT_EQ("", outcome.standardError);
+    }
+}
+
+TEST(RunDirectories, areThoseOfTheTool) {
+    struct Case {
+        const char* inputPath;
+        const char* outputName;
+        const char* input;
+        const char* output;
+    };
+    for (const Case& each : {
+             Case{"base/data", "out", "base/data", "base/out"},
+             Case{"/base/data", "out", "/base/data", "/base/out"},
+             Case{"./data", "out", "./data", "./out"},
+             Case{"data", "out", "data", "out"},
+             // A separator at the end: the output is in the input.
+             Case{"base/data/", "out", "base/data/.", "base/data/out"},
+             Case{"base/data//", "out", "base/data/.", "base/data/out"},
+             // An absolute name is appended like any other.
+             Case{"base/data", "/out", "base/data", "base/out"},
+             Case{"base/data", "deep/out", "base/data", "base/deep/out"},
+             Case{"/data", "out", "/data", "/out"},
+             Case{"Höhe 1/ä", "Ziel 2", "Höhe 1/ä", "Höhe 1/Ziel 2"},
+             Case{"", "", "", ""},
+         }) {
+        WatchOptions options;
+        options.inputDirectoryPath = each.inputPath;
+        options.outputDirectoryName = each.outputName;
+        const RunDirectories directories = runDirectories(options);
+        EXPECT_EQ(each.input, directories.input) << each.inputPath << " and " << each.outputName;
+        EXPECT_EQ(each.output, directories.output) << each.inputPath << " and " << each.outputName;
     }
 }
 

@@ -26,7 +26,7 @@ int MessageLog::open(const std::string& path) {
     if (path.empty()) {
         return 0;
     }
-    constexpr mode_t everybody = 0666; // as far as the umask lets them
+    constexpr mode_t everybody = 0666; // less the umask
     descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, everybody);
     if (descriptor == -1) {
         return errno;

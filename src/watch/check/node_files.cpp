@@ -1,20 +1,45 @@
 #include "watch/check/node_files.hpp"
 
 #include "clip/input_selection.hpp"
-#include "watch/check/line_count.hpp"
+#include "text/text_lines.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace vadelwatch {
 
 namespace {
 
-/// Adds an entry to what was found if it is, or may be, a node file.
-void lookAt(const std::filesystem::path& path, NodeFiles& found) {
+constexpr std::size_t blockSize = 1 << 18;
+
+/// Counts from the position of the descriptor to the end of the file.
+std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop) {
+    LineCount count;
+    std::vector<char> block(blockSize);
+    while (!stop) {
+        const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, block.data(), block.size()));
+        if (received < 0) {
+            return std::nullopt;
+        }
+        if (received == 0) {
+            return count;
+        }
+        const auto size = static_cast<std::size_t>(received);
+        count.bytes += size;
+        count.lineFeeds += vadelclip::countLineFeeds(block.data(), size);
+        count.endsInLineFeed = block[size - 1] == '\n';
+    }
+    return std::nullopt;
+}
+
+/// Adds a directory entry if it is, or may be, a node file.
+void addIfNodeFile(const std::filesystem::path& path, NodeFiles& found) {
     struct stat status {};
     if (!vadelclip::hasNodeFileSuffix(path.native()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
         return;
@@ -29,16 +54,28 @@ void lookAt(const std::filesystem::path& path, NodeFiles& found) {
 
 } // namespace
 
-NodeFiles findNodeFiles(const std::string& directory) {
-    NodeFiles found;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        lookAt(entry->path(), found);
+int openRegularFile(const std::string& path) {
+    struct stat status {};
+    // Checked before the file is opened, because opening a device may have an effect.
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return -1;
     }
-    std::sort(found.files.begin(), found.files.end(),
-              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
-    return found;
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor != -1 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor == -1) {
+        return std::nullopt;
+    }
+    const std::optional<LineCount> count = countFrom(descriptor, stop);
+    close(descriptor);
+    return count;
 }
 
 std::optional<FileState> fileState(const std::string& path) {
@@ -50,6 +87,18 @@ std::optional<FileState> fileState(const std::string& path) {
     return FileState{status.st_size, status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
 }
 
+NodeFiles findNodeFiles(const std::string& directory) {
+    NodeFiles found;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        addIfNodeFile(entry->path(), found);
+    }
+    std::sort(found.files.begin(), found.files.end(),
+              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
+    return found;
+}
+
 std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
     if (!nodeFiles.unread.empty()) {
         return std::nullopt;
@@ -57,7 +106,7 @@ std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const st
     std::uint64_t total = 0;
     for (const NodeFile& file : nodeFiles.files) {
         const std::optional<LineCount> lines = countLines(file.path, stop);
-        // Cut, grown or replaced in the meantime: what was counted is neither the old file nor the new one.
+        // The number of a file that changed meanwhile belongs neither to the old nor to the new content.
         const bool same = lines && static_cast<std::int64_t>(lines->bytes) == file.state.bytes;
         if (!same || fileState(file.path) != file.state) {
             return std::nullopt;
@@ -78,11 +127,11 @@ void NodeLineCount::start(const std::string& directory) {
             try {
                 count(directory);
             } catch (const std::exception&) {
-                // Of missing memory. How many lines there are stays unknown; the run does not need it.
+                // For example without memory. The run does not need the number.
             }
         });
     } catch (const std::system_error&) {
-        // No further thread may be made: the same.
+        // No thread. The run does not need the number.
     }
 }
 

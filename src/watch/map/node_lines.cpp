@@ -1,6 +1,6 @@
 #include "watch/map/node_lines.hpp"
 
-#include "watch/check/line_count.hpp"
+#include "watch/check/node_files.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -14,19 +14,19 @@ namespace {
 
 constexpr std::size_t pipeBlockSize = 65536;
 
-/// At most this much of the console goes before the messages of a block: more than a pipe holds, so every line that was
-/// written before one of these messages is among it.
+/// Blocks of the console that are read before the messages of one block: more than a pipe holds, so they contain every line
+/// that was written before one of these messages.
 constexpr int consoleBlocks = 2;
 
-/// How much may wait for room in our own output before the tool has to wait too. Once it has been asked to end it is
-/// listened to for longer, since it may want to say something first.
-constexpr std::size_t usualBacklog = 65536;
-constexpr std::size_t lastBacklog = std::size_t{16} << 20U;
+/// When this many bytes of our own output are not written yet, Vadelwatch stops reading and the tool blocks. The limit is
+/// higher after a signal, because the tool may report something before it ends.
+constexpr std::size_t maxBacklog = 65536;
+constexpr std::size_t maxBacklogAfterSignal = std::size_t{16} << 20U;
 
 /// Keeps the clock in the bar moving.
 constexpr int pollMilliseconds = 100;
 
-/// Soon enough after our own output has been written: the tool waits meanwhile.
+/// Shorter, because the tool may be blocked until our own output is written.
 constexpr int backlogMilliseconds = 5;
 
 } // namespace
@@ -37,7 +37,7 @@ std::string_view RunWatcher::Source::readBlock() {
     if (!open) {
         return {};
     }
-    // Nothing is left to be read: that looks like the end of the stream, and is taken for it.
+    // A read of 0 bytes is end of stream, also when `readable` is 0.
     ssize_t size = 0;
     do {
         size = read(descriptor, block.data(), std::min(block.size(), readable));
@@ -52,7 +52,7 @@ std::string_view RunWatcher::Source::readBlock() {
     return {};
 }
 
-void RunWatcher::Source::endBehindWhatIsThere() {
+void RunWatcher::Source::endAfterWrittenBytes() {
     int bytes = 0;
     ioctl(descriptor, FIONREAD, &bytes);
     readable = static_cast<std::size_t>(bytes);
@@ -69,7 +69,7 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
         display.flush();
         waitForSomething(signals);
         takeSignals(signals);
-        // Messages and their console lines; without messages, the console alone.
+        // `readMessages` reads the console too.
         if (mayRead() && !readMessages()) {
             readConsole();
         }
@@ -84,7 +84,7 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
 }
 
 bool RunWatcher::mayRead() const {
-    const std::size_t limit = record.interruptedBy == 0 ? usualBacklog : lastBacklog;
+    const std::size_t limit = record.interruptedBy == 0 ? maxBacklog : maxBacklogAfterSignal;
     return shown.waitingBytes() + log.waitingBytes() < limit;
 }
 
@@ -98,14 +98,14 @@ void RunWatcher::waitForSomething(const RunSignals& signals) {
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
-    // Asked before the signals are: Ctrl-C goes to the tool as well, and by the time it has ended of that, ours is there.
+    // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has arrived.
     const std::optional<ToolEnd> end = tool.pollEnd();
     for (const int number : signals.take()) {
         if (asksForEnd(number)) {
             record.interruptedBy = number;
             tool.forward(number);
         }
-        // SIGWINCH is for the wait to end: the next drawing asks for the width.
+        // SIGWINCH only ends the wait: the next drawing reads the width.
     }
     if (end) {
         record.end = *end;
@@ -113,10 +113,10 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
     }
 }
 
-/// @return whether there was anything.
+/// @return false if there was nothing to read.
 bool RunWatcher::readMessages() {
     const std::string_view bytes = channel.readBlock();
-    // The console line of an error is written before its message. So it is there by now, and is shown first.
+    // The tool writes the console line of an error before its message, so the line can be read now and is shown first.
     for (int i = 0; i < consoleBlocks && readConsole(); ++i) {
     }
     channel.lines.feed(bytes, [this](std::string_view line) { takeMessageLine(line); });
@@ -124,18 +124,18 @@ bool RunWatcher::readMessages() {
     return !bytes.empty();
 }
 
-/// @return whether there was anything.
+/// @return false if there was nothing to read.
 bool RunWatcher::readConsole() {
     const std::string_view bytes = console.readBlock();
     console.lines.feed(bytes, [this](std::string_view line) { takeConsoleLine(line); });
     return !bytes.empty();
 }
 
-/// After the end of the tool: only what is there now. A process that the tool left behind may hold the pipes open, and
-/// write into them, for ever.
+/// After the end of the tool: reads only the bytes that are in the pipes now. A child of the tool may keep the pipes open and
+/// write to them for ever.
 void RunWatcher::readTheRest() {
-    channel.endBehindWhatIsThere();
-    console.endBehindWhatIsThere();
+    channel.endAfterWrittenBytes();
+    console.endAfterWrittenBytes();
     bool more = true;
     while (more) {
         more = readMessages();
@@ -187,7 +187,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     }
 }
 
-/// Not where earlier output waits for room: progress is worth nothing when it is no longer new.
+/// Draws nothing while earlier output is not written yet, because old progress is of no use.
 void RunWatcher::showProgress() {
     if (shown.waitingBytes() == 0) {
         display.update(figures(), secondsSinceStart());
