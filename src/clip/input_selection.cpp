@@ -13,25 +13,11 @@ namespace vadelclip {
 
 namespace {
 
-/// Byte for byte, so a suffix in capitals does not match. A file named only ".txt" does.
-bool hasNodeFileSuffix(const std::string& path) {
-    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
-}
-
 std::string readFirstLine(const std::string& path) {
     std::ifstream input(path);
     std::string line;
     readTextLine(input, line);
     return line;
-}
-
-/// A file that cannot be read has an empty first line, which is no header.
-bool hasNodeFileHeader(const std::string& path) {
-    const std::string line = readFirstLine(path);
-    char separator = 0;
-    std::int32_t nodeFormat = 0;
-    std::string errorText;
-    return readNodeFileHeader(line, separator, nodeFormat, errorText);
 }
 
 /// One line feed ends the header. A last line without one is not counted, so it is never read.
@@ -45,6 +31,18 @@ bool isDirectory(const boost::filesystem::directory_entry& entry) {
 }
 
 } // namespace
+
+bool hasNodeFileSuffix(std::string_view path) {
+    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
+}
+
+bool hasNodeFileHeader(const std::string& path) {
+    const std::string line = readFirstLine(path);
+    char separator = 0;
+    std::int32_t nodeFormat = 0;
+    std::string errorText;
+    return readNodeFileHeader(line, separator, nodeFormat, errorText);
+}
 
 InputSelection selectInputFiles(const std::string& inputDirectory) {
     InputSelection selection;

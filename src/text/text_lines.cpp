@@ -14,18 +14,6 @@ constexpr std::size_t blockSize = 65536;
 /// Bytes that are counted at once: as many as one byte can count, so that the compiler adds up bytes.
 constexpr std::size_t chunkSize = 128;
 
-std::uint64_t countLineFeeds(const char* position, std::size_t size) {
-    std::uint64_t count = 0;
-    for (; size >= chunkSize; position += chunkSize, size -= chunkSize) {
-        std::uint8_t inChunk = 0;
-        for (std::size_t i = 0; i < chunkSize; ++i) {
-            inChunk = static_cast<std::uint8_t>(inChunk + (position[i] == '\n' ? 1 : 0));
-        }
-        count += inChunk;
-    }
-    return count + static_cast<std::uint64_t>(std::count(position, position + size, '\n'));
-}
-
 } // namespace
 
 void readTextLine(std::istream& input, std::string& line) {
@@ -36,6 +24,18 @@ void readTextLine(std::istream& input, std::string& line) {
     if (endedByLineFeed) {
         line.resize(line.size() - carriageReturnsToDrop(line));
     }
+}
+
+std::uint64_t countLineFeeds(const char* bytes, std::size_t size) {
+    std::uint64_t count = 0;
+    for (; size >= chunkSize; bytes += chunkSize, size -= chunkSize) {
+        std::uint8_t inChunk = 0;
+        for (std::size_t i = 0; i < chunkSize; ++i) {
+            inChunk = static_cast<std::uint8_t>(inChunk + (bytes[i] == '\n' ? 1 : 0));
+        }
+        count += inChunk;
+    }
+    return count + static_cast<std::uint64_t>(std::count(bytes, bytes + size, '\n'));
 }
 
 std::uint64_t countLineFeeds(std::istream& input) {

@@ -3,6 +3,7 @@
 /// line end, a lone one is part of the line.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <string>
@@ -14,6 +15,9 @@ namespace vadelclip {
 /// @param line receives the line. It is empty where nothing can be read: an absent file, a directory, the end of the
 ///             file. The last line of a file may lack its line feed; a carriage return at its end stays.
 void readTextLine(std::istream& input, std::string& line);
+
+/// Counts the line feeds in a block of memory.
+std::uint64_t countLineFeeds(const char* bytes, std::size_t size);
 
 /// Counts the line feeds from here to the end of the input, reading in blocks.
 ///

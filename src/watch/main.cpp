@@ -1,6 +1,7 @@
 /// \file
 /// Vadelwatch: the controlling process for people. It starts the tool beside it and shows what the tool does.
 
+#include "app/standard_descriptors.hpp"
 #include "watch/exit_status.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/own_output.hpp"
@@ -13,7 +14,7 @@
 #include <unistd.h>
 
 int main(int argc, char* argv[]) {
-    vadelwatch::guardOwnOutput();
+    vadelclip::guardStandardDescriptors();
     vadelwatch::OwnOutput errors(STDERR_FILENO);
     try {
         const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);

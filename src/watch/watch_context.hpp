@@ -4,7 +4,6 @@
 
 #include "watch/check/message_log.hpp"
 #include "watch/check/node_files.hpp"
-#include "watch/run/run_directories.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/watch_options.hpp"
 
@@ -15,8 +14,7 @@ namespace vadelwatch {
 struct WatchContext {
     /// The options outlive it.
     explicit WatchContext(const WatchOptions& watchOptions)
-        : options(watchOptions),
-          directories(runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)) {}
+        : options(watchOptions), directories(runDirectories(watchOptions)) {}
 
     const WatchOptions& options;
     RunDirectories directories;

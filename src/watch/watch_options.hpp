@@ -1,19 +1,20 @@
 /// \file
-/// The command line of Vadelwatch.
+/// The command line of Vadelwatch, and the one of the tool that follows from it.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vadelwatch {
 
 struct WatchOptions {
-    // The three arguments of the tool, handed to it as they stand.
+    // The three arguments of the tool, passed on unchanged.
     std::string inputDirectoryPath;
     std::string outputDirectoryName;
     std::string boundaryFilePath;
 
-    /// Value for the tool's "-lang="; without one the tool chooses its default, German.
+    /// Value of the tool's "-lang=". Without one the tool uses its default, German.
     std::optional<std::string> language;
     bool quiet = false;
     bool json = false;
@@ -26,10 +27,26 @@ struct CommandLineOutcome {
     std::optional<WatchOptions> options;
     int exitStatus = 0;         ///< 0 after --help and --version, `usageErrorStatus` otherwise.
     std::string standardOutput; ///< Help or version.
-    std::string standardError;  ///< What is wrong, and where help is to be found.
+    std::string standardError;  ///< What is wrong, and how to get help.
 };
 
-/// Reads the arguments behind the program name. Options may stand anywhere; "--" ends them.
+/// Reads the arguments after the program name. Options may be anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
+
+/// Returns the arguments of the tool: three positional ones first, then the options.
+std::vector<std::string> toolArguments(const WatchOptions& options);
+
+/// Where a run reads and writes.
+struct RunDirectories {
+    std::string input;
+    std::string output;
+};
+
+/// Finds the directories as the tool does: splits the input path into parent and last component, and joins the last
+/// component and the output name to the parent.
+///
+/// A separator at the end of the input path makes "." its last component, so the output directory is then inside the input
+/// directory. An absolute output name is appended like any other.
+RunDirectories runDirectories(const WatchOptions& options);
 
 } // namespace vadelwatch

@@ -93,8 +93,7 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
     return true;
 }
 
-/// The run itself. Nothing is written here that would have to be waited for, since signals only act on this process
-/// again when it is over.
+/// The run itself. Texts are only kept here and not waited for, because signals end this process only after the run.
 ///
 /// @return false, with words about it kept, if the tool could not be started or not be watched to its end. It is not
 ///         running then.

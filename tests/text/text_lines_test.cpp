@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <ios>
 #include <istream>
+#include <random>
 #include <streambuf>
 #include <string>
 #include <vector>
@@ -120,6 +123,19 @@ TEST(CountLineFeeds, countsNothingElse) {
     EXPECT_EQ(2u, countOf("a\r\nb\r\n"));
     EXPECT_EQ(0u, countOf("a\rb\r"));
     EXPECT_EQ(1u, countOf(std::string("\0\xFF\x0B\x0C\x85\r\0\n\0", 9)));
+}
+
+TEST(CountLineFeeds, countsBlocksOfEverySize) {
+    std::mt19937 random(7);
+    std::string bytes;
+    for (int size = 0; size < 1200; ++size) {
+        ASSERT_EQ(static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), '\n')),
+                  countLineFeeds(bytes.data(), bytes.size()))
+            << size;
+        bytes += random() % 3 == 0 ? '\n' : '\x8A';
+    }
+    const std::string onlyLineFeeds(100000, '\n');
+    EXPECT_EQ(100000U, countLineFeeds(onlyLineFeeds.data(), onlyLineFeeds.size()));
 }
 
 TEST(CountLineFeeds, countsFromWhereTheStreamStands) {

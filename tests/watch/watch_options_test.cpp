@@ -1,7 +1,6 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
-#include "watch/run/tool_process.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +18,7 @@ CommandLineOutcome read(std::vector<const char*> arguments) {
 
 } // namespace
 
-TEST(WatchOptions, threeArgumentsAndNothingElse) {
+TEST(WatchOptions, acceptsThreeArguments) {
     const CommandLineOutcome outcome = read({"base/data", "out", "area.xml"});
     ASSERT_TRUE(outcome.options);
     EXPECT_EQ("base/data", outcome.options->inputDirectoryPath);
@@ -30,7 +29,7 @@ TEST(WatchOptions, threeArgumentsAndNothingElse) {
     EXPECT_EQ((std::vector<std::string>{"base/data", "out", "area.xml", "-pipe"}), toolArguments(*outcome.options));
 }
 
-TEST(WatchOptions, allOptionsAnywhere) {
+TEST(WatchOptions, optionsMayBeAnywhere) {
     const CommandLineOutcome outcome =
         read({"--quiet", "-x", "--lang=fr", "out", "--json", "--log", "l", "--map", "m.svg", "b"});
     EXPECT_FALSE(outcome.options);
@@ -44,7 +43,7 @@ TEST(WatchOptions, allOptionsAnywhere) {
     EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
 }
 
-TEST(WatchOptions, namesAreTakenAsTheyAre) {
+TEST(WatchOptions, keepsNamesUnchanged) {
     const CommandLineOutcome outcome = read({"[a,b]", "{c}", "Höhe 1/%%.xml"});
     ASSERT_TRUE(outcome.options);
     EXPECT_EQ("[a,b]|{c}|Höhe 1/%%.xml", outcome.options->inputDirectoryPath + "|" +
@@ -52,51 +51,50 @@ TEST(WatchOptions, namesAreTakenAsTheyAre) {
                                              outcome.options->boundaryFilePath);
 }
 
-TEST(WatchOptions, anEmptyValueBehindTheEqualSignIsAValue) {
-    for (const std::vector<const char*>& arguments : std::vector<std::vector<const char*>>{
-             {"--lang=", "a", "b", "c"}, {"a", "b", "c", "--lang="}, {"--lang", "", "a", "b", "c"}}) {
-        const CommandLineOutcome outcome = read(arguments);
-        ASSERT_TRUE(outcome.options) << outcome.standardError;
-        EXPECT_EQ((std::vector<std::string>{"a", "b", "c", "-pipe", "-lang="}), toolArguments(*outcome.options));
-    }
-    for (const char* const option : {"--log=", "--map="}) {
-        const CommandLineOutcome outcome = read({option, "a.png", "b", "c"});
+TEST(WatchOptions, emptyLanguageIsPassedOn) {
+    const CommandLineOutcome outcome = read({"--lang", "", "a", "b", "c"});
+    ASSERT_TRUE(outcome.options) << outcome.standardError;
+    EXPECT_EQ((std::vector<std::string>{"a", "b", "c", "-pipe", "-lang="}), toolArguments(*outcome.options));
+}
+
+TEST(WatchOptions, nothingAfterEqualsSignIsNotAValue) {
+    for (const char* const option : {"--lang=", "--log=", "--map="}) {
+        const CommandLineOutcome outcome = read({"a", "b", "c", option});
         EXPECT_FALSE(outcome.options) << option;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
-        const std::string name(option, 5);
-        EXPECT_EQ(name + ": needs the name of a file\nRun with --help for more information.\n", outcome.standardError);
+        EXPECT_NE(std::string::npos, outcome.standardError.find(std::string(option, 5))) << outcome.standardError;
     }
 }
 
-TEST(WatchOptions, behindTheEndOfTheOptionsAnEqualSignIsPartOfAName) {
+TEST(WatchOptions, refusesEmptyFileNames) {
+    for (const std::string option : {"--log", "--map"}) {
+        const CommandLineOutcome outcome = read({option.c_str(), "", "a", "b", "c"});
+        EXPECT_FALSE(outcome.options) << option;
+        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
+        EXPECT_EQ(option + ": needs the name of a file\nRun with --help for more information.\n",
+                  outcome.standardError);
+    }
+}
+
+TEST(WatchOptions, equalsSignAfterEndOfOptionsIsPartOfName) {
     const CommandLineOutcome outcome = read({"--", "a", "--lang=", "--log="});
     ASSERT_TRUE(outcome.options);
     EXPECT_EQ((std::vector<std::string>{"a", "--lang=", "--log=", "-pipe"}), toolArguments(*outcome.options));
 }
 
-TEST(WatchOptions, flagsTakeNoValue) {
-    for (const char* const word :
-         {"--quiet=false", "--quiet=true", "--quiet=", "--quiet={}", "--json=0", "--help=1", "-h=1", "--version=2"}) {
-        const CommandLineOutcome outcome = read({"a", "b", "c", word});
-        EXPECT_FALSE(outcome.options) << word;
-        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << word;
-        const std::string flag = std::string(word).substr(0, std::string(word).find('='));
-        EXPECT_EQ(flag + ": takes no value\nRun with --help for more information.\n", outcome.standardError);
-        EXPECT_EQ("", outcome.standardOutput) << word;
-    }
-    // As a name or as the value of an option it is one.
-    const CommandLineOutcome outcome = read({"--log", "--quiet=false", "a", "b", "--", "--json=0"});
+TEST(WatchOptions, flagsMayBeSwitchedOff) {
+    const CommandLineOutcome outcome = read({"--quiet=false", "--json=true", "a", "b", "c"});
     ASSERT_TRUE(outcome.options) << outcome.standardError;
-    EXPECT_EQ("--quiet=false --json=0", outcome.options->logPath + " " + outcome.options->boundaryFilePath);
-    EXPECT_FALSE(outcome.options->quiet || outcome.options->json);
+    EXPECT_FALSE(outcome.options->quiet);
+    EXPECT_TRUE(outcome.options->json);
 }
 
-TEST(WatchOptions, whatATerminalWouldObeyIsNotRepeated) {
+TEST(WatchOptions, errorsShowControlCharactersAsNumbers) {
     EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\nRun with --help for more information.\n",
               read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
 }
 
-TEST(WatchOptions, whatIsWrongIsSaid) {
+TEST(WatchOptions, errorsNameTheArgument) {
     struct Case {
         std::vector<const char*> arguments;
         const char* words;
@@ -113,13 +111,44 @@ TEST(WatchOptions, whatIsWrongIsSaid) {
     }
 }
 
-TEST(WatchOptions, helpAndVersionEndWell) {
+TEST(WatchOptions, helpAndVersionReturnZero) {
     for (const char* const option : {"--help", "-h", "--version"}) {
         const CommandLineOutcome outcome = read({option});
         EXPECT_FALSE(outcome.options);
         EXPECT_EQ(0, outcome.exitStatus);
         EXPECT_NE("", outcome.standardOutput);
         EXPECT_EQ("", outcome.standardError);
+    }
+}
+
+TEST(RunDirectories, areThoseOfTheTool) {
+    struct Case {
+        const char* inputPath;
+        const char* outputName;
+        const char* input;
+        const char* output;
+    };
+    for (const Case& each : {
+             Case{"base/data", "out", "base/data", "base/out"},
+             Case{"/base/data", "out", "/base/data", "/base/out"},
+             Case{"./data", "out", "./data", "./out"},
+             Case{"data", "out", "data", "out"},
+             // A separator at the end: the output is in the input.
+             Case{"base/data/", "out", "base/data/.", "base/data/out"},
+             Case{"base/data//", "out", "base/data/.", "base/data/out"},
+             // An absolute name is appended like any other.
+             Case{"base/data", "/out", "base/data", "base/out"},
+             Case{"base/data", "deep/out", "base/data", "base/deep/out"},
+             Case{"/data", "out", "/data", "/out"},
+             Case{"Höhe 1/ä", "Ziel 2", "Höhe 1/ä", "Höhe 1/Ziel 2"},
+             Case{"", "", "", ""},
+         }) {
+        WatchOptions options;
+        options.inputDirectoryPath = each.inputPath;
+        options.outputDirectoryName = each.outputName;
+        const RunDirectories directories = runDirectories(options);
+        EXPECT_EQ(each.input, directories.input) << each.inputPath << " and " << each.outputName;
+        EXPECT_EQ(each.output, directories.output) << each.inputPath << " and " << each.outputName;
     }
 }
 

@@ -19,34 +19,38 @@ std::string logLine(double seconds, std::string_view line, const Message& messag
 }
 
 MessageLog::~MessageLog() {
-    if (descriptor != -1) {
-        ::close(descriptor);
-    }
+    close();
 }
 
 int MessageLog::open(const std::string& path) {
     if (path.empty()) {
         return 0;
     }
-    constexpr mode_t everybody = 0666; // as far as the umask lets them
+    constexpr mode_t everybody = 0666; // less the umask
     descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, everybody);
-    const int error = descriptor == -1 ? errno : 0;
-    file = OwnOutput(descriptor);
-    return error;
+    if (descriptor == -1) {
+        return errno;
+    }
+    output.emplace(descriptor);
+    return 0;
 }
 
 void MessageLog::add(double seconds, std::string_view line, const Message& message) {
-    if (descriptor != -1) {
-        file.keep(logLine(seconds, line, message));
+    if (output) {
+        output->keep(logLine(seconds, line, message));
     }
 }
 
 int MessageLog::close() {
-    file.write({});
-    // Some file systems tell only now that there was no space.
-    const int closing = descriptor == -1 || ::close(descriptor) == 0 ? 0 : errno;
-    descriptor = -1;
-    return file.failure() != 0 ? file.failure() : closing;
+    if (!output) {
+        return 0;
+    }
+    output->write({});
+    const int failure = output->failure();
+    output.reset();
+    // Some file systems report only now that there was no space.
+    const int closing = ::close(descriptor) == 0 ? 0 : errno;
+    return failure != 0 ? failure : closing;
 }
 
 } // namespace vadelwatch

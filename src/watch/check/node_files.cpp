@@ -1,10 +1,12 @@
 #include "watch/check/node_files.hpp"
 
-#include "watch/check/line_count.hpp"
+#include "clip/input_selection.hpp"
+#include "text/text_lines.hpp"
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <exception>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
@@ -14,52 +16,37 @@ namespace vadelwatch {
 
 namespace {
 
-/// Longer than any header: mark, seven characters, line end.
-constexpr std::size_t longestHeader = 16;
+constexpr std::size_t blockSize = 1 << 18;
 
-bool matchesColumns(std::string_view line, std::string_view columns) {
-    if (line.size() != 2 * columns.size() - 1) {
-        return false;
-    }
-    const char separator = line[1];
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] != (i % 2 == 0 ? columns[i / 2] : separator)) {
-            return false;
+/// Counts from the position of the descriptor to the end of the file.
+std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop) {
+    LineCount count;
+    std::vector<char> block(blockSize);
+    while (!stop) {
+        const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, block.data(), block.size()));
+        if (received < 0) {
+            return std::nullopt;
         }
+        if (received == 0) {
+            return count;
+        }
+        const auto size = static_cast<std::size_t>(received);
+        count.bytes += size;
+        count.lineFeeds += vadelclip::countLineFeeds(block.data(), size);
+        count.endsInLineFeed = block[size - 1] == '\n';
     }
-    return separator == '\t' || separator == ' ' || separator == ',' || separator == ';';
+    return std::nullopt;
 }
 
-/// The first line of a regular file, as far as a header could go.
-std::string firstLine(const std::string& path) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor == -1) {
-        return {};
-    }
-    std::array<char, longestHeader> bytes{};
-    const ssize_t size = read(descriptor, bytes.data(), bytes.size());
-    close(descriptor);
-    std::string line(bytes.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    const std::size_t lineFeed = line.find('\n');
-    if (lineFeed != std::string::npos) {
-        line.erase(lineFeed);
-        if (line.ends_with('\r')) {
-            line.pop_back();
-        }
-    }
-    return line;
-}
-
-/// Adds an entry to what was found if it is, or may be, a node file.
-void lookAt(const std::filesystem::path& path, NodeFiles& found) {
+/// Adds a directory entry if it is, or may be, a node file.
+void addIfNodeFile(const std::filesystem::path& path, NodeFiles& found) {
     struct stat status {};
-    const bool mayBeNodeFile = hasNodeFileSuffix(path.string());
-    if (!mayBeNodeFile || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+    if (!vadelclip::hasNodeFileSuffix(path.native()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
         return;
     }
     if (!S_ISREG(status.st_mode)) {
         found.unread.push_back(path.filename().string());
-    } else if (isNodeFileHeader(firstLine(path.string()))) {
+    } else if (vadelclip::hasNodeFileHeader(path.string())) {
         const std::optional<FileState> state = fileState(path.string());
         found.files.push_back({path.filename().string(), path.string(), state.value_or(FileState{})});
     }
@@ -67,29 +54,28 @@ void lookAt(const std::filesystem::path& path, NodeFiles& found) {
 
 } // namespace
 
-bool hasNodeFileSuffix(std::string_view path) {
-    return path.ends_with(".txt") || path.ends_with(".xyz") || path.ends_with(".csv");
+int openRegularFile(const std::string& path) {
+    struct stat status {};
+    // Checked before the file is opened, because opening a device may have an effect.
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return -1;
+    }
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor != -1 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
 }
 
-bool isNodeFileHeader(std::string_view line) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (line.starts_with(byteOrderMark)) {
-        line.remove_prefix(byteOrderMark.size());
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor == -1) {
+        return std::nullopt;
     }
-    return matchesColumns(line, "xyz") || matchesColumns(line, "XYZ") || matchesColumns(line, "xyzg") ||
-           matchesColumns(line, "XYZG");
-}
-
-NodeFiles findNodeFiles(const std::string& directory) {
-    NodeFiles found;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        lookAt(entry->path(), found);
-    }
-    std::sort(found.files.begin(), found.files.end(),
-              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
-    return found;
+    const std::optional<LineCount> count = countFrom(descriptor, stop);
+    close(descriptor);
+    return count;
 }
 
 std::optional<FileState> fileState(const std::string& path) {
@@ -101,6 +87,18 @@ std::optional<FileState> fileState(const std::string& path) {
     return FileState{status.st_size, status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
 }
 
+NodeFiles findNodeFiles(const std::string& directory) {
+    NodeFiles found;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        addIfNodeFile(entry->path(), found);
+    }
+    std::sort(found.files.begin(), found.files.end(),
+              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
+    return found;
+}
+
 std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
     if (!nodeFiles.unread.empty()) {
         return std::nullopt;
@@ -108,7 +106,7 @@ std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const st
     std::uint64_t total = 0;
     for (const NodeFile& file : nodeFiles.files) {
         const std::optional<LineCount> lines = countLines(file.path, stop);
-        // Cut, grown or replaced in the meantime: what was counted is neither the old file nor the new one.
+        // The number of a file that changed meanwhile belongs neither to the old nor to the new content.
         const bool same = lines && static_cast<std::int64_t>(lines->bytes) == file.state.bytes;
         if (!same || fileState(file.path) != file.state) {
             return std::nullopt;
@@ -129,11 +127,11 @@ void NodeLineCount::start(const std::string& directory) {
             try {
                 count(directory);
             } catch (const std::exception&) {
-                // Of missing memory. How many lines there are stays unknown; the run does not need it.
+                // For example without memory. The run does not need the number.
             }
         });
     } catch (const std::system_error&) {
-        // No further thread may be made: the same.
+        // No thread. The run does not need the number.
     }
 }
 

@@ -1,18 +1,39 @@
 /// \file
-/// Which files of the input directory the tool takes as node files, and how many lines they hold.
+/// The node files of the input directory, and the number of lines in a file.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
 namespace vadelwatch {
 
-/// A file as it was when it was looked at.
+struct LineCount {
+    std::uint64_t bytes = 0;
+    std::uint64_t lineFeeds = 0;
+    bool endsInLineFeed = false; ///< False for an empty file.
+
+    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a line
+    /// feed does not count.
+    std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
+};
+
+/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes from
+/// the tool.
+///
+/// @return the descriptor, closed on exec; -1 for anything else.
+int openRegularFile(const std::string& path);
+
+/// Counts the lines of a regular file.
+///
+/// @param stop ends the count soon after it becomes true.
+/// @return nothing if the file cannot be read, is not a regular file, or the count was stopped.
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop);
+
+/// Size and time of a file at one moment.
 struct FileState {
     std::int64_t bytes = 0;
     std::int64_t modifiedNanoseconds = 0; ///< Since the epoch.
@@ -20,60 +41,55 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
+/// Returns nothing if `stat` fails.
+std::optional<FileState> fileState(const std::string& path);
+
 struct NodeFile {
     std::string name; ///< Without its directory.
     std::string path;
-    FileState state;
+    FileState state; ///< When it was found.
 };
 
 struct NodeFiles {
-    std::vector<NodeFile> files; ///< By name.
-    /// Names of what may be a node file and is no regular file, so that it cannot be read without taking it from the tool.
+    std::vector<NodeFile> files; ///< Sorted by name.
+    /// Names with the suffix of a node file that are not regular files. They may be node files, but reading them would take
+    /// their bytes from the tool.
     std::vector<std::string> unread;
 };
 
-/// Whether a name is one of those that the tool looks into for a header.
-bool hasNodeFileSuffix(std::string_view path);
-
-/// The first line of a node file, with or without a byte order mark. See docs/file-formats.md.
-///
-/// @param line without its line end.
-bool isNodeFileHeader(std::string_view line);
-
-/// Looks through a directory, one level deep. A directory that cannot be read holds nothing.
+/// Finds the files of a directory that the tool takes, one level deep. A directory that cannot be read has none.
 NodeFiles findNodeFiles(const std::string& directory);
 
-/// Nothing if the file cannot be looked at.
-std::optional<FileState> fileState(const std::string& path);
-
-/// Counts the lines of node files, headers left out.
+/// Counts the lines of node files without their headers.
 ///
-/// @param stop the count gives up soon after this becomes true.
-/// @return nothing if it was stopped, or if a file could not be counted as it was when it was found.
+/// @param stop ends the count soon after it becomes true.
+/// @return nothing if the count was stopped, or a file could not be counted or has changed since it was found.
 std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop);
 
-/// The lines of all node files of a directory, counted beside the run.
+/// Counts the lines of all node files of a directory in a thread, while the run goes on.
 class NodeLineCount {
 public:
     NodeLineCount() = default;
     NodeLineCount(const NodeLineCount&) = delete;
     NodeLineCount& operator=(const NodeLineCount&) = delete;
+
+    /// Stops the count and waits for its end.
     ~NodeLineCount();
 
-    /// Where the count cannot be made for want of threads or memory, there is none.
+    /// Starts the count. Without a thread or memory for it, the number of lines stays unknown.
     void start(const std::string& directory);
 
-    /// Gives up soon.
+    /// Makes the count end soon.
     void stop() { stopped = true; }
 
-    /// Lines of all node files, headers left out. Nothing while the count goes on, and for ever if it was stopped or
-    /// could not be made.
+    /// Returns the lines of all node files without their headers. Returns nothing until the count has ended, and if it was
+    /// stopped or failed.
     std::optional<std::uint64_t> nodeLines() const;
 
     /// Waits for the end of the count.
     void wait();
 
-    /// The files as they were found at the start. Only after `wait`.
+    /// Returns the files as they were when the count began. Call `wait` first.
     const NodeFiles& nodeFiles() const { return found; }
 
 private:

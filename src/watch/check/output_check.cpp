@@ -1,7 +1,5 @@
 #include "watch/check/output_check.hpp"
 
-#include "watch/check/line_count.hpp"
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>

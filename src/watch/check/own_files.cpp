@@ -1,6 +1,6 @@
 #include "watch/check/own_files.hpp"
 
-#include "watch/check/node_files.hpp"
+#include "clip/input_selection.hpp"
 
 #include <cerrno>
 #include <filesystem>
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The errno of a file that is not there, or cannot be looked at; 0 for one that is there.
+/// Returns the errno of `stat`, 0 for a file that exists.
 int whyAbsent(const fs::path& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 ? 0 : errno;
@@ -24,8 +24,8 @@ int whyNotPermitted(const fs::path& path, int mode) {
     return access(path.c_str(), mode) == 0 ? 0 : errno;
 }
 
-/// Where a file would be made: a link that leads to nothing yet is followed. A circle of links leads nowhere and stays
-/// as it is.
+/// Returns the path where a file would be made: follows links that lead to a missing file. `stat` fails with ELOOP for a
+/// circle of links, which ends the loop.
 fs::path placeOf(const std::string& path) {
     fs::path place = path;
     std::error_code error;
@@ -35,7 +35,7 @@ fs::path placeOf(const std::string& path) {
     return place;
 }
 
-/// For comparison, without a word about what cannot be looked at.
+/// Returns a path that can be compared, also if some part of it cannot be read.
 fs::path comparable(const std::string& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(placeOf(path), error);
@@ -43,16 +43,14 @@ fs::path comparable(const std::string& path) {
     return error ? absolute.lexically_normal() : canonical;
 }
 
-/// Whether a file made there would stand among the node files.
+/// Returns true if a new file at this path would have the place and the suffix of a node file.
 bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory) {
     const fs::path place = comparable(path);
-    const fs::path input = comparable(inputDirectory);
-    const bool standsThere = place.parent_path() == input;
-    return standsThere && hasNodeFileSuffix(place.native());
+    return vadelclip::hasNodeFileSuffix(place.native()) && place.parent_path() == comparable(inputDirectory);
 }
 
-/// The errno of a directory in which no file can be made; 0 if nothing stands against it. A working directory that has
-/// been removed can still be looked at.
+/// Returns an errno if no file can be made in a directory, else 0. `stat` succeeds for a working directory that has been
+/// removed, so its path is read too.
 int whyNothingCanBeMadeIn(const fs::path& directory) {
     const int absent = whyAbsent(directory);
     if (absent != 0) {

@@ -1,24 +1,24 @@
 /// \file
-/// The files that Vadelwatch itself writes, its log and its map: never in place of what a run reads or makes.
+/// Checks the paths of the files that Vadelwatch writes, its log and its map. They must not replace a file that the run reads
+/// or makes.
 #pragma once
 
 #include <string>
 
 namespace vadelwatch {
 
-/// Tells whether a file to be written is, by whatever name or link, the boundary file or one of the input directory's, or
-/// would be one that the tool looks into there.
+/// Returns true if a file written to this path would replace the boundary file or a file of the input directory, under any
+/// name or link, or would be a new file that the tool takes for a node file.
 ///
-/// @param path need not exist, and neither need the others: a file must not be made where the tool looks for its own.
+/// @param path need not exist, and neither need the others: the file must not be made where the tool looks for its own.
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
 
-/// Tells whether two paths lead to the same file, existing or not.
+/// Returns true if two paths lead to the same file, existing or not.
 bool isSameFile(const std::string& path, const std::string& otherPath);
 
-/// Tells why a file cannot be replaced there, or made where there is none: whether it, or else its directory, may be
-/// written to by this process. A directory cannot be replaced.
+/// Checks that this process may write to the file or, if there is none, to its directory. A directory cannot be replaced.
 ///
-/// @return 0 if nothing stands against it, else an errno.
+/// @return 0 if the file can be written, else an errno.
 int whyUnwritable(const std::string& path);
 
 } // namespace vadelwatch

@@ -1,50 +1,13 @@
 #include "watch/map/node_lines.hpp"
 
-#include "watch/check/line_count.hpp"
+#include "watch/check/node_files.hpp"
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
-#include <cmath>
 #include <cstring>
-#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
-
-namespace {
-
-constexpr std::string_view whiteSpace = " \t\r\v\f";
-
-/// How many bytes behind x may hold the separator, itself included.
-constexpr std::size_t separatorReach = 100;
-
-std::string joinColumns(std::string_view columns, char separator) {
-    std::string header;
-    for (const char column : columns) {
-        if (!header.empty()) {
-            header += separator;
-        }
-        header += column;
-    }
-    return header;
-}
-
-/// Takes the number in front of `text` off it.
-bool takeNumber(std::string_view& text, double& number) {
-    text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc()) {
-        return false;
-    }
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return true;
-}
-
-} // namespace
 
 // Room for the longest line and as much again to read into.
 NodeLineReader::NodeLineReader(const std::string& path) : descriptor(openRegularFile(path)), buffer(2 * longestLine) {}
@@ -83,36 +46,6 @@ bool NodeLineReader::readBlock() {
     const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
     filled += received > 0 ? static_cast<std::size_t>(received) : 0;
     return received > 0;
-}
-
-char separatorOfHeader(std::string_view line) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (line.starts_with(byteOrderMark)) {
-        line.remove_prefix(byteOrderMark.size());
-    }
-    for (const char separator : {';', ',', '\t', ' '}) {
-        for (const std::string_view columns : {"xyz", "XYZ", "xyzg", "XYZG"}) {
-            if (line == joinColumns(columns, separator)) {
-                return separator;
-            }
-        }
-    }
-    return 0;
-}
-
-bool readMapPosition(std::string_view line, char separator, MapPosition& position) {
-    if (!takeNumber(line, position.x)) {
-        return false;
-    }
-    if (separator != ' ') {
-        const std::size_t place = line.substr(0, separatorReach).find(separator);
-        if (place == std::string_view::npos) {
-            return false;
-        }
-        line.remove_prefix(place + 1);
-    }
-    // "inf" and "nan" pass std::from_chars and are no coordinates.
-    return takeNumber(line, position.y) && !line.empty() && std::isfinite(position.x) && std::isfinite(position.y);
 }
 
 } // namespace vadelwatch

@@ -1,11 +1,6 @@
 /// \file
 /// The lines of a node file for the map: read block by block, so that a file of any size takes the same memory.
-///
-/// Reading here is the map's own and simpler than the tool's: a picture decides nothing, and which lines were kept is
-/// taken from the output files.
 #pragma once
-
-#include "watch/map/extent.hpp"
 
 #include <cstddef>
 #include <string>
@@ -41,13 +36,5 @@ private:
     std::size_t lineStart = 0;
     std::size_t filled = 0;
 };
-
-/// @return the separator if the line is a node file's header (docs/file-formats.md), else 0.
-char separatorOfHeader(std::string_view line);
-
-/// Reads x and y of a data line.
-///
-/// @return false if there are none, or nothing stands behind y; `position` is unspecified then.
-bool readMapPosition(std::string_view line, char separator, MapPosition& position);
 
 } // namespace vadelwatch

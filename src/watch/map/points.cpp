@@ -1,5 +1,8 @@
 #include "watch/map/points.hpp"
 
+#include "clip/input_selection.hpp"
+#include "clip/node_file_header.hpp"
+#include "clip/node_line.hpp"
 #include "watch/map/node_lines.hpp"
 #include "watch/show/messages.hpp"
 
@@ -42,10 +45,6 @@ private:
     bool open = false;
 };
 
-bool hasNodeFileSuffix(std::string_view name) {
-    return name.ends_with(".txt") || name.ends_with(".xyz") || name.ends_with(".csv");
-}
-
 /// The names of the files that may be node files, sorted.
 /// @return false if the directory cannot be read.
 bool listFiles(const std::string& directory, std::vector<std::string>& names) {
@@ -55,7 +54,7 @@ bool listFiles(const std::string& directory, std::vector<std::string>& names) {
         std::error_code statusError;
         const std::string name = entry->path().filename().string();
         // A status that cannot be told is that of no regular file.
-        if (hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
+        if (vadelclip::hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
             names.push_back(name);
         }
         entry.increment(error);
@@ -73,16 +72,18 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
                const NodeVisitor& visit) {
     NodeLineReader input(inputPath);
     std::string_view line;
-    const char separator = input.next(line) ? separatorOfHeader(line) : '\0';
-    if (separator == 0) {
+    char separator = 0;
+    std::int32_t nodeFormat = 0;
+    std::string errorText;
+    if (!input.next(line) || !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
         return true;
     }
     ++counts.files;
     KeptLines keptLines(outputPath, line);
     while (input.next(line)) {
         const bool kept = keptLines.take(line);
-        MapPosition position;
-        const bool readable = readMapPosition(line, separator, position);
+        vadelclip::Point2D point{};
+        const bool readable = vadelclip::readNodeLine(line, separator, point);
         if (kept) {
             ++counts.kept;
         } else if (readable) {
@@ -91,7 +92,7 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
             ++counts.unreadable;
         }
         if (readable) {
-            visit(position, kept);
+            visit({point.x, point.y}, kept);
         }
     }
     return keptLines.allTaken();

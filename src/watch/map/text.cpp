@@ -1,6 +1,6 @@
 #include "watch/map/text.hpp"
 
-#include "watch/show/utf8_character.hpp"
+#include <utf8.h>
 
 #include <filesystem>
 
@@ -15,10 +15,9 @@ constexpr std::string_view ellipsis = "\xE2\x80\xA6";
 
 std::string readableText(std::string_view bytes) {
     std::string text;
-    while (!bytes.empty()) {
-        const std::size_t length = characterLength(bytes);
-        text += length == 0 ? replacement : bytes.substr(0, length);
-        bytes.remove_prefix(length == 0 ? 1 : length);
+    for (const char byte : utf8::replace_invalid(bytes)) {
+        const bool isControl = static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
+        text += isControl ? replacement : std::string_view(&byte, 1);
     }
     return text;
 }
@@ -28,10 +27,9 @@ std::string fitText(std::string text, double widest, const std::function<double(
         return text;
     }
     while (!text.empty() && widthOfText(text + std::string(ellipsis)) > widest) {
-        while (isContinuation(text.back())) {
-            text.pop_back();
-        }
-        text.pop_back();
+        auto lastCharacter = text.end();
+        utf8::prior(lastCharacter, text.begin());
+        text.erase(lastCharacter, text.end());
     }
     return text + std::string(ellipsis);
 }

@@ -27,7 +27,7 @@ MessageKind kindOf(const std::string& type) {
     return type == "finish" ? MessageKind::finish : MessageKind::other;
 }
 
-/// The string under a key, or nothing.
+/// Returns the string under a key, or nothing.
 std::optional<std::string> textAt(const Json& object, const char* key) {
     const auto found = object.find(key);
     if (found == object.end() || !found->is_string()) {
@@ -52,6 +52,12 @@ void readText(const Json& object, Message& message) {
         return;
     }
     message.text = *text;
+}
+
+/// Replaces bytes that are not UTF-8 by U+FFFD, exactly as the tool does in its messages: with the same library.
+std::string asUtf8(std::string_view bytes) {
+    const std::string quoted = Json(bytes).dump(-1, ' ', false, Json::error_handler_t::replace);
+    return Json::parse(quoted).get<std::string>();
 }
 
 } // namespace
@@ -99,9 +105,30 @@ Message parseMessage(std::string_view line) {
     return message;
 }
 
-std::string asUtf8(std::string_view bytes) {
-    const std::string quoted = Json(bytes).dump(-1, ' ', false, Json::error_handler_t::replace);
-    return Json::parse(quoted).get<std::string>();
+void ErrorEcho::shown(std::string_view consoleLine) {
+    lines += asUtf8(consoleLine);
+    lines += '\n';
+    if (lines.size() - used > rememberedBytes) {
+        used = lines.find('\n', lines.size() - rememberedBytes / 2) + 1;
+    }
+    // Not for every line, so that each byte is moved at most once.
+    if (used > rememberedBytes) {
+        lines.erase(0, used);
+        used = 0;
+    }
+}
+
+bool ErrorEcho::repeats(std::string_view errorText) {
+    const std::string wanted = std::string(errorText) + '\n';
+    std::size_t at = lines.find(wanted, used);
+    while (at != std::string::npos && at > used && lines[at - 1] != '\n') {
+        at = lines.find(wanted, at + 1);
+    }
+    if (at == std::string::npos) {
+        return false;
+    }
+    used = at + wanted.size();
+    return true;
 }
 
 } // namespace vadelwatch

@@ -1,5 +1,5 @@
 /// \file
-/// From the bytes of the channel to messages: lines first, then what each line says.
+/// Reads what the tool writes: splits streams into lines, parses messages, and finds errors that were shown already.
 #pragma once
 
 #include <cstddef>
@@ -9,15 +9,15 @@
 
 namespace vadelwatch {
 
-/// Cuts a stream of bytes into lines, however the bytes are spread over the blocks. Every byte is looked at once.
+/// Splits a stream of bytes into lines. Blocks may end anywhere in a line. Every byte is read once.
 class LineSplitter {
 public:
     using LineConsumer = std::function<void(std::string_view line)>;
 
-    /// Hands over each line that these bytes complete, without its line feed. A line is valid during the call.
+    /// Passes on each line that these bytes complete, without its line feed. A line is valid during the call.
     void feed(std::string_view bytes, const LineConsumer& consume);
 
-    /// At the end of the stream: hands over what stands behind the last line feed, if there is anything.
+    /// At the end of the stream: passes on the bytes after the last line feed, if there are any.
     void finish(const LineConsumer& consume);
 
 private:
@@ -30,8 +30,8 @@ enum class MessageKind {
     progress,
     failed,
     finish,
-    other,     ///< A JSON object with a "type" that we do not know.
-    unreadable ///< Not JSON, or JSON that is no message.
+    other,     ///< A JSON object with an unknown "type".
+    unreadable ///< Not JSON, or JSON that is not a message.
 };
 
 struct Message {
@@ -41,10 +41,29 @@ struct Message {
     double percent = 0.0; ///< Of progress: 0 to 100.
 };
 
-/// Reads one line of the channel. Never fails: what cannot be read is `unreadable`.
+/// Reads one line of the channel. Never fails: a line that cannot be read is `unreadable`.
 Message parseMessage(std::string_view line);
 
-/// Replaces what is not UTF-8 by U+FFFD, in the same way as the sender of messages does.
-std::string asUtf8(std::string_view bytes);
+/// Remembers the console lines that were shown and finds the error messages that repeat them. The tool reports every error
+/// twice, on its console and then as a message; people see it once.
+///
+/// The tool flushes a console line before it sends the message, so the line can be read when the message has been read. A
+/// text may contain line feeds.
+class ErrorEcho {
+public:
+    /// Remembers a console line, without its line feed. Any bytes.
+    void shown(std::string_view consoleLine);
+
+    /// Returns true if the text of an error message was shown on the console. Forgets that line and all lines before it,
+    /// because messages are in the order of the console.
+    bool repeats(std::string_view errorText);
+
+private:
+    /// More than the console and the channel can hold between the tool and Vadelwatch.
+    static constexpr std::size_t rememberedBytes = 1 << 20;
+
+    std::string lines;    ///< In UTF-8, each with its line feed.
+    std::size_t used = 0; ///< Start of the lines that no message has repeated yet.
+};
 
 } // namespace vadelwatch

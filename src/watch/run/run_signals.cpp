@@ -16,12 +16,12 @@ bool isIgnored(int number) {
 } // namespace
 
 RunSignals::RunSignals() {
-    // Where the parent process had it ignored, children would vanish without a status.
+    // If the parent process has ignored it, the status of a child would be lost.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
     sigset_t watched;
     sigemptyset(&watched);
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGCHLD}) {
-        // A blocked signal would wait to be read though it is ignored.
+        // An ignored signal is discarded only while it is not blocked.
         if (!isIgnored(number)) {
             sigaddset(&watched, number);
         }

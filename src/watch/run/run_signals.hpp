@@ -1,5 +1,5 @@
 /// \file
-/// Signals as something to read: while a run is watched, none of them interrupts the program.
+/// Signals that are read from a descriptor: while a run is watched, none of them interrupts the program.
 #pragma once
 
 #include <csignal>
@@ -7,8 +7,8 @@
 
 namespace vadelwatch {
 
-/// Collects SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH and SIGCHLD from its construction to its end; then everything is
-/// as it was, and a Ctrl-C ends the program again. A signal that was ignored before stays ignored.
+/// Collects SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH and SIGCHLD during its lifetime. Its destructor restores the former
+/// signal mask, so that Ctrl-C ends the program again. A signal that was ignored before stays ignored.
 class RunSignals {
 public:
     RunSignals();
@@ -16,10 +16,10 @@ public:
     RunSignals& operator=(const RunSignals&) = delete;
     ~RunSignals();
 
-    /// Becomes readable when a signal has come. It does not block.
+    /// Returns a descriptor that becomes readable when a signal has arrived. Reading it does not block.
     int descriptor() const { return signalDescriptor; }
 
-    /// The numbers of the signals since the last call, in the order of their coming.
+    /// Returns the numbers of the signals since the last call, in the order of their arrival.
     std::vector<int> take() const;
 
 private:
@@ -27,7 +27,7 @@ private:
     int signalDescriptor = -1;
 };
 
-/// Whether a signal asks for the end of the run, so that the tool has to know.
+/// Returns true for a signal that asks for the end of the run and is forwarded to the tool.
 bool asksForEnd(int signal);
 
 } // namespace vadelwatch

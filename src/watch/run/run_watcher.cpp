@@ -14,17 +14,20 @@ namespace {
 
 constexpr std::size_t pipeBlockSize = 65536;
 
-/// At most this much of the console goes before the messages of a block: more than a pipe holds, so every line that was
-/// written before one of these messages is among it.
+/// Blocks of the console that are read before the messages of one block: more than a pipe holds, so they contain every line
+/// that was written before one of these messages.
 constexpr int consoleBlocks = 2;
 
-/// How much may wait for room in our own output before the tool has to wait too. Once it has been asked to end it is
-/// listened to for longer, since it may want to say something first.
-constexpr std::size_t usualBacklog = 65536;
-constexpr std::size_t lastBacklog = std::size_t{16} << 20U;
+/// When this many bytes of our own output are not written yet, Vadelwatch stops reading and the tool blocks. The limit is
+/// higher after a signal, because the tool may report something before it ends.
+constexpr std::size_t maxBacklog = 65536;
+constexpr std::size_t maxBacklogAfterSignal = std::size_t{16} << 20U;
 
-/// For the clock in the bar to go on, and for nothing else.
+/// Keeps the clock in the bar moving.
 constexpr int pollMilliseconds = 100;
+
+/// Shorter, because the tool may be blocked until our own output is written.
+constexpr int backlogMilliseconds = 5;
 
 } // namespace
 
@@ -34,7 +37,7 @@ std::string_view RunWatcher::Source::readBlock() {
     if (!open) {
         return {};
     }
-    // Nothing is left to be read: that looks like the end of the stream, and is taken for it.
+    // A read of 0 bytes is end of stream, also when `readable` is 0.
     ssize_t size = 0;
     do {
         size = read(descriptor, block.data(), std::min(block.size(), readable));
@@ -49,7 +52,7 @@ std::string_view RunWatcher::Source::readBlock() {
     return {};
 }
 
-void RunWatcher::Source::endBehindWhatIsThere() {
+void RunWatcher::Source::endAfterWrittenBytes() {
     int bytes = 0;
     ioctl(descriptor, FIONREAD, &bytes);
     readable = static_cast<std::size_t>(bytes);
@@ -63,10 +66,10 @@ RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDispla
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
         showProgress();
-        writeWhatFits();
+        display.flush();
         waitForSomething(signals);
         takeSignals(signals);
-        // Messages and their console lines; without messages, the console alone.
+        // `readMessages` reads the console too.
         if (mayRead() && !readMessages()) {
             readConsole();
         }
@@ -76,41 +79,33 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
     record.seconds = secondsSinceStart();
     display.update(figures(), record.seconds);
     display.clear();
-    writeWhatFits();
+    display.flush();
     return record;
 }
 
-void RunWatcher::writeWhatFits() {
-    display.flush();
-    shown.writeWhatFits();
-    log.output().writeWhatFits();
-}
-
 bool RunWatcher::mayRead() const {
-    const std::size_t limit = record.interruptedBy == 0 ? usualBacklog : lastBacklog;
-    return shown.waitingBytes() + log.output().waitingBytes() < limit;
+    const std::size_t limit = record.interruptedBy == 0 ? maxBacklog : maxBacklogAfterSignal;
+    return shown.waitingBytes() + log.waitingBytes() < limit;
 }
 
 void RunWatcher::waitForSomething(const RunSignals& signals) {
     const bool reading = mayRead();
-    // A negative descriptor is passed over.
-    std::array<pollfd, 5> sources{{{signals.descriptor(), POLLIN, 0},
+    // `poll` ignores negative descriptors.
+    std::array<pollfd, 3> sources{{{signals.descriptor(), POLLIN, 0},
                                    {reading && channel.open ? channel.descriptor : -1, POLLIN, 0},
-                                   {reading && console.open ? console.descriptor : -1, POLLIN, 0},
-                                   {shown.waitingDescriptor(), POLLOUT, 0},
-                                   {log.output().waitingDescriptor(), POLLOUT, 0}}};
-    poll(sources.data(), sources.size(), pollMilliseconds);
+                                   {reading && console.open ? console.descriptor : -1, POLLIN, 0}}};
+    poll(sources.data(), sources.size(), reading ? pollMilliseconds : backlogMilliseconds);
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
-    // Asked before the signals are: Ctrl-C goes to the tool as well, and by the time it has ended of that, ours is there.
+    // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has arrived.
     const std::optional<ToolEnd> end = tool.pollEnd();
     for (const int number : signals.take()) {
         if (asksForEnd(number)) {
             record.interruptedBy = number;
             tool.forward(number);
         }
-        // SIGWINCH is for the wait to end: the next drawing asks for the width.
+        // SIGWINCH only ends the wait: the next drawing reads the width.
     }
     if (end) {
         record.end = *end;
@@ -118,10 +113,10 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
     }
 }
 
-/// @return whether there was anything.
+/// @return false if there was nothing to read.
 bool RunWatcher::readMessages() {
     const std::string_view bytes = channel.readBlock();
-    // The console line of an error is written before its message. So it is there by now, and is shown first.
+    // The tool writes the console line of an error before its message, so the line can be read now and is shown first.
     for (int i = 0; i < consoleBlocks && readConsole(); ++i) {
     }
     channel.lines.feed(bytes, [this](std::string_view line) { takeMessageLine(line); });
@@ -129,23 +124,23 @@ bool RunWatcher::readMessages() {
     return !bytes.empty();
 }
 
-/// @return whether there was anything.
+/// @return false if there was nothing to read.
 bool RunWatcher::readConsole() {
     const std::string_view bytes = console.readBlock();
     console.lines.feed(bytes, [this](std::string_view line) { takeConsoleLine(line); });
     return !bytes.empty();
 }
 
-/// After the end of the tool: only what is there now. A process that the tool left behind may hold the pipes open, and
-/// write into them, for ever.
+/// After the end of the tool: reads only the bytes that are in the pipes now. A child of the tool may keep the pipes open and
+/// write to them for ever.
 void RunWatcher::readTheRest() {
-    channel.endBehindWhatIsThere();
-    console.endBehindWhatIsThere();
+    channel.endAfterWrittenBytes();
+    console.endAfterWrittenBytes();
     bool more = true;
     while (more) {
         more = readMessages();
         more = readConsole() || more;
-        writeWhatFits();
+        display.flush();
     }
 }
 
@@ -192,7 +187,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     }
 }
 
-/// Not where earlier output waits for room: progress is worth nothing when it is no longer new.
+/// Draws nothing while earlier output is not written yet, because old progress is of no use.
 void RunWatcher::showProgress() {
     if (shown.waitingBytes() == 0) {
         display.update(figures(), secondsSinceStart());

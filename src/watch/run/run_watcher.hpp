@@ -1,11 +1,9 @@
 /// \file
-/// Watching one run from its first message to its end: everything that comes from the tool goes to the display, the log
-/// and the record of what happened.
+/// Watches one run from its first message to its end.
 #pragma once
 
 #include "watch/check/message_log.hpp"
 #include "watch/check/node_files.hpp"
-#include "watch/run/error_echo.hpp"
 #include "watch/run/message_stream.hpp"
 #include "watch/run/run_signals.hpp"
 #include "watch/run/tool_process.hpp"
@@ -23,49 +21,48 @@
 
 namespace vadelwatch {
 
-/// What a run has said about itself.
+/// What a run reported.
 struct RunRecord {
     ToolEnd end;
     int interruptedBy = 0;    ///< The last signal that asked for the end, 0 if none did.
     double seconds = 0.0;     ///< From the start of the tool to its end.
-    std::uint64_t passes = 0; ///< State messages: one for each node file.
+    std::uint64_t passes = 0; ///< State messages, one for each node file.
     std::string closingText;  ///< Of the finish or failed message.
     std::vector<std::string> errors;
 };
 
+/// Passes on everything that the tool writes to the display, the log and the record of the run.
 class RunWatcher {
 public:
-    /// All of these outlive the watcher. The tool has just been started.
+    /// All arguments must outlive the watcher. The tool has just been started.
     ///
-    /// @param displayOutput where the display writes to.
+    /// @param displayOutput the output that the display writes to.
     RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
                MessageLog& messageLog, const NodeLineCount& nodeLineCount);
 
-    /// Returns when the tool has ended and everything it sent has been dealt with. The display is left without a bar.
-    /// What has found no room in the display's output or in the log is still kept there: nothing is waited for while
-    /// the signals are taken here.
+    /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still hold
+    /// text that is not written: this function never waits for a reader, so that signals are forwarded at once.
     RunRecord watch(const RunSignals& signals);
 
 private:
-    /// One pipe from the tool. It is read in blocks and cut into lines.
+    /// One pipe from the tool, read in blocks and split into lines.
     struct Source {
         explicit Source(int pipe);
 
-        /// Reads what is there, up to a block. Empty if there is nothing now; `open` is false from the end of the
-        /// stream on. Valid until the next call.
+        /// Reads the bytes that are in the pipe, one block at most. Returns nothing if there are none; after the end of
+        /// the stream `open` is false. Valid until the next call.
         std::string_view readBlock();
 
-        /// Ends the stream behind what has been written so far.
-        void endBehindWhatIsThere();
+        /// Ends the stream after the bytes that have been written so far.
+        void endAfterWrittenBytes();
 
         int descriptor;
-        std::size_t readable = std::numeric_limits<std::size_t>::max(); ///< Bytes up to the end, where that is known.
+        std::size_t readable = std::numeric_limits<std::size_t>::max(); ///< Bytes up to the end, if that is known.
         bool open = true;
         std::vector<char> block;
         LineSplitter lines;
     };
 
-    void writeWhatFits();
     bool mayRead() const;
     void waitForSomething(const RunSignals& signals);
     void takeSignals(const RunSignals& signals);

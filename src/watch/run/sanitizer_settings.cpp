@@ -1,6 +1,6 @@
-// Settings of the leak sanitizer, for every executable of a sanitized build that draws maps. Other builds leave this out.
+// Settings of the leak sanitizer, for each executable of a sanitized build that draws maps.
 
-// The library that finds the fonts keeps what it has found until the process ends. The name is the sanitizer's.
+// The font library keeps its tables until the process ends. The sanitizer prescribes the function's name.
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" const char* __lsan_default_suppressions();
 

@@ -1,5 +1,7 @@
 #include "watch/run/tool_process.hpp"
 
+#include "messages/executable_path.hpp"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -9,7 +11,6 @@
 #include <filesystem>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int channelNumber = 3;
 
-/// Above every number that the child's descriptors are moved to.
+/// Above the numbers of the child's descriptors.
 constexpr int lowestPrivateDescriptor = 10;
 
 struct Pipe {
@@ -32,7 +33,7 @@ int movedUp(int descriptor) {
     return moved;
 }
 
-/// Both ends are closed on exec; only the reading end does not block.
+/// Both ends are closed on exec. Only the reading end does not block.
 Pipe makePipe() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -51,7 +52,7 @@ void closeIfOpen(int descriptor) {
     }
 }
 
-/// How the child's descriptors and signals differ from ours; released at the end of the scope.
+/// How the child's descriptors and signals differ from ours.
 class SpawnSettings {
 public:
     SpawnSettings(const Pipe& channel, const Pipe& console) {
@@ -63,9 +64,8 @@ public:
         posix_spawnattr_init(&attributes);
         sigset_t signals;
         sigemptyset(&signals);
-        // The signals that wait for us reach the tool at once,
+        // No signal is blocked in the tool, and SIGPIPE has its default action again.
         posix_spawnattr_setsigmask(&attributes, &signals);
-        // and it decides about vanished readers by itself.
         sigaddset(&signals, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes, &signals);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
@@ -81,14 +81,13 @@ public:
     posix_spawnattr_t attributes{};
 };
 
-/// Asks it to end, and waits for it.
 void endProcess(pid_t pid) {
     kill(pid, SIGTERM);
     static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
 }
 
-/// For a process that ends without going through destructors: libraries end it where an exception, of missing memory
-/// say, meets a function of theirs that promised to throw none.
+/// For a process that ends without its destructors: a library calls std::terminate if an exception, for example for missing
+/// memory, leaves a function that is declared not to throw.
 std::atomic<pid_t> runningTool = -1;
 std::terminate_handler formerHandler = nullptr;
 
@@ -109,7 +108,7 @@ void endWithProcess(pid_t pid) {
 } // namespace
 
 ToolProcess::~ToolProcess() {
-    // Nobody reads them any more: a tool that waits for room in them is free to end.
+    // First, because a tool that waits for space in a pipe can then end.
     closeIfOpen(channelDescriptor);
     closeIfOpen(consoleDescriptor);
     if (pid != -1) {
@@ -166,18 +165,9 @@ std::optional<ToolEnd> ToolProcess::pollEnd() {
 }
 
 std::string toolPathBesideExecutable() {
-    std::error_code error;
-    const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (executable.parent_path() / "Vadelclip").string();
-}
-
-std::vector<std::string> toolArguments(const WatchOptions& options) {
-    std::vector<std::string> arguments{options.inputDirectoryPath, options.outputDirectoryName,
-                                       options.boundaryFilePath, "-pipe"};
-    if (options.language) {
-        arguments.push_back("-lang=" + *options.language);
-    }
-    return arguments;
+    const std::string executable = vadelclip::executablePath();
+    return executable.empty() ? std::string()
+                              : std::filesystem::path(executable).replace_filename("Vadelclip").string();
 }
 
 } // namespace vadelwatch

@@ -1,8 +1,6 @@
 /// \file
-/// The tool as a child process: started with the message channel on its descriptor 3 and its console in a pipe.
+/// Runs the tool as a child process, with the message channel on its descriptor 3 and its console in a pipe.
 #pragma once
-
-#include "watch/watch_options.hpp"
 
 #include <optional>
 #include <string>
@@ -11,7 +9,7 @@
 
 namespace vadelwatch {
 
-/// How a process ended: by itself with a status, or by a signal.
+/// How a process ended: with an exit status, or by a signal.
 struct ToolEnd {
     int exitStatus = 0;
     int signal = 0; ///< 0 unless a signal ended it.
@@ -26,22 +24,22 @@ public:
     ToolProcess(const ToolProcess&) = delete;
     ToolProcess& operator=(const ToolProcess&) = delete;
 
-    /// Never leaves a process behind: one that has not been seen to end is asked to by SIGTERM and waited for.
+    /// Ends a process that is still running with SIGTERM and waits for it.
     ~ToolProcess();
 
-    /// Starts the program; its standard error goes the way of its standard output.
+    /// Starts the program. Its standard error goes to the console, as its standard output does.
     ///
-    /// @param arguments what stands behind the program name.
-    /// @return 0, or the errno of what failed; then there is no process.
+    /// @param arguments those after the program name.
+    /// @return 0, or the errno of the call that failed; then there is no process.
     int start(const std::string& program, const std::vector<std::string>& arguments);
 
     int channel() const { return channelDescriptor; }
     int console() const { return consoleDescriptor; }
 
-    /// Sends a signal, unless the process has been waited for already.
+    /// Sends a signal, unless `pollEnd` has returned the end of the process.
     void forward(int signal) const;
 
-    /// Asks whether the process has ended, without waiting for it.
+    /// Returns how the process ended, once, or nothing while it is running. Does not wait.
     std::optional<ToolEnd> pollEnd();
 
 private:
@@ -50,10 +48,7 @@ private:
     int consoleDescriptor = -1;
 };
 
-/// The path of `Vadelclip` in the directory of the running executable; empty if that is unknown.
+/// Returns the path of `Vadelclip` in the directory of the running executable, empty if that is unknown.
 std::string toolPathBesideExecutable();
-
-/// The tool's arguments: three positional ones first, options behind them.
-std::vector<std::string> toolArguments(const WatchOptions& options);
 
 } // namespace vadelwatch

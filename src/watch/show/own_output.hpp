@@ -1,54 +1,57 @@
 /// \file
-/// Writing to Vadelwatch's own standard output, standard error and log, whose readers may be slow, stop reading for good
-/// (a terminal held with Ctrl-S), or go away at any time.
+/// Writing to Vadelwatch's own standard output, standard error and log. Their readers may be slow, stop reading (a
+/// terminal held with Ctrl-S) or go away at any time.
 #pragma once
 
+#include <condition_variable>
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace vadelwatch {
 
-/// A descriptor and the text that has found no room in it yet. From the first write that fails on, every text is dropped.
+/// A descriptor and the text that is not written to it yet. After the first write that fails, every text is dropped.
 class OwnOutput {
 public:
-    /// The descriptor is not closed here. -1 drops everything.
+    /// Does not take ownership of the descriptor. -1 drops every text.
     explicit OwnOutput(int outputDescriptor) : descriptor(outputDescriptor) {}
+    OwnOutput(const OwnOutput&) = delete;
+    OwnOutput& operator=(const OwnOutput&) = delete;
 
-    /// Takes a text, to be written later.
+    /// Waits until everything is written.
+    ~OwnOutput();
+
+    /// Appends a text and returns at once. A thread writes it.
+    ///
+    /// The first text starts the thread, which inherits the signal mask of the caller: signals that are blocked there never
+    /// reach the thread.
     void keep(std::string_view text);
 
-    /// Writes of what has been kept as much as there is room for. What takes its time is interrupted, whether or not
-    /// the descriptor blocks: the caller is free again within a small part of a second. See `guardOwnOutput`.
-    void writeWhatFits();
-
-    /// Writes what has been kept, and the text behind it. A slow reader is waited for as long as it takes, so signals
-    /// must be able to end the process.
+    /// Writes everything that is kept, then the text. Waits for a slow reader, so signals must be able to end the process.
     void write(std::string_view text);
 
-    /// How many bytes wait for room.
-    std::size_t waitingBytes() const { return kept.size() - done; }
+    /// Returns the number of bytes that are kept and not written yet.
+    std::size_t waitingBytes() const;
 
-    /// Becomes writable, in the sense of poll, when there is room for what waits; -1 if nothing waits.
-    int waitingDescriptor() const { return waitingBytes() > 0 ? descriptor : -1; }
+    /// Returns the errno of the first write that failed, 0 if none did.
+    int failure() const;
 
-    /// The errno of the first write that failed, 0 if none did.
-    int failure() const { return firstError; }
-
-    /// Whether that was because nobody reads any more, which is no fault of anybody. A full disk is none of these.
+    /// Returns true if the first write failed because the reader has gone. A full disk is another failure.
     bool readerHasGone() const;
 
 private:
-    bool writeOnce();
+    void writeKeptTexts();
 
-    int descriptor;
-    std::string kept;     ///< What is to be written,
-    std::size_t done = 0; ///< and how much of that has been.
+    const int descriptor;
+    mutable std::mutex mutex;        ///< For all below, except the thread.
+    std::condition_variable changed; ///< Notified after every change.
+    std::string kept;                ///< Not begun yet.
+    std::size_t bytesInWrite = 0;    ///< Length of the text that the thread is writing.
     int firstError = 0;
+    bool ending = false;
+    std::thread thread;
 };
-
-/// Opens closed standard descriptors on the null device, makes writing to a vanished reader an error instead of the end
-/// of the process, and prepares SIGALRM for `writeWhatFits`. Before any other file is opened.
-void guardOwnOutput();
 
 } // namespace vadelwatch

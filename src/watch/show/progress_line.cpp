@@ -2,7 +2,7 @@
 
 #include "watch/show/messages.hpp"
 #include "watch/show/numbers.hpp"
-#include "watch/show/utf8_character.hpp"
+#include "watch/show/shown_name.hpp"
 
 #include <fmt/format.h>
 

@@ -3,7 +3,6 @@
 #include "watch/show/messages.hpp"
 #include "watch/show/numbers.hpp"
 #include "watch/show/shown_name.hpp"
-#include "watch/show/utf8_character.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,49 +1,65 @@
 #include "watch/show/shown_name.hpp"
 
-#include "watch/show/utf8_character.hpp"
-
 #include <fmt/format.h>
+#include <utf8.h>
 
 namespace vadelwatch {
 
 namespace {
 
-/// Characters that change the direction of what follows them, by which a name can look like another one: U+061C, U+200E
-/// and F, U+202A to E, U+2066 to 9.
-bool turnsText(std::string_view character) {
-    if (character.size() != 3) {
-        return character == "\xD8\x9C";
-    }
-    const std::string_view block = character.substr(0, 2);
-    const auto last = static_cast<unsigned char>(character[2]);
-    if (block == "\xE2\x80") {
-        return last == 0x8EU || last == 0x8FU || (last >= 0xAAU && last <= 0xAEU);
-    }
-    return block == "\xE2\x81" && last >= 0xA6U && last <= 0xA9U;
+/// Control characters, the second set U+0080 to U+009F included: some terminals obey it.
+bool isControl(char32_t character) {
+    return character < 0x20U || (character >= 0x7FU && character < 0xA0U);
 }
 
-/// The second set of control characters, U+0080 to U+009F, which some terminals obey.
-bool isInSecondSet(std::string_view character) {
-    return character.size() == 2 && character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0U;
+/// Characters that change the direction of the text after them, so that one name can look like another.
+bool turnsText(char32_t character) {
+    return character == 0x061CU || character == 0x200EU || character == 0x200FU ||
+           (character >= 0x202AU && character <= 0x202EU) || (character >= 0x2066U && character <= 0x2069U);
+}
+
+std::string inHexadecimal(const char* bytes, const char* end) {
+    std::string text;
+    for (; bytes != end; ++bytes) {
+        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*bytes));
+    }
+    return text;
+}
+
+/// @param bytes valid UTF-8.
+void appendShown(std::string& shown, const char* bytes, const char* end) {
+    while (bytes != end) {
+        const char* const character = bytes;
+        const char32_t number = utf8::unchecked::next(bytes);
+        if (isControl(number) || turnsText(number)) {
+            shown += inHexadecimal(character, bytes);
+        } else {
+            shown.append(character, bytes);
+        }
+    }
 }
 
 } // namespace
 
 std::string shownName(std::string_view name) {
     std::string shown;
-    while (!name.empty()) {
-        const std::size_t length = characterLength(name);
-        const std::string_view character = name.substr(0, length == 0 ? 1 : length);
-        if (length == 0 || isInSecondSet(character) || turnsText(character)) {
-            for (const char byte : character) {
-                shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(byte));
-            }
-        } else {
-            shown += character;
+    const char* bytes = name.data();
+    const char* const end = bytes + name.size();
+    while (bytes != end) {
+        const char* const invalid = utf8::find_invalid(bytes, end);
+        appendShown(shown, bytes, invalid);
+        bytes = invalid;
+        if (bytes != end) {
+            shown += inHexadecimal(bytes, bytes + 1);
+            ++bytes;
         }
-        name.remove_prefix(character.size());
     }
     return shown;
+}
+
+std::size_t columnsOf(std::string_view text) {
+    const std::string valid = utf8::replace_invalid(text);
+    return static_cast<std::size_t>(utf8::distance(valid.begin(), valid.end()));
 }
 
 } // namespace vadelwatch

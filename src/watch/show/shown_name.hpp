@@ -2,6 +2,7 @@
 /// Names on disk as they are shown to people.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,8 @@ namespace vadelwatch {
 /// characters, those that turn the direction of text, and bytes that are not UTF-8 as their bytes in hexadecimal, `\x1B`.
 /// Everything else stays.
 std::string shownName(std::string_view name);
+
+/// Returns the number of columns of a text in UTF-8 on a terminal. Every character counts as one column.
+std::size_t columnsOf(std::string_view text);
 
 } // namespace vadelwatch

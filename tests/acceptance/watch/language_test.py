@@ -29,7 +29,7 @@ class Language(WatchTest):
 
     def languageOfWatch(self, value):
         """Of a refusal of its own, before any tool is started."""
-        errors = self.run_("no/data", "out", "area.xml", f"--lang={value}", "--log", "no/log").errors
+        errors = self.run_("no/data", "out", "area.xml", "--lang", value, "--log", "no/log").errors
         return {"Vadelwatch: no/log kann nicht geschrieben werden: No such file or directory\n": "German",
                 "Vadelwatch: cannot write no/log: No such file or directory\n": "English"}[errors]
 

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <filesystem>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -17,6 +18,8 @@ namespace vadelwatch {
 using vadelclip::TemporaryDirectory;
 
 namespace {
+
+const std::atomic<bool> goOn = false;
 
 std::vector<std::string> namesIn(const NodeFiles& found) {
     std::vector<std::string> names;
@@ -29,29 +32,7 @@ std::vector<std::string> namesIn(const NodeFiles& found) {
 
 } // namespace
 
-TEST(NodeFileHeader, fourShapesTimesFourSeparators) {
-    for (const char separator : {';', ',', ' ', '\t'}) {
-        for (std::string columns : {"xyz", "XYZ", "xyzg", "XYZG"}) {
-            std::string line;
-            for (const char column : columns) {
-                line += (line.empty() ? "" : std::string(1, separator)) + column;
-            }
-            EXPECT_TRUE(isNodeFileHeader(line)) << line;
-            EXPECT_TRUE(isNodeFileHeader("\xEF\xBB\xBF" + line)) << line;
-            EXPECT_FALSE(isNodeFileHeader(line + " ")) << line;
-            EXPECT_FALSE(isNodeFileHeader(" " + line)) << line;
-        }
-    }
-}
-
-TEST(NodeFileHeader, nothingElse) {
-    for (const char* const line : {"", "x", "x;", "x;y", "xyz", "x:y:z", "x;y,z", "X;y;z", "x;y;z;G", "Y;Y;Z;G",
-                                   "x;y;z;", "x;y;z;g;h", "\xEF\xBB\xBF", "x;y;z\r"}) {
-        EXPECT_FALSE(isNodeFileHeader(line)) << line;
-    }
-}
-
-TEST(NodeFiles, areChosenAsTheToolChoosesThem) {
+TEST(NodeFiles, areThoseThatTheToolTakes) {
     const TemporaryDirectory directory;
     const std::string header = "x;y;z\n";
     for (const char* const name : {"a.txt", "b.xyz", "c.csv", ".txt", "no.TXT", "no.dat", "deep/no.txt"}) {
@@ -72,7 +53,7 @@ TEST(NodeFiles, areChosenAsTheToolChoosesThem) {
     EXPECT_TRUE(found.unread.empty());
 }
 
-TEST(NodeFiles, aPipeMakesTheCountIncomplete) {
+TEST(NodeFiles, fifoIsNotRead) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n");
     ASSERT_EQ(0, mkfifo(directory.pathOf("b.txt").c_str(), 0600));
@@ -81,11 +62,11 @@ TEST(NodeFiles, aPipeMakesTheCountIncomplete) {
     EXPECT_EQ(std::vector<std::string>{"b.txt"}, found.unread);
 }
 
-TEST(NodeFiles, aDirectoryThatIsNotThereHoldsNothing) {
+TEST(NodeFiles, missingDirectoryHasNone) {
     EXPECT_TRUE(findNodeFiles("/none/there").files.empty());
 }
 
-TEST(NodeLineCount, addsUpTheLinesOfAllFiles) {
+TEST(NodeLineCount, addsLinesOfAllFiles) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n2;2;2\n");
     directory.write("b.txt", "x;y;z\n1;1;1\nunterminated");
@@ -98,16 +79,15 @@ TEST(NodeLineCount, addsUpTheLinesOfAllFiles) {
     EXPECT_EQ(3U, count.nodeFiles().files.size());
 }
 
-TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
+TEST(NodeLineCount, isUnknownAfterChangeOfFile) {
     const std::string content = "x;y;z\n1;1;1\n2;2;2\n";
-    const std::atomic<bool> notCancelled = false;
     const TemporaryDirectory directory;
     directory.write("a.txt", content);
     const NodeFiles found = findNodeFiles(directory.path());
-    EXPECT_EQ(2U, countNodeLines(found, notCancelled));
+    EXPECT_EQ(2U, countNodeLines(found, goOn));
     for (const std::string& later : {std::string("x;y;z\n1;1;1\n"), content + "3;3;3\n", std::string()}) {
         directory.write("a.txt", later);
-        EXPECT_FALSE(countNodeLines(found, notCancelled)) << later;
+        EXPECT_FALSE(countNodeLines(found, goOn)) << later;
     }
     // Replaced by a file of the same size, of another time.
     const std::string sameSize = "x;y;z\n1;1;1\n\n;2;2\n";
@@ -115,12 +95,12 @@ TEST(NodeLineCount, isUnknownWhereAFileIsNoLongerWhatItWas) {
     directory.write("a.txt", sameSize);
     const auto time = std::filesystem::last_write_time(directory.pathOf("a.txt"));
     std::filesystem::last_write_time(directory.pathOf("a.txt"), time + std::chrono::seconds(1));
-    EXPECT_FALSE(countNodeLines(found, notCancelled));
+    EXPECT_FALSE(countNodeLines(found, goOn));
     std::filesystem::remove(directory.pathOf("a.txt"));
-    EXPECT_FALSE(countNodeLines(found, notCancelled));
+    EXPECT_FALSE(countNodeLines(found, goOn));
 }
 
-TEST(NodeLineCount, isUnknownForEverWhenItWasStoppedOrCannotBeMade) {
+TEST(NodeLineCount, isUnknownAfterStopOrWithFifo) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n");
     NodeLineCount stopped;
@@ -136,17 +116,82 @@ TEST(NodeLineCount, isUnknownForEverWhenItWasStoppedOrCannotBeMade) {
     EXPECT_FALSE(incomplete.nodeLines());
 }
 
-TEST(FileState, thereIsNoneOfAFileThatIsNotThere) {
+TEST(FileState, missingFileHasNone) {
     const TemporaryDirectory directory;
     EXPECT_FALSE(fileState(directory.pathOf("none")));
 }
 
-TEST(FindNodeFiles, aLinkThatLeadsNowhereIsNone) {
+TEST(NodeFiles, brokenLinkIsIgnored) {
     const TemporaryDirectory directory;
     directory.makeLink("a.txt", directory.pathOf("none"));
     const NodeFiles found = findNodeFiles(directory.path());
     EXPECT_TRUE(found.files.empty());
     EXPECT_TRUE(found.unread.empty());
+}
+
+TEST(CountLines, leavesOutHeaderAndUnterminatedLine) {
+    const TemporaryDirectory directory;
+    struct Case {
+        std::string content;
+        std::uint64_t nodeLines;
+        bool endsInLineFeed;
+    };
+    for (const Case& each :
+         {Case{"", 0, false}, Case{"x;y;z", 0, false}, Case{"x;y;z\n", 0, true}, Case{"x;y;z\n1;1;1\n", 1, true},
+          Case{"x;y;z\n1;1;1\n2;2;2", 1, false}, Case{"x;y;z\r\n\r\n\n", 2, true}}) {
+        const auto count = countLines(directory.write("a", each.content), goOn);
+        ASSERT_TRUE(count) << each.content;
+        EXPECT_EQ(each.nodeLines, count->nodeLines()) << each.content;
+        EXPECT_EQ(each.endsInLineFeed, count->endsInLineFeed) << each.content;
+        EXPECT_EQ(each.content.size(), count->bytes);
+    }
+}
+
+TEST(CountLines, countsFileOfManyBlocks) {
+    const TemporaryDirectory directory;
+    std::string content = "x;y;z\n";
+    for (int i = 0; i < 300000; ++i) {
+        content += "1;2;3\n";
+    }
+    EXPECT_EQ(300000U, countLines(directory.write("a", content), goOn)->nodeLines());
+}
+
+TEST(CountLines, opensOnlyRegularFiles) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.pathOf("fifo");
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    EXPECT_FALSE(countLines(fifo, goOn));
+    EXPECT_FALSE(countLines("/dev/zero", goOn));
+    EXPECT_FALSE(countLines(directory.path(), goOn));
+    EXPECT_FALSE(countLines(directory.pathOf("none"), goOn));
+    EXPECT_EQ(-1, openRegularFile(fifo));
+}
+
+TEST(CountLines, fileThatCannotBeOpenedHasNone) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("a", "x;y;z\n1;1;1\n");
+    rlimit before{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
+    // Root may open every file, so it is the number of open files that forbids it.
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+    const int descriptor = openRegularFile(path);
+    const auto count = countLines(path, goOn);
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &before));
+    EXPECT_EQ(-1, descriptor);
+    EXPECT_FALSE(count);
+    EXPECT_EQ(1U, countLines(path, goOn)->nodeLines());
+}
+
+TEST(CountLines, followsLinks) {
+    const TemporaryDirectory directory;
+    directory.write("a", "x;y;z\n1;1;1\n");
+    EXPECT_EQ(1U, countLines(directory.makeLink("link", directory.pathOf("a")), goOn)->nodeLines());
+}
+
+TEST(CountLines, stopsOnRequest) {
+    const TemporaryDirectory directory;
+    EXPECT_FALSE(countLines(directory.write("a", "x;y;z\n"), true));
 }
 
 } // namespace vadelwatch

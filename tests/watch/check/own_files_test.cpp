@@ -54,7 +54,7 @@ struct OpenDirectory : TemporaryDirectory {
 
 } // namespace
 
-TEST(OwnFiles, theBoundaryFileAndTheFilesOfTheInputDirectoryAreInputs) {
+TEST(OwnFiles, boundaryAndFilesOfInputDirectoryAreInputs) {
     const TemporaryDirectory directory;
     const std::string boundary = directory.write("area.xml", "");
     directory.write("data/a.xyz", "");
@@ -73,7 +73,7 @@ TEST(OwnFiles, theBoundaryFileAndTheFilesOfTheInputDirectoryAreInputs) {
     EXPECT_FALSE(isInput(directory.pathOf("data/none.log")));
 }
 
-TEST(OwnFiles, aNameThatTheRunWouldTakeForANodeFileIsAnInput) {
+TEST(OwnFiles, newNodeFileNameIsInput) {
     const TemporaryDirectory directory;
     const std::string boundary = directory.write("area.xml", "");
     directory.makeDirectory("data");
@@ -90,7 +90,7 @@ TEST(OwnFiles, aNameThatTheRunWouldTakeForANodeFileIsAnInput) {
     EXPECT_TRUE(isInputOfRun(directory.pathOf("none/new.xyz"), directory.pathOf("none"), boundary));
 }
 
-TEST(OwnFiles, inputsThatAreNotThereAreNotMade) {
+TEST(OwnFiles, pathOfMissingInputIsInput) {
     const TemporaryDirectory directory;
     const std::string input = directory.pathOf("none");
     EXPECT_TRUE(isInputOfRun(directory.pathOf("./new.xml"), input, directory.pathOf("new.xml")));
@@ -99,7 +99,7 @@ TEST(OwnFiles, inputsThatAreNotThereAreNotMade) {
     EXPECT_FALSE(isInputOfRun(directory.pathOf("new"), directory.pathOf("none"), directory.pathOf("none.xml")));
 }
 
-TEST(OwnFiles, theSameFileHasManyNames) {
+TEST(OwnFiles, recognisesSameFileByOtherName) {
     const TemporaryDirectory directory;
     const std::string file = directory.write("a", "");
     EXPECT_TRUE(isSameFile(file, file));
@@ -111,7 +111,7 @@ TEST(OwnFiles, theSameFileHasManyNames) {
     EXPECT_FALSE(isSameFile(directory.pathOf("new"), file));
 }
 
-TEST(OwnFiles, aNewFileNeedsADirectoryThatMayBeWrittenTo) {
+TEST(OwnFiles, newFileNeedsWritableDirectory) {
     const OpenDirectory directory;
     EXPECT_EQ(0, whyUnwritable(directory.pathOf("new")));
     EXPECT_EQ(ENOENT, whyUnwritable(directory.pathOf("none/new")));
@@ -123,14 +123,14 @@ TEST(OwnFiles, aNewFileNeedsADirectoryThatMayBeWrittenTo) {
     EXPECT_TRUE(canOrdinaryUserWrite(directory.withMode("open", 0777) + "/new"));
 }
 
-TEST(OwnFiles, aDirectoryIsNoFile) {
+TEST(OwnFiles, directoryCannotBeReplaced) {
     const TemporaryDirectory directory;
     EXPECT_EQ(EISDIR, whyUnwritable(directory.path()));
     EXPECT_EQ(EISDIR, whyUnwritable(directory.makeLink("link", ".")));
     EXPECT_EQ(EISDIR, whyUnwritable("/"));
 }
 
-TEST(OwnFiles, anExistingFileDecidesByItself) {
+TEST(OwnFiles, existingFileNeedsWritePermission) {
     const OpenDirectory directory;
     directory.write("open/locked", "");
     directory.write("locked/open", "");
@@ -144,7 +144,7 @@ TEST(OwnFiles, anExistingFileDecidesByItself) {
     EXPECT_TRUE(canOrdinaryUserWrite(directory.makeLink("link to open", "locked/open")));
 }
 
-TEST(OwnFiles, aLinkToNothingYetCountsAsWhatItWouldBecome) {
+TEST(OwnFiles, checksTargetOfBrokenLink) {
     const OpenDirectory directory;
     directory.makeDirectory("open");
     directory.makeDirectory("locked");
@@ -158,7 +158,7 @@ TEST(OwnFiles, aLinkToNothingYetCountsAsWhatItWouldBecome) {
     EXPECT_EQ(ELOOP, whyUnwritable(directory.pathOf("open/around")));
 }
 
-TEST(OwnFiles, whatCannotBeLookedAtIsNoOtherFile) {
+TEST(OwnFiles, unreadablePathIsNotAnotherFile) {
     const OpenDirectory directory;
     directory.makeDirectory("locked");
     const std::string other = directory.pathOf("x.png");
@@ -171,7 +171,7 @@ TEST(OwnFiles, whatCannotBeLookedAtIsNoOtherFile) {
     EXPECT_FALSE(isSameFile(directory.pathOf(std::string(300, 'n')), other));
 }
 
-TEST(OwnFiles, aLinkToNothingYetIsTheFileThatItWouldMake) {
+TEST(OwnFiles, brokenLinkIsSameFileAsItsTarget) {
     const TemporaryDirectory directory;
     const std::string link = directory.makeLink("link", "second");
     directory.makeLink("second", "./x.png");

@@ -27,15 +27,6 @@ Lines nodeLinesOf(const std::string& content) {
     return lines;
 }
 
-/// The position as text, or "none".
-std::string positionOf(std::string_view line, char separator) {
-    MapPosition position;
-    if (!readMapPosition(line, separator, position)) {
-        return "none";
-    }
-    return std::to_string(position.x) + " " + std::to_string(position.y);
-}
-
 } // namespace
 
 TEST(MapNodeLines, linesEndAtLineFeeds) {
@@ -75,37 +66,6 @@ TEST(MapNodeLines, linesMayCrossAndExceedBlocks) {
         many += expected.back() + "\n";
     }
     EXPECT_EQ(expected, nodeLinesOf(many));
-}
-
-TEST(MapNodeLines, headersTellTheSeparator) {
-    EXPECT_EQ(';', separatorOfHeader("x;y;z"));
-    EXPECT_EQ(',', separatorOfHeader("X,Y,Z,G"));
-    EXPECT_EQ('\t', separatorOfHeader("\xEF\xBB\xBFx\ty\tz\tg"));
-    EXPECT_EQ(' ', separatorOfHeader("X Y Z"));
-    for (const char* const line :
-         {"", "x", "x;y", "x;y;z;", "x;y,z", "x:y:z", "y;x;z", "X;y;z", " x;y;z", "x;y;z;g;h"}) {
-        EXPECT_EQ(0, separatorOfHeader(line)) << line;
-    }
-}
-
-TEST(MapNodeLines, positions) {
-    EXPECT_EQ("1.500000 -2.000000", positionOf("1.5;-2;12", ';'));
-    EXPECT_EQ("1.500000 2.000000", positionOf("  +1.5 m ;\t+2.0;", ';'));
-    EXPECT_EQ("1.000000 2.000000", positionOf("1,5;2,5;3", ';'));
-    EXPECT_EQ("1.000000 -2.000000", positionOf("1-2 12", ' '));
-    EXPECT_EQ("1.000000 2.000000", positionOf("1\t\t2\t3", '\t'));
-    EXPECT_EQ("100000.000000 0.500000", positionOf("1e5,.5,", ','));
-    EXPECT_EQ("1.000000 2.000000", positionOf("1" + std::string(99, ' ') + ";2;3", ';'));
-}
-
-TEST(MapNodeLines, linesWithoutAPosition) {
-    for (const std::string& line :
-         {std::string(), std::string("1"), std::string("1;"), std::string("1;2"), std::string("a;1;2"),
-          std::string("1;;2"), std::string("inf;1;2"), std::string("1;nan;2"), std::string("1e999;1;2"),
-          std::string("1 2 3"), "1" + std::string(100, ' ') + ";2;3"}) {
-        EXPECT_EQ("none", positionOf(line, ';')) << line;
-    }
-    EXPECT_EQ("none", positionOf("1 2", ' '));
 }
 
 } // namespace vadelwatch

@@ -84,6 +84,12 @@ TEST(MapPoints, linesWithoutAPositionAreCountedApart) {
     EXPECT_EQ("+1 | 1 files, 1 kept, 0 dropped, 3 unreadable", visit(run));
 }
 
+TEST(MapPoints, positionsAreReadAsTheToolReadsThem) {
+    const FilesOfRun run;
+    run.write("a.xyz", "x;y;z\n +1 m; 1.;0\n+-2;1;0\n3;1\n4;inf;0\n0x5;1;0\n1e999;1;0\n", "x;y;z\n");
+    EXPECT_EQ("-1 -0 | 1 files, 0 kept, 2 dropped, 4 unreadable", visit(run));
+}
+
 TEST(MapPoints, whatARunDoesNotTakeIsPassedOver) {
     const FilesOfRun run;
     run.directory.write("in/a.dat", "x;y;z\n1;1;0\n");

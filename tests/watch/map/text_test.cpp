@@ -23,10 +23,10 @@ TEST(MapText, whatIsNoTextIsReplaced) {
     EXPECT_EQ("\xEF\xBF\xBD", readableText("\x7F"));
     EXPECT_EQ("\xEF\xBF\xBD", readableText("\xC3"));
     EXPECT_EQ("\xEF\xBF\xBDz", readableText("\xC3z"));
-    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xC0\x80"));
-    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xED\xA0\x80"));
-    EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", readableText("\xE0\x80\x80"));
-    EXPECT_EQ(std::string(12, 'x').size(), readableText("\xF4\x90\x80\x80").size());
+    // One mark for each sequence: overlong, a surrogate, beyond the last character.
+    for (const char* const sequence : {"\xC0\x80", "\xED\xA0\x80", "\xE0\x80\x80", "\xF4\x90\x80\x80"}) {
+        EXPECT_EQ("\xEF\xBF\xBD", readableText(sequence));
+    }
     EXPECT_EQ("\xEF\xBF\xBD", readableText(std::string(1, '\0')));
 }
 

@@ -22,7 +22,7 @@ std::vector<std::string> linesIn(const std::vector<std::string>& blocks) {
 
 } // namespace
 
-TEST(LineSplitter, linesAreTheSameHoweverTheBytesAreSpread) {
+TEST(LineSplitter, blocksMayEndAnywhere) {
     const std::string bytes = "first\n\nthird line\n\r\nlast";
     const std::vector<std::string> expected{"first", "", "third line", "\r", "last"};
     for (std::size_t size = 1; size <= bytes.size(); ++size) {
@@ -34,13 +34,13 @@ TEST(LineSplitter, linesAreTheSameHoweverTheBytesAreSpread) {
     }
 }
 
-TEST(LineSplitter, nothingComesOfNothing) {
+TEST(LineSplitter, emptyStreamHasNoLines) {
     EXPECT_TRUE(linesIn({}).empty());
     EXPECT_TRUE(linesIn({"", ""}).empty());
     EXPECT_EQ(std::vector<std::string>{"a"}, linesIn({"a\n", ""}));
 }
 
-TEST(ParseMessage, everyMessageOfTheTool) {
+TEST(ParseMessage, readsEveryKindOfMessage) {
     const Message error = parseMessage(R"({"type":"error","level":2,"text":"Höhe \"1\"\n"})");
     EXPECT_EQ(MessageKind::error, error.kind);
     EXPECT_EQ("Höhe \"1\"\n", error.text);
@@ -55,16 +55,16 @@ TEST(ParseMessage, everyMessageOfTheTool) {
     EXPECT_EQ(12.5, progress.percent);
 }
 
-TEST(ParseMessage, percentsStayInTheirRange) {
+TEST(ParseMessage, limitsPercent) {
     EXPECT_EQ(0.0, parseMessage(R"({"type":"progress","percent":-1})").percent);
     EXPECT_EQ(100.0, parseMessage(R"({"type":"progress","percent":1e300})").percent);
 }
 
-TEST(ParseMessage, aTypeOfALaterVersionIsOther) {
+TEST(ParseMessage, unknownTypeIsOther) {
     EXPECT_EQ(MessageKind::other, parseMessage(R"({"type":"news"})").kind);
 }
 
-TEST(ParseMessage, jsonThatIsNoMessageIsUnreadable) {
+TEST(ParseMessage, otherJsonIsUnreadable) {
     for (const char* const line : {"1", "[]", "{}", "null", R"({"type":1})", R"({"type":"error"})",
                                    R"({"type":"error","text":1})", R"({"type":"progress","percent":"1"})"}) {
         const Message message = parseMessage(line);
@@ -73,7 +73,7 @@ TEST(ParseMessage, jsonThatIsNoMessageIsUnreadable) {
     }
 }
 
-TEST(ParseMessage, whatIsNotJsonIsUnreadable) {
+TEST(ParseMessage, otherTextIsUnreadable) {
     for (const char* const line :
          {"", " ", "text", "{", R"({"type":"error","text":"a"} x)", "{\"type\":\"error\",\"text\":\"caf\xE9\"}",
           R"({"type":"progress","percent":NaN})"}) {
@@ -83,10 +83,64 @@ TEST(ParseMessage, whatIsNotJsonIsUnreadable) {
     }
 }
 
-TEST(AsUtf8, replacesWhatIsNotUtf8) {
-    EXPECT_EQ("Höhe \"\\\n", asUtf8("Höhe \"\\\n"));
-    EXPECT_EQ("caf\xEF\xBF\xBD.xml", asUtf8("caf\xE9.xml"));
-    EXPECT_EQ("", asUtf8(""));
+TEST(ErrorEcho, eachLineIsRepeatedOnce) {
+    ErrorEcho echo;
+    echo.shown("a");
+    EXPECT_TRUE(echo.repeats("a"));
+    EXPECT_FALSE(echo.repeats("a"));
+    echo.shown("a");
+    echo.shown("a");
+    EXPECT_TRUE(echo.repeats("a"));
+    EXPECT_TRUE(echo.repeats("a"));
+    EXPECT_FALSE(echo.repeats("a"));
+}
+
+TEST(ErrorEcho, comparesWholeLines) {
+    ErrorEcho echo;
+    echo.shown("not found");
+    EXPECT_FALSE(echo.repeats("found"));
+    EXPECT_FALSE(echo.repeats("not"));
+    EXPECT_FALSE(echo.repeats(""));
+    EXPECT_TRUE(echo.repeats("not found"));
+}
+
+TEST(ErrorEcho, textMayHaveLineFeedsOrBeEmpty) {
+    ErrorEcho echo;
+    echo.shown("two");
+    echo.shown("lines");
+    echo.shown("");
+    EXPECT_TRUE(echo.repeats("two\nlines"));
+    EXPECT_TRUE(echo.repeats(""));
+    EXPECT_FALSE(echo.repeats(""));
+}
+
+TEST(ErrorEcho, replacesInvalidUtf8AsMessagesDo) {
+    ErrorEcho echo;
+    echo.shown("caf\xE9.xml");
+    EXPECT_TRUE(echo.repeats("caf\xEF\xBF\xBD.xml"));
+    // One mark for each byte of a surrogate, as the JSON library of the tool writes it.
+    echo.shown("\xED\xA0\x80");
+    EXPECT_TRUE(echo.repeats("\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"));
+}
+
+TEST(ErrorEcho, forgetsLinesBeforeRepeatedOne) {
+    ErrorEcho echo;
+    echo.shown("Conversion failed");
+    echo.shown("a");
+    EXPECT_TRUE(echo.repeats("a"));
+    EXPECT_FALSE(echo.repeats("Conversion failed"));
+}
+
+TEST(ErrorEcho, forgetsOldestLinesFirst) {
+    ErrorEcho echo;
+    echo.shown("old");
+    const std::string line(1000, 'x');
+    for (int i = 0; i < 5000; ++i) {
+        echo.shown(line);
+    }
+    echo.shown("new");
+    EXPECT_FALSE(echo.repeats("old"));
+    EXPECT_TRUE(echo.repeats("new"));
 }
 
 } // namespace vadelwatch

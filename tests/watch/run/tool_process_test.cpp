@@ -103,7 +103,7 @@ void terminateBesideTool(const std::string& script, bool waitsForEnd) {
 
 } // namespace
 
-TEST(ToolProcess, channelAndConsoleAreKeptApart) {
+TEST(ToolProcess, separatesChannelAndConsole) {
     ToolProcess process;
     ASSERT_EQ(0, startScript(process, "echo message >&3; echo console; echo error >&2; exit 1"));
     EXPECT_EQ("message\n", readAll(process.channel()));
@@ -112,7 +112,7 @@ TEST(ToolProcess, channelAndConsoleAreKeptApart) {
     EXPECT_FALSE(process.pollEnd());
 }
 
-TEST(ToolProcess, noDescriptorOfOursIsInherited) {
+TEST(ToolProcess, inheritsNoOtherDescriptor) {
     const std::string listPipes = "for fd in /proc/self/fd/*; do [ -p $fd ] && echo ${fd##*/}; done; true";
     std::string before;
     {
@@ -132,7 +132,7 @@ TEST(ToolProcess, noDescriptorOfOursIsInherited) {
     EXPECT_EQ((ToolEnd{0, SIGKILL}), endOf(other));
 }
 
-TEST(ToolProcess, signalsActOnItThoughTheyWaitForUs) {
+TEST(ToolProcess, signalsBlockedHereReachTheTool) {
     sigset_t blocked;
     sigset_t former;
     sigemptyset(&blocked);
@@ -147,7 +147,7 @@ TEST(ToolProcess, signalsActOnItThoughTheyWaitForUs) {
     process.forward(SIGTERM);
 }
 
-TEST(ToolProcess, whatCannotBeStartedSaysWhy) {
+TEST(ToolProcess, startReturnsErrno) {
     const TemporaryDirectory directory;
     EXPECT_EQ(ENOENT, ToolProcess().start(directory.pathOf("none"), {}));
     const std::string plain = directory.write("plain", "text");
@@ -156,7 +156,7 @@ TEST(ToolProcess, whatCannotBeStartedSaysWhy) {
     EXPECT_EQ(EACCES, ToolProcess().start(directory.path(), {}));
 }
 
-TEST(ToolProcess, withoutDescriptorsThatIsSaid) {
+TEST(ToolProcess, startFailsWithoutDescriptors) {
     const int lowest = dup(STDIN_FILENO);
     close(lowest);
     // From too few for a pipe to too few for the last of four ends, which all go to numbers from ten on.
@@ -170,7 +170,7 @@ TEST(ToolProcess, withoutDescriptorsThatIsSaid) {
     EXPECT_EQ(lowest, next);
 }
 
-TEST(ToolProcess, isEndedAndWaitedForWhenNobodyWatchesItAnyMore) {
+TEST(ToolProcess, destructorEndsTool) {
     int channel = -1;
     {
         ToolProcess process;
@@ -183,7 +183,7 @@ TEST(ToolProcess, isEndedAndWaitedForWhenNobodyWatchesItAnyMore) {
     EXPECT_EQ(ECHILD, errno);
 }
 
-TEST(ToolProcess, anInterruptedWaitGoesOn) {
+TEST(ToolProcess, continuesInterruptedWait) {
     const Disposition alarm(SIGALRM, [](int) {});
     {
         ToolProcess process;
@@ -200,13 +200,13 @@ TEST(ToolProcess, anInterruptedWaitGoesOn) {
     EXPECT_EQ(ECHILD, errno);
 }
 
-TEST(ToolProcess, childrenThatVanishAreNotWaitedForForEver) {
+TEST(ToolProcess, lostStatusIsNotWaitedFor) {
     const Disposition vanishing(SIGCHLD, SIG_IGN);
     ToolProcess process;
     ASSERT_EQ(0, startScript(process, "exec sleep 60"));
 }
 
-TEST(ToolProcessDeathTest, anAbnormalEndOfOursIsItsEndToo) {
+TEST(ToolProcessDeathTest, abnormalEndOfProcessEndsTool) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(terminateBesideTool("exec sleep 60", false), testing::ExitedWithCode(noChildLeft), "");
     EXPECT_EXIT(terminateBesideTool("true", true), testing::ExitedWithCode(noChildLeft), "");

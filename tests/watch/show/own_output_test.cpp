@@ -1,18 +1,24 @@
 #include "watch/show/own_output.hpp"
 
+#include "app/standard_descriptors.hpp"
+#include "watch/run/run_signals.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
+#include <poll.h>
 #include <string>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace vadelwatch {
 
@@ -22,7 +28,7 @@ namespace {
 class BlockingPipe {
 public:
     BlockingPipe() {
-        guardOwnOutput();
+        vadelclip::guardStandardDescriptors();
         EXPECT_EQ(0, pipe2(ends.data(), O_CLOEXEC));
     }
     BlockingPipe(const BlockingPipe&) = delete;
@@ -86,75 +92,95 @@ double secondsOf(const std::function<void()>& action) {
 
 } // namespace
 
-TEST(OwnOutput, aReaderThatDoesNotReadIsNotWaitedFor) {
+TEST(OwnOutput, keepDoesNotWaitForReader) {
     const BlockingPipe pipe;
-    OwnOutput output(pipe.writing());
     const std::string text = countedText(100000);
-    output.keep(text);
-    EXPECT_EQ(pipe.writing(), output.waitingDescriptor());
-    // The pipe has room, so the write is begun; it would last for ever.
-    EXPECT_LT(secondsOf([&output] { output.writeWhatFits(); }), 2.0);
-    const std::size_t waiting = output.waitingBytes();
-    EXPECT_GT(waiting, 0U);
-    EXPECT_LT(waiting, text.size());
-    output.writeWhatFits();
-    EXPECT_EQ(waiting, output.waitingBytes());
+    OwnOutput output(pipe.writing());
+    EXPECT_LT(secondsOf([&output, &text] { output.keep(text); }), 2.0);
+    EXPECT_EQ(text.size(), output.waitingBytes());
+    EXPECT_TRUE(text == pipe.read(text.size()));
 }
 
-TEST(OwnOutput, whatWaitsIsWrittenInItsOrderAndOnce) {
+TEST(OwnOutput, writesKeptTextsOnceAndInOrder) {
     const BlockingPipe pipe;
-    OwnOutput output(pipe.writing());
     const std::string text = countedText(100000);
+    OwnOutput output(pipe.writing());
     std::string received;
-    std::size_t given = 0;
-    while (received.size() < text.size()) {
-        const std::size_t piece = std::min<std::size_t>(50000, text.size() - given);
-        output.keep(text.substr(given, piece));
-        given += piece;
-        output.writeWhatFits();
-        received += pipe.read(std::min<std::size_t>(10000, given - output.waitingBytes() - received.size()));
+    for (std::size_t given = 0; given < text.size(); given += 50000) {
+        output.keep(text.substr(given, 50000));
+        received += pipe.read(10000);
     }
+    received += pipe.read(text.size() - received.size());
     EXPECT_TRUE(text == received);
+    output.write({});
     EXPECT_EQ(0U, output.waitingBytes());
-    EXPECT_EQ(-1, output.waitingDescriptor());
 }
 
-TEST(OwnOutput, aWriteWaitsForASlowReaderAndComesBehindWhatWasKept) {
-    for (const bool blocking : {true, false}) {
+TEST(OwnOutput, writeWaitsForSlowReaderAndFollowsKeptText) {
+    struct Case {
+        bool blockingPipe;
+        bool keepsFirst;
+    };
+    for (const Case& each : {Case{true, true}, Case{false, true}, Case{true, false}, Case{false, false}}) {
         const BlockingPipe pipe;
-        fcntl(pipe.writing(), F_SETFL, O_WRONLY | (blocking ? 0 : O_NONBLOCK));
+        fcntl(pipe.writing(), F_SETFL, O_WRONLY | (each.blockingPipe ? 0 : O_NONBLOCK));
         OwnOutput output(pipe.writing());
         const std::string text = countedText(100000);
         std::string received;
         std::thread reader([&pipe, &received, &text] {
-            // Slow for certain: it begins once the writer, the first thread of the process, has found the pipe full.
+            // Slow for certain: it begins when the first thread of the process waits.
             while (stateOfFirstThread() != 'S') {
                 std::this_thread::yield();
             }
             received = pipe.read(text.size() + 4);
         });
-        output.keep(text);
-        output.write("end\n");
+        if (each.keepsFirst) {
+            output.keep(text);
+            output.write("end\n");
+        } else {
+            output.write(text + "end\n");
+        }
+        EXPECT_EQ(0U, output.waitingBytes());
         reader.join();
         EXPECT_TRUE(text + "end\n" == received);
         EXPECT_EQ(0, output.failure());
     }
 }
 
-TEST(OwnOutput, aReaderThatWentAwayIsTheEndOfIt) {
+TEST(OwnOutput, signalsReachTheCallerWhileThreadIsBlocked) {
+    const RunSignals signals;
+    const BlockingPipe pipe;
+    const std::string text = countedText(100000);
+    OwnOutput output(pipe.writing());
+    output.keep(text);
+    // Would end the process if the thread received it.
+    ASSERT_EQ(0, kill(getpid(), SIGTERM));
+    pollfd state{signals.descriptor(), POLLIN, 0};
+    EXPECT_EQ(1, poll(&state, 1, 10000));
+    EXPECT_EQ(std::vector<int>{SIGTERM}, signals.take());
+    EXPECT_TRUE(text == pipe.read(text.size()));
+}
+
+TEST(OwnOutput, destructorWritesKeptText) {
+    const BlockingPipe pipe;
+    OwnOutput(pipe.writing()).keep("a");
+    EXPECT_EQ("a", pipe.read(1));
+}
+
+TEST(OwnOutput, dropsTextsAfterReaderHasGone) {
     BlockingPipe pipe;
     pipe.closeReading();
     OwnOutput output(pipe.writing());
     output.keep("a");
-    output.writeWhatFits();
+    output.write("b");
     EXPECT_EQ(EPIPE, output.failure());
     EXPECT_TRUE(output.readerHasGone());
-    output.write("b");
+    output.keep("c");
     EXPECT_EQ(0U, output.waitingBytes());
 }
 
-TEST(OwnOutput, aTerminalThatWasClosedHasNoReaderAnyMore) {
-    guardOwnOutput();
+TEST(OwnOutput, closedTerminalHasNoReader) {
+    vadelclip::guardStandardDescriptors();
     const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_NE(-1, master);
     ASSERT_EQ(0, grantpt(master));
@@ -169,8 +195,8 @@ TEST(OwnOutput, aTerminalThatWasClosedHasNoReaderAnyMore) {
     close(terminal);
 }
 
-TEST(OwnOutput, theFirstFailureIsRemembered) {
-    guardOwnOutput();
+TEST(OwnOutput, remembersFirstFailure) {
+    vadelclip::guardStandardDescriptors();
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     ASSERT_NE(-1, full);
     OwnOutput output(full);
@@ -182,7 +208,7 @@ TEST(OwnOutput, theFirstFailureIsRemembered) {
     EXPECT_EQ(ENOSPC, output.failure());
 }
 
-TEST(OwnOutput, withoutADescriptorEverythingIsDropped) {
+TEST(OwnOutput, dropsEveryTextWithoutDescriptor) {
     OwnOutput output(-1);
     output.keep("a");
     output.write("b");

@@ -1,5 +1,5 @@
 #include "watch/show/progress_line.hpp"
-#include "watch/show/utf8_character.hpp"
+#include "watch/show/shown_name.hpp"
 
 #include "support/german_messages.hpp"
 

@@ -50,4 +50,14 @@ TEST(ShownName, charactersThatTurnTextAreShownAsNumbers) {
     }
 }
 
+TEST(ColumnsOf, countsCharactersAndNotBytes) {
+    EXPECT_EQ(columnsOf(""), 0U);
+    EXPECT_EQ(columnsOf("Elevation"), 9U);
+    EXPECT_EQ(columnsOf("Höhe"), 4U);
+    EXPECT_EQ(columnsOf("█▏ 12 %"), 7U);
+    EXPECT_EQ(columnsOf("\U0001F5FA"), 1U);
+    // Bytes that are not UTF-8 do not matter to the rest.
+    EXPECT_EQ(columnsOf("caf\xE9"), 4U);
+}
+
 } // namespace vadelwatch
