@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Prints the time of the sources, in seconds since 1970, for whatever is built to be handed out: what SOURCE_DATE_EPOCH
-# says; or the time of the last commit; or, in an unpacked source archive or without git, the time of the files, which is that of the commit in an archive.
+# says; or the time of the last commit; or, without git, the time of the files, which in a source archive is that commit's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/no-arguments.sh

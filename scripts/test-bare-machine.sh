@@ -28,27 +28,28 @@ make_fresh_debian "$work/fresh" "$work/log"
 git archive --prefix=vadelclip/ --output="$work/vadelclip.tar" HEAD
 
 # run <command> <user>
+# Each step returns its failure, because bash ignores "set -e" in a function that is called in a condition.
 run() {
   local system=$work/system home=/root as=()
-  cp -a "$work/fresh" "$system"
+  rm -rf --one-file-system "$system"
+  cp -a "$work/fresh" "$system" || return
   if [ "$2" = sudo ]; then
     in_system "$system" sh -ec 'apt-get update -qq; apt-get install -y -qq --no-install-recommends sudo
-      useradd --create-home --shell /bin/bash builder; echo "builder ALL=(ALL) NOPASSWD: ALL" >/etc/sudoers.d/builder' \
-      >"$work/log" 2>&1 </dev/null || { tail -n 20 "$work/log" >&2; return 1; }
+      useradd --create-home --shell /bin/bash builder; echo "builder ALL=(ALL) NOPASSWD: ALL" >/etc/sudoers.d/builder' || return
     home=/home/builder
-    as=(setpriv --reuid=builder --regid=builder --init-groups --reset-env)
+    as=(setpriv --reuid=builder --regid=builder --init-groups)
   fi
-  tar -xf "$work/vadelclip.tar" -C "$system$home"
-  [ "$2" = root ] || in_system "$system" chown -R builder: "$home"
-  in_system "$system" "${as[@]}" env -C "$home/vadelclip" "scripts/$1" </dev/null
-  rm -rf --one-file-system "$system"
+  tar -xf "$work/vadelclip.tar" -C "$system$home" || return
+  [ "$2" = root ] || in_system "$system" chown -R builder: "$home" || return
+  # Nothing of this machine's environment, so that the command has to do all of its set-up.
+  in_system "$system" "${as[@]}" env -i -C "$home/vadelclip" HOME="$home" PATH=/usr/sbin:/usr/bin:/sbin:/bin "scripts/$1"
 }
 
 for command in "${commands[@]}"; do
   for user in "${users[@]}"; do
     log=build/bare-machine-$command-$user.log
     started=$SECONDS
-    if ! run "$command" "$user" >"$log" 2>&1; then
+    if ! run "$command" "$user" >"$log" 2>&1 </dev/null; then
       tail -n 60 "$log"
       echo "scripts/$command fails as $user; the whole output is $log" >&2
       exit 1

@@ -41,6 +41,8 @@ FAILED_GERMAN = "Das Zuschneiden der Höhendaten auf die Modellgrenzen ist fehlg
 
 @unittest.skipIf(SANITIZED, "the test has a sanitized build of its own")
 class ExternalProcessMessage(unittest.TestCase):
+    maxDiff = None  # shows the whole report of the sanitizer
+
     @classmethod
     def setUpClass(cls):
         cls.directory = tempfile.mkdtemp(prefix="vadelclip-")
