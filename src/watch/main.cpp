@@ -1,5 +1,5 @@
 /// \file
-/// Vadelwatch: the controlling process for people. It starts the tool beside it and shows what the tool does.
+/// Vadelwatch starts the tool that is in its own directory, and shows its progress, errors and result.
 
 #include "app/standard_descriptors.hpp"
 #include "watch/exit_status.hpp"

@@ -2,7 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #include "watch/map/picture.hpp"
-#include "watch/show/shown_name.hpp"
+#include "watch/show/messages.hpp"
 
 #include <CLI/CLI.hpp>
 #include <boost/filesystem/path.hpp>

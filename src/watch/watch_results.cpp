@@ -14,15 +14,15 @@ namespace vadelwatch {
 
 namespace {
 
-/// One of our own files is missing or not whole. What is wrong with the run itself goes first.
-void tellFailure(WatchContext& watch, RunSummary& summary, const std::string& sentence) {
-    sayLines(watch, {sentence});
+/// Reports that one of our own files is missing or incomplete. The status of a failed run stays.
+void reportFailure(WatchContext& watch, RunSummary& summary, const std::string& text) {
+    writeErrors(watch, {text});
     if (summary.exitStatus == finishedStatus) {
         summary.exitStatus = usageErrorStatus;
     }
 }
 
-/// Columns for the summary: those of the terminal, or as many as it likes.
+/// Returns the columns of the terminal. Without a terminal they are unlimited.
 std::size_t summaryColumns() {
     constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
     const int columns = isatty(STDOUT_FILENO) == 1 ? terminalColumns(STDOUT_FILENO) : 0;
@@ -31,7 +31,7 @@ std::size_t summaryColumns() {
 
 } // namespace
 
-void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
+void writeErrors(WatchContext& watch, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) {
         watch.errors.write(line + "\n");
     }
@@ -40,8 +40,8 @@ void sayLines(WatchContext& watch, const std::vector<std::string>& lines) {
 void closeLog(WatchContext& watch, RunSummary& summary) {
     const int error = watch.log.close();
     if (error != 0) {
-        tellFailure(watch, summary,
-                    formatMessage("Vadelwatch: cannot write {0}: {1}", watch.options.logPath, std::strerror(error)));
+        reportFailure(watch, summary,
+                      formatMessage("Vadelwatch: cannot write {0}: {1}", watch.options.logPath, std::strerror(error)));
     }
 }
 
@@ -54,11 +54,11 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         problem = drawMap(
             {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
     } catch (const std::exception& error) {
-        // Of missing memory, say. The run itself is over and has been summed up.
+        // For example without memory. The run itself has finished.
         problem = formatMessage("The map {0} cannot be drawn: {1}.", watch.options.mapPath, error.what());
     }
     if (!problem.empty()) {
-        tellFailure(watch, summary, "Vadelwatch: " + problem);
+        reportFailure(watch, summary, "Vadelwatch: " + problem);
     }
 }
 
@@ -69,8 +69,9 @@ void printSummary(WatchContext& watch, RunSummary& summary) {
         watch.output.write(summaryText(summary, summaryColumns()));
     }
     if (watch.output.failure() != 0 && !watch.output.readerHasGone()) {
-        tellFailure(watch, summary,
-                    formatMessage("Vadelwatch: cannot write the summary: {0}", std::strerror(watch.output.failure())));
+        reportFailure(
+            watch, summary,
+            formatMessage("Vadelwatch: cannot write the summary: {0}", std::strerror(watch.output.failure())));
     }
 }
 

@@ -1,28 +1,46 @@
 /// \file
-/// What is written when a run is over: words about it, the log, the map, the summary. Signals act on the process again by
-/// then, so all of it may wait for a reader.
+/// What is written after a run: lines about it, the log, the map, the summary. Signals end the process again by then, so all
+/// of it may wait for a reader.
 #pragma once
 
+#include "watch/check/message_log.hpp"
+#include "watch/check/node_files.hpp"
+#include "watch/show/own_output.hpp"
 #include "watch/show/run_summary.hpp"
-#include "watch/watch_context.hpp"
+#include "watch/watch_options.hpp"
 
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace vadelwatch {
 
+/// What the steps of one watched run share.
+struct WatchContext {
+    /// The options must outlive it.
+    explicit WatchContext(const WatchOptions& watchOptions)
+        : options(watchOptions), directories(runDirectories(watchOptions)) {}
+
+    const WatchOptions& options;
+    RunDirectories directories;
+    OwnOutput output{STDOUT_FILENO};
+    OwnOutput errors{STDERR_FILENO};
+    MessageLog log;
+    NodeLineCount lineCount;
+};
+
 /// Writes lines to standard error.
-void sayLines(WatchContext& watch, const std::vector<std::string>& lines);
+void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 
-// Each of these says so if it fails, and turns the status of a finished run into that of a file that cannot be written.
+// Each of the following functions reports its failure, and then turns the status of a finished run into `usageErrorStatus`.
 
-/// Writes what is left of the log.
+/// Writes the rest of the log.
 void closeLog(WatchContext& watch, RunSummary& summary);
 
-/// Draws the map of a finished run, if it is wanted.
+/// Draws the map of a finished run, if the options have one.
 void drawWantedMap(WatchContext& watch, RunSummary& summary);
 
-/// Prints the summary in the form that is wanted, if one is. A reader that has gone is no failure: it did not want it.
+/// Prints the summary as the options say. A reader that has gone is not a failure.
 void printSummary(WatchContext& watch, RunSummary& summary);
 
 } // namespace vadelwatch

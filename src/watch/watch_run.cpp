@@ -3,14 +3,12 @@
 #include "watch/check/output_check.hpp"
 #include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
-#include "watch/run/run_ending.hpp"
 #include "watch/run/run_signals.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 #include "watch/show/run_summary.hpp"
-#include "watch/watch_context.hpp"
 #include "watch/watch_results.hpp"
 
 #include <cstring>
@@ -23,7 +21,7 @@ namespace vadelwatch {
 
 namespace {
 
-/// Returns why a file of our own must not be written there, whatever the system says. Empty if nothing prevents it.
+/// Returns the reason if a file of our own must not be written to this path, because the run uses it. Otherwise empty.
 std::string whyNotThere(const WatchContext& watch, const std::string& path) {
     if (isInputOfRun(path, watch.directories.input, watch.options.boundaryFilePath)) {
         return translateMessage("the run reads it");
@@ -34,7 +32,9 @@ std::string whyNotThere(const WatchContext& watch, const std::string& path) {
     return {};
 }
 
-/// Says that one of our own files cannot be written.
+/// Reports that one of our own files cannot be written.
+///
+/// @return false.
 bool refuse(WatchContext& watch, const std::string& path, const std::string& reason) {
     watch.errors.write(formatMessage("Vadelwatch: cannot write {0}: {1}", path, reason) + "\n");
     return false;
@@ -67,18 +67,17 @@ bool prepareLog(WatchContext& watch, const std::string& log) {
     return true;
 }
 
-/// Looks at the map and opens the log before the run, so that nobody waits for an hour to hear that they have nowhere to
-/// go. The log comes last: opening it empties what stood there.
+/// Checks the map path and opens the log before the run starts, so that a bad path fails at once. The log is last, because
+/// opening it empties the file.
 ///
-/// @return false, and says so, if one of them cannot be written, or would take the place of something of the run or of
-///         the other.
+/// @return false after a report, if one of them cannot be written, or would replace a file of the run or the other one.
 bool prepareFiles(WatchContext& watch) {
     const std::string& map = watch.options.mapPath;
     const std::string& log = watch.options.logPath;
     return (map.empty() || prepareMap(watch, map)) && (log.empty() || prepareLog(watch, log));
 }
 
-/// @return false, with words about it kept, if it cannot be started.
+/// @return false after a report, if the tool cannot be started.
 bool startTool(WatchContext& watch, ToolProcess& tool) {
     const std::string program = toolPathBesideExecutable();
     if (program.empty()) {
@@ -93,10 +92,10 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
     return true;
 }
 
-/// The run itself. Texts are only kept here and not waited for, because signals end this process only after the run.
+/// Starts the tool and watches it until it ends. Never waits for a reader of the output, because signals do not end this
+/// process meanwhile.
 ///
-/// @return false, with words about it kept, if the tool could not be started or not be watched to its end. It is not
-///         running then.
+/// @return false after a report, if the tool could not be started or not be watched to its end. It is not running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
     const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
@@ -134,9 +133,9 @@ RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
     return summary;
 }
 
-/// Adds to the summary what is only to be known after a finished run.
+/// Checks the output of a finished run and completes the summary.
 ///
-/// @return lines that say what does not add up.
+/// @return lines about the difference, none if everything adds up.
 std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
     watch.lineCount.wait();
     const OutputCheck check = checkOutput(watch.directories.output);
@@ -170,15 +169,15 @@ int watchRun(const WatchOptions& options) {
         printSummary(watch, summary);
         return summary.exitStatus;
     }
-    sayLines(watch, endingLines(record, watch.directories.output));
+    writeErrors(watch, endingLines(record, watch.directories.output));
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
     }
     closeLog(watch, summary);
     printSummary(watch, summary);
-    sayLines(watch, difference);
-    // Last of all: it takes the longest and the most memory, and whatever becomes of it, the rest has been said.
+    writeErrors(watch, difference);
+    // Last, because it needs the most time and memory: if it fails, everything else is written.
     if (summary.finished) {
         drawWantedMap(watch, summary);
     }

@@ -1,13 +1,13 @@
 /// \file
-/// A watched run from the start of the tool to the exit status, one line for each step.
+/// One watched run, from the start of the tool to the exit status.
 #pragma once
 
 #include "watch/watch_options.hpp"
 
 namespace vadelwatch {
 
-/// Starts the tool, watches it, sums up and checks. Errors and progress go to standard error, the summary to standard
-/// output.
+/// Starts the tool, watches it, checks its output and prints the summary. Errors and progress go to standard error, the
+/// summary to standard output.
 ///
 /// @return the exit status, see exit_status.hpp.
 int watchRun(const WatchOptions& options);

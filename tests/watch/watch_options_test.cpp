@@ -89,7 +89,7 @@ TEST(WatchOptions, flagsMayBeSwitchedOff) {
     EXPECT_TRUE(outcome.options->json);
 }
 
-TEST(WatchOptions, errorsShowControlCharactersAsNumbers) {
+TEST(WatchOptions, errorsEscapeControlCharacters) {
     EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\nRun with --help for more information.\n",
               read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
 }

@@ -1,10 +1,16 @@
 #include "watch/check/output_check.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace vadelwatch {
 
@@ -22,7 +28,7 @@ OutputCondition conditionOf(const LineCount& count) {
     return count.nodeLines() == 0 ? OutputCondition::withoutNode : OutputCondition::whole;
 }
 
-OutputFile lookAtOutput(const fs::path& path) {
+OutputFile checkFile(const fs::path& path) {
     OutputFile file{path.filename().string(), 0, OutputCondition::whole};
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
@@ -39,7 +45,7 @@ OutputFile lookAtOutput(const fs::path& path) {
     return file;
 }
 
-/// A decimal number and a line feed, and nothing else.
+/// Reads the number if the file contains a decimal number, a line feed and nothing else.
 std::optional<std::int64_t> readNodeCount(const fs::path& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
@@ -73,7 +79,7 @@ OutputCheck checkOutput(const std::string& outputDirectory) {
         if (fs::is_directory(entry->path(), ignored)) {
             check.directories.push_back(entry->path().filename().string());
         } else if (entry->path().filename() != nodeCountName) {
-            check.files.push_back(lookAtOutput(entry->path()));
+            check.files.push_back(checkFile(entry->path()));
             check.nodeLines += check.files.back().nodeLines;
         }
     }
@@ -86,6 +92,34 @@ OutputCheck checkOutput(const std::string& outputDirectory) {
     check.addsUp = !error && check.nodeCount && check.missingNodes() == 0 &&
                    std::all_of(check.files.begin(), check.files.end(), countedInFull);
     return check;
+}
+
+bool isOutOfSpace(const struct statvfs& fileSystem) {
+    return fileSystem.f_blocks > 0 && fileSystem.f_bavail == 0;
+}
+
+bool isOutOfInodes(const struct statvfs& fileSystem) {
+    return fileSystem.f_files > 0 && (fileSystem.f_favail == 0 || fileSystem.f_ffree == 0);
+}
+
+void addObstacles(const std::string& directory, std::vector<std::string>& lines) {
+    struct statvfs fileSystem {};
+    struct stat status {};
+    if (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
+        statvfs(directory.c_str(), &fileSystem) != 0) {
+        return;
+    }
+    if (isOutOfSpace(fileSystem)) {
+        lines.push_back(formatMessage("No space is left on the file system of {0}.", directory));
+    }
+    if (isOutOfInodes(fileSystem)) {
+        lines.push_back(
+            formatMessage("No inode is left on the file system of {0}, so no file can be made there.", directory));
+    }
+    // With the effective rights: files are made with these.
+    if (faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+        lines.push_back(formatMessage("No file can be made in {0}: {1}", directory, std::strerror(errno)));
+    }
 }
 
 } // namespace vadelwatch

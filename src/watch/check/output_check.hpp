@@ -1,25 +1,27 @@
 /// \file
-/// The check that the tool by design does not make: whether the lines of its output add up to the count it wrote.
+/// Checks what the tool by design does not: that the lines of its output files add up to the count that it wrote.
 #pragma once
 
 #include "watch/check/node_files.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <sys/statvfs.h>
 #include <system_error>
 #include <vector>
 
 namespace vadelwatch {
 
-/// The file in the output directory that has the number of kept lines.
+/// The file in the output directory with the number of kept lines.
 inline constexpr const char* nodeCountName = "total_node_count.txt";
 
 enum class OutputCondition {
     whole,
     empty,       ///< Not even a header.
-    cut,         ///< The last line has no line feed, which the tool never leaves out.
-    withoutNode, ///< A header alone; the tool removes such files.
+    cut,         ///< The last line has no line feed. The tool always writes it.
+    withoutNode, ///< Only a header. The tool removes such files.
     unreadable,
     notRegular
 };
@@ -31,32 +33,41 @@ struct OutputFile {
 };
 
 struct OutputCheck {
-    std::error_code directoryError;        ///< Why the directory cannot be read, if so; then files may be missing here.
-    std::vector<OutputFile> files;         ///< By name; `total_node_count.txt` is not among them.
+    std::error_code directoryError;        ///< Set if the directory cannot be read; then files may be missing here.
+    std::vector<OutputFile> files;         ///< Sorted by name, without `total_node_count.txt`.
     std::vector<std::string> directories;  ///< Names of the directories in it.
     std::uint64_t nodeLines = 0;           ///< Of all files.
     bool hasNodeCountFile = false;         ///< `total_node_count.txt` exists.
-    std::optional<std::int64_t> nodeCount; ///< What it says, if it says anything.
+    std::optional<std::int64_t> nodeCount; ///< The number in `total_node_count.txt`, if it contains one.
     bool addsUp = false;
 
-    /// How much the count says beyond the lines that are there. Negative if there are more lines. Both sides are seen as
-    /// the 32-bit numbers that the tool counts with.
+    /// Returns how many lines are missing, negative if there are too many. Compares 32-bit numbers, because the tool counts
+    /// with them.
     std::int64_t missingNodes() const;
 };
 
-/// Reads every file of a finished output directory once. Directories in it are not looked into.
+/// Reads every file of a finished output directory once, but not the directories in it.
 OutputCheck checkOutput(const std::string& outputDirectory);
 
-/// What is known about a difference besides the output itself.
+/// What is known about a difference besides the output.
 struct RunEvidence {
     const NodeFiles& nodeFiles;  ///< As they were when the run began.
-    std::size_t rejectedHeaders; ///< Errors of a finished run; that is all a finished run reports.
+    std::size_t rejectedHeaders; ///< The number of errors: a finished run reports no others.
     std::string outputDirectory;
 };
 
-/// Says which and how much, line by line: first the difference, then every file that may account for it.
+/// Describes the difference: first its size, then one line for every file that may explain it.
 ///
 /// @return nothing if everything adds up.
 std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence);
+
+/// Returns true if no space is left. A file system that does not count its blocks is never full.
+bool isOutOfSpace(const struct statvfs& fileSystem);
+
+/// Returns true if no inode is left for a new file. Some file systems do not count inodes and report 0 of 0.
+bool isOutOfInodes(const struct statvfs& fileSystem);
+
+/// Adds a line for everything that prevents new files in a directory now.
+void addObstacles(const std::string& directory, std::vector<std::string>& lines);
 
 } // namespace vadelwatch

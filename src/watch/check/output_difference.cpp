@@ -1,8 +1,6 @@
 #include "watch/check/output_check.hpp"
 
-#include "watch/check/output_place.hpp"
 #include "watch/show/messages.hpp"
-#include "watch/show/numbers.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,8 +10,8 @@ namespace vadelwatch {
 
 namespace {
 
-/// More node files without an output are counted and not named: in a large survey clipped to a small area, most of them
-/// rightly have none.
+/// Further node files without an output are counted and not named: in a large survey that is clipped to a small area, most of
+/// them have none.
 constexpr std::size_t maxNamed = 20;
 
 std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory) {
@@ -49,7 +47,7 @@ std::string differenceLine(const OutputCheck& check, const std::string& outputDi
                          found, count, difference);
 }
 
-/// What is wrong with a file in itself; empty for a whole one.
+/// Returns what is wrong with a file; empty for a whole one.
 std::string conditionLine(const OutputFile& file) {
     switch (file.condition) {
     case OutputCondition::empty:
@@ -92,7 +90,7 @@ void addInputs(const NodeFiles& nodeFiles, std::vector<std::string>& lines) {
     }
 }
 
-/// The names that output files may have. Empty if nothing is known of the input.
+/// Returns the names that output files may have. Empty if the input is unknown.
 std::set<std::string> expectedNames(const NodeFiles& nodeFiles) {
     std::set<std::string> names(nodeFiles.unread.begin(), nodeFiles.unread.end());
     for (const NodeFile& file : nodeFiles.files) {
@@ -101,7 +99,7 @@ std::set<std::string> expectedNames(const NodeFiles& nodeFiles) {
     return names;
 }
 
-/// The expected names at which nothing stands in the output directory, by name.
+/// Returns the expected names that are not in the output directory, sorted.
 std::vector<std::string> missingNames(const OutputCheck& check, const std::set<std::string>& expected) {
     std::set<std::string> missing = expected;
     for (const OutputFile& file : check.files) {
@@ -110,7 +108,7 @@ std::vector<std::string> missingNames(const OutputCheck& check, const std::set<s
     for (const std::string& name : check.directories) {
         missing.erase(name);
     }
-    // What stands there is the count, whatever the output was.
+    // This file is the count in any case.
     missing.erase(nodeCountName);
     return {missing.begin(), missing.end()};
 }
@@ -127,7 +125,7 @@ void addMissing(const std::vector<std::string>& missing, std::vector<std::string
     }
 }
 
-/// Directories where the tool could not make its files.
+/// Names directories that have the place of an output file.
 void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, std::vector<std::string>& lines) {
     for (const std::string& name : check.directories) {
         if (name == nodeCountName || expected.contains(name)) {
@@ -160,7 +158,7 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
         addFilesWithoutInput(check, expected, details);
         missing = missingNames(check, expected);
     }
-    // Without a count, nothing says that one of them lacks its output wrongly.
+    // Without a count it is unknown if output is missing.
     if (check.nodeCount && check.missingNodes() > 0) {
         addMissing(missing, details);
     }
@@ -170,8 +168,8 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
                           std::to_string(evidence.rejectedHeaders)));
     }
     addInputs(evidence.nodeFiles, details);
-    addPlace(evidence.outputDirectory, details);
-    // Two numbers differ, and nothing accounts for it.
+    addObstacles(evidence.outputDirectory, details);
+    // Two numbers differ, and no reason was found.
     if (details.empty() && !check.directoryError && check.nodeCount && missing.empty()) {
         details.push_back(
             check.files.empty()

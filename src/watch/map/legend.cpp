@@ -2,7 +2,7 @@
 
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
-#include "watch/show/numbers.hpp"
+#include "watch/show/messages.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,6 @@
 #include "watch/map/legend_words.hpp"
 
 #include "watch/show/messages.hpp"
-#include "watch/show/numbers.hpp"
 
 namespace vadelwatch {
 

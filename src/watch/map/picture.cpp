@@ -11,7 +11,6 @@
 #include "watch/map/text.hpp"
 #include "watch/map/view.hpp"
 #include "watch/show/messages.hpp"
-#include "watch/show/numbers.hpp"
 
 #include <cerrno>
 #include <cmath>

@@ -9,7 +9,7 @@
 #include "watch/run/tool_process.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/show/progress_display.hpp"
-#include "watch/show/progress_measure.hpp"
+#include "watch/show/progress_line.hpp"
 
 #include <chrono>
 #include <cstddef>

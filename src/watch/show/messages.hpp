@@ -1,12 +1,14 @@
 /// \file
-/// Messages of Vadelwatch in the language of the tool. Help and usage errors stay English.
+/// Messages in the language of the tool, and names and numbers as people see them. Help and usage errors stay English.
 #pragma once
 
 #include "messages/translation.hpp"
-#include "watch/show/shown_name.hpp"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace vadelwatch {
 
@@ -20,11 +22,27 @@ using vadelclip::translateMessage;
 /// @param language the value of the tool's option "-lang="; without it the tool's default, German.
 void setUpMessages(const std::optional<std::string>& language);
 
+/// Returns a name that is safe to show on a terminal. Control characters, characters that change the direction of text, and
+/// bytes that are not UTF-8 are replaced by their bytes in hexadecimal, as in `\x1B`.
+std::string shownName(std::string_view name);
+
 /// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
 /// them.
 template <typename... Values>
 std::string formatMessage(const std::string& messageId, const Values&... values) {
     return vadelclip::formatMessage(messageId, shownName(values)...);
 }
+
+/// Returns the number of columns of a text in UTF-8 on a terminal. Every character counts as one column.
+std::size_t columnsOf(std::string_view text);
+
+/// Returns the decimal sign of the language: a point in English, a comma in German.
+char decimalSign();
+
+/// Returns the digits in groups of three, separated by spaces, which no language reads as a decimal sign.
+std::string groupedNumber(std::uint64_t number);
+
+/// Returns the number rounded to this many decimals, with the decimal sign of the language.
+std::string decimalNumber(double number, int decimals);
 
 } // namespace vadelwatch

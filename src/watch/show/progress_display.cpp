@@ -12,17 +12,17 @@ namespace {
 
 constexpr double secondsBetweenDrawings = 0.1;
 
-/// To the first column: the cursor stands there, unless something was typed, "^C" for instance.
+/// Moves to the first column. The cursor is there already, unless something was typed, for example "^C".
 constexpr std::string_view rowStart = "\r";
 constexpr std::string_view eraseToRowEnd = "\033[K";
 
-/// What a narrower window has moved to the next rows. In a window that cuts lines there is nothing to erase, and the
-/// last row of the screen has no next one: the cursor comes back from wherever it got to.
+/// Erases the rest of a bar that a narrower window has broken into several rows. Some terminals cut lines instead, and the last
+/// row of the screen has no row below, so the cursor position is saved and restored.
 std::string eraseRowsBelow(int rows) {
     if (rows <= 0) {
         return {};
     }
-    // Row by row: clearing all of the screen makes some terminals keep a copy of it.
+    // Row by row, because some terminals keep a copy of the screen when all of it is cleared.
     std::string sequence = "\0337";
     for (int row = 0; row < rows; ++row) {
         sequence += "\033[B\033[2K";
@@ -30,12 +30,12 @@ std::string eraseRowsBelow(int rows) {
     return sequence + "\0338";
 }
 
-/// Around a drawing: a line that turns out too long is cut at the edge and does not go on in the next row. Terminals may
-/// become narrower some time before they say so.
+/// Used around a drawing, so that a line that is too long is cut at the edge: a terminal may become narrower some time before
+/// it reports its new width.
 constexpr std::string_view wrappingOff = "\033[?7l";
 constexpr std::string_view wrappingOn = "\033[?7h";
 
-/// A value that is not empty, or nothing.
+/// Returns an empty text for a variable that is not set.
 std::string_view environmentValue(const char* name) {
     const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value == nullptr ? std::string_view() : std::string_view(value);
@@ -72,11 +72,11 @@ void ProgressDisplay::update(const ProgressFigures& figures, double now) {
 }
 
 void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
-    // One column stays free: many terminals go to the next line when the last one is filled.
+    // One column stays free, because many terminals start a new line when the last one is filled.
     const int columns = width();
     const std::string line = progressBarLine(figures, std::max(0, columns - 1), style);
-    // Drawn over the old one where that is as wide, so that nothing flickers.
-    const bool over = barStands && columns == drawnColumns;
+    // Drawn over an old bar of the same width, so that it does not flicker.
+    const bool over = isShown && columns == drawnColumns;
     if (over && line == drawnLine) {
         return;
     }
@@ -90,7 +90,7 @@ void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
          {rowStart, wrappingOff, std::string_view(line), eraseToRowEnd, rowStart, wrappingOn}) {
         pending += part;
     }
-    barStands = true;
+    isShown = true;
     drawnLine = line;
     drawnColumns = columns;
     lastDrawing = now;
@@ -107,12 +107,12 @@ void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
 }
 
 void ProgressDisplay::clear() {
-    if (barStands) {
+    if (isShown) {
         const int columns = width();
         pending += rowStart;
         pending += eraseToRowEnd;
         pending += eraseRowsBelow(columns > 0 ? (drawnColumns - 1) / columns : 0);
-        barStands = false;
+        isShown = false;
     }
 }
 

@@ -1,6 +1,5 @@
 /// \file
-/// What people see while a run goes on: a bar at the foot of the terminal, or a plain line every ten percent, and
-/// whole lines in between.
+/// Shows the progress of a run, as a bar at the bottom of the terminal or as a plain line every ten percent, and lines above it.
 #pragma once
 
 #include "watch/show/progress_line.hpp"
@@ -13,30 +12,29 @@ namespace vadelwatch {
 
 enum class ProgressMode { none, plain, bar };
 
-/// The bar is a single line, and the cursor stands at its beginning whenever nothing is being written. So it goes away
-/// without a trace, also where the terminal has broken it into two because the window became narrower.
+/// The bar is one line, and the cursor is at its start between drawings. So it can be erased completely, also after a narrower
+/// window has broken it into several rows.
 class ProgressDisplay {
 public:
     using Writer = std::function<void(std::string_view text)>;
     using Width = std::function<int()>;
 
-    /// @param writer takes what is to be seen.
-    /// @param width  gives the columns of the terminal; asked before each drawing and erasing.
+    /// @param writer receives the output.
+    /// @param width  returns the columns of the terminal. Called before each drawing and erasing.
     ProgressDisplay(ProgressMode mode, BarStyle style, Writer writer, Width width);
 
-    /// Shows a line above the bar. The bar comes back with the next `update`.
+    /// Shows a line above the bar. The next `update` draws the bar again.
     void showLine(std::string_view line);
 
-    /// Takes new figures, and shows them if it is time: the bar at most ten times a second, a plain line when another
-    /// ten percent are done.
+    /// Takes new figures. Draws the bar at most ten times a second, or a plain line when another ten percent are done.
     ///
     /// @param now seconds on a clock that only goes forward.
     void update(const ProgressFigures& figures, double now);
 
-    /// Removes the bar. It comes back with the next `update`.
+    /// Erases the bar. The next `update` draws it again.
     void clear();
 
-    /// Hands over what has been collected.
+    /// Passes the collected output to the writer.
     void flush();
 
 private:
@@ -48,21 +46,21 @@ private:
     Writer writer;
     Width width;
     std::string pending;     ///< Collected output.
-    bool barStands = false;  ///< The bar is to be seen, or will be with the collected output.
-    std::string drawnLine;   ///< The bar as it was drawn last,
-    int drawnColumns = 0;    ///< and the width of the terminal then.
+    bool isShown = false;    ///< The bar is visible after the collected output.
+    std::string drawnLine;   ///< The last drawing of the bar.
+    int drawnColumns = 0;    ///< The width of the terminal at that time.
     double lastDrawing = -1; ///< Time of the last drawing.
-    int shownTens = 0;       ///< Tens of percent that have had their plain line.
+    int shownTens = 0;       ///< Tens of percent of the last plain line.
 };
 
-/// How to show progress on a descriptor: as a bar on a terminal that can move its cursor, as plain lines otherwise.
+/// Returns how to show progress on a descriptor: a bar on a terminal that can move its cursor, otherwise plain lines.
 ProgressMode progressModeFor(int descriptor);
 
-/// Letters by the character set of the environment, colour unless NO_COLOR forbids it.
+/// Returns the letters that suit the character set of the environment, in colour unless NO_COLOR is set.
 BarStyle barStyleFromEnvironment();
 
-/// Columns of the terminal behind a descriptor; 80 where it does not say, 0 while the process is in the background,
-/// where it must not draw over what another program shows.
+/// Returns the columns of the terminal of a descriptor, 80 if they are unknown. Returns 0 for a process in the background,
+/// which must not draw over another program.
 int terminalColumns(int descriptor);
 
 } // namespace vadelwatch

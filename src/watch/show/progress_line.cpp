@@ -1,8 +1,6 @@
 #include "watch/show/progress_line.hpp"
 
 #include "watch/show/messages.hpp"
-#include "watch/show/numbers.hpp"
-#include "watch/show/shown_name.hpp"
 
 #include <fmt/format.h>
 
@@ -14,14 +12,17 @@ namespace vadelwatch {
 
 namespace {
 
-constexpr int narrowestBar = 10;
-constexpr int widestBar = 80;
+/// In less time than this, one report more or less changes the speed too much.
+constexpr double minMeasuredSeconds = 0.1;
 
-/// Between the leading blank, the bar and the figures.
+constexpr int minBarWidth = 10;
+constexpr int maxBarWidth = 80;
+
+/// The space before the bar and the one after it.
 constexpr int gaps = 2;
 
 std::string percentText(double percent) {
-    // Cut, as the tool does it: 100.0 is the end and nothing else.
+    // Rounded down, as in the tool: only the end is 100.0.
     return fmt::format("{:>5} %", decimalNumber(std::floor(percent * 10.0) / 10.0, 1));
 }
 
@@ -33,7 +34,9 @@ std::string remainingText(const std::optional<double>& seconds) {
     return seconds ? clockText(*seconds) : "-:--";
 }
 
-/// The figures behind the bar, from the most to the fewest words.
+/// Returns the figures after the bar.
+///
+/// @param detail 3 for all words, 0 for the percentage alone.
 std::string figuresText(const ProgressFigures& figures, int detail) {
     std::string percent = percentText(figures.percent);
     const std::string elapsed = clockText(figures.elapsedSeconds);
@@ -52,19 +55,12 @@ std::string figuresText(const ProgressFigures& figures, int detail) {
     }
 }
 
-std::string repeated(const char* letter, int times) {
-    std::string text;
-    for (int i = 0; i < times; ++i) {
-        text += letter;
-    }
-    return text;
-}
-
 std::string barText(double percent, int width, const BarStyle& style) {
     const bool drawn = style.letters == BarLetters::drawn;
     const int done = static_cast<int>(std::floor(percent / 100.0 * width));
-    const std::string doneText = repeated(drawn ? "━" : "=", done);
-    const std::string openText = repeated(drawn ? "─" : "-", width - done);
+    // An empty text, filled up to a width.
+    const std::string doneText = fmt::format(fmt::runtime(drawn ? "{:━<{}}" : "{:=<{}}"), "", done);
+    const std::string openText = fmt::format(fmt::runtime(drawn ? "{:─<{}}" : "{:-<{}}"), "", width - done);
     if (!style.colour) {
         return doneText + openText;
     }
@@ -72,6 +68,30 @@ std::string barText(double percent, int width, const BarStyle& style) {
 }
 
 } // namespace
+
+void ProgressMeasure::endOfReports(double seconds) {
+    if (!base && reported > 0.0) {
+        base = Base{seconds, reported};
+    }
+}
+
+ProgressFigures ProgressMeasure::figures(double seconds, std::optional<std::uint64_t> nodeLines) const {
+    ProgressFigures figures;
+    figures.percent = reported;
+    figures.elapsedSeconds = seconds;
+    if (reported >= 100.0) {
+        figures.remainingSeconds = 0.0;
+    }
+    if (!base || seconds - base->seconds < minMeasuredSeconds || !(reported > base->percent)) {
+        return figures;
+    }
+    const double secondsPerPercent = (seconds - base->seconds) / (reported - base->percent);
+    figures.remainingSeconds = secondsPerPercent * (100.0 - reported);
+    if (nodeLines) {
+        figures.linesPerSecond = static_cast<double>(*nodeLines) / 100.0 / secondsPerPercent;
+    }
+    return figures;
+}
 
 std::string clockText(double seconds) {
     const auto whole = static_cast<std::uint64_t>(std::clamp(seconds, 0.0, 1e15));
@@ -85,8 +105,8 @@ std::string clockText(double seconds) {
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style) {
     for (int detail = 3; detail >= 0; --detail) {
         const std::string text = figuresText(figures, detail);
-        const int barWidth = std::min(widestBar, columns - static_cast<int>(columnsOf(text)) - gaps);
-        if (barWidth >= (detail == 3 ? 2 * narrowestBar : narrowestBar)) {
+        const int barWidth = std::min(maxBarWidth, columns - static_cast<int>(columnsOf(text)) - gaps);
+        if (barWidth >= (detail == 3 ? 2 * minBarWidth : minBarWidth)) {
             return fmt::format(" {} {}", barText(figures.percent, barWidth, style), text);
         }
     }

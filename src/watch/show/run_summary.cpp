@@ -1,8 +1,6 @@
 #include "watch/show/run_summary.hpp"
 
 #include "watch/show/messages.hpp"
-#include "watch/show/numbers.hpp"
-#include "watch/show/shown_name.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -22,7 +20,7 @@ struct Row {
     bool isPath = false;
 };
 
-/// Percent of the nodes read, where that has a meaning.
+/// Returns the share of the nodes read, or nothing if their number is 0 or unknown.
 std::optional<double> percentKept(const RunSummary& summary) {
     if (!summary.nodesRead || *summary.nodesRead == 0) {
         return std::nullopt;
@@ -40,7 +38,7 @@ std::string nodesText(const RunSummary& summary) {
                          percent ? decimalNumber(*percent, 1) : "-");
 }
 
-/// Breaks a sentence between words.
+/// Wraps a sentence between words.
 std::string wrapped(const std::string& sentence, const std::string& indent, std::size_t columns) {
     std::string text;
     std::string line = indent;
@@ -78,7 +76,7 @@ std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
     std::size_t valueColumns = 0;
     for (const Row& row : rows) {
         labelColumns = std::max(labelColumns, columnsOf(row.label));
-        // A path goes its own way in either form.
+        // A path is never wrapped, so its width does not matter.
         valueColumns = std::max(valueColumns, row.isPath ? 0 : columnsOf(row.value));
     }
     return labelColumns + valueColumns + 4 <= columns ? alignedRows(rows, labelColumns) : stackedRows(rows, columns);

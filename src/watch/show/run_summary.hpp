@@ -1,5 +1,5 @@
 /// \file
-/// What a person asks when a run is over, and the same for a script.
+/// The summary of a run, for people and as JSON.
 #pragma once
 
 #include <cstddef>
@@ -11,27 +11,27 @@
 namespace vadelwatch {
 
 struct RunSummary {
-    std::string closingText; ///< The tool's own last words; empty if there were none.
-    int exitStatus = 0;      ///< Vadelwatch's own.
+    std::string closingText; ///< Text of the tool's finish or failed message; may be empty.
+    int exitStatus = 0;      ///< Of Vadelwatch.
     bool finished = false;   ///< The tool ended with status 0.
     std::uint64_t filesRead = 0;
     std::uint64_t filesWritten = 0;
     std::optional<std::uint64_t> nodesRead; ///< Unknown if not every node file could be counted.
-    std::uint64_t nodesKept = 0;            ///< Lines that stand in the output files.
-    std::optional<std::int64_t> nodeCount;  ///< What `total_node_count.txt` says.
+    std::uint64_t nodesKept = 0;            ///< Lines in the output files.
+    std::optional<std::int64_t> nodeCount;  ///< The number in `total_node_count.txt`.
     bool addsUp = false;
     double seconds = 0.0;
     std::string outputDirectory;
-    std::vector<std::string> errors; ///< Texts of the tool's errors, in their order.
+    std::vector<std::string> errors; ///< Texts of the tool's errors, in order.
 };
 
-/// Lines for a person, each with its line feed. Only for a finished run.
+/// Returns lines for people, each with its line feed. Only for a finished run.
 ///
-/// @param columns width of the window. Where the table is wider, each value stands below its label, and sentences are
-///                broken between words; a path is never broken.
+/// @param columns width of the window. If the table is wider, each value is below its label, and sentences are wrapped
+///                between words. A path is never wrapped.
 std::string summaryText(const RunSummary& summary, std::size_t columns);
 
-/// One JSON object with a line feed behind it; what is unknown is null, and so is all that only a finished run has.
+/// Returns one JSON object and a line feed. Unknown values are null, and so are most values of a run that did not finish.
 std::string summaryJson(const RunSummary& summary);
 
 } // namespace vadelwatch

@@ -89,7 +89,7 @@ TEST(NodeLineCount, isUnknownAfterChangeOfFile) {
         directory.write("a.txt", later);
         EXPECT_FALSE(countNodeLines(found, goOn)) << later;
     }
-    // Replaced by a file of the same size, of another time.
+    // Replaced by a file of the same size with another time.
     const std::string sameSize = "x;y;z\n1;1;1\n\n;2;2\n";
     ASSERT_EQ(content.size(), sameSize.size());
     directory.write("a.txt", sameSize);
@@ -172,7 +172,7 @@ TEST(CountLines, fileThatCannotBeOpenedHasNone) {
     const std::string path = directory.write("a", "x;y;z\n1;1;1\n");
     rlimit before{};
     ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
-    // Root may open every file, so it is the number of open files that forbids it.
+    // Root may open every file, so the limit on open files prevents it.
     const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
     ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
     const int descriptor = openRegularFile(path);

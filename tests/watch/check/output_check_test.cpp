@@ -27,7 +27,7 @@ Lines differenceIn(const TemporaryDirectory& directory, std::size_t rejectedHead
 
 } // namespace
 
-TEST(OutputCheck, linesWithoutHeadersAddUp) {
+TEST(OutputCheck, headersDoNotCount) {
     const TemporaryDirectory directory;
     directory.write("a.xyz", "x;y;z\n1;1;1\n2;2;2\n");
     directory.write("b.txt", "x y z\n1 1 1\n");
@@ -41,13 +41,13 @@ TEST(OutputCheck, linesWithoutHeadersAddUp) {
     EXPECT_TRUE(differenceIn(directory).empty());
 }
 
-TEST(OutputCheck, aRunThatKeptNothingAddsUp) {
+TEST(OutputCheck, addsUpWithoutKeptNodes) {
     const TemporaryDirectory directory;
     directory.write("total_node_count.txt", "0\n");
     EXPECT_TRUE(checkOutput(directory.path()).addsUp);
 }
 
-TEST(OutputCheck, everyFileThatIsNotWholeIsNamed) {
+TEST(OutputCheck, namesEveryIncompleteFile) {
     const TemporaryDirectory directory;
     directory.write("whole.txt", "x;y;z\n1;1;1\n");
     directory.write("empty.txt", "");
@@ -69,7 +69,7 @@ TEST(OutputCheck, everyFileThatIsNotWholeIsNamed) {
               differenceIn(directory, 1));
 }
 
-TEST(OutputCheck, whereEveryFileLooksWholeThatIsSaid) {
+TEST(OutputCheck, reportsThatEveryFileLooksWhole) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n");
     directory.write("total_node_count.txt", "3\n");
@@ -78,7 +78,7 @@ TEST(OutputCheck, whereEveryFileLooksWholeThatIsSaid) {
               differenceIn(directory));
 }
 
-TEST(OutputCheck, withoutAnOutputDirectoryNothingIsSaidAboutItsFiles) {
+TEST(OutputCheck, unreadableDirectoryBlamesNoFile) {
     const TemporaryDirectory directory;
     EXPECT_EQ(Lines{"Vadelwatch: the output directory " + directory.pathOf("none") +
                     " cannot be read: No such file or directory"},
@@ -88,7 +88,7 @@ TEST(OutputCheck, withoutAnOutputDirectoryNothingIsSaidAboutItsFiles) {
               differenceAt(file));
 }
 
-TEST(OutputCheck, withoutFilesNoneIsCalledWhole) {
+TEST(OutputCheck, reportsThatThereIsNoFile) {
     const TemporaryDirectory directory;
     directory.write("total_node_count.txt", "3\n");
     EXPECT_EQ((Lines{"Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 3: 3 are missing.",
@@ -96,7 +96,7 @@ TEST(OutputCheck, withoutFilesNoneIsCalledWhole) {
               differenceIn(directory));
 }
 
-TEST(OutputCheck, withoutACountThereIsNoDifferenceThatBelongsToAFile) {
+TEST(OutputCheck, missingCountBlamesNoFile) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n");
     EXPECT_EQ(Lines{"Vadelwatch: the output files hold 1 nodes, and there is no total_node_count.txt to compare with."},
@@ -107,14 +107,14 @@ TEST(OutputCheck, withoutACountThereIsNoDifferenceThatBelongsToAFile) {
         differenceIn(directory));
 }
 
-TEST(OutputCheck, anOutputThatCannotBeCountedDoesNotAddUpByChance) {
+TEST(OutputCheck, uncountedFileNeverAddsUp) {
     const TemporaryDirectory directory;
     directory.makeLink("link.txt", "/dev/full");
     directory.write("total_node_count.txt", "0\n");
     EXPECT_FALSE(checkOutput(directory.path()).addsUp);
 }
 
-TEST(OutputCheck, theCountIsOneNumberAndALineFeed) {
+TEST(OutputCheck, countFileHoldsOneNumberAndLineFeed) {
     for (const char* const content : {"", "\n", "1", "1 \n", "1\n\n", "one\n", "1;\n"}) {
         const TemporaryDirectory directory;
         directory.write("total_node_count.txt", content);
@@ -124,7 +124,7 @@ TEST(OutputCheck, theCountIsOneNumberAndALineFeed) {
     EXPECT_FALSE(checkOutput("/none/there").addsUp);
 }
 
-TEST(OutputCheck, bothSidesAreSeenAsThe32BitsOfTheTool) {
+TEST(OutputCheck, compares32BitNumbers) {
     OutputCheck check;
     check.nodeLines = 4294967296ULL + 5;
     check.nodeCount = 5;

@@ -1,5 +1,4 @@
 #include "watch/check/output_check.hpp"
-#include "watch/check/output_place.hpp"
 
 #include "support/file_support.hpp"
 #include "support/german_messages.hpp"
@@ -21,7 +20,7 @@ using Lines = std::vector<std::string>;
 
 const std::string nodes = "x;y;z\n1;1;1\n2;2;2\n";
 
-/// An input and an output directory, with words about them.
+/// An input and an output directory, with the lines about them.
 struct Job {
     TemporaryDirectory directory;
 
@@ -47,7 +46,7 @@ std::string missing(const std::string& numbers) {
 
 } // namespace
 
-TEST(OutputDifference, nodeFilesWithoutAnOutputAreNamed) {
+TEST(OutputDifference, namesNodeFilesWithoutOutput) {
     const Job job;
     for (const char* const name : {"d.xyz", "b.txt", "a.xyz", "c.csv"}) {
         job.giveInput(name);
@@ -68,7 +67,7 @@ TEST(OutputDifference, nodeFilesWithoutAnOutputAreNamed) {
         job.germanDifference());
 }
 
-TEST(OutputDifference, whereEverythingAddsUpNodeFilesWithoutAnOutputAreNone) {
+TEST(OutputDifference, isEmptyWhenEverythingAddsUp) {
     const Job job;
     job.giveInput("a.xyz");
     job.giveInput("b.xyz");
@@ -77,7 +76,7 @@ TEST(OutputDifference, whereEverythingAddsUpNodeFilesWithoutAnOutputAreNone) {
     EXPECT_EQ(Lines{}, job.difference());
 }
 
-TEST(OutputDifference, ofManyOnlyTheFirstAreNamed) {
+TEST(OutputDifference, namesOnlyFirstMissingOutputs) {
     const Job job;
     Lines expected{missing("0 nodes, total_node_count.txt says 1: 1")};
     for (int i = 10; i < 32; ++i) {
@@ -93,7 +92,7 @@ TEST(OutputDifference, ofManyOnlyTheFirstAreNamed) {
     EXPECT_EQ("  weitere Knotendateien ohne Ausgabedatei: 2", job.germanDifference().back());
 }
 
-TEST(OutputDifference, outputsWithoutANodeFileAreNamed) {
+TEST(OutputDifference, namesOutputsWithoutNodeFile) {
     const Job job;
     job.giveInput("a.xyz");
     job.giveOutput("a.xyz");
@@ -105,18 +104,18 @@ TEST(OutputDifference, outputsWithoutANodeFileAreNamed) {
     EXPECT_EQ("  notes.dat: zu Beginn des Laufs gab es keine Knotendatei dieses Namens", job.germanDifference().back());
 }
 
-TEST(OutputDifference, noFileIsCalledWholeWhereAnInputLacksItsOutput) {
+TEST(OutputDifference, missingOutputIsASuspect) {
     const Job job;
     job.giveInput("a.xyz");
     job.giveInput("b.xyz");
     job.giveOutput("a.xyz");
     job.giveCount("1");
-    // Too many lines cannot be the missing file's, so it is not named either.
+    // A missing file does not explain too many lines, so it is not named.
     EXPECT_EQ(Lines{"Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 1: 1 too many."},
               job.difference());
 }
 
-TEST(OutputDifference, aNodeFileOfTheCountFilesNameHasALineOfItsOwn) {
+TEST(OutputDifference, namesNodeFileThatCountOverwrites) {
     const Job job;
     job.giveInput("total_node_count.txt");
     job.giveCount("2");
@@ -126,7 +125,7 @@ TEST(OutputDifference, aNodeFileOfTheCountFilesNameHasALineOfItsOwn) {
               job.difference());
 }
 
-TEST(OutputDifference, aFileThatCannotBeCountedIsNoDifferenceOfNone) {
+TEST(OutputDifference, reportsUncountedFileWithoutDifference) {
     const Job job;
     job.giveInput("a.xyz");
     job.directory.makeDirectory("out");
@@ -143,7 +142,7 @@ TEST(OutputDifference, aFileThatCannotBeCountedIsNoDifferenceOfNone) {
         job.germanDifference().front());
 }
 
-TEST(OutputDifference, aDirectoryInThePlaceOfTheCountIsNamed) {
+TEST(OutputDifference, namesDirectoryInPlaceOfCount) {
     const Job job;
     job.giveInput("a.xyz");
     job.directory.makeDirectory("out/total_node_count.txt");
@@ -153,9 +152,9 @@ TEST(OutputDifference, aDirectoryInThePlaceOfTheCountIsNamed) {
         job.difference());
 }
 
-TEST(OutputPlace, outOfSpaceAndOutOfInodes) {
+TEST(Obstacles, areMissingSpaceAndInodes) {
     struct statvfs fileSystem {};
-    // Nothing is counted there.
+    // This file system does not count.
     EXPECT_FALSE(isOutOfSpace(fileSystem));
     EXPECT_FALSE(isOutOfInodes(fileSystem));
     fileSystem.f_blocks = 10;
@@ -172,19 +171,19 @@ TEST(OutputPlace, outOfSpaceAndOutOfInodes) {
     EXPECT_TRUE(isOutOfInodes(fileSystem));
 }
 
-TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {
+TEST(Obstacles, nameDirectoryThatCannotBeWritten) {
     const TemporaryDirectory directory;
     Lines lines;
-    addPlace(directory.path(), lines);
+    addObstacles(directory.path(), lines);
     EXPECT_EQ(Lines{}, lines);
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0555));
     // Root may write anywhere.
     const uid_t user = geteuid();
     ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
-    addPlace(directory.path(), lines);
+    addObstacles(directory.path(), lines);
     {
         const GermanMessages german;
-        addPlace(directory.path(), lines);
+        addObstacles(directory.path(), lines);
     }
     ASSERT_EQ(0, seteuid(user));
     EXPECT_EQ((Lines{"No file can be made in " + directory.path() + ": Permission denied",
@@ -193,11 +192,11 @@ TEST(OutputPlace, aDirectoryThatCannotBeWrittenToIsNamed) {
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0700));
 }
 
-TEST(OutputPlace, nothingIsSaidAboutWhatIsNoDirectory) {
+TEST(Obstacles, areOfDirectoriesOnly) {
     const TemporaryDirectory directory;
     Lines lines;
-    addPlace(directory.pathOf("none"), lines);
-    addPlace(directory.write("file", ""), lines);
+    addObstacles(directory.pathOf("none"), lines);
+    addObstacles(directory.write("file", ""), lines);
     EXPECT_EQ(Lines{}, lines);
 }
 

@@ -18,7 +18,7 @@ using vadelclip::TemporaryDirectory;
 
 namespace {
 
-/// The answer of a process that file permissions bind, also where the tests are run by root.
+/// Returns the answer of a process without the rights of root.
 bool asOrdinaryUser(const std::function<bool()>& question) {
     const pid_t child = fork();
     if (child == 0) {
@@ -36,7 +36,7 @@ bool canOrdinaryUserWrite(const std::string& path) {
     return asOrdinaryUser([&path] { return whyUnwritable(path) == 0; });
 }
 
-/// A directory that everybody may look into, with room for others named "open" and "locked" that can be removed.
+/// A directory that every user may read. Its destructor can remove directories named "open" and "locked" in it.
 struct OpenDirectory : TemporaryDirectory {
     OpenDirectory() { chmod(path().c_str(), 0755); }
     OpenDirectory(const OpenDirectory&) = delete;
@@ -105,7 +105,7 @@ TEST(OwnFiles, recognisesSameFileByOtherName) {
     EXPECT_TRUE(isSameFile(file, file));
     EXPECT_TRUE(isSameFile(file, directory.makeLink("b", "a")));
     EXPECT_FALSE(isSameFile(file, directory.write("c", "")));
-    // Neither need exist.
+    // Both may be missing.
     EXPECT_TRUE(isSameFile(directory.pathOf("new"), directory.pathOf("./new")));
     EXPECT_FALSE(isSameFile(directory.pathOf("new"), directory.pathOf("newer")));
     EXPECT_FALSE(isSameFile(directory.pathOf("new"), file));

@@ -22,7 +22,7 @@ using vadelclip::TemporaryDirectory;
 
 namespace {
 
-/// All bytes of a descriptor that does not block, to its end.
+/// Reads a non-blocking descriptor to its end.
 std::string readAll(int descriptor) {
     std::string bytes;
     char block[4096];
@@ -46,12 +46,12 @@ ToolEnd endOf(ToolProcess& process) {
     }
 }
 
-/// A shell with this script as the tool.
+/// Starts a shell with this script as the tool.
 int startScript(ToolProcess& process, const std::string& script) {
     return process.start("/bin/sh", {"-c", script});
 }
 
-/// Allows this process so many descriptors, while it lives.
+/// Limits the number of descriptors of this process during its lifetime.
 class DescriptorLimit {
 public:
     explicit DescriptorLimit(rlim_t most) {
@@ -67,7 +67,7 @@ private:
     rlimit former{};
 };
 
-/// What a signal does, put back at the end of the scope.
+/// Sets the action of a signal and restores it at the end of the scope.
 class Disposition {
 public:
     Disposition(int signalNumber, void (*handler)(int)) : number(signalNumber) {
@@ -90,7 +90,7 @@ void exitByChildren() {
     std::exit(waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD ? noChildLeft : 1);
 }
 
-/// Ends this process abnormally, but with a status that tells whether a child is left.
+/// Ends this process abnormally. Its status is `noChildLeft` if no child is left.
 void terminateBesideTool(const std::string& script, bool waitsForEnd) {
     std::set_terminate(exitByChildren);
     ToolProcess process;
@@ -116,7 +116,7 @@ TEST(ToolProcess, inheritsNoOtherDescriptor) {
     const std::string listPipes = "for fd in /proc/self/fd/*; do [ -p $fd ] && echo ${fd##*/}; done; true";
     std::string before;
     {
-        // Whoever started the tests may have left us some.
+        // The parent process may have passed some on.
         ToolProcess process;
         ASSERT_EQ(0, startScript(process, listPipes));
         before = readAll(process.console());
@@ -143,7 +143,7 @@ TEST(ToolProcess, signalsBlockedHereReachTheTool) {
     process.forward(SIGTERM);
     EXPECT_EQ((ToolEnd{0, SIGTERM}), endOf(process));
     pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    // It has been waited for: its number may belong to another process by now.
+    // Has no effect: the number may belong to another process now.
     process.forward(SIGTERM);
 }
 
@@ -159,7 +159,7 @@ TEST(ToolProcess, startReturnsErrno) {
 TEST(ToolProcess, startFailsWithoutDescriptors) {
     const int lowest = dup(STDIN_FILENO);
     close(lowest);
-    // From too few for a pipe to too few for the last of four ends, which all go to numbers from ten on.
+    // From too few for one pipe to too few for the last of four ends, whose numbers start at ten.
     for (rlim_t most = static_cast<rlim_t>(lowest); most < 14; ++most) {
         const DescriptorLimit limit(most);
         ToolProcess process;

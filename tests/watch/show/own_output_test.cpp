@@ -24,7 +24,7 @@ namespace vadelwatch {
 
 namespace {
 
-/// A pipe whose ends block.
+/// A pipe with blocking ends.
 class BlockingPipe {
 public:
     BlockingPipe() {
@@ -47,7 +47,7 @@ public:
         }
     }
 
-    /// So many bytes; waits for them.
+    /// Waits for this number of bytes.
     std::string read(std::size_t size) const {
         std::string bytes;
         std::array<char, 4096> block{};
@@ -65,17 +65,17 @@ private:
     std::array<int, 2> ends{-1, -1};
 };
 
-/// 'S' for one that sleeps, as one does that waits for room in a pipe.
+/// Returns 'S' for a thread that sleeps, for example because it waits for space in a pipe.
 char stateOfFirstThread() {
     std::ifstream file("/proc/self/stat");
     std::string text;
     std::getline(file, text);
-    // The name of the program stands in front, and may hold anything.
+    // The name of the program is before it and may contain any byte.
     const std::size_t name = text.rfind(')');
     return name == std::string::npos ? '?' : text.at(name + 2);
 }
 
-/// No two stretches of it are alike.
+/// Returns a text without repetitions.
 std::string countedText(std::size_t numbers) {
     std::string text;
     for (std::size_t i = 0; i < numbers; ++i) {
@@ -128,7 +128,7 @@ TEST(OwnOutput, writeWaitsForSlowReaderAndFollowsKeptText) {
         const std::string text = countedText(100000);
         std::string received;
         std::thread reader([&pipe, &received, &text] {
-            // Slow for certain: it begins when the first thread of the process waits.
+            // Certainly slow: it starts when the first thread of the process waits.
             while (stateOfFirstThread() != 'S') {
                 std::this_thread::yield();
             }

@@ -14,14 +14,14 @@ namespace vadelwatch {
 
 namespace {
 
-/// A display whose output is kept.
+/// A display that records its output.
 class RecordedDisplay {
 public:
     explicit RecordedDisplay(ProgressMode mode)
         : display(
               mode, {}, [this](std::string_view text) { shown += text; }, [this] { return columns; }) {}
 
-    /// What has been shown since the last call.
+    /// Returns the output since the last call.
     std::string take() {
         display.flush();
         std::string text;
@@ -42,7 +42,7 @@ std::string drawing(const std::string& line) {
     return "\r\033[?7l" + line + "\033[K\r\033[?7h";
 }
 
-/// A pseudo-terminal of so many columns.
+/// A pseudo-terminal with this number of columns.
 class PseudoTerminal {
 public:
     explicit PseudoTerminal(unsigned short columns) : master(posix_openpt(O_RDWR | O_NOCTTY)) {
@@ -55,14 +55,14 @@ public:
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
     ~PseudoTerminal() { close(master); }
 
-    /// A terminal becomes that of a session by being opened, unless O_NOCTTY is among the flags.
+    /// Without O_NOCTTY the terminal becomes the controlling terminal of the session.
     int openTerminal(int flags) const { return open(ptsname(master), O_RDWR | flags); }
 
 private:
     int master;
 };
 
-/// In a session of its own: the columns for a process that is in the foreground, or has been sent to the background.
+/// Starts a session and returns the columns for a process in its foreground or background.
 int columnsInSession(const PseudoTerminal& pseudoTerminal, bool background) {
     setsid();
     const int terminal = pseudoTerminal.openTerminal(0);
@@ -79,7 +79,7 @@ int columnsInSession(const PseudoTerminal& pseudoTerminal, bool background) {
     return WEXITSTATUS(status);
 }
 
-/// What a bar looks like under these values of LC_ALL, LC_CTYPE and LANG; nullptr for one that is not set.
+/// Returns the letters of a bar for these values of LC_ALL, LC_CTYPE and LANG; nullptr for a variable that is not set.
 BarLetters lettersUnder(const char* all, const char* characters, const char* language) {
     const std::pair<const char*, const char*> settings[] = {
         {"LC_ALL", all}, {"LC_CTYPE", characters}, {"LANG", language}};
@@ -108,7 +108,7 @@ TEST(ProgressDisplay, drawsAtMostTenTimesASecond) {
     EXPECT_EQ(twentyPercent, recorded.take());
 }
 
-TEST(ProgressDisplay, drawsNothingAnewThatLooksTheSame) {
+TEST(ProgressDisplay, doesNotRepeatSameDrawing) {
     RecordedDisplay recorded(ProgressMode::bar);
     recorded.display.update(at(10.0), 1.0);
     recorded.take();
@@ -116,7 +116,7 @@ TEST(ProgressDisplay, drawsNothingAnewThatLooksTheSame) {
     EXPECT_EQ("", recorded.take());
 }
 
-TEST(ProgressDisplay, aLineTakesThePlaceOfTheBar) {
+TEST(ProgressDisplay, lineReplacesBar) {
     RecordedDisplay recorded(ProgressMode::bar);
     recorded.display.showLine("before");
     EXPECT_EQ("before\n", recorded.take());
@@ -129,7 +129,7 @@ TEST(ProgressDisplay, aLineTakesThePlaceOfTheBar) {
     EXPECT_EQ(tenPercent, recorded.take());
 }
 
-TEST(ProgressDisplay, theBarGoesAndLeavesNothing) {
+TEST(ProgressDisplay, clearErasesBar) {
     RecordedDisplay recorded(ProgressMode::bar);
     recorded.display.update(at(10.0), 1.0);
     recorded.take();
@@ -139,7 +139,7 @@ TEST(ProgressDisplay, theBarGoesAndLeavesNothing) {
     EXPECT_EQ("", recorded.take());
 }
 
-TEST(ProgressDisplay, aNarrowerWindowHasItsBrokenRowsErased) {
+TEST(ProgressDisplay, erasesRowsInNarrowerWindow) {
     RecordedDisplay recorded(ProgressMode::bar);
     recorded.display.update(at(10.0), 1.0);
     recorded.take();
@@ -152,7 +152,7 @@ TEST(ProgressDisplay, aNarrowerWindowHasItsBrokenRowsErased) {
     EXPECT_EQ("\r\033[K" + tenPercent, recorded.take());
 }
 
-TEST(ProgressDisplay, drawsNothingWhereThereIsNoRoomOrAnotherProgramIsInFront) {
+TEST(ProgressDisplay, drawsNothingWithoutColumns) {
     RecordedDisplay recorded(ProgressMode::bar);
     recorded.display.update(at(10.0), 1.0);
     recorded.take();
@@ -163,7 +163,7 @@ TEST(ProgressDisplay, drawsNothingWhereThereIsNoRoomOrAnotherProgramIsInFront) {
     EXPECT_EQ("", recorded.take());
 }
 
-TEST(ProgressDisplay, aPlainLineEveryTenPercentAndNoneTwice) {
+TEST(ProgressDisplay, showsPlainLineEveryTenPercent) {
     RecordedDisplay recorded(ProgressMode::plain);
     std::string expected;
     for (int tenths = 0; tenths <= 1000; ++tenths) {
@@ -176,13 +176,13 @@ TEST(ProgressDisplay, aPlainLineEveryTenPercentAndNoneTwice) {
     EXPECT_EQ(expected, recorded.take());
 }
 
-TEST(ProgressDisplay, aJumpOverSeveralTensIsOneLine) {
+TEST(ProgressDisplay, jumpOverSeveralTensIsOneLine) {
     RecordedDisplay recorded(ProgressMode::plain);
     recorded.display.update(at(45.0), 0.0);
     EXPECT_EQ(" 40 %  - lines/s  0:00 elapsed  -:-- left\n", recorded.take());
 }
 
-TEST(ProgressDisplay, withoutProgressOnlyLinesAreShown) {
+TEST(ProgressDisplay, showsOnlyLinesWithoutProgress) {
     RecordedDisplay recorded(ProgressMode::none);
     recorded.display.update(at(50.0), 1.0);
     recorded.display.showLine("error");
@@ -198,7 +198,7 @@ TEST(TerminalColumns, areThoseOfTheTerminal) {
     close(terminal);
 }
 
-TEST(TerminalColumns, areEightyWhereNobodyKnows) {
+TEST(TerminalColumns, areEightyIfUnknown) {
     const PseudoTerminal unknown(0);
     const int terminal = unknown.openTerminal(O_NOCTTY);
     EXPECT_EQ(80, terminalColumns(terminal));
@@ -214,7 +214,7 @@ TEST(TerminalColumns, areNoneInTheBackground) {
     EXPECT_EXIT(std::exit(columnsInSession(wide, true)), testing::ExitedWithCode(0), "");
 }
 
-TEST(BarStyle, lettersAreThoseOfTheFirstSettingThatIsNotEmpty) {
+TEST(BarStyle, usesFirstVariableThatIsNotEmpty) {
     EXPECT_EQ(BarLetters::plain, lettersUnder(nullptr, nullptr, nullptr));
     EXPECT_EQ(BarLetters::plain, lettersUnder("", "", ""));
     for (const char* const set : {"de_DE.UTF-8", "C.utf8", "en_GB.utf-8", "de_AT.UTF8"}) {

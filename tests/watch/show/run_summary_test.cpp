@@ -29,7 +29,7 @@ RunSummary finishedRun() {
 
 } // namespace
 
-TEST(RunSummary, asATable) {
+TEST(RunSummary, isATable) {
     EXPECT_EQ("Finished clipping\n"
               "  Node files read   6\n"
               "  Files written     5\n"
@@ -40,7 +40,7 @@ TEST(RunSummary, asATable) {
               summaryText(finishedRun(), unlimited));
 }
 
-TEST(RunSummary, inGermanLabelsWithUmlautsStandInLine) {
+TEST(RunSummary, alignsLabelsWithUmlauts) {
     const GermanMessages german;
     EXPECT_EQ("Finished clipping\n"
               "  Knotendateien gelesen  6\n"
@@ -52,7 +52,7 @@ TEST(RunSummary, inGermanLabelsWithUmlautsStandInLine) {
               summaryText(finishedRun(), 80));
 }
 
-TEST(RunSummary, inANarrowWindowValuesStandBelowTheirLabels) {
+TEST(RunSummary, stacksValuesInNarrowWindow) {
     EXPECT_EQ("Finished\n"
               "clipping\n"
               "  Node files read\n"
@@ -74,7 +74,7 @@ TEST(RunSummary, inANarrowWindowValuesStandBelowTheirLabels) {
               summaryText(finishedRun(), 14));
 }
 
-TEST(RunSummary, controlCharactersOfADirectoryDoNotReachTheTerminal) {
+TEST(RunSummary, escapesControlCharactersOfPath) {
     RunSummary summary = finishedRun();
     summary.outputDirectory = "base/\033[2J\n\x7F";
     for (const std::size_t columns : {unlimited, std::size_t{14}}) {
@@ -84,7 +84,7 @@ TEST(RunSummary, controlCharactersOfADirectoryDoNotReachTheTerminal) {
     EXPECT_NE(std::string::npos, summaryJson(summary).find(R"("base/\u001b[2J\n)"));
 }
 
-TEST(RunSummary, withoutWhatIsUnknown) {
+TEST(RunSummary, leavesOutUnknownValues) {
     RunSummary summary = finishedRun();
     summary.closingText.clear();
     summary.nodesRead.reset();
@@ -98,7 +98,7 @@ TEST(RunSummary, withoutWhatIsUnknown) {
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited).find("0 of 0 (- %)\n"));
 }
 
-TEST(RunSummary, asJson) {
+TEST(RunSummary, isJson) {
     RunSummary summary = finishedRun();
     summary.nodesRead = 41260;
     EXPECT_EQ(R"({"finished":true,"exit_status":0,"files_read":6,"files_written":5,"nodes_read":41260,)"
@@ -108,7 +108,7 @@ TEST(RunSummary, asJson) {
               summaryJson(summary));
 }
 
-TEST(RunSummary, asJsonOfAFailedRun) {
+TEST(RunSummary, isJsonOfFailedRun) {
     RunSummary summary;
     summary.exitStatus = 1;
     summary.outputDirectory = "caf\xE9";

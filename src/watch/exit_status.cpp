@@ -1,6 +1,5 @@
-#include "watch/run/run_ending.hpp"
-
 #include "watch/exit_status.hpp"
+
 #include "watch/show/messages.hpp"
 
 #include <cstring>
@@ -9,13 +8,13 @@ namespace vadelwatch {
 
 namespace {
 
-/// The name of a signal without its "SIG".
+/// Returns the name of a signal without its "SIG".
 std::string signalName(int number) {
     const char* const name = sigabbrev_np(number);
     return name == nullptr ? std::to_string(number) : name;
 }
 
-/// How the tool ended when a signal had asked it to.
+/// Returns the line about the end of a tool that a signal asked to end.
 std::string interruptedEnd(const RunRecord& record) {
     const std::string signal = signalName(record.interruptedBy);
     if (record.end.signal != 0) {
@@ -40,8 +39,8 @@ std::string abnormalEnd(const ToolEnd& end) {
 } // namespace
 
 int statusOf(const ToolEnd& end) {
-    const bool itsOwn = end.signal == 0 && (end.exitStatus == finishedStatus || end.exitStatus == toolFailedStatus);
-    return itsOwn ? end.exitStatus : abnormalEndStatus;
+    const bool isKnown = end.signal == 0 && (end.exitStatus == finishedStatus || end.exitStatus == toolFailedStatus);
+    return isKnown ? end.exitStatus : abnormalEndStatus;
 }
 
 std::string incompleteOutput(const std::string& outputDirectory) {

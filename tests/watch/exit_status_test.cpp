@@ -1,4 +1,4 @@
-#include "watch/run/run_ending.hpp"
+#include "watch/exit_status.hpp"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ Lines endingOf(ToolEnd end, int interruptedBy = 0) {
 
 } // namespace
 
-TEST(RunEnding, theToolsOwnStatusIsPassedOnAndAnyOtherIsAbnormal) {
+TEST(ExitStatus, otherEndsOfToolAreAbnormal) {
     EXPECT_EQ(0, statusOf({0, 0}));
     EXPECT_EQ(1, statusOf({1, 0}));
     for (const ToolEnd end :
@@ -31,7 +31,7 @@ TEST(RunEnding, theToolsOwnStatusIsPassedOnAndAnyOtherIsAbnormal) {
     }
 }
 
-TEST(RunEnding, saysInOneLineWhatHappened) {
+TEST(EndingLines, describeAbnormalEnds) {
     EXPECT_EQ(Lines{}, endingOf({0, 0}));
     EXPECT_EQ(Lines{"last words"}, endingOf({1, 0}));
     EXPECT_EQ(Lines{"Vadelwatch: Vadelclip was ended by signal 11 (SIGSEGV). The output in base/out is not complete."},
@@ -41,7 +41,7 @@ TEST(RunEnding, saysInOneLineWhatHappened) {
         endingOf({134, 0}));
 }
 
-TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
+TEST(EndingLines, nameTheSignalForEveryEnd) {
     EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."},
               endingOf({0, SIGTERM}, SIGTERM));
     EXPECT_EQ(Lines{"Vadelwatch: interrupted by SIGTERM, but Vadelclip finished."}, endingOf({0, 0}, SIGTERM));
@@ -53,7 +53,7 @@ TEST(RunEnding, anInterruptedRunSaysSoHoweverItEnded) {
               endingOf({130, 0}, SIGINT));
 }
 
-TEST(RunEnding, aFailedRunWithoutLastWordsHasNone) {
+TEST(EndingLines, areNoneWithoutClosingMessage) {
     RunRecord record;
     record.end = {1, 0};
     EXPECT_EQ(Lines{}, endingLines(record, "base/out"));
