@@ -47,6 +47,11 @@ public:
         }
     }
 
+    void waitForBytes() const {
+        pollfd state{ends[0], POLLIN, 0};
+        EXPECT_EQ(1, poll(&state, 1, 10000));
+    }
+
     /// Waits for this number of bytes.
     std::string read(std::size_t size) const {
         std::string bytes;
@@ -117,33 +122,35 @@ TEST(OwnOutput, writesKeptTextsOnceAndInOrder) {
 }
 
 TEST(OwnOutput, writeWaitsForSlowReaderAndFollowsKeptText) {
+    const std::string text = countedText(100000);
     struct Case {
-        bool blockingPipe;
-        bool keepsFirst;
+        std::string kept;
+        std::string written;
     };
-    for (const Case& each : {Case{true, true}, Case{false, true}, Case{true, false}, Case{false, false}}) {
-        const BlockingPipe pipe;
-        fcntl(pipe.writing(), F_SETFL, O_WRONLY | (each.blockingPipe ? 0 : O_NONBLOCK));
-        OwnOutput output(pipe.writing());
-        const std::string text = countedText(100000);
-        std::string received;
-        std::thread reader([&pipe, &received, &text] {
-            // Certainly slow: it starts when the first thread of the process waits.
-            while (stateOfFirstThread() != 'S') {
-                std::this_thread::yield();
+    for (const Case& each : {Case{text, "end\n"}, Case{"", text + "end\n"}, Case{text + "end\n", ""}}) {
+        for (const int blocking : {0, O_NONBLOCK}) {
+            const BlockingPipe pipe;
+            fcntl(pipe.writing(), F_SETFL, O_WRONLY | blocking);
+            OwnOutput output(pipe.writing());
+            output.keep(each.kept);
+            // Then the thread is writing.
+            if (!each.kept.empty()) {
+                pipe.waitForBytes();
             }
-            received = pipe.read(text.size() + 4);
-        });
-        if (each.keepsFirst) {
-            output.keep(text);
-            output.write("end\n");
-        } else {
-            output.write(text + "end\n");
+            std::string received;
+            std::thread reader([&pipe, &received, &text] {
+                // Certainly slow: it starts when the first thread of the process waits.
+                while (stateOfFirstThread() != 'S') {
+                    std::this_thread::yield();
+                }
+                received = pipe.read(text.size() + 4);
+            });
+            output.write(each.written);
+            EXPECT_EQ(0U, output.waitingBytes());
+            reader.join();
+            EXPECT_TRUE(text + "end\n" == received);
+            EXPECT_EQ(0, output.failure());
         }
-        EXPECT_EQ(0U, output.waitingBytes());
-        reader.join();
-        EXPECT_TRUE(text + "end\n" == received);
-        EXPECT_EQ(0, output.failure());
     }
 }
 
