@@ -13,8 +13,8 @@ namespace vadelclip {
 /// named only ".txt" does.
 bool hasNodeFileSuffix(std::string_view path);
 
-/// Opens a file and returns true if its first line is a header (node_file_header.hpp). A file that cannot be read has an
-/// empty first line, which is not a header.
+/// Opens a file and returns true if its first line is a header (node_file_header.hpp). A file that cannot be read has
+/// an empty first line, which is not a header.
 bool hasNodeFileHeader(const std::string& path);
 
 /// The chosen files and their line counts; the two lists are parallel.

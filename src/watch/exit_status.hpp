@@ -28,8 +28,8 @@ constexpr int abnormalEndStatus = 4;
 /// Returns the status of the tool if it is 0 or 1, and `abnormalEndStatus` for any other end.
 int statusOf(const ToolEnd& end);
 
-/// Returns the lines about the end of a run: the closing message of a run that failed, and a line about an abnormal end. If a
-/// signal asked for the end, there is always a line about it.
+/// Returns the lines about the end of a run: the closing message of a run that failed, and a line about an abnormal
+/// end. If a signal asked for the end, there is always a line about it.
 ///
 /// @return nothing for a run that finished, or failed without a closing message.
 std::vector<std::string> endingLines(const RunRecord& record, const std::string& outputDirectory);

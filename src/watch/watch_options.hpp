@@ -45,8 +45,8 @@ struct RunDirectories {
 /// Finds the directories as the tool does: splits the input path into parent and last component, and joins the last
 /// component and the output name to the parent.
 ///
-/// A separator at the end of the input path makes "." its last component, so the output directory is then inside the input
-/// directory. An absolute output name is appended like any other.
+/// A separator at the end of the input path makes "." its last component, so the output directory is then inside the
+/// input directory. An absolute output name is appended like any other.
 RunDirectories runDirectories(const WatchOptions& options);
 
 } // namespace vadelwatch

@@ -1,6 +1,6 @@
 /// \file
-/// What is written after a run: lines about it, the log, the map, the summary. Signals end the process again by then, so all
-/// of it may wait for a reader.
+/// What is written after a run: lines about it, the log, the map, the summary. Signals end the process again by then,
+/// so all of it may wait for a reader.
 #pragma once
 
 #include "watch/check/message_log.hpp"
@@ -32,7 +32,8 @@ struct WatchContext {
 /// Writes lines to standard error.
 void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 
-// Each of the following functions reports its failure, and then turns the status of a finished run into `usageErrorStatus`.
+// Each of the following functions reports its failure, and then turns the status of a finished run into
+// `usageErrorStatus`.
 
 /// Writes the rest of the log.
 void closeLog(WatchContext& watch, RunSummary& summary);

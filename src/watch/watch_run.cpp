@@ -67,8 +67,8 @@ bool prepareLog(WatchContext& watch, const std::string& log) {
     return true;
 }
 
-/// Checks the map path and opens the log before the run starts, so that a bad path fails at once. The log is last, because
-/// opening it empties the file.
+/// Checks the map path and opens the log before the run starts, so that a bad path fails at once. The log is last,
+/// because opening it empties the file.
 ///
 /// @return false after a report, if one of them cannot be written, or would replace a file of the run or the other one.
 bool prepareFiles(WatchContext& watch) {
@@ -92,8 +92,8 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
     return true;
 }
 
-/// Starts the tool and watches it until it ends. Never waits for a reader of the output, because signals do not end this
-/// process meanwhile.
+/// Starts the tool and watches it until it ends. Never waits for a reader of the output, because signals do not end
+/// this process meanwhile.
 ///
 /// @return false after a report, if the tool could not be started or not be watched to its end. It is not running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {

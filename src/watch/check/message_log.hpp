@@ -12,8 +12,8 @@
 
 namespace vadelwatch {
 
-/// Returns one line of the log, with its line feed: `{"seconds":1.25,"message":{...}}` with the message byte for byte, or
-/// `{"seconds":1.25,"line":"..."}` for a line that is not JSON, with U+FFFD for bytes that are not UTF-8.
+/// Returns one line of the log, with its line feed: `{"seconds":1.25,"message":{...}}` with the message byte for byte,
+/// or `{"seconds":1.25,"line":"..."}` for a line that is not JSON, with U+FFFD for bytes that are not UTF-8.
 std::string logLine(double seconds, std::string_view line, const Message& message);
 
 class MessageLog {

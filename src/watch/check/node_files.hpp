@@ -16,13 +16,13 @@ struct LineCount {
     std::uint64_t lineFeeds = 0;
     bool endsInLineFeed = false; ///< False for an empty file.
 
-    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a line
-    /// feed does not count.
+    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a
+    /// line feed does not count.
     std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
 };
 
-/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes from
-/// the tool.
+/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
+/// from the tool.
 ///
 /// @return the descriptor, closed on exec; -1 for anything else.
 int openRegularFile(const std::string& path);
@@ -52,8 +52,8 @@ struct NodeFile {
 
 struct NodeFiles {
     std::vector<NodeFile> files; ///< Sorted by name.
-    /// Names with the suffix of a node file that are not regular files. They may be node files, but reading them would take
-    /// their bytes from the tool.
+    /// Names with the suffix of a node file that are not regular files. They may be node files, but reading them would
+    /// take their bytes from the tool.
     std::vector<std::string> unread;
 };
 
@@ -82,8 +82,8 @@ public:
     /// Makes the count end soon.
     void stop() { stopped = true; }
 
-    /// Returns the lines of all node files without their headers. Returns nothing until the count has ended, and if it was
-    /// stopped or failed.
+    /// Returns the lines of all node files without their headers. Returns nothing until the count has ended, and if it
+    /// was stopped or failed.
     std::optional<std::uint64_t> nodeLines() const;
 
     /// Waits for the end of the count.

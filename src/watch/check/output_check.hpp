@@ -41,8 +41,8 @@ struct OutputCheck {
     std::optional<std::int64_t> nodeCount; ///< The number in `total_node_count.txt`, if it contains one.
     bool addsUp = false;
 
-    /// Returns how many lines are missing, negative if there are too many. Compares 32-bit numbers, because the tool counts
-    /// with them.
+    /// Returns how many lines are missing, negative if there are too many. Compares 32-bit numbers, because the tool
+    /// counts with them.
     std::int64_t missingNodes() const;
 };
 

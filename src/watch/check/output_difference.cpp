@@ -10,8 +10,8 @@ namespace vadelwatch {
 
 namespace {
 
-/// Further node files without an output are counted and not named: in a large survey that is clipped to a small area, most of
-/// them have none.
+/// Further node files without an output are counted and not named: in a large survey that is clipped to a small area,
+/// most of them have none.
 constexpr std::size_t maxNamed = 20;
 
 std::string differenceLine(const OutputCheck& check, const std::string& outputDirectory) {

@@ -24,8 +24,8 @@ int whyNotPermitted(const fs::path& path, int mode) {
     return access(path.c_str(), mode) == 0 ? 0 : errno;
 }
 
-/// Returns the path where a file would be made: follows links that lead to a missing file. `stat` fails with ELOOP for a
-/// circle of links, which ends the loop.
+/// Returns the path where a file would be made: follows links that lead to a missing file. `stat` fails with ELOOP for
+/// a circle of links, which ends the loop.
 fs::path placeOf(const std::string& path) {
     fs::path place = path;
     std::error_code error;
@@ -49,8 +49,8 @@ bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory)
     return vadelclip::hasNodeFileSuffix(place.native()) && place.parent_path() == comparable(inputDirectory);
 }
 
-/// Returns an errno if no file can be made in a directory, else 0. `stat` succeeds for a working directory that has been
-/// removed, so its path is read too.
+/// Returns an errno if no file can be made in a directory, else 0. `stat` succeeds for a working directory that has
+/// been removed, so its path is read too.
 int whyNothingCanBeMadeIn(const fs::path& directory) {
     const int absent = whyAbsent(directory);
     if (absent != 0) {

@@ -1,14 +1,14 @@
 /// \file
-/// Checks the paths of the files that Vadelwatch writes, its log and its map. They must not replace a file that the run reads
-/// or makes.
+/// Checks the paths of the files that Vadelwatch writes, its log and its map. They must not replace a file that the run
+/// reads or makes.
 #pragma once
 
 #include <string>
 
 namespace vadelwatch {
 
-/// Returns true if a file written to this path would replace the boundary file or a file of the input directory, under any
-/// name or link, or would be a new file that the tool takes for a node file.
+/// Returns true if a file written to this path would replace the boundary file or a file of the input directory, under
+/// any name or link, or would be a new file that the tool takes for a node file.
 ///
 /// @param path need not exist, and neither need the others: the file must not be made where the tool looks for its own.
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
@@ -16,7 +16,8 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 /// Returns true if two paths lead to the same file, existing or not.
 bool isSameFile(const std::string& path, const std::string& otherPath);
 
-/// Checks that this process may write to the file or, if there is none, to its directory. A directory cannot be replaced.
+/// Checks that this process may write to the file or, if there is none, to its directory. A directory cannot be
+/// replaced.
 ///
 /// @return 0 if the file can be written, else an errno.
 int whyUnwritable(const std::string& path);

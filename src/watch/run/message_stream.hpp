@@ -44,18 +44,18 @@ struct Message {
 /// Reads one line of the channel. Never fails: a line that cannot be read is `unreadable`.
 Message parseMessage(std::string_view line);
 
-/// Remembers the console lines that were shown and finds the error messages that repeat them. The tool reports every error
-/// twice, on its console and then as a message; people see it once.
+/// Remembers the console lines that were shown and finds the error messages that repeat them. The tool reports every
+/// error twice, on its console and then as a message; people see it once.
 ///
-/// The tool flushes a console line before it sends the message, so the line can be read when the message has been read. A
-/// text may contain line feeds.
+/// The tool flushes a console line before it sends the message, so the line can be read when the message has been read.
+/// A text may contain line feeds.
 class ErrorEcho {
 public:
     /// Remembers a console line, without its line feed. Any bytes.
     void shown(std::string_view consoleLine);
 
-    /// Returns true if the text of an error message was shown on the console. Forgets that line and all lines before it,
-    /// because messages are in the order of the console.
+    /// Returns true if the text of an error message was shown on the console. Forgets that line and all lines before
+    /// it, because messages are in the order of the console.
     bool repeats(std::string_view errorText);
 
 private:

@@ -7,8 +7,8 @@
 
 namespace vadelwatch {
 
-/// Collects SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH and SIGCHLD during its lifetime. Its destructor restores the former
-/// signal mask, so that Ctrl-C ends the program again. A signal that was ignored before stays ignored.
+/// Collects SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH and SIGCHLD during its lifetime. Its destructor restores the
+/// former signal mask, so that Ctrl-C ends the program again. A signal that was ignored before stays ignored.
 class RunSignals {
 public:
     RunSignals();

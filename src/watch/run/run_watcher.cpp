@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::size_t pipeBlockSize = 65536;
 
-/// Blocks of the console that are read before the messages of one block: more than a pipe holds, so they contain every line
-/// that was written before one of these messages.
+/// Blocks of the console that are read before the messages of one block: more than a pipe holds, so they contain every
+/// line that was written before one of these messages.
 constexpr int consoleBlocks = 2;
 
-/// When this many bytes of our own output are not written yet, Vadelwatch stops reading and the tool blocks. The limit is
-/// higher after a signal, because the tool may report something before it ends.
+/// When this many bytes of our own output are not written yet, Vadelwatch stops reading and the tool blocks. The limit
+/// is higher after a signal, because the tool may report something before it ends.
 constexpr std::size_t maxBacklog = 65536;
 constexpr std::size_t maxBacklogAfterSignal = std::size_t{16} << 20U;
 
@@ -98,7 +98,8 @@ void RunWatcher::waitForSomething(const RunSignals& signals) {
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
-    // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has arrived.
+    // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has
+    // arrived.
     const std::optional<ToolEnd> end = tool.pollEnd();
     for (const int number : signals.take()) {
         if (asksForEnd(number)) {
@@ -131,8 +132,8 @@ bool RunWatcher::readConsole() {
     return !bytes.empty();
 }
 
-/// After the end of the tool: reads only the bytes that are in the pipes now. A child of the tool may keep the pipes open and
-/// write to them for ever.
+/// After the end of the tool: reads only the bytes that are in the pipes now. A child of the tool may keep the pipes
+/// open and write to them for ever.
 void RunWatcher::readTheRest() {
     channel.endAfterWrittenBytes();
     console.endAfterWrittenBytes();

@@ -40,8 +40,8 @@ public:
     RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
                MessageLog& messageLog, const NodeLineCount& nodeLineCount);
 
-    /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still hold
-    /// text that is not written: this function never waits for a reader, so that signals are forwarded at once.
+    /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still
+    /// hold text that is not written: this function never waits for a reader, so that signals are forwarded at once.
     RunRecord watch(const RunSignals& signals);
 
 private:

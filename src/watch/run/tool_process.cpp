@@ -86,8 +86,8 @@ void endProcess(pid_t pid) {
     static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
 }
 
-/// For a process that ends without its destructors: a library calls std::terminate if an exception, for example for missing
-/// memory, leaves a function that is declared not to throw.
+/// For a process that ends without its destructors: a library calls std::terminate if an exception, for example for
+/// missing memory, leaves a function that is declared not to throw.
 std::atomic<pid_t> runningTool = -1;
 std::terminate_handler formerHandler = nullptr;
 

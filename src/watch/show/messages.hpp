@@ -22,8 +22,8 @@ using vadelclip::translateMessage;
 /// @param language the value of the tool's option "-lang="; without it the tool's default, German.
 void setUpMessages(const std::optional<std::string>& language);
 
-/// Returns a name that is safe to show on a terminal. Control characters, characters that change the direction of text, and
-/// bytes that are not UTF-8 are replaced by their bytes in hexadecimal, as in `\x1B`.
+/// Returns a name that is safe to show on a terminal. Control characters, characters that change the direction of text,
+/// and bytes that are not UTF-8 are replaced by their bytes in hexadecimal, as in `\x1B`.
 std::string shownName(std::string_view name);
 
 /// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows

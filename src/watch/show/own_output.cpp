@@ -108,8 +108,8 @@ int OwnOutput::failure() const {
 }
 
 bool OwnOutput::readerHasGone() const {
-    // A closed terminal returns EIO, as a broken disk does. If `fstat` fails, `status` stays zero and the descriptor does
-    // not count as a terminal.
+    // A closed terminal returns EIO, as a broken disk does. If `fstat` fails, `status` stays zero and the descriptor
+    // does not count as a terminal.
     struct stat status {};
     fstat(descriptor, &status);
     const int error = failure();

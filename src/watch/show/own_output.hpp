@@ -25,11 +25,12 @@ public:
 
     /// Appends a text and returns at once. A thread writes it.
     ///
-    /// The first text starts the thread, which inherits the signal mask of the caller: signals that are blocked there never
-    /// reach the thread.
+    /// The first text starts the thread, which inherits the signal mask of the caller: signals that are blocked there
+    /// never reach the thread.
     void keep(std::string_view text);
 
-    /// Writes everything that is kept, then the text. Waits for a slow reader, so signals must be able to end the process.
+    /// Writes everything that is kept, then the text. Waits for a slow reader, so signals must be able to end the
+    /// process.
     void write(std::string_view text);
 
     /// Returns the number of bytes that are kept and not written yet.

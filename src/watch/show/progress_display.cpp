@@ -16,8 +16,8 @@ constexpr double secondsBetweenDrawings = 0.1;
 constexpr std::string_view rowStart = "\r";
 constexpr std::string_view eraseToRowEnd = "\033[K";
 
-/// Erases the rest of a bar that a narrower window has broken into several rows. Some terminals cut lines instead, and the last
-/// row of the screen has no row below, so the cursor position is saved and restored.
+/// Erases the rest of a bar that a narrower window has broken into several rows. Some terminals cut lines instead, and
+/// the last row of the screen has no row below, so the cursor position is saved and restored.
 std::string eraseRowsBelow(int rows) {
     if (rows <= 0) {
         return {};
@@ -30,8 +30,8 @@ std::string eraseRowsBelow(int rows) {
     return sequence + "\0338";
 }
 
-/// Used around a drawing, so that a line that is too long is cut at the edge: a terminal may become narrower some time before
-/// it reports its new width.
+/// Used around a drawing, so that a line that is too long is cut at the edge: a terminal may become narrower some time
+/// before it reports its new width.
 constexpr std::string_view wrappingOff = "\033[?7l";
 constexpr std::string_view wrappingOn = "\033[?7h";
 

@@ -1,5 +1,6 @@
 /// \file
-/// Shows the progress of a run, as a bar at the bottom of the terminal or as a plain line every ten percent, and lines above it.
+/// Shows the progress of a run, as a bar at the bottom of the terminal or as a plain line every ten percent, and lines
+/// above it.
 #pragma once
 
 #include "watch/show/progress_line.hpp"
@@ -12,8 +13,8 @@ namespace vadelwatch {
 
 enum class ProgressMode { none, plain, bar };
 
-/// The bar is one line, and the cursor is at its start between drawings. So it can be erased completely, also after a narrower
-/// window has broken it into several rows.
+/// The bar is one line, and the cursor is at its start between drawings. So it can be erased completely, also after a
+/// narrower window has broken it into several rows.
 class ProgressDisplay {
 public:
     using Writer = std::function<void(std::string_view text)>;
@@ -59,8 +60,8 @@ ProgressMode progressModeFor(int descriptor);
 /// Returns the letters that suit the character set of the environment, in colour unless NO_COLOR is set.
 BarStyle barStyleFromEnvironment();
 
-/// Returns the columns of the terminal of a descriptor, 80 if they are unknown. Returns 0 for a process in the background,
-/// which must not draw over another program.
+/// Returns the columns of the terminal of a descriptor, 80 if they are unknown. Returns 0 for a process in the
+/// background, which must not draw over another program.
 int terminalColumns(int descriptor);
 
 } // namespace vadelwatch

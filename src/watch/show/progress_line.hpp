@@ -17,8 +17,8 @@ struct ProgressFigures {
 
 /// Computes the figures from the tool's progress reports.
 ///
-/// The speed is measured from the end of the first reports that were read together: in a fast run many reports arrive at once,
-/// and all of these have the same time.
+/// The speed is measured from the end of the first reports that were read together: in a fast run many reports arrive
+/// at once, and all of these have the same time.
 class ProgressMeasure {
 public:
     /// Takes a progress report of the tool.
@@ -55,8 +55,8 @@ struct BarStyle {
     bool colour = false;
 };
 
-/// Returns the bar with its figures, never wider than `columns`. In a narrow window words are left out first, then the rate,
-/// the times and at last the bar.
+/// Returns the bar with its figures, never wider than `columns`. In a narrow window words are left out first, then the
+/// rate, the times and at last the bar.
 ///
 /// @param columns 0 or more.
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style);

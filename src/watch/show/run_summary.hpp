@@ -31,7 +31,8 @@ struct RunSummary {
 ///                between words. A path is never wrapped.
 std::string summaryText(const RunSummary& summary, std::size_t columns);
 
-/// Returns one JSON object and a line feed. Unknown values are null, and so are most values of a run that did not finish.
+/// Returns one JSON object and a line feed. Unknown values are null, and so are most values of a run that did not
+/// finish.
 std::string summaryJson(const RunSummary& summary);
 
 } // namespace vadelwatch
