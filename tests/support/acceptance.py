@@ -23,8 +23,7 @@ import unittest
 from dataclasses import dataclass
 
 from expected_messages import failedRun, finishedRun
-from target_platform import (WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder,
-                             withoutTextMode)
+from target_platform import WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder
 
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
