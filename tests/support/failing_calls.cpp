@@ -86,7 +86,7 @@ long outcomeFor(std::string_view call, int descriptor) {
 }
 
 /// Records a call with the name of the file and of its directory.
-void note(const char* call, const std::string& path) {
+void record(const char* call, const std::string& path) {
     const std::string_view ending = setting("VADELCLIP_NOTED_PATH");
     if (!ending.empty() && path.ends_with(ending)) {
         dprintf(3, "%s %s\n", call, path.c_str() + path.rfind('/', path.rfind('/') - 1) + 1);
@@ -102,7 +102,7 @@ FILE* openUnlessItFails(const char* name, const char* path, const char* mode) {
     if (std::string_view(path).ends_with(setting("VADELCLIP_FAILING_PATH"))) {
         ++openings;
     }
-    note("open", path);
+    record("open", path);
     return outcomeFor("open", path) < 0 ? nullptr : original<FILE*(const char*, const char*)>(name)(path, mode);
 }
 
@@ -118,7 +118,7 @@ extern "C" FILE* fopen64(const char* path, const char* mode) {
 
 extern "C" int fclose(FILE* file) {
     static const auto next = original<int(FILE*)>("fclose");
-    note("close", pathOf(fileno(file)));
+    record("close", pathOf(fileno(file)));
     const long outcome = outcomeFor("fclose", fileno(file));
     const int result = next(file);
     if (outcome < 0) {

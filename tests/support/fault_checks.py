@@ -1,9 +1,9 @@
 """Runs in which calls fail, and the checks that hold after every such run.
 
 `failing` and `failingMemory` return an environment in which chosen calls of the tool fail. The libraries that make them
-fail are failing_calls.cpp and failing_memory.cpp. `FaultTest.check` checks what holds after every run, whatever failed:
-inputs are unchanged, each output is a prefix of the right one and ends with a line end, a count file exists only after
-all passes, and one closing message matches the status.
+fail are failing_calls.cpp and failing_memory.cpp. `FaultTest.check` checks what holds after every run, with or without
+failures: inputs are unchanged, each output is a prefix of the right one and ends with a line end, a count file exists
+only after all passes, and one closing message matches the status.
 """
 import errno
 import json

@@ -80,14 +80,14 @@ class Installation(unittest.TestCase):
     def install(self, prefix, **settings):
         self.command(*self.installation(prefix), **settings)
 
-    def command(self, *words, **settings):
-        run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
+    def command(self, *arguments, **settings):
+        run = subprocess.run(arguments, capture_output=True, text=True, check=False, **settings)
         self.assertEqual(0, run.returncode, run.stdout + run.stderr)
         return run.stdout
 
-    def refused(self, *words, **settings):
+    def refused(self, *arguments, **settings):
         """Runs a command that must fail. Returns its error text without line breaks."""
-        run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
+        run = subprocess.run(arguments, capture_output=True, text=True, check=False, **settings)
         self.assertEqual(1, run.returncode, run.stdout + run.stderr)
         return " ".join(run.stderr.split())
 

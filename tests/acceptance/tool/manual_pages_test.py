@@ -7,7 +7,7 @@ import unittest
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 sys.path.insert(0, os.path.join(ROOT, "tests", "support"))
-from manual_examples import differences, plainText, readExamples, readPage  # noqa: E402
+from manual_examples import differences, plainText, readPage  # noqa: E402
 
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 WATCH = os.environ["VADELCLIP_WATCH"]
@@ -54,30 +54,6 @@ class ManualPages(unittest.TestCase):
         section = manualPage("Vadelwatch").split(".SH OPTIONS")[1].split(".SH")[0]
         tags = " ".join(plainText(tag) for tag in re.findall(r"^\.TP\n(.*)$", section, re.MULTILINE))
         self.assertEqual(options, set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", tags)))
-
-
-class Examples(unittest.TestCase):
-    """`differences` finds every mistake in the examples of a page."""
-
-    PAGE = ".EX\n$ echo one\\-two\none\\-two\n$ cat <<\\(aqEND\\(aq\n> \\e\n> END\n\\e\n.EE\n"
-
-    def test_reads_commands_and_their_output(self):
-        self.assertEqual([("echo one-two", ["one-two"]), ("cat <<'END'\n\\\nEND", ["\\"])], readExamples(self.PAGE))
-        self.assertEqual([], differences(self.PAGE))
-
-    def test_finds_another_output(self):
-        self.assertIn("+one-two", differences(self.PAGE.replace("\none\\-two", "\none\\-three")))
-
-    def test_finds_a_missing_and_an_extra_line(self):
-        self.assertIn("+one-two", differences(self.PAGE.replace("\none\\-two", "")))
-        self.assertIn("-more", differences(self.PAGE.replace("\none\\-two", "\none\\-two\nmore")))
-
-    def test_finds_an_early_end(self):
-        self.assertNotEqual([], differences(".EX\n$ exit 0\n$ true\n.EE\n"))
-        self.assertNotEqual([], differences(".EX\n$ printf x\nx\n$ exit 0\n.EE\n"))
-
-    def test_finds_a_page_without_examples(self):
-        self.assertNotEqual([], differences(".SH NAME\n"))
 
 
 if __name__ == "__main__":
