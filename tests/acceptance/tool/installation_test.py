@@ -41,7 +41,8 @@ def expectedFiles():
         ofThePackage.append("share/lintian/overrides/vadelclip")
     return sorted([*ofThePackage,
                    "bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
-                   "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo", "share/man/man1/Vadelclip.1.gz",
+                   "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo",
+                   "lib/vadelclip/locale/de/LC_MESSAGES/vadelwatch.mo", "share/man/man1/Vadelclip.1.gz",
                    "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
                    "share/bash-completion/completions/Vadelwatch",
                    *("share/doc/vadelclip/" + name for name in documents)])
