@@ -10,29 +10,32 @@ namespace vadelclip {
 
 namespace {
 
-/// What the two scans leave behind, in one line: language, expected argument count, pipe mode.
-std::string scan(std::vector<const char*> arguments) {
-    arguments.insert(arguments.begin(), "Vadelclip");
-    const int argc = static_cast<int>(arguments.size());
-    // As a process gets it: one null pointer behind the last argument.
-    arguments.push_back(nullptr);
+/// Returns the results of both scans in one line: language, expected argument count, pipe mode.
+std::string scan(int argc, const char* const* argv) {
     std::string language = "de";
     std::int32_t expectedArgumentCount = 4;
     bool pipeMode = false;
-    scanLanguageOption(argc, arguments.data(), language, expectedArgumentCount);
-    scanPipeOption(argc, arguments.data(), pipeMode, expectedArgumentCount);
+    scanLanguageOption(argc, argv, language, expectedArgumentCount);
+    scanPipeOption(argc, argv, pipeMode, expectedArgumentCount);
     return "'" + language + "' " + std::to_string(expectedArgumentCount) + (pipeMode ? " pipe" : "");
+}
+
+std::string scan(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "Vadelclip");
+    // In a process a null pointer follows the last argument.
+    arguments.push_back(nullptr);
+    return scan(static_cast<int>(arguments.size()) - 1, arguments.data());
 }
 
 } // namespace
 
-TEST(CommandLine, withoutOptionsEverythingKeepsItsInitialValue) {
+TEST(CommandLine, keepsInitialValuesWithoutOptions) {
     EXPECT_EQ("'de' 4", scan({}));
     EXPECT_EQ("'de' 4", scan({"in", "out", "b"}));
     EXPECT_EQ("'de' 4", scan({"in", "out", "b", "x"}));
 }
 
-TEST(CommandLine, optionsAreFoundInEveryPlace) {
+TEST(CommandLine, findsOptionsInEveryPlace) {
     EXPECT_EQ("'de' 5 pipe", scan({"in", "out", "b", "-pipe"}));
     EXPECT_EQ("'en' 5", scan({"in", "out", "b", "-lang=en"}));
     EXPECT_EQ("'fr' 6 pipe", scan({"in", "out", "b", "-pipe", "-lang=fr"}));
@@ -43,17 +46,17 @@ TEST(CommandLine, optionsAreFoundInEveryPlace) {
     EXPECT_EQ("'it' 6 pipe", scan({"-lang=it", "-pipe"}));
 }
 
-TEST(CommandLine, onlyTheFirstLanguageIsReadAndCounted) {
+TEST(CommandLine, readsAndCountsOnlyTheFirstLanguage) {
     EXPECT_EQ("'en' 5", scan({"in", "out", "b", "-lang=en", "-lang=de"}));
     EXPECT_EQ("'' 5", scan({"-lang=", "-lang=de", "-lang=en"}));
 }
 
-TEST(CommandLine, aRepeatedPipeOptionIsCountedOnce) {
+TEST(CommandLine, countsRepeatedPipeOptionOnce) {
     EXPECT_EQ("'de' 5 pipe", scan({"in", "out", "b", "-pipe", "-pipe"}));
     EXPECT_EQ("'de' 5 pipe", scan({"-pipe", "-pipe", "-pipe"}));
 }
 
-TEST(CommandLine, theLanguageIsEverythingBehindTheFirstEqualsSign) {
+TEST(CommandLine, readsLanguageAfterTheFirstEqualsSign) {
     EXPECT_EQ("'' 5", scan({"-lang="}));
     EXPECT_EQ("'=' 5", scan({"-lang=="}));
     EXPECT_EQ("'a=b' 5", scan({"-lang=a=b"}));
@@ -64,7 +67,7 @@ TEST(CommandLine, theLanguageIsEverythingBehindTheFirstEqualsSign) {
     EXPECT_EQ("'\xFF\n' 5", scan({"-lang=\xFF\n"}));
 }
 
-TEST(CommandLine, optionsAreComparedExactly) {
+TEST(CommandLine, comparesOptionsExactly) {
     for (const char* const argument :
          {"-lang",     "-lan",         "-",        "",      "lang=en", "--lang=en", "-Lang=en", "-LANG=en",
           " -lang=en", "-language=en", "-lang:en", "-Pipe", "-PIPE",   "-pip",      "-pipe ",   "-pipes",
@@ -73,30 +76,16 @@ TEST(CommandLine, optionsAreComparedExactly) {
     }
 }
 
-TEST(CommandLine, theProgramNameIsNoOption) {
+TEST(CommandLine, ignoresTheProgramName) {
     for (const char* const name : {"-lang=en", "-pipe"}) {
         const char* const arguments[] = {name, nullptr};
-        std::string language = "de";
-        std::int32_t expectedArgumentCount = 4;
-        bool pipeMode = false;
-        scanLanguageOption(1, arguments, language, expectedArgumentCount);
-        scanPipeOption(1, arguments, pipeMode, expectedArgumentCount);
-        EXPECT_EQ("de", language);
-        EXPECT_EQ(4, expectedArgumentCount);
-        EXPECT_FALSE(pipeMode);
+        EXPECT_EQ("'de' 4", scan(1, arguments));
     }
 }
 
-TEST(CommandLine, aProcessWithoutAProgramNameHasNoOptions) {
+TEST(CommandLine, findsNoOptionsWithoutAProgramName) {
     const char* const arguments[] = {nullptr, "-lang=en", "-pipe"};
-    std::string language = "de";
-    std::int32_t expectedArgumentCount = 4;
-    bool pipeMode = false;
-    scanLanguageOption(0, arguments, language, expectedArgumentCount);
-    scanPipeOption(0, arguments, pipeMode, expectedArgumentCount);
-    EXPECT_EQ("de", language);
-    EXPECT_EQ(4, expectedArgumentCount);
-    EXPECT_FALSE(pipeMode);
+    EXPECT_EQ("'de' 4", scan(0, arguments));
 }
 
 } // namespace vadelclip

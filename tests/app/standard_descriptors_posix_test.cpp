@@ -13,11 +13,11 @@
 
 namespace vadelclip {
 
-// In a process of its own for each test, which tells what it has found through descriptor 3.
+// Each test runs in a new process, which reports its result through descriptor 3.
 
 namespace {
 
-void tell(const std::string& text) {
+void report(const std::string& text) {
     if (write(3, text.data(), text.size()) < 0) {
         std::abort();
     }
@@ -25,7 +25,7 @@ void tell(const std::string& text) {
 
 } // namespace
 
-TEST(StandardDescriptors, closedOnesAreOpenedOnTheNullDevice) {
+TEST(StandardDescriptors, opensClosedOnesOnTheNullDevice) {
     const ChildOutcome outcome = runWithPipe([] {
         close(0);
         close(1);
@@ -38,33 +38,33 @@ TEST(StandardDescriptors, closedOnesAreOpenedOnTheNullDevice) {
             null = null && sameFile(nullDevice, descriptor) && write(descriptor, "x", 1) == 1 &&
                    read(descriptor, &byte, 1) == 0;
         }
-        tell(null ? "null device" : "something else");
+        report(null ? "null device" : "something else");
     });
     EXPECT_EQ((ChildOutcome{0, "null device"}), outcome);
 }
 
-TEST(StandardDescriptors, openOnesAreLeftAlone) {
+TEST(StandardDescriptors, keepsOpenOnes) {
     const ChildOutcome outcome = runWithPipe([] {
         dup2(3, 1);
         close(2);
         guardStandardDescriptors();
-        tell(sameFile(1, 3) && !sameFile(2, 3) ? "console" : "lost");
+        report(sameFile(1, 3) && !sameFile(2, 3) ? "console" : "lost");
     });
     EXPECT_EQ((ChildOutcome{0, "console"}), outcome);
 }
 
-TEST(StandardDescriptors, withoutANullDeviceAllGoesOn) {
+TEST(StandardDescriptors, continuesWithoutANullDevice) {
     const ChildOutcome outcome = runWithPipe([] {
         close(0);
         const rlimit none{0, 0};
         setrlimit(RLIMIT_NOFILE, &none);
         guardStandardDescriptors();
-        tell(fcntl(0, F_GETFD) == -1 ? "closed" : "open");
+        report(fcntl(0, F_GETFD) == -1 ? "closed" : "open");
     });
     EXPECT_EQ((ChildOutcome{0, "closed"}), outcome);
 }
 
-TEST(StandardDescriptors, writingWithoutAReaderIsAnErrorAndNoEnd) {
+TEST(StandardDescriptors, writingWithoutAReaderIsAnError) {
     const ChildOutcome outcome = runWithPipe([] {
         int ends[2];
         if (pipe(ends) != 0) {
@@ -72,7 +72,7 @@ TEST(StandardDescriptors, writingWithoutAReaderIsAnErrorAndNoEnd) {
         }
         close(ends[0]);
         guardStandardDescriptors();
-        tell(write(ends[1], "x", 1) == -1 && errno == EPIPE ? "error" : "written");
+        report(write(ends[1], "x", 1) == -1 && errno == EPIPE ? "error" : "written");
     });
     EXPECT_EQ((ChildOutcome{0, "error"}), outcome);
 }

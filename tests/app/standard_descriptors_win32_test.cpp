@@ -10,7 +10,7 @@
 
 namespace vadelclip {
 
-TEST(StandardDescriptors, aClosedOneIsOpenedOnTheNullDevice) {
+TEST(StandardDescriptors, opensClosedOneOnTheNullDevice) {
     const int kept = _dup(0);
     _close(0);
     guardStandardDescriptors();
@@ -20,7 +20,7 @@ TEST(StandardDescriptors, aClosedOneIsOpenedOnTheNullDevice) {
     _close(kept);
 }
 
-TEST(StandardDescriptors, openOnesAreLeftAlone) {
+TEST(StandardDescriptors, keepsOpenOnes) {
     const TemporaryDirectory directory;
     const int kept = _dup(0);
     const int file = _open(directory.pathOf("file").c_str(), _O_WRONLY | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE);

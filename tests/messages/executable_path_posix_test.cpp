@@ -6,7 +6,7 @@
 
 namespace vadelclip {
 
-TEST(ExecutablePath, theRunningExecutableIsFound) {
+TEST(ExecutablePath, findsTheRunningExecutable) {
     EXPECT_EQ(std::filesystem::canonical("/proc/self/exe").string(), executablePath());
     EXPECT_TRUE(executablePath().ends_with("/unit_tests")) << executablePath();
 }

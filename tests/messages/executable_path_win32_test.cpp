@@ -10,11 +10,11 @@
 
 namespace vadelclip {
 
-TEST(ExecutablePath, theRunningExecutableIsFound) {
+TEST(ExecutablePath, findsTheRunningExecutable) {
     const std::filesystem::path found = boost::filesystem::path(executablePath()).wstring();
     EXPECT_EQ(L"unit_tests.exe", found.filename().wstring());
     EXPECT_TRUE(found.is_absolute());
-    // The name of a running executable is no secret to its process: the command line begins with it.
+    // The command line of the process begins with the path of its executable.
     std::wstring started = GetCommandLineW();
     started = started.starts_with(L'"') ? started.substr(1, started.find(L'"', 1) - 1)
                                         : started.substr(0, started.find(L' '));

@@ -24,23 +24,23 @@ namespace {
 
 constexpr const char* noFiles = "There are no input files.";
 
-/// A catalogue beside this executable. Tests that run at the same time need different folders.
-class CatalogueBesideExecutable {
+/// A catalogue in the directory of this executable. Tests that run at the same time need different folders.
+class CatalogueNextToExecutable {
 public:
-    CatalogueBesideExecutable(const std::string& folder, const Translations& translations,
+    CatalogueNextToExecutable(const std::string& folder, const Translations& translations,
                               const std::string& charset = "UTF-8")
         : directory((std::filesystem::path(executablePath()).parent_path() / "locale" / folder).string()) {
         writeCatalogue(directory + "/LC_MESSAGES/VD2D.mo", translations, charset);
     }
-    CatalogueBesideExecutable(const CatalogueBesideExecutable&) = delete;
-    CatalogueBesideExecutable& operator=(const CatalogueBesideExecutable&) = delete;
-    ~CatalogueBesideExecutable() { std::filesystem::remove_all(directory); }
+    CatalogueNextToExecutable(const CatalogueNextToExecutable&) = delete;
+    CatalogueNextToExecutable& operator=(const CatalogueNextToExecutable&) = delete;
+    ~CatalogueNextToExecutable() { std::filesystem::remove_all(directory); }
 
 private:
     std::string directory;
 };
 
-/// What a language value leads to, under the locale it made global: language and encoding of the locale, a message.
+/// Returns what a language value sets up: language, country and encoding of the global locale, and a message in it.
 std::string setUp(const std::string& language) {
     const LocaleRestorer restorer;
     setUpMessageCatalogues(language);
@@ -54,26 +54,26 @@ std::string setUp(const std::string& language) {
 
 } // namespace
 
-TEST(MessageCatalogues, translationsLieBesideTheExecutable) {
-    const CatalogueBesideExecutable catalogue("vadelone", {{noFiles, "Keine Höhendateien"}});
+TEST(MessageCatalogues, readsTranslationsNextToTheExecutable) {
+    const CatalogueNextToExecutable catalogue("vadelone", {{noFiles, "Keine Höhendateien"}});
     EXPECT_EQ("vadelone||utf8|Keine Höhendateien", setUp("vadelone"));
 }
 
-TEST(MessageCatalogues, theCatalogueOfTheLanguageServesEveryCountry) {
-    const CatalogueBesideExecutable catalogue("vadeltwo", {{noFiles, "Keine Dateien"}});
+TEST(MessageCatalogues, usesOneCatalogueForEveryCountry) {
+    const CatalogueNextToExecutable catalogue("vadeltwo", {{noFiles, "Keine Dateien"}});
     EXPECT_EQ("vadeltwo|DE|utf8|Keine Dateien", setUp("vadeltwo_DE"));
     EXPECT_EQ("vadeltwo|DE|utf8|Keine Dateien", setUp("VADELTWO-de"));
 }
 
-TEST(MessageCatalogues, anAbsentCatalogueLeavesTheIds) {
+TEST(MessageCatalogues, keepsIdsWithoutACatalogue) {
     EXPECT_EQ("fr||utf8|There are no input files.", setUp("fr"));
     EXPECT_EQ("de|DE|utf8|There are no input files.", setUp("de_DE"));
     EXPECT_EQ("en||utf8|There are no input files.", setUp("EN"));
     EXPECT_EQ("en|US|utf8|There are no input files.", setUp("en_US"));
 }
 
-TEST(MessageCatalogues, anyLanguageValueIsTaken) {
-    // Twelve letters and more, and "=" in the variant, crash another backend of the library.
+TEST(MessageCatalogues, acceptsAnyLanguageValue) {
+    // Twelve or more letters, and "=" in the variant, crash another backend of the library.
     EXPECT_EQ("abcdefghijkl||utf8|There are no input files.", setUp("abcdefghijkl"));
     EXPECT_EQ("de||us-ascii|There are no input files.", setUp("de@=b"));
     for (const char* const language : {"", "../x", "/etc", "d e", "1", "\xFF", "a\nb", "%s"}) {
@@ -81,7 +81,7 @@ TEST(MessageCatalogues, anyLanguageValueIsTaken) {
     }
 }
 
-TEST(MessageCatalogues, theConsoleTakesTheLocaleOn) {
+TEST(MessageCatalogues, consoleUsesTheLocale) {
     const LocaleRestorer restorer;
     setUpMessageCatalogues("fr");
     EXPECT_TRUE(std::has_facet<boost::locale::info>(std::cout.getloc()));
@@ -101,8 +101,8 @@ TEST(MessageCatalogues, numbersKeepTheClassicNotation) {
     }
 }
 
-TEST(MessageCatalogues, bytesThatDoNotFitTheCharacterSetAreOneConsoleLine) {
-    const CatalogueBesideExecutable catalogue("vadelthree", {{noFiles, "Keine H\xF6hendateien"}});
+TEST(MessageCatalogues, reportsInvalidBytesInOneConsoleLine) {
+    const CatalogueNextToExecutable catalogue("vadelthree", {{noFiles, "Keine H\xF6hendateien"}});
     clearRecordedCalls();
     ConsoleCapture console;
     const std::locale consoleLocale = std::cout.getloc();
@@ -112,8 +112,8 @@ TEST(MessageCatalogues, bytesThatDoNotFitTheCharacterSetAreOneConsoleLine) {
     EXPECT_EQ(Calls(), recordedCalls());
 }
 
-TEST(MessageCatalogues, aFailedSetUpLeavesTheFormerLocale) {
-    const CatalogueBesideExecutable catalogue("vadelfour", {{noFiles, "Keine H\xF6hendateien"}});
+TEST(MessageCatalogues, keepsTheFormerLocaleAfterAFailure) {
+    const CatalogueNextToExecutable catalogue("vadelfour", {{noFiles, "Keine H\xF6hendateien"}});
     const LocaleRestorer restorer;
     setUpMessageCatalogues("fr");
     ConsoleCapture console;
@@ -121,28 +121,28 @@ TEST(MessageCatalogues, aFailedSetUpLeavesTheFormerLocale) {
     EXPECT_EQ("Conversion failed\n", console.text());
 }
 
-TEST(MessageCatalogues, anUnknownCharacterSetInTheCatalogueIsThrown) {
-    const CatalogueBesideExecutable catalogue("vadelfive", {{noFiles, "Keine Dateien"}}, "no-such-charset");
+TEST(MessageCatalogues, throwsForUnknownCharacterSetInTheCatalogue) {
+    const CatalogueNextToExecutable catalogue("vadelfive", {{noFiles, "Keine Dateien"}}, "no-such-charset");
     ConsoleCapture console;
     EXPECT_THROW(setUp("vadelfive"), boost::locale::conv::invalid_charset_error);
     EXPECT_EQ("", console.text());
 }
 
-TEST(MessageCatalogues, anUnknownCharacterSetInTheLanguageIsThrownWhereThereIsACatalogue) {
-    const CatalogueBesideExecutable catalogue("vadelseven", {{noFiles, "Keine Dateien"}});
+TEST(MessageCatalogues, throwsForUnknownCharacterSetInTheLanguage) {
+    const CatalogueNextToExecutable catalogue("vadelseven", {{noFiles, "Keine Dateien"}});
     ConsoleCapture console;
     EXPECT_THROW(setUp("vadelseven.latin1"), boost::locale::conv::invalid_charset_error);
     EXPECT_THROW(setUp("vadelseven.utf8"), boost::locale::conv::invalid_charset_error);
     EXPECT_EQ("", console.text());
 }
 
-TEST(MessageCatalogues, anUnknownCharacterSetInTheLanguageIsTakenWhereThereIsNoCatalogue) {
+TEST(MessageCatalogues, acceptsUnknownCharacterSetWithoutACatalogue) {
     EXPECT_EQ("fr||latin1.utf8|There are no input files.", setUp("fr.latin1"));
 }
 
-TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
+TEST(MessageCatalogues, throwsForAFileThatIsNoCatalogue) {
     const std::string directory = (std::filesystem::path(executablePath()).parent_path() / "locale/vadelsix").string();
-    const CatalogueBesideExecutable catalogue("vadelsix", {});
+    const CatalogueNextToExecutable catalogue("vadelsix", {});
     std::filesystem::resize_file(directory + "/LC_MESSAGES/VD2D.mo", 3);
     ConsoleCapture console;
     try {
@@ -154,12 +154,12 @@ TEST(MessageCatalogues, aFileThatIsNoCatalogueIsThrown) {
     EXPECT_EQ("", console.text());
 }
 
-TEST(CatalogueSearchPath, liesBesideTheExecutable) {
+TEST(CatalogueSearchPath, isNextToTheExecutable) {
     EXPECT_EQ(catalogueSearchPath("/opt/tools/Vadelclip"), std::string("/opt/tools") + joint + "locale");
     EXPECT_EQ(catalogueSearchPath("/Vadelclip"), "/locale");
 }
 
-TEST(CatalogueSearchPath, isEmptyWhereThePlatformDoesNotTellTheExecutable) {
+TEST(CatalogueSearchPath, isEmptyWithoutAnExecutablePath) {
     EXPECT_EQ(catalogueSearchPath(""), "");
 }
 

@@ -14,11 +14,11 @@ namespace vadelclip {
 
 namespace {
 
-/// Takes over std::cout and notes how many messages had been sent at each flush.
-class FlushNotes : public std::stringbuf {
+/// Replaces the buffer of std::cout and records how many messages had been sent at each flush.
+class FlushRecorder : public std::stringbuf {
 public:
-    FlushNotes() : original(std::cout.rdbuf(this)) {}
-    ~FlushNotes() override { std::cout.rdbuf(original); }
+    FlushRecorder() : original(std::cout.rdbuf(this)) {}
+    ~FlushRecorder() override { std::cout.rdbuf(original); }
 
     std::string notes;
 
@@ -34,15 +34,15 @@ private:
 
 } // namespace
 
-TEST(ReportLine, aLineStandsOnTheConsoleBeforeItsMessageGoesOut) {
+TEST(ReportLine, printsALineBeforeItsMessageIsSent) {
     clearRecordedCalls();
-    FlushNotes console;
+    FlushRecorder console;
     reportLine("first");
     EXPECT_EQ("'first\n' before call 0; ", console.notes);
     EXPECT_EQ(errorCalls("first"), recordedCalls());
 }
 
-TEST(ReportLine, everyLineGoesToBothChannelsAsItIs) {
+TEST(ReportLine, sendsEveryLineUnchangedToBothChannels) {
     clearRecordedCalls();
     ConsoleCapture console;
     reportLine("one {0}");
@@ -52,14 +52,14 @@ TEST(ReportLine, everyLineGoesToBothChannelsAsItIs) {
     EXPECT_EQ(joined({errorCalls("one {0}"), errorCalls(""), errorCalls("\xFF\xC3\xB6 %s")}), recordedCalls());
 }
 
-TEST(ReportLine, theMessageIsSentAlsoWhenTheConsoleHasFailed) {
+TEST(ReportLine, sendsTheMessageAfterAConsoleFailure) {
     clearRecordedCalls();
     ConsoleCapture console;
     std::cout.setstate(std::ios::badbit);
-    reportLine("nobody reads this");
+    reportLine("not on the console");
     std::cout.clear();
     EXPECT_EQ("", console.text());
-    EXPECT_EQ(errorCalls("nobody reads this"), recordedCalls());
+    EXPECT_EQ(errorCalls("not on the console"), recordedCalls());
 }
 
 } // namespace vadelclip

@@ -16,7 +16,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The text of the error, or the formatted text where there is none.
+/// Returns the text of the error, or the formatted text if there is no error.
 template <typename... Arguments>
 std::string formatError(const std::string& messageId, const Arguments&... arguments) {
     try {
@@ -28,27 +28,27 @@ std::string formatError(const std::string& messageId, const Arguments&... argume
 
 } // namespace
 
-TEST(TranslateMessage, theClassicLocaleGivesTheId) {
+TEST(TranslateMessage, returnsTheIdInTheClassicLocale) {
     EXPECT_EQ("There are no input files.", translateMessage("There are no input files."));
 }
 
-TEST(TranslateMessage, withoutACatalogueTheIdStays) {
+TEST(TranslateMessage, returnsTheIdWithoutACatalogue) {
     const GeneratedLocale german("de_DE.utf8");
     EXPECT_EQ("There are no input files.", translateMessage("There are no input files."));
 }
 
-TEST(TranslateMessage, anIdOutsideTheCatalogueStays) {
+TEST(TranslateMessage, returnsAnIdThatIsNotInTheCatalogue) {
     const GeneratedLocale german("de.utf8", {{"Another id", "Etwas anderes"}});
     EXPECT_EQ("There are no input files.", translateMessage("There are no input files."));
     EXPECT_EQ("There are no input files", translateMessage("There are no input files"));
 }
 
-TEST(TranslateMessage, anIdInTheCatalogueGivesItsTranslation) {
+TEST(TranslateMessage, returnsTheTranslationOfAnId) {
     const GeneratedLocale german("de.utf8", {{"There are no input files.", "Keine Höhendateien: {0} } {"}});
     EXPECT_EQ("Keine Höhendateien: {0} } {", translateMessage("There are no input files."));
 }
 
-TEST(TranslateMessage, theLocaleOfTheMomentCounts) {
+TEST(TranslateMessage, usesTheCurrentLocale) {
     EXPECT_EQ("Clipping elevation data...", translateMessage("Clipping elevation data..."));
     {
         const GeneratedLocale german("de.utf8", {{"Clipping elevation data...", "Zuschneiden"}});
@@ -57,7 +57,7 @@ TEST(TranslateMessage, theLocaleOfTheMomentCounts) {
     EXPECT_EQ("Clipping elevation data...", translateMessage("Clipping elevation data..."));
 }
 
-TEST(TranslateMessage, nothingIsReported) {
+TEST(TranslateMessage, reportsNothing) {
     clearRecordedCalls();
     ConsoleCapture console;
     translateMessage("There are no input files.");
@@ -66,7 +66,7 @@ TEST(TranslateMessage, nothingIsReported) {
     EXPECT_EQ(Calls(), recordedCalls());
 }
 
-TEST(FormatMessage, theEnglishIdIsAFormatStringToo) {
+TEST(FormatMessage, usesTheEnglishIdAsAFormatString) {
     EXPECT_EQ("Boundary file area.xml not found", formatMessage("Boundary file {0} not found", "area.xml"));
     EXPECT_EQ("Cannot read point 2 in polygon -7",
               formatMessage("Cannot read point {0} in polygon {1}", std::int32_t{2}, std::int32_t{-7}));
@@ -76,7 +76,7 @@ TEST(FormatMessage, theEnglishIdIsAFormatStringToo) {
     EXPECT_EQ("no placeholder", formatMessage("no placeholder", "unused", std::int32_t{1}));
 }
 
-TEST(FormatMessage, argumentsAreNeverTakenForFormats) {
+TEST(FormatMessage, doesNotInterpretArgumentsAsFormats) {
     const std::string withZero("a\0b", 3);
     EXPECT_EQ("<{0}{1}{>", formatMessage("<{0}>", "{0}{1}{"));
     EXPECT_EQ("<>", formatMessage("<{0}>", ""));
@@ -85,7 +85,7 @@ TEST(FormatMessage, argumentsAreNeverTakenForFormats) {
     EXPECT_EQ("<%s%n>", formatMessage("<{0}>", "%s%n"));
 }
 
-TEST(FormatMessage, numbersArePrintedPlainlyInEveryLanguage) {
+TEST(FormatMessage, printsPlainNumbersInEveryLanguage) {
     const auto numbers = [] {
         return formatMessage("{0} {1} {2}", std::int32_t{1234567}, std::numeric_limits<std::int32_t>::min(),
                              std::numeric_limits<std::int32_t>::max());
@@ -97,7 +97,7 @@ TEST(FormatMessage, numbersArePrintedPlainlyInEveryLanguage) {
     }
 }
 
-TEST(FormatMessage, theTranslationIsTheFormat) {
+TEST(FormatMessage, usesTheTranslationAsTheFormat) {
     const GeneratedLocale german("de.utf8", {{"Cannot read point {0} in polygon {1}", "{1}: Punkt {0} unlesbar"},
                                              {"Directory {0} does not exist", "Verzeichnis fehlt"},
                                              {"Boundary file {0} not found", "Grenzdatei {0} fehlt ({0})"}});
@@ -108,14 +108,14 @@ TEST(FormatMessage, theTranslationIsTheFormat) {
     EXPECT_EQ("Input directory in does not exist", formatMessage("Input directory {0} does not exist", "in"));
 }
 
-TEST(FormatMessage, aPlaceholderBeyondTheArgumentsIsAnError) {
+TEST(FormatMessage, placeholderWithoutAnArgumentIsAnError) {
     EXPECT_EQ("argument not found", formatError("{1}", "only one"));
     EXPECT_EQ("argument not found", formatError("{0}"));
     EXPECT_EQ("argument not found", formatError("{} {}", "only one"));
     EXPECT_EQ("argument not found", formatError("{name}", "a"));
 }
 
-TEST(FormatMessage, aMalformedPlaceholderIsAnError) {
+TEST(FormatMessage, malformedPlaceholderIsAnError) {
     EXPECT_EQ("invalid format string", formatError("{", "a"));
     EXPECT_EQ("invalid format string", formatError("{0", "a"));
     EXPECT_EQ("invalid format string", formatError("{ 0}", "a"));
@@ -123,12 +123,12 @@ TEST(FormatMessage, aMalformedPlaceholderIsAnError) {
     EXPECT_EQ("unmatched '}' in format string", formatError("0}", "a"));
     EXPECT_EQ("cannot switch from manual to automatic argument indexing", formatError("{0} {}", "a"));
     EXPECT_EQ("cannot switch from automatic to manual argument indexing", formatError("{} {0}", "a"));
-    // The words of these two depend on the version of the library.
+    // The texts of these two errors depend on the version of the library.
     EXPECT_THROW(formatMessage("{0:d}", "text"), std::runtime_error);
     EXPECT_THROW(formatMessage("{0:s}", std::int32_t{1}), std::runtime_error);
 }
 
-TEST(FormatMessage, aMistakeInATranslationShowsWhenItIsUsed) {
+TEST(FormatMessage, mistakeInATranslationIsAnErrorWhenItIsUsed) {
     const GeneratedLocale german("de.utf8", {{"Directory {0} does not exist", "Verzeichnis {1} fehlt"}});
     EXPECT_EQ("Verzeichnis {1} fehlt", translateMessage("Directory {0} does not exist"));
     EXPECT_EQ("argument not found", formatError("Directory {0} does not exist", "base"));

@@ -19,11 +19,11 @@
 
 namespace vadelclip {
 
-// Descriptors, readers and disks behind the layer, seen through it, in a process of its own for each test.
+// Descriptors, readers and disks that the message layer writes to. Each test runs in a new process.
 
 namespace {
 
-/// The numbers behind the channel's, as far as a process may use them.
+/// The descriptor numbers after the channel's.
 const std::vector<int> laterDescriptors = [] {
     std::vector<int> numbers(1000);
     std::iota(numbers.begin(), numbers.end(), 4);
@@ -32,11 +32,11 @@ const std::vector<int> laterDescriptors = [] {
 
 } // namespace
 
-TEST(MessageChannel, aClosedDescriptorTakesNothing) {
+TEST(MessageChannel, writesNothingToAClosedDescriptor) {
     const ChildOutcome outcome = runWithPipe([](int aside) {
         close(3);
         MessageSender::Instance(true);
-        // A file of the tool gets the number that the channel would have had.
+        // A file of the tool gets the number of the channel.
         if (dup(aside) != 3) {
             std::abort();
         }
@@ -46,7 +46,7 @@ TEST(MessageChannel, aClosedDescriptorTakesNothing) {
     EXPECT_EQ((ChildOutcome{0, ""}), outcome);
 }
 
-TEST(MessageChannel, aDescriptorOpenForReadingTakesNothing) {
+TEST(MessageChannel, writesNothingToAReadOnlyDescriptor) {
     const ChildOutcome outcome = runWithPipe([](int aside) {
         const int readOnly = open("/dev/zero", O_RDONLY);
         dup2(readOnly, 3);
@@ -61,7 +61,7 @@ TEST(MessageChannel, aDescriptorOpenForReadingTakesNothing) {
     EXPECT_EQ((ChildOutcome{0, "-- left alone\n"}), outcome);
 }
 
-TEST(MessageChannel, noFileOfTheToolCanLandOnTheChannel) {
+TEST(MessageChannel, noFileOfTheToolBecomesTheChannel) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         const int null = open("/dev/null", O_WRONLY);
@@ -71,7 +71,7 @@ TEST(MessageChannel, noFileOfTheToolCanLandOnTheChannel) {
     EXPECT_EQ((ChildOutcome{0, errorLineOf("still there")}), outcome);
 }
 
-TEST(MessageChannel, theChannelIsAHighDescriptorThatNoProgramInherits) {
+TEST(MessageChannel, usesAHighDescriptorThatNoProgramInherits) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         std::string found;
@@ -86,7 +86,7 @@ TEST(MessageChannel, theChannelIsAHighDescriptorThatNoProgramInherits) {
     EXPECT_EQ((ChildOutcome{0, "-- high closed on exec\n"}), outcome);
 }
 
-TEST(MessageChannel, aLowLimitOfOpenFilesIsNoHindrance) {
+TEST(MessageChannel, worksWithALowLimitOfOpenFiles) {
     const ChildOutcome outcome = runWithPipe([] {
         const rlimit limit{32, 32};
         setrlimit(RLIMIT_NOFILE, &limit);
@@ -100,7 +100,7 @@ TEST(MessageChannel, aLowLimitOfOpenFilesIsNoHindrance) {
     EXPECT_EQ((ChildOutcome{0, errorLineOf("a") + errorLineOf("b")}), outcome);
 }
 
-TEST(MessageChannel, aReaderThatHasGoneSilencesTheChannelAndNothingElse) {
+TEST(MessageChannel, missingReaderSilencesOnlyTheChannel) {
     for (const bool pipeMode : {true, false}) {
         const ChildOutcome outcome = runWithPipe([pipeMode](int aside) {
             int ends[2];
@@ -115,9 +115,9 @@ TEST(MessageChannel, aReaderThatHasGoneSilencesTheChannelAndNothingElse) {
             char bytes[200];
             const ssize_t count = pipeMode ? read(ends[0], bytes, sizeof bytes) : 0;
             close(ends[0]);
-            sendError("nobody reads this");
+            sendError("not read");
             walkRange(0.0, 100.0, 10, 10);
-            sendError("nor this");
+            sendError("not read");
             if (write(aside, bytes, static_cast<std::size_t>(count)) != count) {
                 std::abort();
             }
@@ -126,9 +126,10 @@ TEST(MessageChannel, aReaderThatHasGoneSilencesTheChannelAndNothingElse) {
     }
 }
 
-TEST(MessageChannel, aFailedWriteSilencesTheChannelForGood) {
+TEST(MessageChannel, failedWriteSilencesTheChannelForGood) {
     const ChildOutcome outcome = runWithPipe([](int aside) {
-        // A file that may not grow beyond a line: the second one fails, and would fit again after the limit is lifted.
+        // A file that may contain only one line: the second write fails. The third would succeed after the limit is
+        // removed.
         std::FILE* const file = std::tmpfile();
         dup2(fileno(file), 3);
         signal(SIGXFSZ, SIG_IGN);
@@ -151,7 +152,7 @@ TEST(MessageChannel, aFailedWriteSilencesTheChannelForGood) {
     EXPECT_EQ((ChildOutcome{0, errorLineOf("a")}), outcome);
 }
 
-TEST(MessageChannel, aSlowReaderIsWaitedFor) {
+TEST(MessageChannel, waitsForASlowReader) {
     for (const bool blocking : {true, false}) {
         const ChildOutcome outcome = runWithPipe(
             [blocking] {

@@ -15,13 +15,13 @@
 
 namespace vadelclip {
 
-// The channel by itself, on descriptors of this process. The acceptance tests see it through the tool.
+// The channel alone, on descriptors of this process. The acceptance tests test it in the tool.
 
 namespace {
 
 constexpr int channelDescriptor = 3;
 
-/// Makes an open descriptor the channel's for its lifetime. No test has anything else there.
+/// Makes an open descriptor the channel for its lifetime. No test uses this number for anything else.
 class ChannelDescriptor {
 public:
     explicit ChannelDescriptor(int descriptor) {
@@ -35,12 +35,12 @@ public:
     ~ChannelDescriptor() { _close(channelDescriptor); }
 };
 
-/// A file of the test, opened with further flags for writing.
+/// Opens a file for writing, with further flags.
 int openFile(const std::string& path, int flags) {
     return _open(path.c_str(), _O_WRONLY | _O_CREAT | flags, _S_IREAD | _S_IWRITE);
 }
 
-/// What a channel on that descriptor writes into the file.
+/// Returns what a channel on a descriptor with these flags writes into the file.
 std::string sent(const std::string& path, int flags, const std::vector<std::string>& lines) {
     {
         const ChannelDescriptor descriptor(openFile(path, flags));
@@ -62,7 +62,7 @@ struct Pipe {
     int writing = -1; ///< Descriptor.
 };
 
-/// A pipe of the smallest buffer that keeps apart what came by one write.
+/// Opens a pipe with the smallest buffer that preserves the boundaries of writes.
 Pipe openPacketPipe(const std::string& name) {
     const std::string path = "\\\\.\\pipe\\vadelclip-" + name + "-" + std::to_string(GetCurrentProcessId());
     const HANDLE reading =
@@ -72,7 +72,7 @@ Pipe openPacketPipe(const std::string& name) {
     return {reading, _open(path.c_str(), _O_WRONLY | _O_BINARY)};
 }
 
-/// Everything that comes until the last writer is gone, "|" behind what came by one write.
+/// Reads until the last writer has closed the pipe. Appends "|" after the bytes of each write.
 std::string readPackets(HANDLE reading) {
     std::string result;
     std::string block(1 << 20, '\0');
@@ -91,18 +91,18 @@ bool isInherited(int descriptor) {
 
 } // namespace
 
-TEST(MessageChannel, linesEndInALineFeedAloneWhateverTheModeOfTheDescriptor) {
+TEST(MessageChannel, endsLinesInALineFeedInEveryMode) {
     const TemporaryDirectory directory;
     EXPECT_EQ("a\nb\n", sent(directory.pathOf("binary"), _O_BINARY, {"a\n", "b\n"}));
     EXPECT_EQ("a\nb\n", sent(directory.pathOf("text"), _O_TEXT, {"a\n", "b\n"}));
 }
 
-TEST(MessageChannel, aFileOpenedForAppendingKeepsWhatItHeld) {
+TEST(MessageChannel, appendsToAFileOpenedForAppending) {
     const TemporaryDirectory directory;
     EXPECT_EQ("earlier\na\n", sent(directory.write("file", "earlier\n"), _O_BINARY | _O_APPEND, {"a\n"}));
 }
 
-TEST(MessageChannel, aClosedDescriptorTakesNothingAndEndsNothing) {
+TEST(MessageChannel, writesNothingToAClosedDescriptor) {
     _close(channelDescriptor);
     MessageChannel channel;
     channel.open();
@@ -111,7 +111,7 @@ TEST(MessageChannel, aClosedDescriptorTakesNothingAndEndsNothing) {
     channel.close();
 }
 
-TEST(MessageChannel, aDescriptorOpenForReadingTakesNothing) {
+TEST(MessageChannel, writesNothingToAReadOnlyDescriptor) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("file", "content");
     {
@@ -124,7 +124,7 @@ TEST(MessageChannel, aDescriptorOpenForReadingTakesNothing) {
     EXPECT_EQ("content", readFile(path));
 }
 
-TEST(MessageChannel, noFileOfTheToolCanLandOnTheChannel) {
+TEST(MessageChannel, noFileOfTheToolBecomesTheChannel) {
     const TemporaryDirectory directory;
     const std::string path = directory.pathOf("channel");
     {
@@ -144,7 +144,7 @@ TEST(MessageChannel, noFileOfTheToolCanLandOnTheChannel) {
 TEST(MessageChannel, noProgramInheritsTheChannel) {
     const TemporaryDirectory directory;
     const ChannelDescriptor descriptor(openFile(directory.pathOf("channel"), _O_BINARY));
-    // The lowest free number, which the channel is about to take.
+    // The lowest free number, which the channel will use.
     const int expected = _dup(channelDescriptor);
     EXPECT_TRUE(isInherited(expected));
     _close(expected);
@@ -155,7 +155,7 @@ TEST(MessageChannel, noProgramInheritsTheChannel) {
     channel.close();
 }
 
-TEST(MessageChannel, eachLineIsHandedOverInOneWrite) {
+TEST(MessageChannel, writesEachLineAtOnce) {
     const Pipe pipe = openPacketPipe("packets");
     std::string received;
     std::thread reader([&] { received = readPackets(pipe.reading); });
@@ -174,11 +174,11 @@ TEST(MessageChannel, eachLineIsHandedOverInOneWrite) {
         << received.size() << " bytes, the first of them " << received.substr(0, 20);
 }
 
-TEST(MessageChannel, aSlowReaderIsWaitedFor) {
+TEST(MessageChannel, waitsForASlowReader) {
     const Pipe pipe = openPacketPipe("slow");
     std::string received;
     std::thread reader([&] {
-        // Long enough for the pipe to be full.
+        // The pipe is full after this time.
         Sleep(200);
         received = readPackets(pipe.reading);
     });
@@ -199,7 +199,7 @@ TEST(MessageChannel, aSlowReaderIsWaitedFor) {
     EXPECT_TRUE(expected == received) << received.size() << " bytes of " << expected.size();
 }
 
-TEST(MessageChannel, aVanishedReaderSilencesTheChannelForGood) {
+TEST(MessageChannel, missingReaderSilencesTheChannelForGood) {
     const Pipe pipe = openPacketPipe("vanished");
     const ChannelDescriptor descriptor(pipe.writing);
     MessageChannel channel;

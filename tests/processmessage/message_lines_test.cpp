@@ -9,7 +9,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The text of an error as it stands between the quotes of its line.
+/// Returns the text between the quotes of an error line.
 std::string quoted(const std::string& text) {
     const std::string line = errorLine(2, text);
     const std::string start = R"({"type":"error","level":2,"text":")";
@@ -21,7 +21,7 @@ std::string quoted(const std::string& text) {
 
 } // namespace
 
-TEST(MessageLines, keysComeInAFixedOrder) {
+TEST(MessageLines, writesKeysInAFixedOrder) {
     EXPECT_EQ("{\"type\":\"error\",\"level\":2,\"text\":\"Directory base does not exist\"}\n",
               errorLine(2, "Directory base does not exist"));
     EXPECT_EQ("{\"type\":\"state\",\"level\":1,\"text\":\"Clipping elevation data...\",\"active\":true}\n",
@@ -32,7 +32,7 @@ TEST(MessageLines, keysComeInAFixedOrder) {
     EXPECT_EQ("{\"type\":\"progress\",\"percent\":12.5}\n", progressLine(125));
 }
 
-TEST(MessageLines, levelsAreAnyNumber) {
+TEST(MessageLines, acceptsAnyLevel) {
     EXPECT_EQ("{\"type\":\"error\",\"level\":-2147483648,\"text\":\"\"}\n",
               errorLine(std::numeric_limits<int>::min(), ""));
     EXPECT_EQ("{\"type\":\"finish\",\"level\":2147483647,\"text\":\"\"}\n",
@@ -40,7 +40,7 @@ TEST(MessageLines, levelsAreAnyNumber) {
     EXPECT_EQ("{\"type\":\"failed\",\"level\":0,\"text\":\"\"}\n", failedLine(0, ""));
 }
 
-TEST(MessageLines, everyTenthHasOneDecimal) {
+TEST(MessageLines, writesTenthsWithOneDecimal) {
     for (int tenths = 0; tenths <= 1000; ++tenths) {
         EXPECT_EQ("{\"type\":\"progress\",\"percent\":" + std::to_string(tenths / 10) + "." +
                       std::to_string(tenths % 10) + "}\n",
@@ -48,34 +48,34 @@ TEST(MessageLines, everyTenthHasOneDecimal) {
     }
 }
 
-TEST(MessageLines, whatJsonReservesIsEscaped) {
+TEST(MessageLines, escapesReservedCharacters) {
     EXPECT_EQ(R"(a\"b\\c)", quoted("a\"b\\c"));
     EXPECT_EQ(R"(a\nb\tc\rd\be\ff)", quoted("a\nb\tc\rd\be\ff"));
     EXPECT_EQ(R"(\u0000\u0001\u001b\u001f)", quoted(std::string("\0\x01\x1B\x1F", 4)));
     EXPECT_EQ("/ \x7F '", quoted("/ \x7F '"));
 }
 
-TEST(MessageLines, aLineHasExactlyOneLineFeed) {
+TEST(MessageLines, lineHasExactlyOneLineFeed) {
     for (const std::string& line : {errorLine(2, "a\n\nb\n"), stateLine(1, "\n", true), failedLine(1, "\r\n"),
                                     finishLine(1, "a\nb"), progressLine(0)}) {
         EXPECT_EQ(line.size() - 1, line.find('\n')) << line;
     }
 }
 
-TEST(MessageLines, textsOfEveryLanguageStayAsTheyAre) {
+TEST(MessageLines, keepsTextsOfEveryLanguage) {
     for (const char* const text : {"Höhendaten", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xE2\x82\xAC", "\xEF\xBB\xBF",
                                    "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "\xE2\x80\xA8"}) {
         EXPECT_EQ(text, quoted(text));
     }
 }
 
-TEST(MessageLines, bytesThatAreNoUtf8BecomeReplacementCharacters) {
+TEST(MessageLines, replacesBytesThatAreNotUtf8) {
     const std::string replaced = "\xEF\xBF\xBD";
     EXPECT_EQ("H" + replaced + "hen", quoted("H\xF6hen"));
     EXPECT_EQ(replaced, quoted("\xFF"));
     EXPECT_EQ(replaced + replaced, quoted("\xFF\xFE"));
     EXPECT_EQ(replaced, quoted("\x80"));
-    // Cut short, at the end and before another character.
+    // Incomplete characters, at the end and before another character.
     EXPECT_EQ("a" + replaced, quoted("a\xC3"));
     EXPECT_EQ("a" + replaced, quoted("a\xE2\x82"));
     EXPECT_EQ(replaced + "a", quoted("\xE2\x82"
@@ -85,9 +85,9 @@ TEST(MessageLines, bytesThatAreNoUtf8BecomeReplacementCharacters) {
     EXPECT_EQ(replaced + R"(\n)", quoted("\xC3\n"));
 }
 
-TEST(MessageLines, everyTextGivesALineOfValidUtf8) {
-    // Overlong forms, halves of surrogate pairs and numbers beyond Unicode: how many replacement characters they
-    // become is the library's matter, that nothing of them is left is ours.
+TEST(MessageLines, everyLineIsValidUtf8) {
+    // Overlong forms, halves of surrogate pairs and numbers beyond Unicode. The library decides how many replacement
+    // characters replace them; no other byte may be left.
     for (const char* const text : {"\xC0\xAF", "\xC1\xBF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xED\xBF\xBF",
                                    "\xF0\x80\x80\xAF", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80", "\xFC"}) {
         std::string rest = quoted(text);
@@ -99,7 +99,7 @@ TEST(MessageLines, everyTextGivesALineOfValidUtf8) {
     }
 }
 
-TEST(MessageLines, longTextsAreNotCut) {
+TEST(MessageLines, doesNotTruncateLongTexts) {
     const std::string text(1000000, 'a');
     EXPECT_EQ(text, quoted(text));
 }

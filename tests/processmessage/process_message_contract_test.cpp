@@ -7,11 +7,11 @@
 
 namespace vadelclip {
 
-// The contract: any library with these shapes can stand in the layer's place, and the tool compiles with either.
+// The contract: any library with these classes can replace our layer, and the tool compiles with either.
 
 namespace {
 
-/// Access to what derived classes see.
+/// Gives access to protected members.
 struct OtherMessage : Message {};
 
 template <typename MessageClass>
@@ -23,27 +23,27 @@ constexpr bool isTextMessage =
 
 } // namespace
 
-TEST(ProcessMessageContract, messagesEndThroughTheVirtualProtectedDestructorOfTheirBase) {
+TEST(ProcessMessageContract, baseHasAVirtualProtectedDestructor) {
     EXPECT_TRUE(std::has_virtual_destructor_v<Message>);
     EXPECT_FALSE(std::is_destructible_v<Message>);
     EXPECT_TRUE(std::is_destructible_v<OtherMessage>);
     EXPECT_FALSE(std::is_default_constructible_v<Message>);
 }
 
-TEST(ProcessMessageContract, textMessagesAreMadeFromALevelAndAText) {
+TEST(ProcessMessageContract, textMessagesTakeALevelAndAText) {
     EXPECT_TRUE(isTextMessage<ErrorMessage>);
     EXPECT_TRUE(isTextMessage<FailedMessage>);
     EXPECT_TRUE(isTextMessage<FinishMessage>);
 }
 
-TEST(ProcessMessageContract, aStateMessageHasAFlagToo) {
+TEST(ProcessMessageContract, stateMessageAlsoTakesAFlag) {
     EXPECT_TRUE((std::is_base_of_v<Message, StateMessage>));
     EXPECT_TRUE((std::is_destructible_v<StateMessage>));
     EXPECT_TRUE((std::is_constructible_v<StateMessage, int, const std::string&, bool>));
     EXPECT_FALSE((std::is_constructible_v<StateMessage, int, const std::string&>));
 }
 
-TEST(ProcessMessageContract, aProgressMessageIsARangeWithSteps) {
+TEST(ProcessMessageContract, progressMessageTakesARangeAndSteps) {
     EXPECT_TRUE((std::is_base_of_v<Message, ProgressMessage>));
     EXPECT_TRUE((std::is_destructible_v<ProgressMessage>));
     EXPECT_TRUE((std::is_constructible_v<ProgressMessage, double, double, int>));
@@ -51,7 +51,7 @@ TEST(ProcessMessageContract, aProgressMessageIsARangeWithSteps) {
     EXPECT_TRUE((std::is_same_v<decltype(&ProgressMessage::OnProgress), void (ProgressMessage::*)(int, bool)>));
 }
 
-TEST(ProcessMessageContract, theSenderIsMadeByInstanceAlone) {
+TEST(ProcessMessageContract, onlyInstanceCreatesTheSender) {
     EXPECT_TRUE((std::is_same_v<decltype(&MessageSender::Instance), MessageSender& (*)(bool)>));
     EXPECT_FALSE((std::is_constructible_v<MessageSender, bool>));
     EXPECT_FALSE(std::is_default_constructible_v<MessageSender>);

@@ -11,11 +11,9 @@
 
 namespace vadelclip {
 
-// Which steps of a run come out as progress lines.
+// Which steps of a run lead to progress lines.
 
-namespace {} // namespace
-
-TEST(ProcessMessageProgress, progressIsWrittenWhenItsDecimalHasGrown) {
+TEST(ProcessMessageProgress, writesProgressIfItsDecimalGrows) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         walkRange(0.0, 50.0, 3, 3);
@@ -28,7 +26,7 @@ TEST(ProcessMessageProgress, progressIsWrittenWhenItsDecimalHasGrown) {
               outcome);
 }
 
-TEST(ProcessMessageProgress, tenMillionStepsAreAThousandLines) {
+TEST(ProcessMessageProgress, writesAThousandLinesForTenMillionSteps) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         walkRange(0.0, 40.0, 4000000, 4000000);
@@ -42,11 +40,11 @@ TEST(ProcessMessageProgress, tenMillionStepsAreAThousandLines) {
     EXPECT_EQ((ChildOutcome{0, expected}), outcome);
 }
 
-TEST(ProcessMessageProgress, progressNeverGoesBack) {
+TEST(ProcessMessageProgress, progressNeverDecreases) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         walkRange(0.0, 80.0, 4, 4);
-        // As behind a file whose line count is negative, or with totals that have wrapped around.
+        // Such ranges follow a file with a negative line count, or occur after totals have wrapped around.
         walkRange(20.0, 40.0, 4, 4);
         walkRange(80.0, 60.0, 4, 4);
         walkRange(50.0, 100.0, 4, 4);
@@ -63,7 +61,7 @@ TEST(ProcessMessageProgress, progressNeverGoesBack) {
         outcome);
 }
 
-TEST(ProcessMessageProgress, rangesThatAreEmptyOrNotFiniteWriteNothing) {
+TEST(ProcessMessageProgress, writesNothingForEmptyOrInfiniteRanges) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         walkRange(notANumber, notANumber, 0, 5);
@@ -79,17 +77,17 @@ TEST(ProcessMessageProgress, rangesThatAreEmptyOrNotFiniteWriteNothing) {
     EXPECT_EQ((ChildOutcome{0, percentLine("100.0")}), outcome);
 }
 
-TEST(ProcessMessageProgress, theEndOfTheRunIsWrittenInEveryCase) {
+TEST(ProcessMessageProgress, alwaysWritesTheEndOfTheRun) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
-        // A range whose end has been rounded up, reached before the closing one.
+        // A range whose end was rounded up reaches 100 before the closing range.
         walkRange(99.0, 100.00000000000001, 1, 2);
         walkClosingRange();
     });
     EXPECT_EQ((ChildOutcome{0, percentLine("99.0") + percentLine("100.0") + percentLine("100.0")}), outcome);
 }
 
-TEST(ProcessMessageProgress, flagsOfStepsChangeNothing) {
+TEST(ProcessMessageProgress, ignoresTheFlagsOfSteps) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         ProgressMessage progress(0.0, 100.0, 4);

@@ -10,9 +10,9 @@
 
 namespace vadelclip {
 
-// The layer as a controlling process sees it, in a process of its own for each test: there is one sender for each.
+// What a controlling process receives from the layer. Each test runs in a new process: a process has only one sender.
 
-TEST(ProcessMessageLayer, messagesArriveInTheOrderOfTheirConstruction) {
+TEST(ProcessMessageLayer, messagesArriveInTheOrderOfConstruction) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         { const StateMessage message(1, "Clipping", true); }
@@ -35,7 +35,7 @@ TEST(ProcessMessageLayer, messagesArriveInTheOrderOfTheirConstruction) {
               outcome);
 }
 
-TEST(ProcessMessageLayer, constructionDeliversAndTheEndDoesNothing) {
+TEST(ProcessMessageLayer, sendsInTheConstructorAndNotInTheDestructor) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         mark("sender");
@@ -54,20 +54,20 @@ TEST(ProcessMessageLayer, constructionDeliversAndTheEndDoesNothing) {
               outcome);
 }
 
-TEST(ProcessMessageLayer, eachLineIsHandedOverInOneWrite) {
+TEST(ProcessMessageLayer, writesEachLineAtOnce) {
     const ChildOutcome outcome = runWithPackets([] {
         MessageSender::Instance(true);
         sendError("a\nb");
         walkRange(0.0, 100.0, 2, 2);
         sendError(std::string(20000, 'a'));
     });
-    // The support puts a bar behind each write.
+    // `runWithPackets` appends a bar after each write.
     EXPECT_EQ((ChildOutcome{0, errorLineOf("a\\nb") + "|" + percentLine("0.0") + "|" + percentLine("50.0") + "|" +
                                    errorLineOf(std::string(20000, 'a')) + "|"}),
               outcome);
 }
 
-TEST(ProcessMessageLayer, outsidePipeModeEverythingIsDropped) {
+TEST(ProcessMessageLayer, dropsEverythingOutsidePipeMode) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(false);
         { const StateMessage message(1, "Clipping", true); }
@@ -99,7 +99,7 @@ TEST(ProcessMessageLayer, onlyTheFirstCallOfInstanceCounts) {
     EXPECT_EQ((ChildOutcome{0, ""}), dropped);
 }
 
-TEST(ProcessMessageLayer, messagesWithoutASenderAreDropped) {
+TEST(ProcessMessageLayer, dropsMessagesWithoutASender) {
     const ChildOutcome outcome = runWithPipe([] {
         sendError("too early");
         walkRange(0.0, 100.0, 10, 10);
@@ -109,9 +109,9 @@ TEST(ProcessMessageLayer, messagesWithoutASenderAreDropped) {
     EXPECT_EQ((ChildOutcome{0, errorLineOf("in time")}), outcome);
 }
 
-TEST(ProcessMessageLayer, messagesAfterTheSendersEndDoNoHarm) {
+TEST(ProcessMessageLayer, dropsMessagesAfterTheEndOfTheSender) {
     const ChildOutcome outcome = runWithPipe([] {
-        // Registered before the sender's destruction is, so it runs behind it.
+        // Registered before the destruction of the sender, so it runs after it.
         std::atexit([] {
             sendError("too late");
             walkRange(0.0, 100.0, 10, 10);
@@ -123,7 +123,7 @@ TEST(ProcessMessageLayer, messagesAfterTheSendersEndDoNoHarm) {
     EXPECT_EQ((ChildOutcome{7, errorLineOf("in time")}), outcome);
 }
 
-TEST(ProcessMessageLayer, theSenderLivesUntilTheProcessExits) {
+TEST(ProcessMessageLayer, senderLivesUntilTheProcessExits) {
     const ChildOutcome outcome = runWithPipe([] {
         MessageSender::Instance(true);
         std::atexit([] { sendError("at exit"); });

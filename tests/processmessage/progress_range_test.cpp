@@ -15,7 +15,7 @@ namespace {
 constexpr double largest = std::numeric_limits<double>::max();
 constexpr int largestStep = std::numeric_limits<int>::max();
 
-/// What `firstDueStep` computes, found by looking at every step.
+/// Returns the result of `firstDueStep`, computed by a scan over all steps.
 int firstDueStepByScan(const ProgressRange& range, int writtenTenths) {
     for (int step = 0; step <= range.stepCount; ++step) {
         const int tenths = tenthsAt(range, step);
@@ -33,7 +33,7 @@ void expectAsByScan(const ProgressRange& range) {
     }
 }
 
-/// All that is written while a range is walked from a state on, in tenths: what OnProgress does, without the channel.
+/// Returns the tenths that `OnProgress` writes while a range is walked, if `writtenTenths` was written last.
 std::vector<int> walk(const ProgressRange& range, int writtenTenths, int lastStep) {
     std::vector<int> written;
     for (int step = 0; step <= lastStep; ++step) {
@@ -47,7 +47,7 @@ std::vector<int> walk(const ProgressRange& range, int writtenTenths, int lastSte
 
 } // namespace
 
-TEST(ProgressRange, tenthsAreRoundedDown) {
+TEST(ProgressRange, roundsTenthsDown) {
     const ProgressRange whole{0.0, 100.0, 3};
     EXPECT_EQ(0, tenthsAt(whole, 0));
     EXPECT_EQ(333, tenthsAt(whole, 1));
@@ -58,13 +58,13 @@ TEST(ProgressRange, tenthsAreRoundedDown) {
     EXPECT_EQ(1, tenthsAt({0.0, 100.0, 1000000}, 1000));
 }
 
-TEST(ProgressRange, aThousandStepsAreATenthEach) {
+TEST(ProgressRange, eachOfAThousandStepsIsATenth) {
     for (int step = 0; step <= 1000; ++step) {
         EXPECT_EQ(step, tenthsAt({0.0, 100.0, 1000}, step));
     }
 }
 
-TEST(ProgressRange, aRangeIsPartOfTheRun) {
+TEST(ProgressRange, mapsARangeToItsPartOfTheRun) {
     EXPECT_EQ(375, tenthsAt({37.5, 62.5, 2}, 0));
     EXPECT_EQ(500, tenthsAt({37.5, 62.5, 2}, 1));
     EXPECT_EQ(625, tenthsAt({37.5, 62.5, 2}, 2));
@@ -72,7 +72,7 @@ TEST(ProgressRange, aRangeIsPartOfTheRun) {
     EXPECT_EQ(1000, tenthsAt({1.0, 100.0, 100}, 100));
 }
 
-TEST(ProgressRange, theResultStaysBetweenNothingAndTheEnd) {
+TEST(ProgressRange, limitsTheResult) {
     EXPECT_EQ(1000, tenthsAt({0.0, 100.0, 4}, 5));
     EXPECT_EQ(1000, tenthsAt({0.0, 100.0, 4}, largestStep));
     EXPECT_EQ(1000, tenthsAt({150.0, 200.0, 4}, 0));
@@ -84,7 +84,7 @@ TEST(ProgressRange, theResultStaysBetweenNothingAndTheEnd) {
     EXPECT_EQ(noTenths, tenthsAt({-largest, 100.0, 4}, 1));
 }
 
-TEST(ProgressRange, aRangeThatShowsNothingHasNoDueStep) {
+TEST(ProgressRange, emptyOrInfiniteRangeHasNoDueStep) {
     for (const ProgressRange range : {ProgressRange{0.0, 0.0, 10},
                                       {50.0, 50.0, 10},
                                       {100.0, 100.0, 10},
@@ -114,7 +114,7 @@ TEST(ProgressRange, aRangeThatShowsNothingHasNoDueStep) {
     }
 }
 
-TEST(ProgressRange, theFirstDueStepIsTheOneThatAScanFinds) {
+TEST(ProgressRange, firstDueStepEqualsTheOneOfAScan) {
     for (int stepCount = 1; stepCount <= 60; ++stepCount) {
         for (const double start : {-10.0, 0.0, 0.05, 1.0, 33.3, 99.9, 100.0}) {
             for (const double end : {-5.0, 0.1, 0.15, 1.0, 33.4, 66.6, 99.99, 100.0, 100.00000000000001, 250.0}) {
@@ -128,7 +128,7 @@ TEST(ProgressRange, theFirstDueStepIsTheOneThatAScanFinds) {
     expectAsByScan({0.0, 100.0, 12345});
 }
 
-TEST(ProgressRange, theFirstDueStepIsTheOneThatAScanFindsOnRandomRanges) {
+TEST(ProgressRange, firstDueStepEqualsTheOneOfAScanOnRandomRanges) {
     std::mt19937 random(20231);
     std::uniform_real_distribution<double> percent(-5.0, 105.0);
     std::uniform_int_distribution<int> steps(1, 400);
@@ -140,7 +140,7 @@ TEST(ProgressRange, theFirstDueStepIsTheOneThatAScanFindsOnRandomRanges) {
     }
 }
 
-TEST(ProgressRange, progressNeverGoesBackWithinARange) {
+TEST(ProgressRange, progressNeverDecreasesWithinARange) {
     std::mt19937 random(20232);
     std::uniform_real_distribution<double> percent(0.0, 100.0);
     for (int i = 0; i < 300; ++i) {
@@ -155,7 +155,7 @@ TEST(ProgressRange, progressNeverGoesBackWithinARange) {
     }
 }
 
-TEST(ProgressRange, stepCountsOfAnySizeAreWalkedInTime) {
+TEST(ProgressRange, findsDueStepsOfLargeRanges) {
     const ProgressRange range{0.0, 100.0, largestStep};
     EXPECT_EQ(0, firstDueStep(range, noTenths));
     // One tenth is 2147483.647 steps.
@@ -165,7 +165,7 @@ TEST(ProgressRange, stepCountsOfAnySizeAreWalkedInTime) {
     EXPECT_EQ(1, firstDueStep({0.0, largest, largestStep}, 0));
 }
 
-TEST(ProgressRange, theEndOfTheRunIsDueInEveryCase) {
+TEST(ProgressRange, endOfTheRunIsAlwaysDue) {
     EXPECT_EQ(100, firstDueStep({1.0, 100.0, 100}, 999));
     EXPECT_EQ(100, firstDueStep({1.0, 100.0, 100}, finishedTenths));
     EXPECT_EQ(7, firstDueStep({50.0, 120.0, 7}, finishedTenths));
@@ -173,7 +173,7 @@ TEST(ProgressRange, theEndOfTheRunIsDueInEveryCase) {
     EXPECT_EQ(noDueStep, firstDueStep({1.0, 99.9, 100}, finishedTenths));
 }
 
-TEST(ProgressRange, eachTenthIsWrittenOnce) {
+TEST(ProgressRange, writesEachTenthOnce) {
     EXPECT_EQ((std::vector<int>{0, 333, 666}), walk({0.0, 100.0, 3}, noTenths, 2));
     EXPECT_EQ((std::vector<int>{333, 666, 1000}), walk({0.0, 100.0, 3}, 0, 3));
     EXPECT_EQ((std::vector<int>{501, 502}), walk({50.0, 50.3, 6}, 500, 5));

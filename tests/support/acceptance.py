@@ -1,17 +1,18 @@
-"""Runs the real executables from outside and compares everything they leave behind.
+"""Runs the real executables and compares everything they leave on disk and on their descriptors.
 
-Each test gets a fresh directory, writes its inputs there, starts one process in it and hands the finished `Run` to one
-of the `expect...` functions. These always compare all of it: exit status, console, empty standard error, every file and
-directory with its bytes (so an input that changed shows as well), and every message in order.
+Each test gets a fresh directory, writes its inputs there, runs one process in it and passes the finished `Run` to one
+of the `expect...` functions. These compare the whole run: exit status, console, empty standard error, every file and
+directory with its bytes (inputs included), and every message in order.
 
-Two executables, from the environment: the real tool (VADELCLIP_EXECUTABLE, catalogues beside it), whose descriptor 3
-carries JSON Lines with "-pipe"; and the same tool with a recording message layer (VADELCLIP_RECORDING, no catalogues
-beside it, so its texts are the English ids), whose descriptor 3 gets one line for every call of the message classes.
-Both may be built for Windows: see target_platform.py.
+The environment names two executables. VADELCLIP_EXECUTABLE is the real tool, with its catalogues in the same directory.
+With "-pipe" it writes JSON Lines to descriptor 3. VADELCLIP_RECORDING is the same tool with a recording message layer.
+It writes one line to descriptor 3 for every call of the message classes. It has no catalogues, so its texts are the
+English ids. Both may be built for Windows: see target_platform.py.
 """
 import ctypes
 import difflib
 import os
+import resource
 import shutil
 import stat
 import subprocess
@@ -22,16 +23,15 @@ import unittest
 from dataclasses import dataclass
 
 from expected_messages import failedRun, finishedRun
-from target_platform import (WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder,
-                             withoutTextMode)
+from target_platform import WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder
 
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
-CHANNEL = 3  # the descriptor on which messages leave a process
+CHANNEL = 3  # the descriptor that a process writes messages to
 TIME_LIMIT = 120.0 if SANITIZED else 60.0  # seconds
 
-# A tree is a dict from relative path to what stands there: bytes for a file, one of these texts for anything else.
+# A tree is a dict from relative path to content: bytes for a file, one of these texts for anything else.
 DIRECTORY = "directory"
 FIFO = "fifo"
 
@@ -63,25 +63,35 @@ def boundary(*rings):
 SQUARE = boundary([(0, 0), (10, 0), (10, 10), (0, 10)])
 
 
+# An ordinary job: one of the two nodes is in SQUARE.
+NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
+KEPT = {"a.xyz": b"x;y;z\n1;1;5\n"}
+
+
 def output(count, files=None, at="base/out"):
-    """The tree of a finished output directory."""
+    """Returns the tree of a finished output directory."""
     tree = {at: DIRECTORY, f"{at}/total_node_count.txt": b"%d\n" % count}
     tree.update({f"{at}/{name}": content for name, content in (files or {}).items()})
     return tree
 
 
+def limitMemory(size):
+    """Returns a function for `beforeStart` that limits the address space of the process to `size` bytes."""
+    return lambda: resource.setrlimit(resource.RLIMIT_AS, (size, size))
+
+
 def dropPowersOfRoot():
-    """For `beforeStart`: file permissions bind the process, also if the tests are run by root."""
+    """For `beforeStart`: makes file permissions apply to the process even if root runs the tests."""
     for capability in (1, 2):  # CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH
         if libc.prctl(24, capability, 0, 0, 0) != 0 and os.geteuid() == 0:  # PR_CAPBSET_DROP
-            raise OSError("cannot give up a power of root")
+            raise OSError("cannot drop a capability of root")
 
 
 libc = ctypes.CDLL(None)
 
 
 def occupyChannelNumber():
-    """Keeps descriptor 3 taken in this process: nothing of subprocess's own may be there when a child replaces it."""
+    """Keeps descriptor 3 in use in this process, so that `subprocess` does not take it before a child replaces it."""
     descriptor = os.open(os.devnull, os.O_RDONLY)
     while descriptor < CHANNEL:
         descriptor = os.open(os.devnull, os.O_RDONLY)
@@ -121,7 +131,7 @@ def withParents(tree):
 
 
 def report(status, console, errors, messages, tree):
-    """Everything about a run as lines of text, for comparison and for the difference that a failed test prints."""
+    """Returns the whole run as lines of text, for comparison and for the diff that a failed test prints."""
     lines = [f"exit status {status}"]
     lines += [f"console {line!r}" for line in console.splitlines(keepends=True)]
     lines += [f"standard error {line!r}" for line in errors.splitlines(keepends=True)]
@@ -142,8 +152,8 @@ class AcceptanceTest(unittest.TestCase):
             self.skipTest(reason)
         place = tempfile.mkdtemp(prefix="vadelclip-")
         self.addCleanup(shutil.rmtree, place)
-        self.directory = os.path.join(place, "work")  # where the process runs, compared as a whole
-        self.aside = os.path.join(place, "aside")  # for what is not to be compared
+        self.directory = os.path.join(place, "work")  # the process runs here; all of it is compared
+        self.aside = os.path.join(place, "aside")  # for files that are not compared
         os.mkdir(self.directory)
         os.mkdir(self.aside)
         self.given = {}
@@ -151,13 +161,13 @@ class AcceptanceTest(unittest.TestCase):
         self.serverErrors = []
 
     def startOver(self):
-        """Empties the directory, for the next case of a table."""
+        """Empties the directory for the next case of a table."""
         shutil.rmtree(self.directory)
         os.mkdir(self.directory)
         self.given = {}
 
     def needPosix(self, reason):
-        """Leaves the test out on Windows."""
+        """Skips the test on Windows."""
         if WINDOWS:
             self.skipTest(reason)
 
@@ -167,7 +177,7 @@ class AcceptanceTest(unittest.TestCase):
         return os.path.join(self.directory, name)
 
     def give(self, tree):
-        """Writes inputs. They are expected to stand there unchanged after the run."""
+        """Writes inputs. The run must leave them unchanged."""
         if any(content == FIFO or str(content).startswith(linkTo("")) for content in tree.values()):
             self.needPosix("Windows has no FIFOs in its file system, and the emulator shows no links")
         for name, content in tree.items():
@@ -185,23 +195,27 @@ class AcceptanceTest(unittest.TestCase):
         self.given.update(tree)
 
     def keep(self, created):
-        """What a run has created is an input from now on."""
+        """Makes the files that a run has created inputs of the next run."""
         self.given.update(inTextModeTree(created))
 
+    def clearOutput(self):
+        """Removes base/out for the next run on the same inputs."""
+        shutil.rmtree(self.path("base/out"), ignore_errors=True)
+
     def giveJob(self, nodeFiles, area=SQUARE):
-        """Inputs of an ordinary job: base/data with these node files, and area.xml."""
+        """Writes the inputs of an ordinary job: base/data with these node files, and area.xml."""
         self.give({"area.xml": area, "base/data": DIRECTORY})
         self.give({f"base/data/{name}": content for name, content in nodeFiles.items()})
 
     def walkOrder(self, directory="base/data"):
-        """Names in the order in which the platform lists them: the order of the passes."""
+        """Returns the names in the order of the platform's listing, which is the order of the passes."""
         return walkOrder(self.path(directory))
 
     def serve(self, name, *openings):
-        """Puts a file at `name` that holds something else at each opening.
+        """Creates a file `name` whose content differs from one opening to the next.
 
-        Each opening is bytes, or a list of bytes and functions, written and called in this order once the tool has
-        opened the file. In truth `name` is a link to a FIFO, a new one for each opening, so that no two of them mix.
+        Each opening is bytes, or a list of bytes and functions. They are written and called in this order after the
+        tool has opened the file. `name` is a link to a FIFO, a new one for each opening, so that openings do not mix.
         """
         self.needPosix("Windows has no FIFOs in its file system")
         fifo = os.path.join(self.aside, f"fifo{len(self.servers)}")
@@ -220,7 +234,7 @@ class AcceptanceTest(unittest.TestCase):
                 try:
                     serveOne(pieces)
                 except BrokenPipeError:
-                    pass  # the tool has read what it wanted
+                    pass  # the tool need not read to the end
                 except Exception as error:
                     self.serverErrors.append(f"{name}: {error!r}")
 
@@ -228,11 +242,11 @@ class AcceptanceTest(unittest.TestCase):
         self.servers[-1][2].start()
 
     def waitFor(self, condition, what):
-        """For a step of `serve`: holds the tool's input back until something can be seen."""
+        """For a step of `serve`: delays the tool's input until the condition is true."""
         limit = time.monotonic() + 5
         while not condition():
             if time.monotonic() > limit:
-                raise AssertionError(f"{what} was not to be seen in time")
+                raise AssertionError(f"timed out waiting for {what}")
             time.sleep(0.001)
 
     # Running
@@ -241,11 +255,11 @@ class AcceptanceTest(unittest.TestCase):
               closed=(), launcher=True):
         """Runs a tool to its end.
 
-        @param beforeStart  called in the new process just before it becomes the tool; not on Windows
-        @param console      descriptor to use in place of the file that the console goes to
-        @param channel      the same for descriptor 3; on Windows also a text for the launcher
-        @param closed       descriptors that the tool finds closed
-        @param launcher     whether a program stands between on Windows that knows how to hand over descriptors
+        @param beforeStart  called in the new process just before it executes the tool; not on Windows
+        @param console      descriptor to use as standard output; a file by default
+        @param channel      descriptor to use as descriptor 3; on Windows also a text for the launcher
+        @param closed       descriptors that are closed when the tool starts
+        @param launcher     on Windows: start the tool by the launcher, which can pass descriptors on
         """
         self.channelFile = tempfile.NamedTemporaryFile(dir=self.aside)
         self.addCleanup(self.channelFile.close)
@@ -292,17 +306,17 @@ class AcceptanceTest(unittest.TestCase):
         return os.fsdecode(content.replace(b"-nan", b"nan")).split("\n")[:-1]
 
     def clip(self, *options, **settings):
-        """Runs the ordinary job that `giveJob` has written."""
+        """Runs the job that `giveJob` has written."""
         return self.start("base/data", "out", "area.xml", *options, **settings)
 
     # Comparing
 
     def expect(self, run, *, status, console=(), created=None, removed=(), messages=()):
-        """Compares all of a run.
+        """Compares the whole run.
 
         @param console   lines of text
-        @param created   tree of what must be there besides the inputs, or in place of one; written in text mode
-        @param removed   inputs that must be gone
+        @param created   tree of the files that must exist in addition to the inputs or in place of one; in text mode
+        @param removed   inputs that must no longer exist
         @param messages  all lines of descriptor 3
         """
         tree = {**self.given, **inTextModeTree(created or {})}
@@ -314,15 +328,15 @@ class AcceptanceTest(unittest.TestCase):
             self.fail("\n" + "\n".join(difflib.unified_diff(expected, got, "expected", "got", lineterm="", n=2)))
 
     def expectFinished(self, run, count, files=None, lineCounts=(), pipeMode=False):
-        """A run without a word on the console that kept `count` lines; `lineCounts` in the order of the passes."""
+        """Expects a run with an empty console that kept `count` lines; `lineCounts` in the order of the passes."""
         self.expect(run, status=0, created=output(count, files), messages=finishedRun(*lineCounts, pipeMode=pipeMode))
 
     def expectFailed(self, run, *errorTexts, created=None, pipeMode=False):
-        """A run that reported these errors, did not get to any file and failed."""
+        """Expects a run that reported these errors and failed before it opened a node file for clipping."""
         self.expect(run, status=1, console=errorTexts, created=created,
                     messages=failedRun(*errorTexts, pipeMode=pipeMode))
 
     def expectThrown(self, run, origin, created=None):
-        """A run ended by a library's error: its text, portable in its first word only, is the one error reported."""
+        """Expects a run that a library's exception ended. Only the first word of the reported text is portable."""
         self.assertRegex(run.console, b"^" + origin.encode() + b"(: |$)", run)
         self.expectFailed(run, *run.consoleLines(), created=created)

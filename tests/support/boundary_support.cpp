@@ -78,7 +78,7 @@ std::string boxLine(const BoundingBox& box) {
            text(box.maxY) + "\n";
 }
 
-testing::AssertionResult everyShapeAnswers(const Outline& outline, Point2D point, bool expected) {
+testing::AssertionResult expectInEveryShape(const Outline& outline, Point2D point, bool expected) {
     for (const Outline& shape : sameShapes(outline)) {
         for (const Closing closing : allClosings) {
             std::vector<BoundaryVertex> table;
@@ -151,11 +151,11 @@ std::vector<Outline> sameShapes(const Outline& outline) {
 }
 
 testing::AssertionResult isInside(const Outline& outline, Point2D point) {
-    return everyShapeAnswers(outline, point, true);
+    return expectInEveryShape(outline, point, true);
 }
 
 testing::AssertionResult isOutside(const Outline& outline, Point2D point) {
-    return everyShapeAnswers(outline, point, false);
+    return expectInEveryShape(outline, point, false);
 }
 
 std::string asText(Point2D point) {

@@ -1,5 +1,5 @@
 /// \file
-/// Polygons written as coordinates, and boundary records as texts for complete comparisons.
+/// Polygons made from coordinates, and boundary records as texts, for comparison of all members.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -15,11 +15,11 @@ namespace vadelclip {
 /// Corners in ring order.
 using Outline = std::vector<Point2D>;
 
-/// The ways in which a list of vertices can say that its ring is closed.
+/// How a list of vertices closes its ring.
 enum class Closing {
     open,
-    byIndex,        ///< The first index once more.
-    byRepeatedPoint ///< A further entry of the vertex table with the first one's coordinates.
+    byIndex,        ///< Repeats the first index.
+    byRepeatedPoint ///< Adds an entry to the vertex table with the coordinates of the first one.
 };
 
 constexpr Closing allClosings[] = {Closing::open, Closing::byIndex, Closing::byRepeatedPoint};
@@ -28,30 +28,30 @@ constexpr Closing allClosings[] = {Closing::open, Closing::byIndex, Closing::byR
 const Outline counterClockwiseSquare = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 const Outline clockwiseSquare = {{0, 0}, {0, 10}, {10, 10}, {10, 0}};
 
-/// Appends the corners to the table and returns the polygon of them, with its bounding box.
+/// Appends the corners to the table and returns their polygon, with its bounding box.
 BoundaryPolygon makePolygon(std::vector<BoundaryVertex>& vertexTable, const Outline& outline,
                             Closing closing = Closing::open);
 
-/// A set with one polygon for each outline, as reading a boundary file gives it.
+/// Returns a set with one polygon for each outline, as the boundary reader does.
 BoundarySet setOf(const std::vector<Outline>& outlines);
 
 Outline reversed(Outline outline);
 
-/// The same ring, beginning with another corner.
+/// Returns the ring with another first corner.
 Outline startingAt(Outline outline, std::size_t first);
 
-/// The same ring with one corner several times in a row.
+/// Returns the ring with one corner repeated.
 Outline withRepeatedCorner(Outline outline, std::size_t corner, std::size_t times);
 
-/// Every ring that can be made of an outline without changing its shape or its direction: begun at each corner, with
-/// no corner or one of them repeated.
+/// Returns rings with the shape and direction of the outline: with each first corner, and with no corner or one corner
+/// repeated.
 std::vector<Outline> sameShapes(const Outline& outline);
 
 /// For EXPECT_TRUE: the point is inside (or outside) every one of `sameShapes`, open and closed in each way.
 testing::AssertionResult isInside(const Outline& outline, Point2D point);
 testing::AssertionResult isOutside(const Outline& outline, Point2D point);
 
-/// All members of a record, numbers to the last bit.
+/// Returns all members of a record, numbers to the last bit.
 std::string asText(Point2D point);
 std::string asText(const Outline& outline);
 std::string asText(const BoundaryVertex& vertex);
@@ -59,7 +59,7 @@ std::string asText(const BoundaryEdge& edge);
 std::string asText(const BoundaryPolygon& polygon);
 std::string asText(const BoundarySet& set);
 
-/// Least and greatest corner of a box.
+/// Returns the minimum and maximum corner of a box.
 std::string boxText(const BoundingBox& box);
 
 } // namespace vadelclip

@@ -1,4 +1,4 @@
-"""Message catalogues for tests, and copies of the tool with such catalogues beside them."""
+"""Message catalogues for tests, and copies of the tool with such catalogues next to them."""
 import os
 import shutil
 import subprocess
@@ -14,7 +14,7 @@ def quoted(text):
 
 
 def catalogue(translations, charset="UTF-8"):
-    """A binary catalogue, made by msgfmt from these translations."""
+    """Returns a binary catalogue of these translations, compiled by msgfmt."""
     entries = {"": f"Content-Type: text/plain; charset={charset}\n", **translations}
     source = "\n".join(f"msgid {quoted(text)}\nmsgstr {quoted(translation)}\n" for text, translation in entries.items())
     return subprocess.run(["msgfmt", "-o", "-", "-"], input=source.encode(charset), stdout=subprocess.PIPE,
@@ -23,7 +23,7 @@ def catalogue(translations, charset="UTF-8"):
 
 class CatalogueTest(AcceptanceTest):
     def copyOfTool(self, catalogues, tool=RECORDING):
-        """A copy of the tool with these catalogues beside it: a dict from language folder to file content."""
+        """Copies the tool and writes these catalogues next to the copy: a dict from language folder to file content."""
         place = Path(self.aside, "tool")
         place.mkdir()
         shutil.copy(tool, place / "Vadelclip")
@@ -34,7 +34,7 @@ class CatalogueTest(AcceptanceTest):
         return str(place / "Vadelclip")
 
     def usageText(self, tool, *arguments, **settings):
-        """The usage line under these options, after a check that nothing else happened."""
+        """Returns the usage line that the tool prints with these arguments. Checks that nothing else happens."""
         run = self.start(*arguments, tool=tool, **settings)
         text, = run.consoleLines()
         self.expect(run, status=1, console=[text], messages=run.messages)

@@ -20,7 +20,7 @@ void appendNumber(std::string& bytes, std::size_t number) {
     }
 }
 
-/// Length and place of each text, followed in `texts` by the text and a zero byte.
+/// Appends length and offset of each text to `table`, and the text with a zero byte to `texts`.
 void appendTable(std::string& table, std::string& texts, std::size_t textsStart,
                  const std::vector<std::string>& entries) {
     for (const std::string& entry : entries) {
@@ -32,8 +32,8 @@ void appendTable(std::string& table, std::string& texts, std::size_t textsStart,
 
 } // namespace
 
-// The format is described under "The Format of GNU MO Files" in the gettext manual: seven numbers, a table of the ids
-// in sorted order, a table of their translations, the texts. The empty id has the header. No hash table.
+// The gettext manual describes the format in "The Format of GNU MO Files": seven numbers, a table of the sorted ids, a
+// table of their translations, the texts. The empty id is the header. The optional hash table is absent.
 void writeCatalogue(const std::string& path, const Translations& translations, const std::string& charset) {
     std::vector<std::string> ids = {""};
     std::vector<std::string> texts = {"Content-Type: text/plain; charset=" + charset + "\n"};

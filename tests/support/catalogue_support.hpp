@@ -1,5 +1,5 @@
 /// \file
-/// Catalogues and generated locales of a test.
+/// Catalogues and generated locales for tests.
 #pragma once
 
 #include "support/file_support.hpp"
@@ -10,15 +10,15 @@
 
 namespace vadelclip {
 
-/// From message id to translation.
+/// Maps message ids to translations.
 using Translations = std::map<std::string, std::string>;
 
-/// Writes a binary gettext catalogue, its directories included.
+/// Writes a binary gettext catalogue. Creates its directories.
 ///
-/// @param charset the character set the catalogue claims to be written in; the translations are written as they stand.
+/// @param charset the character set in the header of the catalogue; the translations are not converted to it.
 void writeCatalogue(const std::string& path, const Translations& translations, const std::string& charset = "UTF-8");
 
-/// Puts the global locale and the one of std::cout back at its end.
+/// Restores the global locale and the locale of std::cout in its destructor.
 class LocaleRestorer {
 public:
     LocaleRestorer();
@@ -31,11 +31,11 @@ private:
     std::locale consoleLocale;
 };
 
-/// Makes a generated locale global for its lifetime, as a run in another language than "en" has it.
+/// Makes a generated locale global for its lifetime, as a run in a language other than "en" does.
 class GeneratedLocale {
 public:
     /// @param localeName   for example "de_DE.utf8".
-    /// @param translations of the domain "VD2D" for the language "de", whatever the name; no catalogue if empty.
+    /// @param translations of the domain "VD2D" for the language "de", for every name; no catalogue if empty.
     explicit GeneratedLocale(const std::string& localeName, const Translations& translations = {});
 
 private:

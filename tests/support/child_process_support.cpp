@@ -20,7 +20,7 @@ namespace {
 constexpr int channelDescriptor = 3;
 constexpr unsigned int timeLimitInSeconds = 60;
 
-/// Lower than where the layer puts its own descriptor, higher than what a function opens.
+/// Lower than the descriptor that the layer uses, higher than those that a test function opens.
 constexpr int asideDescriptor = 40;
 
 struct Channel {
@@ -44,7 +44,7 @@ Channel openPacketSocket() {
                              const std::function<void(int)>& inChildWithAside) {
     alarm(timeLimitInSeconds);
     const int aside = fcntl(channel.writeEnd, F_DUPFD, asideDescriptor);
-    // The ends of the channel may have number 3 themselves.
+    // One end of the channel may have the number 3.
     close(channel.readEnd);
     close(channel.writeEnd);
     if (dup2(aside, channelDescriptor) != channelDescriptor) {
@@ -77,7 +77,7 @@ int waitFor(pid_t child) {
 
 ChildOutcome run(Channel channel, const std::function<void()>& inChild,
                  const std::function<void(int)>& inChildWithAside, Reader reader, const std::string& endOfRead) {
-    // A child that ends by exit() writes out what is buffered here otherwise.
+    // Without this, a child that calls exit() also writes what is buffered here.
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
@@ -85,7 +85,7 @@ ChildOutcome run(Channel channel, const std::function<void()>& inChild,
     }
     close(channel.writeEnd);
     if (reader == Reader::slow) {
-        // Long enough for the channel to be full.
+        // The channel is full after this time.
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
     ChildOutcome outcome;

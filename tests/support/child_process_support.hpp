@@ -1,5 +1,5 @@
 /// \file
-/// Code that runs in a process of its own, with a channel to this one as its descriptor 3.
+/// Runs code in a child process whose descriptor 3 is a channel to this process.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@ namespace vadelclip {
 
 struct ChildOutcome {
     int status = 0;     ///< Exit status, or minus the number of the signal that ended the process.
-    std::string output; ///< All that came through the channel.
+    std::string output; ///< All bytes from the channel.
 
     bool operator==(const ChildOutcome&) const = default;
 };
@@ -19,18 +19,18 @@ std::ostream& operator<<(std::ostream& output, const ChildOutcome& outcome);
 
 enum class Reader { prompt, slow };
 
-/// Runs a function in a child process with a pipe as its descriptor 3, to the end of the child.
+/// Runs a function in a child process with a pipe as its descriptor 3, and waits for the child.
 ///
-/// A child that hangs is ended by SIGALRM.
+/// SIGALRM ends a child that hangs.
 ChildOutcome runWithPipe(const std::function<void()>& inChild, Reader reader = Reader::prompt);
 
-/// The same, and the function gets a second descriptor of the pipe, for when it replaces descriptor 3.
+/// The same, for a function that replaces descriptor 3: `aside` is a second descriptor of the pipe.
 ChildOutcome runWithPipe(const std::function<void(int aside)>& inChild, Reader reader = Reader::prompt);
 
-/// The same with a socket that keeps packets apart: behind what came by one write stands "|".
+/// The same with a socket that preserves packets: the output has a "|" after the bytes of each write.
 ChildOutcome runWithPackets(const std::function<void()>& inChild);
 
-/// Whether two descriptors are open on the same file. False if one of them is closed.
+/// Returns true if two descriptors are open on the same file, and false if one of them is closed.
 bool sameFile(int firstDescriptor, int secondDescriptor);
 
 } // namespace vadelclip

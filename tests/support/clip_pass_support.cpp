@@ -10,7 +10,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The part of a tree that lies in a directory ("out/"), or outside of it.
+/// Returns the part of a tree inside a directory ("out/"), or outside of it.
 FileTree partOf(const FileTree& tree, const std::string& directory, bool inside) {
     FileTree part;
     for (const auto& [path, content] : tree) {

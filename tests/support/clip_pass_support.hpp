@@ -1,5 +1,5 @@
 /// \file
-/// One clip pass with everything it leaves behind.
+/// One clip pass and all its results.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -25,7 +25,7 @@ struct PassOutcome {
 
 std::ostream& operator<<(std::ostream& output, const PassOutcome& outcome);
 
-/// A pass from in/a.xyz to out/a.xyz in a directory of its own. Both directories exist, the files do not.
+/// A pass from in/a.xyz to out/a.xyz in a new directory. The directories `in` and `out` exist, the files do not.
 class ClipPass {
 public:
     ClipPass() : boundary(setOf({counterClockwiseSquare})) {
@@ -33,10 +33,10 @@ public:
         directory.makeDirectory("out");
     }
 
-    /// Runs the pass and looks at everything but the input, which must not change.
+    /// Runs the pass and returns its results. Expects that nothing outside of the output directory changes.
     PassOutcome run(std::int32_t lineCount, double linesDone, std::int32_t totalLines);
 
-    /// The pass of a run over this one file.
+    /// Runs the pass of a run over this one file.
     PassOutcome run(std::int32_t lineCount) { return run(lineCount, 0.0, lineCount); }
 
     /// Writes the input first.
@@ -45,7 +45,7 @@ public:
         return run(lineCount);
     }
 
-    /// What has been sent in the latest pass, also if that ended in an exception.
+    /// Returns the calls of the last pass, even if it ended in an exception.
     static Calls callsSoFar();
 
     TemporaryDirectory directory;

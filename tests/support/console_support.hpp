@@ -1,5 +1,5 @@
 /// \file
-/// What the tool writes to the console while a test looks.
+/// Captures the console output of the tool.
 #pragma once
 
 #include <iostream>
@@ -8,7 +8,7 @@
 
 namespace vadelclip {
 
-/// Takes over std::cout for its lifetime.
+/// Replaces the buffer of std::cout for its lifetime.
 class ConsoleCapture {
 public:
     ConsoleCapture() : original(std::cout.rdbuf(buffer.rdbuf())) {}

@@ -8,11 +8,11 @@ namespace oracle {
 
 namespace {
 
-void note(Ways& ways, Way way) {
+void count(Ways& ways, Way way) {
     ++ways[static_cast<std::size_t>(way)];
 }
 
-enum class Verdict { goOn, boundary };
+enum class Verdict { undecided, boundary };
 
 struct Walk {
     double x;
@@ -21,7 +21,7 @@ struct Walk {
     double prevY;
     bool onRun;
     std::uint64_t crossings;
-    double lastX; ///< Of the vertex visited in the previous iteration.
+    double lastX; ///< x of the vertex of the previous iteration.
 };
 
 void makePrev(Walk& walk, double cx, double cy) {
@@ -29,83 +29,83 @@ void makePrev(Walk& walk, double cx, double cy) {
     walk.prevY = cy;
 }
 
-/// The edge from prev to the current vertex straddles the height of the point.
+/// Handles an edge from prev to the current vertex that crosses the height of the point.
 Verdict straddlingEdge(Walk& walk, double cx, double cy, Ways& ways) {
     const double smallerX = walk.prevX < cx ? walk.prevX : cx;
     const double largerX = walk.prevX > cx ? walk.prevX : cx;
     if (smallerX > walk.x) {
-        note(ways, Way::whollyRight);
+        count(ways, Way::whollyRight);
         walk.crossings = walk.crossings + 1;
         makePrev(walk, cx, cy);
-        return Verdict::goOn;
+        return Verdict::undecided;
     }
     if (largerX < walk.x) {
-        note(ways, Way::whollyLeft);
+        count(ways, Way::whollyLeft);
         makePrev(walk, cx, cy);
-        return Verdict::goOn;
+        return Verdict::undecided;
     }
     const double product = (walk.y - walk.prevY) * (cx - walk.prevX);
     const double quotient = product / (cy - walk.prevY);
     const double xi = quotient + walk.prevX;
     if (xi > walk.x) {
-        note(ways, Way::crossingRight);
+        count(ways, Way::crossingRight);
         walk.crossings = walk.crossings + 1;
         makePrev(walk, cx, cy);
-        return Verdict::goOn;
+        return Verdict::undecided;
     }
     if (xi == walk.x) {
-        note(ways, Way::crossingHit);
+        count(ways, Way::crossingHit);
         return Verdict::boundary;
     }
-    note(ways, Way::crossingLeft);
+    count(ways, Way::crossingLeft);
     makePrev(walk, cx, cy);
-    return Verdict::goOn;
+    return Verdict::undecided;
 }
 
-/// An iteration with the run flag false.
+/// Handles an iteration with the run flag false.
 Verdict iterationOffRun(Walk& walk, double cx, double cy, Ways& ways) {
     if (cy == walk.y && cx >= walk.x) {
         walk.onRun = true;
         if (cx == walk.x) {
-            note(ways, Way::vertexHit);
+            count(ways, Way::vertexHit);
             return Verdict::boundary;
         }
-        note(ways, Way::runBegins);
-        return Verdict::goOn;
+        count(ways, Way::runBegins);
+        return Verdict::undecided;
     }
     const bool prevIsBelow = walk.prevY < walk.y;
     const bool currentIsAtMost = cy <= walk.y;
     if (prevIsBelow != currentIsAtMost) {
         return straddlingEdge(walk, cx, cy, ways);
     }
-    note(ways, Way::notStraddling);
+    count(ways, Way::notStraddling);
     makePrev(walk, cx, cy);
-    return Verdict::goOn;
+    return Verdict::undecided;
 }
 
-/// An iteration with the run flag true.
+/// Handles an iteration with the run flag true.
 Verdict iterationOnRun(Walk& walk, double cx, double cy, Ways& ways) {
     if (cy == walk.y) {
         const bool lastIsLeft = walk.lastX < walk.x;
         const bool currentIsAtMost = cx <= walk.x;
         if (lastIsLeft != currentIsAtMost || cx == walk.x) {
-            note(ways, Way::runHit);
+            count(ways, Way::runHit);
             return Verdict::boundary;
         }
-        note(ways, Way::runGoesOn);
-        return Verdict::goOn;
+        count(ways, Way::runContinues);
+        return Verdict::undecided;
     }
     const bool prevIsBelow = walk.prevY < walk.y;
     const bool currentIsAtMost = cy <= walk.y;
     if (prevIsBelow != currentIsAtMost) {
-        note(ways, Way::runPasses);
+        count(ways, Way::runPasses);
         walk.crossings = walk.crossings + 1;
     } else {
-        note(ways, Way::runTouches);
+        count(ways, Way::runTouches);
     }
     walk.onRun = false;
     makePrev(walk, cx, cy);
-    return Verdict::goOn;
+    return Verdict::undecided;
 }
 
 bool ringTest(const std::vector<std::int32_t>& list, Point2D point, const std::vector<BoundaryVertex>& table,
@@ -118,7 +118,7 @@ bool ringTest(const std::vector<std::int32_t>& list, Point2D point, const std::v
     std::size_t i = 0;
     while (vertexAt(i).y == point.y) {
         if (i == n - 1) {
-            note(ways, Way::allAtHeight);
+            count(ways, Way::allAtHeight);
             return true;
         }
         i = i + 1;
@@ -139,27 +139,27 @@ bool ringTest(const std::vector<std::int32_t>& list, Point2D point, const std::v
     return walk.crossings % 2 == 1;
 }
 
-/// Distance from the edge that leads from the first entry of the list to the second, the only one that counts.
+/// Returns the distance from the edge between the first and the second entry of the list. No other edge counts.
 double segmentDistance(Point2D a, Point2D b, Point2D point, Ways& ways) {
     const double dx = b.x - a.x;
     const double dy = b.y - a.y;
     if (dx * dx + dy * dy <= 1e-14) {
-        note(ways, Way::segmentDegenerate);
+        count(ways, Way::segmentDegenerate);
         return std::hypot(point.x - a.x, point.y - a.y);
     }
     const double px = point.x - a.x;
     const double py = point.y - a.y;
     const double t = (dx * px + dy * py) / (dx * dx + dy * dy);
     if (t < 0.0) {
-        note(ways, Way::segmentBefore);
+        count(ways, Way::segmentBefore);
         return std::hypot(px, py);
     }
     if (t > 1.0) {
-        note(ways, Way::segmentBehind);
+        count(ways, Way::segmentAfter);
         return std::hypot(point.x - b.x, point.y - b.y);
     }
-    note(ways, Way::segmentBeside);
-    // An edge that is no point is longer than 1e-7, so the length needs no replacement here.
+    count(ways, Way::segmentAlong);
+    // This edge is longer than 1e-7, so its length needs no replacement by another value.
     const double k = 1.0 / std::hypot(dx, dy);
     const double normalX = dy * k;
     const double normalY = -(dx * k);

@@ -1,9 +1,9 @@
 /// \file
-/// A second, independent writing of the containment test, to compare the tool's with.
+/// A second, independent implementation of the containment test, as reference for the one of the tool.
 ///
-/// It follows the steps of the test as sentences, one after the other, and shares no line with the tool. Where it looks
-/// clumsy, it does so to stay close to those sentences. It counts how often each way through the steps was taken, so that
-/// a comparison can show that it has compared all of them.
+/// It follows the written rules of the test step by step and shares no line with the tool. Its form stays close to the
+/// rules on purpose. It counts how often each way through the steps was taken, so that a test can check that it has
+/// compared all of them.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -17,7 +17,7 @@ namespace vadelclip {
 
 namespace oracle {
 
-/// Every way through one step of the walk over a ring, and through the test against a segment.
+/// The ways through one step of the walk over a ring, and through the test against a segment.
 enum class Way : std::size_t {
     allAtHeight,
     runBegins,
@@ -29,21 +29,22 @@ enum class Way : std::size_t {
     crossingHit,
     crossingLeft,
     runHit,
-    runGoesOn,
+    runContinues,
     runPasses,
     runTouches,
     segmentDegenerate,
     segmentBefore,
-    segmentBehind,
-    segmentBeside
+    segmentAfter,
+    segmentAlong
 };
 
-constexpr std::size_t wayCount = static_cast<std::size_t>(Way::segmentBeside) + 1;
+constexpr std::size_t wayCount = static_cast<std::size_t>(Way::segmentAlong) + 1;
 
-/// How often each way was taken, by its number.
+/// How often each way was taken, indexed by its number.
 using Ways = std::array<std::uint64_t, wayCount>;
 
-/// The answer of the containment test. Fills nothing: the edge of a two-vertex polygon is computed on the spot.
+/// Returns the result of the containment test. Does not change the polygon: computes the edge of a two-vertex polygon
+/// for each call.
 bool contains(const BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable,
               Ways& ways);
 

@@ -11,7 +11,7 @@ Calls joined(const std::vector<Calls>& parts) {
 }
 
 Calls errorCalls(const std::string& text) {
-    // As the recording layer writes it. No text of a test holds a line feed.
+    // The recording layer escapes these bytes. No text of a test contains a line feed.
     std::string escaped;
     for (const char byte : text) {
         escaped += byte == '\\' ? "\\\\" : std::string(1, byte);

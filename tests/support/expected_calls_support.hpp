@@ -1,5 +1,5 @@
 /// \file
-/// The lines that the recording message layer notes for what the tool sends.
+/// The expected lines of the recording message layer for the messages of the tool.
 #pragma once
 
 #include <string>
@@ -9,27 +9,27 @@ namespace vadelclip {
 
 using Calls = std::vector<std::string>;
 
-/// What a header gets whose first character is wrong.
+/// The error text of a header with a wrong first character.
 inline const std::string firstCharacterText = "First character of node file must be one of x,X";
 
-/// One list out of several, in order.
+/// Concatenates lists.
 Calls joined(const std::vector<Calls>& parts);
 
-/// A reported error.
+/// Returns the calls of a reported error.
 Calls errorCalls(const std::string& text);
 
-/// The state at the beginning of a clip pass.
+/// Returns the calls of the state message at the start of a clip pass.
 Calls stateCalls();
 
-/// A progress range with one step for each of `stepCount` lines.
+/// Returns the calls of a progress range with one step for each of `stepCount` lines.
 ///
-/// @param values start, end and number of steps, as they are noted.
+/// @param values start, end and number of steps, as they are recorded.
 Calls progressCalls(const std::string& values, int stepCount);
 
-/// The progress range that ends a run.
+/// Returns the calls of the progress range that ends a run.
 Calls closingCalls();
 
-/// Makes "nan" of every "-nan": the sign of a not-a-number says nothing.
+/// Replaces every "-nan" by "nan": the sign of a NaN has no meaning.
 Calls withoutSignOfNan(Calls calls);
 
 } // namespace vadelclip

@@ -1,4 +1,4 @@
-"""The messages of a run: line by line as the recording message layer writes them, and as the tool's own JSON Lines."""
+"""The expected messages of a run, as lines of the recording message layer and as JSON Lines of the real tool."""
 import json
 
 USAGE = "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>"
@@ -20,7 +20,7 @@ def escaped(text):
 
 
 def recorded(*parts, pipeMode=False):
-    """All lines of one process: each part is a list of lines."""
+    """Returns all lines of one process. Each part is a list of lines."""
     return [f"MessageSender {int(pipeMode)}", *(line for part in parts for line in part), "~MessageSender"]
 
 
@@ -46,7 +46,7 @@ def progressRange(start, end, steps, values):
 
 
 def filePass(lineCount, linesDone=0, totalLines=None, state=CLIPPING):
-    """One node file: the state, then its range with a step for every line, from 0 and without the last."""
+    """Returns the lines of one node file: the state, then its range with a step before each line, counted from 0."""
     totalLines = lineCount if totalLines is None else totalLines
     lineInPercent = 100.0 / totalLines if totalLines != 0 else float("inf")
     start = lineInPercent * float(linesDone)
@@ -55,7 +55,7 @@ def filePass(lineCount, linesDone=0, totalLines=None, state=CLIPPING):
 
 
 def filePasses(*lineCounts):
-    """All node files of a run, in the order of the passes."""
+    """Returns the lines of all node files of a run, in the order of the passes."""
     lines = []
     for index, lineCount in enumerate(lineCounts):
         lines += filePass(lineCount, sum(lineCounts[:index]), sum(lineCounts))
@@ -74,7 +74,7 @@ def failedRun(*errorTexts, pipeMode=False):
     return recorded(*map(errorMessage, errorTexts), failedMessage(), pipeMode=pipeMode)
 
 
-# JSON Lines. The order of the keys counts.
+# JSON Lines. The order of the keys matters.
 
 def jsonLine(**message):
     return json.dumps(message, ensure_ascii=False, separators=(",", ":"))
@@ -98,3 +98,12 @@ def jsonFinish(text=FINISHED):
 
 def jsonFailed(text=FAILED):
     return jsonLine(type="failed", level=1, text=text)
+
+
+def jsonFailedRun(*errorTexts):
+    return [*map(jsonError, errorTexts), jsonFailed()]
+
+
+def jsonFinishedRun(*percents):
+    """Returns all lines of a run over one file."""
+    return [jsonState(), *jsonProgress(*percents), jsonFinish()]

@@ -1,12 +1,12 @@
 /// \file
-/// Loaded before the C library, it lets chosen allocations of a process fail, as an exhausted memory does. They count
-/// from the entry of `main` to its end: what libraries do before and after it is theirs to survive.
+/// Loaded before the C library, this library makes chosen allocations of a process fail. Allocations before the start
+/// and after the end of `main` do not count, because the tool cannot handle their failures.
 ///
-/// VADELCLIP_OUTCOMES         what comes of them: see scripted_outcomes.hpp
-/// VADELCLIP_FAILING_SIZE     only allocations of at least so many bytes are looked at; absent for all
-/// VADELCLIP_NOTED_SIZE       each release of at least so many bytes is a line on descriptor 3, among the recorded
-///                            messages; absent for none
-/// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in what it starts; absent for every program
+/// VADELCLIP_OUTCOMES         outcomes of the allocations: see scripted_outcomes.hpp
+/// VADELCLIP_FAILING_SIZE     only allocations of at least this many bytes; absent for all
+/// VADELCLIP_NOTED_SIZE       writes a line to descriptor 3, among the recorded messages, for each release of at least
+///                            this many bytes; absent for none
+/// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in its children; absent for every program
 
 #include "scripted_outcomes.hpp"
 
@@ -18,7 +18,7 @@
 #include <dlfcn.h>
 #include <malloc.h>
 
-// The C library's own names for its allocator: looking it up by name would allocate.
+// Internal names of the allocator of the C library, because a lookup by name would allocate.
 extern "C" void* __libc_malloc(std::size_t size);                // NOLINT(bugprone-reserved-identifier)
 extern "C" void* __libc_calloc(std::size_t, std::size_t);        // NOLINT(bugprone-reserved-identifier)
 extern "C" void* __libc_realloc(void* memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
@@ -33,8 +33,8 @@ using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), voi
 
 Main mainOfProgram = nullptr;
 
-std::size_t smallestSize = SIZE_MAX;
-std::size_t smallestNotedSize = SIZE_MAX;
+std::size_t minFailingSize = SIZE_MAX;
+std::size_t minNotedSize = SIZE_MAX;
 
 std::size_t sizeSetting(const char* name, std::size_t absent) {
     const char* const size = std::getenv(name);
@@ -44,17 +44,17 @@ std::size_t sizeSetting(const char* name, std::size_t absent) {
 int mainWithFailures(int argc, char** argv, char** environment) {
     const char* const program = std::getenv("VADELCLIP_FAILING_PROGRAM");
     if (program == nullptr || std::strcmp(program, program_invocation_short_name) == 0) {
-        smallestSize = sizeSetting("VADELCLIP_FAILING_SIZE", 0);
-        smallestNotedSize = sizeSetting("VADELCLIP_NOTED_SIZE", SIZE_MAX);
-        outcomes.begin();
+        minFailingSize = sizeSetting("VADELCLIP_FAILING_SIZE", 0);
+        minNotedSize = sizeSetting("VADELCLIP_NOTED_SIZE", SIZE_MAX);
+        outcomes.start();
     }
     const int status = mainOfProgram(argc, argv, environment);
-    smallestSize = SIZE_MAX;
+    minFailingSize = SIZE_MAX;
     return status;
 }
 
 bool isRefused(std::size_t size) {
-    if (size < smallestSize) {
+    if (size < minFailingSize) {
         return false;
     }
     if (outcomes.next() == vadelclip::ScriptedOutcomes::passes) {
@@ -79,13 +79,13 @@ extern "C" void* realloc(void* memory, std::size_t size) noexcept {
 }
 
 extern "C" void free(void* memory) noexcept {
-    if (malloc_usable_size(memory) >= smallestNotedSize) {
+    if (malloc_usable_size(memory) >= minNotedSize) {
         dprintf(3, "free\n");
     }
     __libc_free(memory);
 }
 
-// Every program enters its main function through this one.
+// The start code of every program calls this function, which calls main.
 extern "C" int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*fini)(), // NOLINT
                                  void (*loaderFini)(), void* stackEnd) {
     mainOfProgram = main;

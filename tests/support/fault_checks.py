@@ -1,9 +1,9 @@
-"""Runs in which something fails, and what has to hold after each of them.
+"""Runs in which calls fail, and the checks that hold after every such run.
 
-`failing` and `failingMemory` make an environment in which chosen calls of the tool fail; the libraries behind them are
-failing_calls.cpp and failing_memory.cpp. `FaultTest.check` then compares what every run must leave behind, whatever
-happened to it: unchanged inputs, outputs that are beginnings of the right ones and end with a line, a count file only
-after all passes, one closing message that fits the status.
+`failing` and `failingMemory` return an environment in which chosen calls of the tool fail. The libraries that make them
+fail are failing_calls.cpp and failing_memory.cpp. `FaultTest.check` checks what holds after every run, with or without
+failures: inputs are unchanged, each output is a prefix of the right one and ends with a line end, a count file exists
+only after all passes, and one closing message matches the status.
 """
 import errno
 import json
@@ -15,7 +15,7 @@ from target_platform import crashed, endedAbnormally, withoutTextMode
 
 COUNT_FILE = "total_node_count.txt"
 
-# Outcomes of single calls, to be strung together.
+# Outcomes of single calls. A test concatenates them.
 PASS = "."
 
 
@@ -28,7 +28,7 @@ def failsForever(error=errno.EIO):
 
 
 def takes(count):
-    """At most so many bytes."""
+    """Reads or writes at most `count` bytes."""
     return f"{count} "
 
 
@@ -37,24 +37,24 @@ def takesForever(count):
 
 
 def preloaded(variable, settings):
-    # The sanitizer's own library wants to be the first one; it works behind these as well.
+    # The address sanitizer requires its library to be the first one, but also works after these.
     return {"LD_PRELOAD": os.environ[variable], "ASAN_OPTIONS": "verify_asan_link_order=0", **settings}
 
 
 def noting(path):
-    """For `environment`: openings and closings of paths that end like this are noted among the recorded messages."""
+    """For `environment`: records each opening and closing of a path with this ending among the messages."""
     return preloaded("VADELCLIP_FAILING_CALLS", {"VADELCLIP_NOTED_PATH": path})
 
 
 def failing(call, path, *outcomes, opening=0, countTo=None, program=None):
     """For `environment`.
 
-    @param call     of the C library: see failing_calls.cpp
-    @param path     how the paths end on which calls are meant
-    @param outcomes of the calls in their order; those behind the last one pass
-    @param opening  for reads: only those of this opening of the file, from 1
-    @param countTo  file to which the number of calls is written
-    @param program  only calls of this one, by its name
+    @param call     function of the C library: see failing_calls.cpp
+    @param path     only calls on paths with this ending
+    @param outcomes of the calls in order; calls after the last outcome pass
+    @param opening  for reads: only those of this opening of the file, counted from 1
+    @param countTo  file to write the number of calls to
+    @param program  only calls of the program of this name
     """
     settings = {"VADELCLIP_FAILING_CALL": call, "VADELCLIP_FAILING_PATH": path,
                 "VADELCLIP_OUTCOMES": "".join(outcomes)}
@@ -68,22 +68,22 @@ def failing(call, path, *outcomes, opening=0, countTo=None, program=None):
 
 
 def failingMemory(*outcomes, countTo=None):
-    """The same for allocations of memory."""
+    """The same for memory allocations."""
     settings = {"VADELCLIP_OUTCOMES": "".join(outcomes), **({"VADELCLIP_CALL_COUNT": countTo} if countTo else {})}
     return preloaded("VADELCLIP_FAILING_MEMORY", settings)
 
 
 def endedEarly(run):
-    """Whether the process did not get to its closing message."""
+    """Returns true if the process ended before its closing message."""
     return run.status < 0 or endedAbnormally(run.status) or crashed(run.status)
 
 
 class FaultTest(AcceptanceTest):
-    """A job is a dict from file name to (content, kept lines): see `giveFaultJob`."""
+    """A job is a dict from file name to (content, kept lines)."""
 
     def giveFaultJob(self, job, **settings):
         self.giveJob({name: content for name, (content, _) in job.items()}, **settings)
-        # What a file's output holds at the most: its header stands there during the pass even if nothing is kept.
+        # The complete content of each output. During the pass it has a header even if no line is kept.
         self.complete = {name: content.splitlines()[0] + b"\n" + kept for name, (content, kept) in job.items()}
         self.kept = sum(kept.count(b"\n") for _, kept in job.values())
 
@@ -91,31 +91,23 @@ class FaultTest(AcceptanceTest):
         return self.clip("-pipe", *(options or ["-lang=en"]), tool=TOOL, **settings)
 
     def countOfCalls(self, makeEnvironment, *options):
-        """How many calls an undisturbed run makes."""
+        """Returns the number of calls of a run in which nothing fails."""
         path = os.path.join(self.aside, "calls")
         run = self.clipPiped(*options, environment=makeEnvironment(path))
         self.assertEqual(self.check(run), "finished", run)
         with open(path, encoding="ascii") as file:
             return int(file.read())
 
-    def clearOutput(self):
-        """For the next run on the same inputs."""
-        for path in sorted(self.outputs(), reverse=True):
-            (os.rmdir if os.path.isdir(self.path(path)) else os.remove)(self.path(path))
-
-    def outputs(self):
-        found = ["base/out"] if os.path.lexists(self.path("base/out")) else []
-        return found + [f"base/out/{name}" for name in (os.listdir(self.path("base/out")) if found else [])]
 
     # Checks
 
     def check(self, run, *, wholeLines=True, silent=False, piped=True):
         """Checks what holds after every run.
 
-        @param wholeLines  whether outputs have to end with a line
-        @param silent      whether outputs and the count may lack what could not be opened, read or written
-        @param piped       whether the run was started with "-pipe"
-        @return "finished", "failed", or "ended" for a process that did not get to its closing message
+        @param wholeLines  outputs must end with a line end
+        @param silent      outputs and the count may lack what could not be opened, read or written
+        @param piped       the run was started with "-pipe"
+        @return "finished", "failed", or "ended" for a process that ended before its closing message
         """
         self.checkInputs(run)
         outputs = self.checkOutputs(run, wholeLines)
@@ -126,14 +118,14 @@ class FaultTest(AcceptanceTest):
         return self.checkEnd(run, outputs, silent, piped)
 
     def checkPassesOver(self, run, count, piped):
-        """A count file of a run whose outputs may lack something, so that they do not tell whether its passes are over."""
+        """Checks a count file whose outputs may be incomplete, so that they do not show that all passes are done."""
         self.assertRegex(count, rb"\A(-?[0-9]+\n)?\Z")
         if piped:
-            # What is told between the last pass and the opening of the count file, and at no other place.
+            # This message is sent between the last pass and the opening of the count file, and only there.
             self.assertIn(jsonProgress(100.0)[0], run.messages)
 
     def checkComplete(self, outputs):
-        """What stands beside a count file where nothing may be missing."""
+        """Checks the outputs next to a count file if nothing may be missing."""
         self.assertIn(outputs[COUNT_FILE], (b"", b"%d\n" % self.kept))
         self.assertEqual({name: outputs.get(name, b"") for name in self.finished()}, self.finished())
 
@@ -171,7 +163,7 @@ class FaultTest(AcceptanceTest):
         return {0: "finished", 1: "failed"}[run.status]
 
     def checkMessages(self, run):
-        """Every error on the console was sent, and no other one. A process may end abnormally between the two.
+        """Checks that exactly the errors on the console were sent. A process may end abnormally between the two.
 
         @return the types of all messages
         """

@@ -29,7 +29,7 @@ void addEntry(FileTree& tree, const fs::path& root, const fs::directory_entry& e
     }
 }
 
-/// Makes a directory of a name that nothing has yet.
+/// Creates a directory with an unused name.
 std::string makeFreshDirectory() {
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {

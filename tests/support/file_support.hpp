@@ -1,5 +1,5 @@
 /// \file
-/// Files of a test: a directory that goes away by itself, its whole content for comparison, and a file that changes
+/// Files for tests: a directory that removes itself, its whole content for comparison, and a file whose content differs
 /// from one opening to the next.
 #pragma once
 
@@ -14,17 +14,17 @@
 
 namespace vadelclip {
 
-/// What stands in a directory: relative path to content. A directory's key ends in "/", its content is empty.
-/// A symbolic link has the content "link", anything else that is no file "special".
+/// The entries of a directory: relative path to content. The key of a directory ends in "/", its content is empty.
+/// The content of a symbolic link is "link", the content of any other special file is "special".
 using FileTree = std::map<std::string, std::string>;
 
-/// What the platform puts between the parts of a path that are joined.
+/// The separator that the platform puts between the parts of a joined path.
 constexpr char joint = static_cast<char>(std::filesystem::path::preferred_separator);
 
-/// What some editors put in front of a text in UTF-8.
+/// The bytes that some editors put before a text in UTF-8.
 inline const std::string byteOrderMark = "\xEF\xBB\xBF";
 
-/// A fresh directory, removed at the end with everything in it.
+/// A new directory that its destructor removes with all content.
 class TemporaryDirectory {
 public:
     TemporaryDirectory();
@@ -34,16 +34,16 @@ public:
 
     const std::string& path() const { return directory; }
 
-    /// Full path of a name in the directory, whether it exists or not.
+    /// Returns the full path of a name in the directory. The file need not exist.
     std::string pathOf(const std::string& name) const;
 
-    /// Writes a file, its directories included, and returns its full path.
+    /// Writes a file and returns its full path. Creates its directories.
     std::string write(const std::string& name, const std::string& content) const;
 
-    /// Makes a directory, those above it included, and returns its full path.
+    /// Creates a directory and its parents, and returns its full path.
     std::string makeDirectory(const std::string& name) const;
 
-    /// Makes a symbolic link and returns its full path. The target is taken as it stands and need not exist.
+    /// Creates a symbolic link and returns its full path. The target is used unchanged and need not exist.
     std::string makeLink(const std::string& name, const std::string& target) const;
 
     FileTree tree() const;
@@ -52,24 +52,24 @@ private:
     std::string directory;
 };
 
-/// Gives the bytes of a file; the test fails if it cannot be read.
+/// Returns the bytes of a file. The test fails if it cannot be read.
 std::string readFile(const std::string& path);
 
-/// Undoes what the platform's text mode does to bytes that are written through it: a line feed becomes the pair.
+/// Reverts text mode, which writes a carriage return before each line feed on Windows.
 ///
-/// @return the bytes as they were handed over; a line feed that text mode cannot have written becomes "<bare LF>".
+/// @return the bytes before text mode; a line feed that text mode cannot have written becomes "<bare LF>".
 std::string withoutTextMode(const std::string& bytes);
 
 /// The same for the content of every file.
 FileTree withoutTextMode(const FileTree& tree);
 
-/// Bytes to hand over, or something to do in between.
+/// Bytes to write, or a function to call.
 using ServingStep = std::variant<std::string, std::function<void()>>;
 
-/// A file that holds something else at each opening. In truth its path is a link to a FIFO, a new one for each opening.
+/// A file whose content differs from one opening to the next. Its path is a link to a FIFO, a new one for each opening.
 ///
-/// The steps of an opening run in order, on another thread, once the file has been opened for reading. The test fails
-/// if the file is not opened as often as there are openings; one opening more finds nothing. POSIX only.
+/// The steps of an opening run in order, on another thread, after the file has been opened for reading. The test fails
+/// if the file is opened less often than `openings` has entries. A further opening fails. POSIX only.
 class ServedFile {
 public:
     ServedFile(const std::string& path, std::vector<std::vector<ServingStep>> openings);

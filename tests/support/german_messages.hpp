@@ -1,5 +1,5 @@
 /// \file
-/// The German catalogue of Vadelwatch in a unit test.
+/// The German catalogue of Vadelwatch for unit tests.
 #pragma once
 
 #include "watch/show/messages.hpp"
@@ -8,7 +8,7 @@
 
 namespace vadelwatch {
 
-/// Makes the messages German for its lifetime; without it they are English.
+/// Makes the messages German for its lifetime. Otherwise they are English.
 class GermanMessages {
 public:
     GermanMessages() { setUpMessages("de"); }

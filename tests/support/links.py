@@ -1,4 +1,4 @@
-"""Links between documents that are handed out together."""
+"""Finds dead links between documents that are shipped together."""
 import posixpath
 import re
 
@@ -8,12 +8,12 @@ HEADING = re.compile(r"^#+ +(.+?) *$", re.MULTILINE)
 
 
 def anchors(text):
-    """What a link may name behind "#": the headings in small letters, with hyphens for blanks and no other signs."""
+    """Returns the anchors of a text: its headings in lower case, with hyphens for spaces and without other signs."""
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in HEADING.findall(text)}
 
 
 def deadLinks(files):
-    """One text for each link that leads nowhere; from the name of a file or directory, with "/", to its bytes."""
+    """Returns one text for each dead link. `files` maps a file or directory name, with "/", to its bytes."""
     texts = {name: CODE.sub("", content.decode("utf-8")) for name, content in files.items() if name.endswith(".md")}
     dead = []
     for name, text in sorted(texts.items()):

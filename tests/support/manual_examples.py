@@ -1,13 +1,13 @@
-"""Runs the examples of a man page in a shell and compares everything they print with what the page says.
+"""Runs the examples of a man page in a shell and compares their output with the page.
 
-An example is a block between .EX and .EE: lines behind "$ " are commands, lines behind "> " go on with one, all others
-are what the command before prints, standard error included. All examples of a page run one after the other in one bash
-and one new directory. A time such as "0.3 s" at the end of a line may differ.
+An example is a block between .EX and .EE. A line that starts with "$ " is a command, "> " continues it, and all other
+lines are the output of the command, standard error included. All examples of a page run in order in one bash and one
+new directory. A time such as "0.3 s" at the end of a line may differ.
 
     manual_examples.py [--examples DIRECTORY] PAGE [COMMAND ...]
 
-PAGE may be compressed. COMMAND is put in front of bash, e.g. "chroot DIRECTORY". With --examples the examples of the
-tree stand in for those of an installation.
+PAGE may be compressed. COMMAND is a prefix for bash, for example "chroot DIRECTORY". --examples names a directory that
+replaces the installed examples.
 """
 import argparse
 import difflib
@@ -17,7 +17,7 @@ import subprocess
 import sys
 
 INSTALLED_EXAMPLES = "/usr/share/doc/vadelclip/examples"
-END_OF_COMMAND = "\x1e"  # printed behind each command, and in no output
+END_OF_COMMAND = "\x1e"  # printed after each command; no output contains it
 TIME = re.compile(r"\b[0-9]+\.[0-9] s$")
 ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(rs": "\\"}
 
@@ -28,12 +28,12 @@ def readPage(path):
 
 
 def plainText(line):
-    """A line of a man page as it is shown; fails on an escape it does not know."""
+    """Returns a line of a man page as a reader sees it. Fails on an unknown escape."""
     return re.sub(r"\\(\(..|.)", lambda escape: ESCAPES[escape[0]], line)
 
 
 def readExamples(page):
-    """All commands in their order, each with the lines that it prints."""
+    """Returns all commands in order, each with the lines of its output."""
     examples = []
     for block in re.findall(r"^\.EX\n(.*?)^\.EE$", page, re.MULTILINE | re.DOTALL):
         for line in map(plainText, block.splitlines()):
@@ -55,7 +55,7 @@ def shellScript(commands):
 
 
 def transcript(examples):
-    """The commands and what they print, as a page shows it, with every time as "N s"."""
+    """Returns commands and outputs as lines of a page, with every time as "N s"."""
     lines = []
     for command, output in examples:
         lines.append("$ " + command.replace("\n", "\n> "))
@@ -64,7 +64,7 @@ def transcript(examples):
 
 
 def differences(page, examplesDirectory=None, inFrontOfBash=(), environment=None):
-    """Runs the examples of a page (its text) and gives a list of lines that differ, empty if none does."""
+    """Runs the examples of a page (its text). Returns the lines that differ as a unified diff."""
     expected = readExamples(page)
     if not expected:
         return ["the page has no examples"]

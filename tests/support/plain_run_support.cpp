@@ -22,7 +22,7 @@ bool isNodeFileName(const std::string& name) {
     return name.ends_with(".txt") || name.ends_with(".xyz") || name.ends_with(".csv");
 }
 
-/// The four shapes with each separator, all of them written out.
+/// Returns the four shapes with each separator.
 const std::vector<std::string>& headerLines() {
     static const std::vector<std::string> lines = {
         "x\ty\tz", "X\tY\tZ", "x\ty\tz\tg", "X\tY\tZ\tG", "x y z", "X Y Z", "x y z g", "X Y Z G",
@@ -38,7 +38,7 @@ bool isHeaderLine(const std::string& line) {
     return std::find(headerLines().begin(), headerLines().end(), withoutMark(line)) != headerLines().end();
 }
 
-/// The node files of the job, in the order of the walk.
+/// Reads the node files of the job in the order of the walk.
 std::vector<PlainFile> readFiles(const ClipRun& job) {
     std::vector<PlainFile> files;
     for (const auto& entry : std::filesystem::directory_iterator(job.directory.pathOf("base/data"))) {
@@ -49,7 +49,7 @@ std::vector<PlainFile> readFiles(const ClipRun& job) {
         std::vector<std::string> lines = terminatedLines(content);
         const std::string headerLine = lines.empty() ? unterminatedLine(content) : lines.front();
         if (isHeaderLine(headerLine)) {
-            // One line feed less than there are; without any, one less than none.
+            // The header is not counted. Without any line feed, the count is -1.
             const int lineCount = static_cast<int>(lines.size()) - 1;
             lines.erase(lines.begin(), lines.empty() ? lines.begin() : lines.begin() + 1);
             files.push_back({entry.path().filename().string(), headerLine, lines, lineCount});

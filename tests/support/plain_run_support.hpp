@@ -1,14 +1,14 @@
 /// \file
-/// The run as its rules tell it, without any of the tool's short cuts: one string stream per line, the second writing of
-/// the containment test (containment_oracle_support.hpp) for each polygon. What the tool is compared with; the polygons
-/// themselves are those that the boundary reader gives.
+/// A plain reference implementation of a run: one string stream for each line, and the second implementation of the
+/// containment test (containment_oracle_support.hpp) for each polygon. The polygons are those of the tool's boundary
+/// reader.
 #pragma once
 
 #include "support/run_support.hpp"
 
 namespace vadelclip {
 
-/// Works out what a job is to leave behind. Nothing is written.
+/// Returns the expected result of a job. Writes nothing.
 ///
 /// @param job      readable inputs and a good boundary file.
 /// @param boundary the polygons of that file.

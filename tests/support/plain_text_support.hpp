@@ -1,5 +1,5 @@
 /// \file
-/// Lines and numbers read the plain way, by streams and without a short cut. What the tool's readers are compared with.
+/// Plain reference implementations that read lines and numbers by streams.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -11,7 +11,7 @@
 
 namespace vadelclip {
 
-/// Formatted extraction from a fresh string stream with default flags.
+/// Reads by formatted extraction from a string stream with default flags.
 class PlainNumberReader {
 public:
     NumberReading read(const std::string& text);
@@ -20,18 +20,18 @@ private:
     std::istringstream stream;
 };
 
-/// The same value to the last bit, the same failure and the same extent.
+/// Returns true if value (to the last bit), failure and length are equal.
 bool sameReading(const NumberReading& a, const NumberReading& b);
 
 std::string describe(const NumberReading& reading);
 
-/// What `readNodeLine` reads, by one string stream.
+/// Reads a line as `readNodeLine` does, by one string stream.
 bool readNodeLinePlainly(const std::string& line, char separator, Point2D& point);
 
-/// Everything before the last line feed, cut at line feeds; a carriage return before one goes with it.
+/// Returns the lines that end in a line feed, without the line feed and one carriage return before it.
 std::vector<std::string> terminatedLines(const std::string& content);
 
-/// What stands behind the last line feed.
+/// Returns the bytes after the last line feed.
 std::string unterminatedLine(const std::string& content);
 
 } // namespace vadelclip

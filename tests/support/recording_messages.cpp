@@ -13,17 +13,17 @@ namespace {
 struct Recorder {
     std::vector<std::string> calls;
     std::map<const Message*, std::string> liveMessages;
-    bool writesToDescriptor = false; ///< In an executable: each call is also a line on descriptor 3, at once.
+    bool writesToDescriptor = false; ///< In an executable: writes each call to descriptor 3 at once.
 };
 
 Recorder& recorder() {
-    // Never destroyed: the sender's destructor records too, at process exit.
+    // Never destroyed, because the destructor of the sender records a call at process exit.
     static Recorder* const instance = new Recorder;
     return *instance;
 }
 
-/// Simulates a library that fails: the first call equal to VADELCLIP_RECORDING_THROWS throws after it is noted.
-void throwIfAsked(const std::string& call) {
+/// Simulates a library that fails: the first call equal to VADELCLIP_RECORDING_THROWS throws after it is recorded.
+void throwIfChosen(const std::string& call) {
     static bool thrown = false;
     const char* const throwing = std::getenv("VADELCLIP_RECORDING_THROWS");
     if (!thrown && throwing != nullptr && call == throwing) {
@@ -44,7 +44,7 @@ void record(const std::string& call) {
 void recordObject(const Message* message, const std::string& className, const std::string& values) {
     recorder().liveMessages[message] = className;
     record(className + " " + values);
-    throwIfAsked(className + " " + values);
+    throwIfChosen(className + " " + values);
 }
 
 std::string escaped(const std::string& text) {
@@ -99,7 +99,7 @@ MessageSender::MessageSender(bool pipeMode) {
     recorder().writesToDescriptor = true;
     const std::string call = pipeMode ? "MessageSender 1" : "MessageSender 0";
     record(call);
-    throwIfAsked(call);
+    throwIfChosen(call);
 }
 
 MessageSender::~MessageSender() {
@@ -123,7 +123,7 @@ ProgressMessage::ProgressMessage(double startPercent_, double endPercent_, int s
 void ProgressMessage::OnProgress(int step, bool flag) {
     const std::string call = "OnProgress " + std::to_string(step) + " " + flagText(flag);
     record(call);
-    throwIfAsked(call);
+    throwIfChosen(call);
 }
 
 FailedMessage::FailedMessage(int level, const std::string& text) {

@@ -69,7 +69,7 @@ RunOutcome ClipRun::run() {
     outcome.created = directory.tree();
     for (const auto& [path, content] : before) {
         const auto entry = outcome.created.find(path);
-        EXPECT_NE(outcome.created.end(), entry) << path << " is gone";
+        EXPECT_NE(outcome.created.end(), entry) << path << " was removed";
         if (entry != outcome.created.end() && entry->second == content) {
             outcome.created.erase(entry);
         }

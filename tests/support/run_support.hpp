@@ -1,5 +1,5 @@
 /// \file
-/// One run with everything it leaves behind.
+/// One run and all its results.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -17,31 +17,31 @@ extern const std::string squareBoundaryFile;
 
 struct RunOutcome {
     std::int32_t result = -99;
-    std::string thrown; ///< Function that failed, where the run ended in an exception of Boost.Filesystem.
+    std::string thrown; ///< Function that failed, if an exception of Boost.Filesystem ended the run.
     std::string console;
     Calls calls;
-    FileTree created; ///< What stands in the directory and did not before, or has changed.
+    FileTree created; ///< Files in the directory that are new or have changed.
 
     bool operator==(const RunOutcome&) const = default;
 };
 
 std::ostream& operator<<(std::ostream& output, const RunOutcome& outcome);
 
-/// A run that stopped with these errors reported, in order.
+/// Returns the result of a run that reported these errors and stopped.
 RunOutcome stoppedRun(const std::vector<std::string>& errorTexts, const FileTree& created = {});
 
-/// A run that ended in an exception without a message of its own.
+/// Returns the result of a run that an exception ended. The run itself sends no message for it.
 RunOutcome thrownRun(const std::string& function, const Calls& calls = {}, const FileTree& created = {});
 
-/// A run with the outcome 0, the passes' calls, and `created` but for the count file.
+/// Returns the result of a finished run: the calls of the passes and the created files, except the count file.
 RunOutcome finishedRun(std::int32_t totalKeptNodes, const Calls& passCalls, FileTree created = {});
 
-/// The ordinary job: base/data is clipped to area.xml, which stands there already, into base/out.
+/// An ordinary job: clips base/data to area.xml, which exists, and writes to base/out.
 class ClipRun {
 public:
     ClipRun();
 
-    /// Runs the job. No input may go away.
+    /// Runs the job. Expects that it removes no input.
     RunOutcome run();
 
     TemporaryDirectory directory;

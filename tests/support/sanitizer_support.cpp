@@ -1,9 +1,9 @@
-// Settings of the address sanitizer for the unit tests; without it nobody calls this.
+// Settings of the address sanitizer for the unit tests. Only the sanitizer calls this function.
 
-extern "C" const char* __asan_default_options(); // NOLINT(bugprone-reserved-identifier): the sanitizer's name for it
+extern "C" const char* __asan_default_options(); // NOLINT(bugprone-reserved-identifier): the sanitizer needs this name
 
-// A directory in place of the boundary file claims to have as many bytes as a file can have at all. The XML library asks
-// for that much memory and copes with the refusal.
+// A directory in place of the boundary file reports the maximum size of a file. The XML library tries to allocate this
+// much memory and handles the failure.
 extern "C" const char* __asan_default_options() { // NOLINT(bugprone-reserved-identifier)
     return "allocator_may_return_null=1";
 }

@@ -1,6 +1,6 @@
 /// \file
-/// For the libraries that tests load in front of the C library: what each call of a process comes to, read from the
-/// environment. Nothing here allocates, so that the allocator itself can be scripted.
+/// Reads the outcomes of the calls of a process from the environment, for libraries that tests load before the C
+/// library. Nothing here allocates, so that the outcomes can also be those of the allocator.
 #pragma once
 
 #include <cstdio>
@@ -10,12 +10,12 @@
 
 namespace vadelclip {
 
-/// VADELCLIP_OUTCOMES holds one entry for each call that is looked at, in their order. Calls behind the last entry pass.
+/// VADELCLIP_OUTCOMES has one entry for each chosen call, in order. Calls after the last entry pass.
 ///
 ///     .      the call passes
 ///     -28    it fails with this error number
-///     3      it takes at most so many bytes
-///     -28*   it fails, and so do all that follow
+///     3      it reads or writes at most this many bytes
+///     -28*   it fails, and so do all later calls
 class ScriptedOutcomes {
 public:
     static constexpr long passes = 0;
@@ -24,8 +24,8 @@ public:
     ScriptedOutcomes(const ScriptedOutcomes&) = delete;
     ScriptedOutcomes& operator=(const ScriptedOutcomes&) = delete;
 
-    /// At the end of the process the number of calls goes to the file VADELCLIP_CALL_COUNT, so that a test knows how
-    /// many there are to fail.
+    /// Writes the number of calls to the file VADELCLIP_CALL_COUNT at the end of the process, so that a test knows how
+    /// many calls can fail.
     ~ScriptedOutcomes() {
         if (const char* const path = std::getenv("VADELCLIP_CALL_COUNT")) {
             const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -34,14 +34,14 @@ public:
         }
     }
 
-    /// Until then there are no entries, so every call passes.
-    void begin() {
+    /// Reads the entries. Every call before this one passes.
+    void start() {
         const char* const script = std::getenv("VADELCLIP_OUTCOMES");
         position = script == nullptr ? "" : script;
         calls = 0;
     }
 
-    /// @return 0 for a call that passes, the most bytes it may take, or minus its error number
+    /// Returns 0 for a call that passes, the max number of bytes of a limited call, or minus the error number.
     long next() {
         ++calls;
         while (*position == ' ') {

@@ -1,5 +1,5 @@
 /// \file
-/// What tests send through the messaging library, and the lines of our own layer that this comes out as.
+/// Messages that tests send through the messaging library, and the lines that our own layer writes for them.
 #pragma once
 
 #include <ProcessMessage.h>
@@ -18,7 +18,7 @@ inline std::string errorLineOf(const std::string& text) {
     return "{\"type\":\"error\",\"level\":2,\"text\":\"" + text + "\"}\n";
 }
 
-/// Opens a progress range and reports the first `calls` steps of it.
+/// Opens a progress range and reports its first `calls` steps.
 inline void walkRange(double start, double end, int stepCount, int calls) {
     ProgressMessage progress(start, end, stepCount);
     for (int step = 0; step < calls; ++step) {
@@ -26,7 +26,7 @@ inline void walkRange(double start, double end, int stepCount, int calls) {
     }
 }
 
-/// The range that ends a run.
+/// Sends the range that ends a run.
 inline void walkClosingRange() {
     ProgressMessage progress(1.0, 100.0, 100);
     progress.OnProgress(100, false);
@@ -36,7 +36,7 @@ inline std::string percentLine(const std::string& percent) {
     return "{\"type\":\"progress\",\"percent\":" + percent + "}\n";
 }
 
-/// Writes a line of the test's own between those of the layer.
+/// Writes a line of the test between the lines of the layer.
 inline void mark(const std::string& text) {
     const std::string line = "-- " + text + "\n";
     if (write(3, line.data(), line.size()) < 0) {

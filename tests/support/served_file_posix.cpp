@@ -18,7 +18,7 @@ void makeFifo(const std::string& path) {
     EXPECT_EQ(0, mkfifo(path.c_str(), 0600)) << path;
 }
 
-/// A reader that has gone away is an ordinary end of a serving.
+/// Writes all bytes, or fewer if the reader closes the file.
 void writeAll(int descriptor, const std::string& bytes) {
     std::size_t done = 0;
     while (done < bytes.size()) {
@@ -44,7 +44,7 @@ ServedFile::~ServedFile() {
     if (opened < openings.size()) {
         ADD_FAILURE() << path << " was opened " << opened << " times, expected " << openings.size();
         abandoned = true;
-        // The server waits for a reader: here is one.
+        // The server waits for a reader: this opening releases it.
         release = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
     }
     server.join();
@@ -66,7 +66,7 @@ void ServedFile::serve() {
 }
 
 void ServedFile::serveOnce(int descriptor, const std::vector<ServingStep>& steps) {
-    // The next opening meets a new FIFO, or nothing behind the last one. This must be so before the reader gets on.
+    // Replaces the FIFO for the next opening, or removes it after the last one, before the reader can continue.
     if (opened + 1 < openings.size()) {
         makeFifo(fifo + ".next");
         fs::rename(fifo + ".next", fifo);

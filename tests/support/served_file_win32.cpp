@@ -4,7 +4,7 @@
 
 namespace vadelclip {
 
-// There is no FIFO in the file system here. The tests that need one are named in tests/left-out-on-windows.txt.
+// Windows has no FIFOs in its file system. tests/left-out-on-windows.txt lists the tests that need one.
 
 ServedFile::ServedFile(const std::string& path_, std::vector<std::vector<ServingStep>>) : path(path_) {
     throw std::logic_error("a file that changes from one opening to the next needs a FIFO");

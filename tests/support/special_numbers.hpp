@@ -1,5 +1,5 @@
 /// \file
-/// Numbers that are not finite.
+/// Doubles that are not finite.
 #pragma once
 
 #include <limits>

@@ -1,15 +1,15 @@
-"""The platform that the tools under test are built for: this one, or Windows by way of an emulator.
+"""The platform that the tools under test are built for: this one, or Windows, run by an emulator.
 
-Tests state what the tools do here; this module turns that into what they do there, where the platform differs: line ends,
-the separator of joined paths, the order of a walk, the status of an abnormal end. Tests that mean nothing there are left
-out: tests/left-out-on-windows.txt has the list, and the reasons.
+Tests state the behaviour on this platform. This module converts it where Windows differs: line ends, the separator of
+joined paths, the order of a walk, the status of an abnormal end. tests/left-out-on-windows.txt lists the tests that do
+not run there, with reasons.
 """
 import os
 import re
 import stat
 import sys
 
-EMULATOR = os.environ.get("VADELCLIP_EMULATOR", "")  # what starts a Windows program on this system
+EMULATOR = os.environ.get("VADELCLIP_EMULATOR", "")  # starts a Windows program on this system
 WINDOWS = EMULATOR != ""
 LAUNCHER = os.environ.get("VADELCLIP_LAUNCHER")  # opens descriptor 3 there, see win32_launcher.cpp
 
@@ -17,17 +17,17 @@ LEFT_OUT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "left-
 
 
 def joined(left, right):
-    """A path as the tool joins it from two parts."""
+    """Joins two parts of a path as the tool does."""
     return left + ("\\" if WINDOWS else "/") + right
 
 
 def inTextMode(content):
-    """What becomes of bytes that are written in text mode."""
+    """Returns the bytes that text mode writes for `content`."""
     return content.replace(b"\n", b"\r\n") if WINDOWS else content
 
 
 def withoutTextMode(content):
-    """What was written, from what text mode made of it."""
+    """Returns the content that text mode wrote as these bytes."""
     return content.replace(b"\r\n", b"\n") if WINDOWS else content
 
 
@@ -36,7 +36,7 @@ def inTextModeTree(tree):
 
 
 def possible(*names):
-    """Those of the file names that can exist on the platform, beside the ones before them."""
+    """Returns the file names that can exist on the platform together with the names before them."""
     if not WINDOWS:
         return list(names)
     found = {}
@@ -47,24 +47,24 @@ def possible(*names):
 
 
 def walkOrder(directory):
-    """Names in the order in which the platform lists them: Windows' file system keeps them sorted."""
+    """Returns the names in the order of the platform's listing. The file system of Windows sorts them."""
     names = [entry.name for entry in os.scandir(directory)]
     return sorted(names, key=str.upper) if WINDOWS else names
 
 
 def endedAbnormally(status):
-    """Whether this is the exit status of a process that the run-time library ended."""
+    """Returns true for the exit status of a process that the run-time library ended."""
     return status == 3 if WINDOWS else status < 0
 
 
 def crashed(status):
-    """Whether it is that of a process that the system ended for what it did. The emulator hands on the last byte of an
-    access violation, 0xC0000005."""
+    """Returns true for the exit status of a process that the system ended. The emulator returns the last byte of
+    0xC0000005, an access violation."""
     return status == 5 if WINDOWS else status < 0
 
 
 def leftOutReason(testId):
-    """Why a test is left out on the platform, or None. The id is that of unittest: __main__.<class>.<test>."""
+    """Returns why the platform leaves a test out, or None. The id is that of unittest: __main__.<class>.<test>."""
     if not WINDOWS:
         return None
     file = "/".join(os.path.splitext(os.path.realpath(sys.argv[0]))[0].split(os.sep)[-2:])
@@ -79,18 +79,18 @@ def leftOutReason(testId):
 
 
 def launch(tool, arguments, launcher=True):
-    """The command that starts a tool."""
+    """Returns the command that starts a tool."""
     return [EMULATOR, *([LAUNCHER] if launcher else []), tool, *arguments] if WINDOWS else [tool, *arguments]
 
 
 def launchSettings(channel, closed):
-    """Environment for the launcher. A channel is a descriptor of a file, which is handed over by its name, or a text for
-    the launcher."""
+    """Returns the environment for the launcher. A channel is the descriptor of a file, which the launcher opens by
+    name, or a text for the launcher."""
     if not WINDOWS:
         return {}
     settings = {"VADELCLIP_CLOSED": "".join(map(str, closed)), "LC_ALL": "C.UTF-8"}
     if isinstance(channel, int):
-        assert stat.S_ISREG(os.fstat(channel).st_mode), "only files can be handed over by their name"
+        assert stat.S_ISREG(os.fstat(channel).st_mode), "only a file can be opened by its name"
         settings["VADELCLIP_CHANNEL_FILE"] = os.readlink(f"/proc/self/fd/{channel}")
         channel = "append"
     return {**settings, "VADELCLIP_CHANNEL": channel}

@@ -4,7 +4,7 @@
 
 namespace vadelclip {
 
-/// Upright teeth, one wide and one apart, that lean by so much.
+/// Returns a comb of `count` vertical teeth of width 1 and distance 1. The tip of each is shifted by `lean`.
 inline Outline teeth(int count, double lean) {
     Outline ring;
     for (int tooth = 0; tooth < count; ++tooth) {

@@ -1,11 +1,11 @@
-// Starts a program as a controlling process on Windows does, and passes its exit status on:
+// Starts a program as a controlling process on Windows does, and returns its exit status:
 //
 //     win32_launcher <program> [arguments]
 //
 // VADELCLIP_CHANNEL names a file that becomes descriptor 3 of the program; or it is "read only" (open for reading),
 // "text mode" (a file whose name is in VADELCLIP_CHANNEL_FILE, opened in text mode), "append" (the same file, opened
-// for appending) or "no reader" (a pipe nobody reads). Without it descriptor 3 is closed.
-// VADELCLIP_CLOSED holds the numbers of the descriptors to close, such as "12".
+// for appending) or "no reader" (a pipe without a reader). If it is not set, descriptor 3 is closed.
+// VADELCLIP_CLOSED contains the numbers of the descriptors to close, such as "12".
 
 #include <windows.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 constexpr int channelDescriptor = 3;
 
-/// Also the status of a launch that failed; the tool never ends with it.
+/// The exit status if the launch fails. The tool never returns it.
 constexpr int launchFailed = 99;
 
 std::wstring setting(const wchar_t* name) {
@@ -69,7 +69,7 @@ bool placeChannel(const std::wstring& channel) {
     return true;
 }
 
-/// The command line as this process got it, without its own name: the quoting stays as it is.
+/// Returns the command line of this process without its name. The quoting is unchanged.
 std::wstring commandLineOfProgram() {
     const std::wstring line = GetCommandLineW();
     const std::size_t end = line.starts_with(L'"') ? line.find(L'"', 1) + 1 : line.find(L' ');
@@ -86,7 +86,7 @@ int wmain(int argc, wchar_t* argv[]) {
     for (const wchar_t digit : setting(L"VADELCLIP_CLOSED")) {
         _close(digit - L'0');
     }
-    // The run-time joins the arguments with blanks and quotes nothing, so all of them are handed over as one.
+    // The run-time joins the arguments with spaces and does not quote them, so all of them are passed as one.
     const std::wstring commandLine = commandLineOfProgram();
     const wchar_t* const arguments[] = {commandLine.c_str(), nullptr};
     const std::intptr_t status = _wspawnv(_P_WAIT, argv[1], arguments);

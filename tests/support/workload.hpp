@@ -1,11 +1,11 @@
 /// \file
-/// How much a differential test compares.
+/// How many comparisons a differential test makes.
 #pragma once
 
 namespace vadelclip {
 
-/// The full number in an optimised build, a twentieth with sanitizers or without optimisation, for mutation testing, and on
-/// Windows, where the streams to compare with take ten times as long.
+/// Returns the full number in an optimised build. Returns a twentieth of it with sanitizers, without optimisation, and
+/// on Windows, where the reference streams need ten times as long.
 constexpr int workload(int full) {
 #if !defined(__OPTIMIZE__) || defined(VADELCLIP_SMALL_WORKLOAD) || defined(_WIN32)
     return full / 20;

@@ -1,4 +1,4 @@
-"""Files that are not the same at each of the three openings of a run, and outputs that cannot be written."""
+"""Node files that change between the three openings of a run, and outputs that cannot be written."""
 import os
 import sys
 import unittest
@@ -7,8 +7,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, SANITIZED, TOOL, AcceptanceTest, dropPowersOfRoot, linkTo, output
 from expected_messages import (BAD_FIRST_CHARACTER, BAD_SEPARATOR, BAD_SHAPE, closingRange, errorMessage, failedMessage,
-                               filePass, finishedRun, finishMessage,
-                               recorded)
+                               filePass, finishedRun, finishMessage, recorded)
 
 HEADER = b"x;y;z\n"
 INSIDE = b"1;1;5\n2;2;5\n"
@@ -25,39 +24,42 @@ class ChangingTest(AcceptanceTest):
         self.serve("base/data/a.xyz", *openings)
         return self.clip(**settings)
 
+    def waitForOutput(self):
+        self.waitFor(lambda: os.path.exists(self.path(OUTPUT)), "output file")
+
 
 class ChangedInput(ChangingTest):
-    def test_a_file_that_became_shorter_gives_empty_lines(self):
+    def test_shorter_file_keeps_its_remaining_lines(self):
         run = self.clipServed(HEADER, HEADER + INSIDE * 3, HEADER + INSIDE)
         self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[6])
 
-    def test_a_file_that_became_empty_behind_its_header_keeps_nothing(self):
+    def test_file_cut_after_its_header_keeps_nothing(self):
         run = self.clipServed(HEADER, HEADER + INSIDE, HEADER)
         self.expectFinished(run, 0, lineCounts=[2])
 
-    def test_a_file_that_grew_is_read_as_far_as_it_was_counted(self):
+    def test_grown_file_is_read_up_to_the_counted_lines(self):
         run = self.clipServed(HEADER, HEADER + b"\n", HEADER + INSIDE * 100)
         self.expectFinished(run, 1, {"a.xyz": HEADER + b"1;1;5\n"}, lineCounts=[1])
 
-    def test_an_unterminated_last_line_that_was_counted_is_read_once(self):
-        # Behind the end of the file the line that was read last must not come again.
+    def test_unterminated_line_is_read_once(self):
+        # After the end of the file, the last line must not be read again.
         run = self.clipServed(HEADER, HEADER + b"\n\n\n\n", HEADER + b"1;1;5\n2;2;5")
         self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[4])
 
-    def test_a_carriage_return_at_the_end_of_such_a_line_stays(self):
+    def test_unterminated_line_keeps_its_carriage_return(self):
         run = self.clipServed(HEADER, HEADER + b"\n\n", HEADER + b"1;1;5\r\n2;2\r")
         self.expectFinished(run, 2, {"a.xyz": HEADER + b"1;1;5\n2;2\r\n"}, lineCounts=[2])
 
     @unittest.skipIf(SANITIZED, "too slow")
-    def test_a_count_beyond_32_bits_wraps_around_and_no_line_is_read(self):
-        lineFeeds = [b"\n" * 2**20] * 2**11  # 2^31 of them
+    def test_count_beyond_32_bits_wraps_around(self):
+        lineFeeds = [b"\n" * 2**20] * 2**11  # 2^31 line feeds
         self.serve("base/data/a.xyz", HEADER, [HEADER, *lineFeeds], HEADER + INSIDE)
         self.serve("base/data/b.xyz", HEADER, [HEADER, *lineFeeds], HEADER + INSIDE)
         self.give({"base/data/c.xyz": HEADER + INSIDE})
         order = self.walkOrder()
         run = self.clip()
         counts = {"a.xyz": -2**31, "b.xyz": -2**31, "c.xyz": 2}
-        # The sum of all counts wraps around to 2; the sum of those done does not.
+        # The sum of all counts wraps around to 2; the sum of the lines done does not.
         passes, done = [], 0
         for name in order:
             passes += filePass(counts[name], done, 2)
@@ -65,12 +67,12 @@ class ChangedInput(ChangingTest):
         self.expect(run, status=0, created=output(2, {"c.xyz": HEADER + INSIDE}),
                     messages=recorded(passes, closingRange(), finishMessage()))
 
-    def test_the_separator_is_that_of_the_last_opening(self):
+    def test_separator_is_read_at_the_last_opening(self):
         header = b"X,Y,Z,G\n"
         run = self.clipServed(HEADER, HEADER + INSIDE, header + b"1;1;5\n1,1,5\n")
         self.expectFinished(run, 1, {"a.xyz": header + b"1,1,5\n"}, lineCounts=[2])
 
-    def test_a_kept_line_is_on_disk_before_the_next_one_is_read(self):
+    def test_kept_line_is_on_disk_before_the_next_is_read(self):
         output = Path(self.path(OUTPUT))
 
         def written(content):
@@ -82,25 +84,18 @@ class ChangedInput(ChangingTest):
             b"20;1;5\n", b"2;2;5\n", written(HEADER + INSIDE)])
         self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[3])
 
-    def test_an_output_without_kept_lines_stands_there_until_the_end_of_the_pass(self):
-        standing = []
-
-        def lookForOutput():
-            self.waitFor(lambda: os.path.exists(self.path(OUTPUT)), "output file")
-            standing.append(True)
-
-        run = self.clipServed(HEADER, HEADER + OUTSIDE, [HEADER, lookForOutput, OUTSIDE])
-        self.assertEqual(standing, [True])
+    def test_empty_output_exists_until_the_end_of_the_pass(self):
+        run = self.clipServed(HEADER, HEADER + OUTSIDE, [HEADER, self.waitForOutput, OUTSIDE])
         self.expectFinished(run, 0, lineCounts=[1])
 
 
 class RejectedInLastOpening(ChangingTest):
-    """The header was accepted twice and is not any more: its error is told, and its count is 1 without a line."""
+    """The header is accepted twice and rejected at the last opening: the file counts as one kept line."""
 
     CASES = {b"y;x;z\n": BAD_FIRST_CHARACTER, b"x:y:z\n": BAD_SEPARATOR, b"x;y;z;\n1;1;1\n": BAD_SHAPE,
              b"": "", b"\n1;1;1\n": ""}
 
-    def test_its_error_is_reported_and_an_empty_output_file_stays(self):
+    def test_reports_the_error_and_leaves_an_empty_output(self):
         for content, text in self.CASES.items():
             with self.subTest(content=content):
                 self.startOver()
@@ -109,12 +104,12 @@ class RejectedInLastOpening(ChangingTest):
                 self.expect(run, status=0, console=[text], created=output(1, {"a.xyz": b""}),
                             messages=recorded(errorMessage(text), closingRange(), finishMessage()))
 
-    def test_a_file_gone_after_its_lines_were_counted_has_an_empty_error(self):
+    def test_file_removed_after_the_count_has_an_empty_error(self):
         run = self.clipServed(HEADER, [lambda: os.remove(self.path("base/data/a.xyz")), HEADER + INSIDE])
         self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}), removed=["base/data/a.xyz"],
                     messages=recorded(errorMessage(""), closingRange(), finishMessage()))
 
-    def test_a_file_that_became_a_directory_has_an_empty_error(self):
+    def test_file_turned_directory_has_an_empty_error(self):
         def replace():
             os.remove(self.path("base/data/a.xyz"))
             os.mkdir(self.path("base/data/a.xyz"))
@@ -128,7 +123,7 @@ class RejectedInLastOpening(ChangingTest):
                 self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}),
                             messages=recorded(errorMessage(""), closingRange(), finishMessage()))
 
-    def test_the_run_goes_on_with_the_next_file_and_the_lines_count_as_done(self):
+    def test_next_file_starts_after_the_lines_of_a_rejected_one(self):
         self.give({"base/data/b.xyz": HEADER + INSIDE * 2})
         run = self.clipServed(HEADER, HEADER + INSIDE, b"x:y:z\n")
         first = self.walkOrder()[0]
@@ -139,37 +134,37 @@ class RejectedInLastOpening(ChangingTest):
                     created=output(5, {"a.xyz": b"", "b.xyz": HEADER + INSIDE * 2}),
                     messages=recorded(*passes[first], closingRange(), finishMessage()))
 
-    def test_a_longer_output_file_of_that_name_is_emptied(self):
+    def test_existing_output_file_is_emptied(self):
         run = self.clipServed([lambda: Path(self.path(OUTPUT)).write_bytes(b"older"), HEADER], HEADER, b"\n")
         self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}),
                     messages=recorded(errorMessage(""), closingRange(), finishMessage()))
 
 
 class UnusableOutput(ChangingTest):
-    """The tool does not test whether an output file can be written: it counts as if it could."""
+    """The tool does not check its output files: it counts the lines as written."""
 
     def clipOnto(self, prepare, lines):
-        """Changes the output directory when the input is opened first: then it stands and no output file does."""
+        """Calls `prepare` at the first opening of the input, when the output directory exists and is empty."""
         return self.clipServed([prepare, HEADER + lines], HEADER + lines, HEADER + lines)
 
-    def test_an_existing_file_is_overwritten(self):
+    def test_overwrites_an_existing_file(self):
         run = self.clipOnto(lambda: Path(self.path(OUTPUT)).write_bytes(b"older and longer\n" * 9), INSIDE)
         self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[2])
 
-    def test_an_existing_file_is_removed_if_it_gets_no_node(self):
+    def test_removes_an_existing_file_without_kept_lines(self):
         run = self.clipOnto(lambda: Path(self.path(OUTPUT)).write_bytes(b"older\n"), OUTSIDE)
         self.expectFinished(run, 0, lineCounts=[1])
 
-    def test_lines_for_an_output_that_cannot_be_opened_are_counted(self):
+    def test_counts_lines_of_an_output_that_cannot_be_opened(self):
         run = self.clipOnto(lambda: os.mkdir(self.path(OUTPUT)), INSIDE)
         self.expect(run, status=0, created={**output(2), OUTPUT: DIRECTORY}, messages=finishedRun(2))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_lines_for_a_full_disk_are_counted(self):
+    def test_counts_lines_for_a_full_disk(self):
         run = self.clipOnto(lambda: os.symlink("/dev/full", self.path(OUTPUT)), INSIDE)
         self.expect(run, status=0, created={**output(2), OUTPUT: linkTo("/dev/full")}, messages=finishedRun(2))
 
-    def test_an_output_directory_that_may_not_be_written_stays_empty(self):
+    def test_unwritable_output_directory_stays_empty(self):
         self.give({"base/data/b.xyz": HEADER + INSIDE, "base/data/c.xyz": HEADER + OUTSIDE})
         lineCounts = [{"b.xyz": 2, "c.xyz": 1}[name] for name in self.walkOrder()]
         mask = os.umask(0o222)
@@ -179,23 +174,23 @@ class UnusableOutput(ChangingTest):
             os.umask(mask)
         self.expect(run, status=0, created={"base/out": DIRECTORY}, messages=finishedRun(*lineCounts))
 
-    def test_an_output_path_too_long_to_be_opened_is_counted(self):
-        # The directory can be made, the file in it cannot be named: 4,096 bytes is the limit of a path.
+    def test_counts_lines_of_an_output_path_too_long_to_open(self):
+        # The path of the directory is short enough, the path of the file in it is not: a path has up to 4,095 bytes.
         name = "../base/" * 509 + "out"
         self.give({"base/data/a-longer-name.xyz": HEADER + INSIDE})
         self.assertTrue(4060 < len("base/" + name) < 4096 < len("base/" + name + "/a-longer-name.xyz"))
         run = self.start("base/data", name, "area.xml")
         self.expect(run, status=0, created={"base/out": DIRECTORY}, messages=finishedRun(2))
 
-    def test_an_output_already_gone_is_no_error(self):
+    def test_removed_output_is_no_error(self):
         run = self.clipServed(HEADER, HEADER + OUTSIDE, [HEADER, self.removeOutput, OUTSIDE])
         self.expectFinished(run, 0, lineCounts=[1])
 
     def removeOutput(self):
-        self.waitFor(lambda: os.path.exists(self.path(OUTPUT)), "output file")
+        self.waitForOutput()
         os.remove(self.path(OUTPUT))
 
-    def test_an_output_that_cannot_be_removed_ends_the_run(self):
+    def test_output_that_cannot_be_removed_ends_the_run(self):
         self.give({"base/data/b.xyz": HEADER + INSIDE})
         self.serve("base/data/a.xyz", [lambda: os.makedirs(self.path(OUTPUT + "/full")), HEADER + OUTSIDE],
                    HEADER + OUTSIDE, HEADER + OUTSIDE)
@@ -210,7 +205,7 @@ class UnusableOutput(ChangingTest):
         self.expect(run, status=1, console=[text], created=created,
                     messages=recorded(*passes, errorMessage(text), failedMessage()))
 
-    def test_the_real_tool_counts_what_it_could_not_write_as_well(self):
+    def test_real_tool_counts_lines_it_could_not_write(self):
         run = self.clipServed([lambda: os.mkdir(self.path(OUTPUT)), HEADER], HEADER + INSIDE, HEADER + INSIDE,
                               tool=TOOL)
         self.expect(run, status=0, created={**output(2), OUTPUT: DIRECTORY})

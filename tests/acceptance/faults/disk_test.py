@@ -1,7 +1,7 @@
 """A disk that fails while output is written: full, broken, interrupted or full only for a while.
 
-The tool does not test its output streams. What could not be written is missing, all the rest of the run is as ever: the
-count tells how many lines there should be.
+The tool does not check its output streams. Lines that could not be written are missing, and the rest of the run is
+unchanged: the count includes the missing lines.
 """
 import errno
 import os
@@ -14,10 +14,10 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, TOOL, output
 from fault_checks import PASS, FaultTest, failing, fails, failsForever, takes, takesForever
-from expected_messages import jsonError, jsonFailed
+from expected_messages import jsonFailedRun
 
 HEADER = b"x;y;z\n"
-# Longer than what a stream buffers: it goes to the system in another way than short lines do.
+# Longer than the buffer of a stream, which therefore writes it by another system call than short lines.
 LONG = b"3;3;" + b"k" * 3000 + b"\n"
 KEPT = [HEADER, b"1;1;5\n", b"2;2;5\n", LONG, b"4;4;5\n"]
 JOB = {"a.xyz": (b"x;y;z\n1;1;5\n20;1;5\n2;2;5\n" + LONG + b"4;4;5\n20;20;5\n", b"".join(KEPT[1:])),
@@ -32,16 +32,16 @@ class DiskTest(FaultTest):
     def setUp(self):
         super().setUp()
         self.giveFaultJob(JOB)
-        undisturbed = self.clipPiped()
-        self.assertEqual(self.check(undisturbed), "finished")
-        self.messages = undisturbed.messages
+        run = self.clipPiped()
+        self.assertEqual(self.check(run), "finished")
+        self.messages = run.messages
 
     def clipFailing(self, name, *outcomes, call="write"):
         self.clearOutput()
         return self.clipPiped(environment=failing(call, f"/out/{name}", *outcomes))
 
     def expectUnnoticed(self, run, files, count=b"5\n"):
-        """All of the run is as if nothing had failed, but for these output files."""
+        """Expects a run in which only these output files differ from a run without failure."""
         self.expect(run, status=0, created={"base/out": DIRECTORY, f"base/out/{COUNT}": count,
                                             **{f"base/out/{name}": content for name, content in files.items()}},
                     messages=self.messages)
@@ -55,7 +55,7 @@ class FailingWrites(DiskTest):
                 self.assertEqual(self.countOfCalls(
                     lambda path, end=f"/out/{name}": failing("write", end, countTo=path)), len(lines))
 
-    def test_from_the_first_failed_write_on_a_file_keeps_the_lines_before_it(self):
+    def test_failed_write_keeps_the_lines_before_it(self):
         for error in (errno.ENOSPC, errno.EIO, errno.EDQUOT):
             for name, lines in LINES.items():
                 for number in range(len(lines)):
@@ -65,51 +65,51 @@ class FailingWrites(DiskTest):
                         written = {name: b"".join(lines[:number])} if name != "b.csv" else {}
                         self.expectUnnoticed(run, {**OUTPUTS, **written})
 
-    def test_a_count_that_cannot_be_written_leaves_an_empty_file(self):
+    def test_unwritable_count_leaves_an_empty_file(self):
         self.expectUnnoticed(self.clipFailing(COUNT, failsForever(errno.ENOSPC)), OUTPUTS, count=b"")
 
-    def test_a_disk_without_any_room_leaves_empty_files(self):
+    def test_full_disk_leaves_empty_files(self):
         self.clearOutput()
         run = self.clipPiped(environment=failing("write", "", failsForever(errno.ENOSPC)))
         self.expect(run, status=0, created={f"base/out/{name}": b"" for name in (*OUTPUTS, COUNT)})
 
-    def test_writes_that_take_one_byte_only_give_the_right_files(self):
+    def test_writes_of_one_byte_complete_the_files(self):
         for name in (*LINES, COUNT):
             with self.subTest(name=name):
                 self.expectUnnoticed(self.clipFailing(name, takesForever(1)), OUTPUTS)
 
-    def test_interrupted_writes_give_the_right_files(self):
+    def test_interrupted_writes_complete_the_files(self):
         for name, lines in {**LINES, COUNT: [b""]}.items():
             for number in range(len(lines)):
                 with self.subTest(name=name, write=number):
                     run = self.clipFailing(name, PASS * number, fails(errno.EINTR), takes(1), fails(errno.EINTR))
                     self.expectUnnoticed(run, OUTPUTS)
 
-    def test_a_write_cut_short_by_a_full_disk_leaves_a_part_of_its_line(self):
+    def test_write_cut_by_a_full_disk_leaves_part_of_a_line(self):
         for number in range(len(KEPT)):
             with self.subTest(write=number):
                 run = self.clipFailing("a.xyz", PASS * number, takes(3), failsForever(errno.ENOSPC))
                 self.check(run, wholeLines=False, silent=True)
                 self.expectUnnoticed(run, {**OUTPUTS, "a.xyz": b"".join(KEPT[:number]) + KEPT[number][:3]})
 
-    def test_files_whose_closing_fails_are_right_all_the_same(self):
+    def test_failed_closing_leaves_complete_files(self):
         for name in (*LINES, COUNT):
             with self.subTest(name=name):
                 self.expectUnnoticed(self.clipFailing(name, failsForever(errno.EIO), call="fclose"), OUTPUTS)
 
 
-class RoomAgain(DiskTest):
-    """After a failed write the stream takes no more lines. What it still holds it tries again when it is closed."""
+class SpaceAgain(DiskTest):
+    """After a failed write the stream accepts no further line. When it is closed, it writes its buffer again."""
 
-    def test_the_failed_line_is_written_in_the_end_and_none_behind_it(self):
+    def test_failed_line_is_written_at_the_end_of_the_pass(self):
         for number, line in enumerate(KEPT):
             with self.subTest(write=number):
                 run = self.clipFailing("a.xyz", PASS * number, fails(errno.ENOSPC))
-                held = line if line != LONG else b""  # too long to be held
+                held = line if line != LONG else b""  # too long for the buffer
                 self.check(run, silent=True)
                 self.expectUnnoticed(run, {**OUTPUTS, "a.xyz": b"".join(KEPT[:number]) + held})
 
-    def test_a_line_cut_short_is_begun_again(self):
+    def test_line_cut_short_is_written_again(self):
         run = self.clipFailing("a.xyz", PASS, takes(3), fails(errno.ENOSPC))
         self.expectUnnoticed(run, {**OUTPUTS, "a.xyz": HEADER + b"1;1" + b"1;1;5\n"})
 
@@ -117,14 +117,14 @@ class RoomAgain(DiskTest):
 def limitFileSize(limit, ignored):
     """For `beforeStart`.
 
-    @param ignored  whether the signal is ignored, so that a write beyond the limit is an error
+    @param ignored  the signal is ignored, so that a write beyond the limit is an error
     """
     resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN if ignored else signal.SIG_DFL)
 
 
 class LimitedFileSize(DiskTest):
-    """Without the channel, whose file would be limited too."""
+    """These runs have no message channel, because the limit would apply to its file too."""
 
     LIMITS = 3, 6, 12, 14, 18, 20, 2000
 
@@ -132,7 +132,7 @@ class LimitedFileSize(DiskTest):
         self.clearOutput()
         return self.clip("-lang=en", tool=TOOL, beforeStart=lambda: limitFileSize(limit, ignored))
 
-    def test_the_signal_ends_the_run_in_the_middle_of_a_line(self):
+    def test_signal_ends_the_run_within_a_line(self):
         for limit in self.LIMITS:
             with self.subTest(limit=limit):
                 run = self.clipLimited(limit, ignored=False)
@@ -142,7 +142,7 @@ class LimitedFileSize(DiskTest):
                 self.assertNotIn(COUNT, outputs)
                 self.assertEqual(max(map(len, outputs.values())), limit)
 
-    def test_where_it_is_ignored_the_limit_is_a_full_disk(self):
+    def test_limit_acts_like_a_full_disk_if_the_signal_is_ignored(self):
         for limit in self.LIMITS:
             with self.subTest(limit=limit):
                 run = self.clipLimited(limit, ignored=True)
@@ -152,16 +152,16 @@ class LimitedFileSize(DiskTest):
 
 
 class FailingDirectories(DiskTest):
-    def test_an_output_directory_that_finds_no_room_is_a_thrown_error(self):
+    def test_failed_creation_of_output_directory_throws(self):
         for error in (errno.ENOSPC, errno.EIO, errno.EROFS, errno.EMLINK):
             with self.subTest(error=error):
                 self.clearOutput()
                 run = self.clipPiped(environment=failing("mkdir", "base/out", fails(error)))
                 text, = run.consoleLines()
                 self.assertRegex(text, "^boost::filesystem::create_directory: " + os.strerror(error))
-                self.expect(run, status=1, console=[text], messages=[jsonError(text), jsonFailed()])
+                self.expect(run, status=1, console=[text], messages=jsonFailedRun(text))
 
-    def test_an_empty_output_that_cannot_be_removed_ends_the_run_before_its_count(self):
+    def test_failed_removal_ends_the_run_before_the_count(self):
         for error in (errno.EIO, errno.EROFS, errno.EBUSY):
             with self.subTest(error=error):
                 run = self.clipFailing("b.csv", fails(error), call="unlink")
@@ -169,11 +169,11 @@ class FailingDirectories(DiskTest):
                 self.assertRegex(text, "^boost::filesystem::remove: " + os.strerror(error))
                 self.assertEqual(self.check(run), "failed")
                 self.assertEqual(run.tree["base/out/b.csv"], b"X,Y,Z\n")
-                self.assertEqual(run.messages[-2:], [jsonError(text), jsonFailed()])
+                self.assertEqual(run.messages[-2:], jsonFailedRun(text))
 
 
 class FailingChannel(DiskTest):
-    """The message channel, a file here. No failure of it shows in the result."""
+    """The message channel is a file here. Its failures do not change the result."""
 
     def clipOntoFile(self, *outcomes):
         self.clearOutput()
@@ -189,7 +189,7 @@ class FailingChannel(DiskTest):
             with self.subTest(outcomes=outcomes):
                 self.assertEqual(self.clipOntoFile(*outcomes), "".join(line + "\n" for line in self.messages))
 
-    def test_the_first_failed_write_silences_it(self):
+    def test_first_failed_write_silences_the_channel(self):
         for number in range(len(self.messages)):
             for error in (errno.ENOSPC, errno.EIO):
                 with self.subTest(message=number, error=error):

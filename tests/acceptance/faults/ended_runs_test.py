@@ -1,4 +1,4 @@
-"""Runs that end before their time: a messaging library that throws, and a process that is killed."""
+"""Runs that end early: a messaging library that throws, and a process that is killed."""
 import sys
 import unittest
 from pathlib import Path
@@ -15,12 +15,12 @@ INSIDE = b"1;1;5\n2;2;5\n3;3;5\n"
 
 
 def throwing(call):
-    """For `environment`: the recording message layer throws from the first such call, after it has noted it."""
+    """For `environment`: the recording message layer throws from the first such call, after it has recorded it."""
     return {"VADELCLIP_RECORDING_THROWS": call}
 
 
 class ThrownErrors(AcceptanceTest):
-    def test_an_error_in_the_finish_message_is_reported_and_ends_the_run_as_failed(self):
+    def test_error_in_the_finish_message_fails_the_run(self):
         self.giveJob({"a.xyz": HEADER + INSIDE})
         call = f"FinishMessage 1 {FINISHED}"
         run = self.clip(environment=throwing(call))
@@ -30,14 +30,14 @@ class ThrownErrors(AcceptanceTest):
                     messages=recorded(filePass(3), closingRange(), [call, "end FinishMessage"],
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
-    def test_an_error_in_the_failed_message_is_reported_and_the_message_is_sent_again(self):
+    def test_failed_message_is_sent_again_after_its_error(self):
         call = f"FailedMessage 1 {FAILED}"
         text, again = "Boundary file area.xml not found", "Boundary file area.xml does not exist"
         self.expect(self.clip(environment=throwing(call)), status=1, console=[text, again, f"thrown by {call}"],
                     messages=recorded(errorMessage(text), errorMessage(again), failedMessage(),
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
-    def test_an_error_between_two_lines_ends_the_range_and_leaves_what_is_written(self):
+    def test_error_between_lines_leaves_the_written_lines(self):
         self.giveJob({"a.xyz": HEADER + INSIDE})
         call = "OnProgress 2 false"
         run = self.clip(environment=throwing(call))
@@ -47,11 +47,11 @@ class ThrownErrors(AcceptanceTest):
                                                        "OnProgress 1 false", call, "end ProgressMessage"],
                                       errorMessage(f"thrown by {call}"), failedMessage()))
 
-    def test_files_finished_before_an_error_stay_and_no_count_is_written(self):
+    def test_error_keeps_finished_files_and_writes_no_count(self):
         content = HEADER + b"1;1;5\n2;2;5\n"
         self.giveJob({"a.xyz": content, "b.xyz": content})
         first, second = self.walkOrder()
-        call = "ProgressMessage 50 100 2"  # the second pass, whichever file it is
+        call = "ProgressMessage 50 100 2"  # the second pass
         run = self.clip(environment=throwing(call))
         self.expect(run, status=1, console=[f"thrown by {call}"],
                     created={"base/out": DIRECTORY, f"base/out/{first}": content, f"base/out/{second}": HEADER},
@@ -63,22 +63,22 @@ class ThrownErrors(AcceptanceTest):
         self.assertNotIn(run.status, (0, 1))
         self.assertEqual((run.console, run.messages), (inTextMode(console), [*messages, call]))
 
-    def test_an_error_while_a_usage_failure_is_reported_ends_the_process_abnormally(self):
+    def test_error_during_a_usage_failure_ends_the_process(self):
         self.expectAbnormalEnd(f"ErrorMessage 2 {USAGE}", "MessageSender 0", console=USAGE.encode() + b"\n")
 
-    def test_an_error_of_the_sender_ends_the_process_abnormally(self):
+    def test_error_of_the_sender_ends_the_process(self):
         self.expectAbnormalEnd("MessageSender 0")
 
 
 class FailingWalk(AcceptanceTest):
-    def test_a_walk_that_fails_on_its_way_ends_the_run_before_any_pass(self):
+    def test_failed_walk_ends_the_run_before_any_pass(self):
         self.giveJob({name: HEADER + INSIDE for name in ("a.xyz", "b.xyz", "c.xyz", "d.xyz", "e.xyz")})
         run = self.clip(environment=failing("readdir", "base/data", PASS * 3, failsForever()))
         self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+", created={"base/out": DIRECTORY})
 
 
 class KilledRun(AcceptanceTest):
-    def test_a_killed_run_leaves_whole_lines_and_no_count(self):
+    def test_killed_run_leaves_whole_lines_and_no_count(self):
         self.giveJob({})
         output = Path(self.path("base/out/a.xyz"))
         written = HEADER + b"1;1;5\n2;2;5\n"

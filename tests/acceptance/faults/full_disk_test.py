@@ -1,8 +1,8 @@
-"""A disk that is really full: a small file system of the test's own, mounted where the run writes.
+"""A disk that is really full: a small file system, mounted where the run writes.
 
-The mount needs the right to mount, as root has it, or unprivileged user namespaces. It is seen by this process and the
-tools it starts alone, and is gone with it. Where neither is allowed the tests are skipped and say so; the failing calls
-of faults_disk_test.py do without.
+The mount needs root's right to mount, or unprivileged user namespaces. Only this process and its children see it, and
+it ends with them. If neither is allowed, the tests are skipped with that reason. disk_test.py simulates a full disk
+without a mount.
 """
 import ctypes
 import os
@@ -12,21 +12,20 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, TOOL, AcceptanceTest, linkTo, withParents
-from expected_messages import jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState
+from expected_messages import jsonFailedRun, jsonFinish, jsonFinishedRun, jsonProgress, jsonState
 
 HEADER = b"x;y;z\n"
 NODES = 20_000
 CLONE_NEWNS, CLONE_NEWUSER = 0x20000, 0x10000000
 MS_REC, MS_PRIVATE = 0x4000, 0x40000
 
-
 libc = ctypes.CDLL(None, use_errno=True)
 
 
-def mayMount():
-    """Takes this process into mounts of its own.
+def unshareMounts():
+    """Gives this process its own mount namespace.
 
-    @return the reason why not, or an empty text
+    @return the error text, or an empty text
     """
     user, group = os.geteuid(), os.getegid()
     if libc.unshare(CLONE_NEWNS if user == 0 else CLONE_NEWNS | CLONE_NEWUSER) != 0:
@@ -38,12 +37,12 @@ def mayMount():
     return "" if libc.mount(None, b"/", None, MS_REC | MS_PRIVATE, None) == 0 else os.strerror(ctypes.get_errno())
 
 
-REFUSAL = mayMount()
+REFUSAL = unshareMounts()
 
 
 @unittest.skipIf(REFUSAL, f"no right to mount a small file system: {REFUSAL}")
 class FullDisk(AcceptanceTest):
-    """Only base is on the small disk. The inputs lie elsewhere: base/data is a link."""
+    """Only `base` is on the small disk. base/data is a link to the inputs on another one."""
 
     def giveDisk(self, options):
         self.giveJob({})
@@ -58,10 +57,10 @@ class FullDisk(AcceptanceTest):
         return self.clip("-pipe", "-lang=en", tool=TOOL)
 
     def expectFull(self, run, lines):
-        """The output is a beginning of the right one, cut where the disk was full, and the run finished."""
+        """Expects a finished run whose output is cut where the disk was full."""
         written = run.tree["base/out/a.xyz"]
         self.assertTrue((HEADER + lines * NODES).startswith(written))
-        # To the last byte, in the middle of a line: the system takes of a line what finds room.
+        # The output uses the disk to the last byte and ends within a line: the system writes the part that fits.
         self.assertEqual((len(written), written.endswith(b"\n")), (64 << 10, False))
         self.assertEqual((run.status, run.console, run.errors), (0, b"", b""))
         self.assertEqual(run.tree["base/out/total_node_count.txt"], b"")
@@ -71,7 +70,7 @@ class FullDisk(AcceptanceTest):
         self.assertEqual(run.tree.keys() - given.keys(),
                          {"base/out", "base/out/a.xyz", "base/out/total_node_count.txt"})
 
-    def test_the_output_fills_the_disk_and_the_run_goes_its_way(self):
+    def test_run_finishes_although_its_output_fills_the_disk(self):
         for lines in (b"1;1;5\n", b"2.25;3;1\n"):
             with self.subTest(lines=lines):
                 self.startOver()
@@ -81,19 +80,19 @@ class FullDisk(AcceptanceTest):
                 libc.umount2(os.fsencode(self.path("base")), 2)
                 self.expectFull(run, lines)
 
-    def test_a_full_disk_in_front_of_the_run_has_no_room_for_the_directory(self):
+    def test_disk_full_before_the_run_fails_it(self):
         self.give({"nodes/a.xyz": HEADER + b"1;1;5\n"})
         self.giveDisk("nr_inodes=2")  # its root and the link
         run = self.clipPiped()
         text, = run.consoleLines()
         self.assertTrue(text.startswith("boost::filesystem::create_directory: No space left on device"), text)
-        self.expect(run, status=1, console=[text], messages=[jsonError(text), jsonFailed()])
+        self.expect(run, status=1, console=[text], messages=jsonFailedRun(text))
 
-    def test_where_no_file_finds_room_the_run_goes_its_way_without_any(self):
+    def test_run_finishes_although_no_file_fits(self):
         self.give({"nodes/a.xyz": HEADER + b"1;1;5\n" * 4})
         self.giveDisk("nr_inodes=3")  # and the output directory
-        messages = [jsonState(), *jsonProgress(0.0, 25.0, 50.0, 75.0, 100.0), jsonFinish()]
-        self.expect(self.clipPiped(), status=0, created={"base/out": DIRECTORY}, messages=messages)
+        self.expect(self.clipPiped(), status=0, created={"base/out": DIRECTORY},
+                    messages=jsonFinishedRun(0.0, 25.0, 50.0, 75.0, 100.0))
 
 
 if __name__ == "__main__":

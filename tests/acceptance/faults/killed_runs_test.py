@@ -1,6 +1,6 @@
-"""Runs killed at random moments: what they leave is a beginning of the right result, in whole lines where these are short.
+"""Runs killed at random moments: each output is a prefix of the right one and ends with a line end if lines are short.
 
-VADELCLIP_KILLS sets how many runs are killed.
+VADELCLIP_KILLS sets the number of killed runs.
 """
 import collections
 import os
@@ -19,16 +19,16 @@ from fault_checks import COUNT_FILE, FaultTest
 FILES, LINES = 10, 4000
 KILLS = int(os.environ.get("VADELCLIP_KILLS", 40 if SANITIZED else 200))
 
-# Every line has eight bytes, so none lies across two pages of memory: the system may stop a killed process between the
-# pages of one write, which is the one way in which it can leave a part of a line.
+# Every line has eight bytes, so no line crosses a page boundary of memory. A killed process can leave part of a line
+# only if the system stops it between two pages of one write.
 HEADER, INSIDE, OUTSIDE = b"x;y;z;g\n", b"1;1;1;1\n", b"1;1e9;1\n"
-# These take many pages each.
+# Each of these lines takes many pages.
 LONG_LINES, LONG = 30, b"1;1;1;1 " + b"k" * 400_000 + b"\n"
 
 
 class KillingTest(FaultTest):
     def secondsOfARun(self):
-        """Until its count file is written: to read what it has left takes longer than that."""
+        """Returns the time from the start of a run until it writes its count file."""
         seconds = []
         for _ in range(5):
             self.clearOutput()
@@ -54,7 +54,7 @@ class KillingTest(FaultTest):
         return run
 
     def killRuns(self, kills, wholeLines):
-        """Kills so many runs, and more where too few of them were in the passes: a busy machine starts a run late."""
+        """Kills `kills` runs, and more if too few were killed during the passes: a busy machine starts a run late."""
         source = random.Random(12)
         seconds = self.secondsOfARun()
         moments = collections.Counter()
@@ -66,7 +66,7 @@ class KillingTest(FaultTest):
             with self.subTest(number=number, delay=delay):
                 run = self.clipAndKill(delay)
                 self.assertIn(run.status, (0, -9))
-                # A leak checker that is killed with the run may have said something by then.
+                # A leak checker that is killed with the run may already have written something.
                 self.assertEqual((run.console, b"" if SANITIZED else run.errors), (b"", b""))
                 self.check(run, wholeLines=wholeLines)
                 moments[self.momentOf(run)] += 1
@@ -80,7 +80,7 @@ class KillingTest(FaultTest):
             return "too late"
         if not outputs:
             return "before the passes"
-        return "behind the passes" if f"base/out/{COUNT_FILE}" in outputs else "in the passes"
+        return "after the passes" if f"base/out/{COUNT_FILE}" in outputs else "in the passes"
 
     def hasPartOfALine(self, run):
         return any(content and not content.endswith(b"\n") for path, content in run.tree.items()
@@ -97,10 +97,10 @@ class ShortLines(KillingTest):
         lines = [INSIDE if kept and source.random() < 0.8 else OUTSIDE for _ in range(LINES)]
         return HEADER + b"".join(lines), INSIDE * lines.count(INSIDE)
 
-    def test_a_run_killed_at_any_moment_leaves_a_beginning_of_the_right_result_in_whole_lines(self):
+    def test_killed_run_leaves_whole_lines(self):
         self.killRuns(KILLS, wholeLines=True)
 
-    def test_what_a_killed_run_left_is_refused_and_once_removed_the_run_can_be_repeated(self):
+    def test_killed_run_can_be_repeated_after_cleaning_up(self):
         seconds = self.secondsOfARun()
         for _ in range(50):
             self.clearOutput()
@@ -118,7 +118,7 @@ class ShortLines(KillingTest):
 
 
 class LinesOfManyPages(KillingTest):
-    def test_a_run_killed_at_any_moment_leaves_a_beginning_of_the_right_result(self):
+    def test_killed_run_leaves_a_prefix_of_the_result(self):
         self.giveFaultJob({f"{number}.xyz": (HEADER + LONG * LONG_LINES, LONG * LONG_LINES) for number in range(2)})
         self.killRuns(KILLS // 4, wholeLines=False)
 

@@ -1,6 +1,6 @@
-"""Files and directories that cannot be opened: at each of a node file's three openings, and everywhere else.
+"""Files and directories that cannot be opened, at each of the three openings of a node file and everywhere else.
 
-Nothing is tested after opening: what cannot be opened looks empty, or is written to nowhere.
+The tool does not check an opening: an input that cannot be opened looks empty, and writes to such an output are lost.
 """
 import errno
 import os
@@ -33,14 +33,17 @@ class OpeningTest(FaultTest):
         return [COUNTS[name] for name in self.walkOrder()]
 
     def passes(self, partOfA, partOfB):
-        """The two parts in the order of the passes. Each is a function of the lines that are done before it."""
-        order = self.walkOrder()
-        counts, parts = {"a.xyz": partOfA[0], "b.xyz": partOfB[0]}, {"a.xyz": partOfA[1], "b.xyz": partOfB[1]}
-        return [*parts[order[0]](0), *parts[order[1]](counts[order[0]])]
+        """Returns the messages of both files in the order of the passes.
+
+        Each part is the line count and a function from the lines done before the file to its messages.
+        """
+        parts = [partOfA, partOfB] if self.walkOrder()[0] == "a.xyz" else [partOfB, partOfA]
+        (lineCount, first), (_, second) = parts
+        return [*first(0), *second(lineCount)]
 
 
 class NodeFiles(OpeningTest):
-    def test_each_file_is_opened_for_its_header_its_count_and_its_pass_and_a_directory_never(self):
+    def test_each_file_is_opened_three_times_and_a_directory_never(self):
         self.give({"base/data/folder.xyz": DIRECTORY})
         selection, passes, linesDone = [], [], 0
         for name in (name for name in self.walkOrder() if name in COUNTS):
@@ -52,20 +55,20 @@ class NodeFiles(OpeningTest):
         self.expect(self.clip(environment=noting(".xyz")), status=0, created=output(5, {"a.xyz": A, "b.xyz": B}),
                     messages=[sender, *selection, *messages])
 
-    def test_files_of_a_pass_with_a_bad_header_are_closed_after_its_message_the_output_first(self):
+    def test_output_closes_before_input_after_a_bad_header(self):
         run = self.clip(environment={**noting(".xyz"), **failing("read", "data/a.xyz", failsForever(), opening=3)})
         at = run.messages.index("open out/a.xyz")
         self.assertEqual(run.messages[at - 1:at + 5], ["open data/a.xyz", "open out/a.xyz", *errorMessage(""),
                                                        "close out/a.xyz", "close data/a.xyz"])
 
-    def test_at_the_first_the_file_is_passed_over(self):
+    def test_failed_first_opening_skips_the_file(self):
         for error in ERRORS:
             with self.subTest(error=error):
                 for outcomes in ((fails(error),), (failsForever(error),)):
                     run = self.clipFailing("data/a.xyz", *outcomes)
                     self.expectFinished(run, 3, {"b.xyz": B}, lineCounts=[3])
 
-    def test_at_the_second_it_counts_minus_one_and_keeps_nothing(self):
+    def test_failed_second_opening_counts_minus_one_line(self):
         for error in ERRORS:
             with self.subTest(error=error):
                 run = self.clipFailing("data/a.xyz", PASS, fails(error))
@@ -73,7 +76,7 @@ class NodeFiles(OpeningTest):
                 self.expect(run, status=0, created=output(3, {"b.xyz": B}),
                             messages=recorded(passes, closingRange(), finishMessage()))
 
-    def test_at_the_third_an_empty_error_is_told_and_an_empty_output_stays_and_counts_one(self):
+    def test_failed_third_opening_reports_an_empty_error(self):
         for error in ERRORS:
             with self.subTest(error=error):
                 run = self.clipFailing("data/a.xyz", PASS * 2, failsForever(error))
@@ -81,25 +84,25 @@ class NodeFiles(OpeningTest):
                 self.expect(run, status=0, console=[""], created=output(4, {"a.xyz": b"", "b.xyz": B}),
                             messages=recorded(passes, closingRange(), finishMessage()))
 
-    def test_at_the_second_and_third_the_count_is_still_one(self):
+    def test_failed_second_and_third_opening_count_one(self):
         run = self.clipFailing("data/a.xyz", PASS, failsForever(errno.EMFILE))
         passes = self.passes((-1, lambda done: errorMessage("")), (3, lambda done: filePass(3, done, 2)))
         self.expect(run, status=0, console=[""], created=output(4, {"a.xyz": b"", "b.xyz": B}),
                     messages=recorded(passes, closingRange(), finishMessage()))
 
-    def test_without_any_file_to_open_there_are_no_input_files(self):
+    def test_no_readable_file_means_no_input_files(self):
         run = self.clipFailing(".xyz", failsForever(errno.EMFILE))
         self.expectFailed(run, "There are no input files.", created={"base/out": DIRECTORY})
 
 
 class Outputs(OpeningTest):
-    def test_lines_for_an_output_that_cannot_be_opened_are_counted(self):
+    def test_counts_lines_of_an_output_that_cannot_be_opened(self):
         for error in (*ERRORS, errno.ENOSPC, errno.EROFS):
             with self.subTest(error=error):
                 run = self.clipFailing("out/a.xyz", fails(error))
                 self.expectFinished(run, 5, {"b.xyz": B}, self.lineCounts())
 
-    def test_a_count_that_cannot_be_opened_is_missing_in_silence(self):
+    def test_unopenable_count_file_is_missing_silently(self):
         for error in (*ERRORS, errno.ENOSPC, errno.EROFS):
             with self.subTest(error=error):
                 run = self.clipFailing("out/total_node_count.txt", fails(error))
@@ -108,13 +111,13 @@ class Outputs(OpeningTest):
 
 
 class EverythingElse(OpeningTest):
-    def test_a_boundary_file_that_cannot_be_opened_is_not_found(self):
+    def test_unopenable_boundary_file_is_not_found(self):
         for error in ERRORS:
             with self.subTest(error=error):
                 run = self.clipFailing("area.xml", fails(error))
                 self.expectFailed(run, "Boundary file area.xml not found", "Boundary file area.xml does not exist")
 
-    def test_an_input_directory_that_cannot_be_opened_is_a_thrown_error(self):
+    def test_unopenable_input_directory_throws(self):
         for error in ERRORS:
             with self.subTest(error=error):
                 run = self.clipFailing("base/data", fails(error), call="opendir")
@@ -122,22 +125,22 @@ class EverythingElse(OpeningTest):
                                   created={"base/out": DIRECTORY})
                 self.assertIn(os.strerror(error).encode(), run.console)
 
-    def test_an_entry_or_a_directory_whose_state_cannot_be_read_is_a_thrown_error(self):
+    def test_failed_status_of_an_entry_or_directory_throws(self):
         for path, created in (("/base", {}), ("base/data", {}), ("base/out", {}), ("a.xyz", {"base/out": DIRECTORY})):
             with self.subTest(path=path):
                 run = self.clipFailing(path.lstrip("/"), fails(errno.EIO), call="stat")
                 self.expectThrown(run, "boost::filesystem::status", created=created)
 
-    def test_a_walk_that_fails_at_any_entry_ends_the_run_before_any_pass(self):
+    def test_walk_that_fails_at_any_entry_throws_before_a_pass(self):
         for number in range(1, 5):  # the two nodes, "." and ".."
             with self.subTest(entry=number):
                 run = self.clipFailing("base/data", PASS * number, fails(errno.EIO), call="readdir")
                 self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+",
                                   created={"base/out": DIRECTORY})
 
-    @unittest.skipIf(SANITIZED, "sanitizers look into memory through pipes, which take descriptors too")
-    def test_under_every_limit_of_open_files_the_run_ends_in_order(self):
-        # Four are open at the start. One more is enough for the walk, and another one for its files and for the passes.
+    @unittest.skipIf(SANITIZED, "sanitizers need descriptors for pipes")
+    def test_low_limit_of_open_files_ends_the_run_in_order(self):
+        # Four are open at the start. The walk needs one more, and its files and the passes need another one.
         for limit, expected in ((5, "failed"), (6, "finished"), (7, "finished"), (8, "finished"), (9, "finished")):
             for language in ("-lang=de", "-lang=en"):
                 with self.subTest(limit=limit, language=language):

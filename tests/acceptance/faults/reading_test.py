@@ -1,6 +1,6 @@
-"""Read errors at every byte, in each of a node file's three openings and in the boundary file.
+"""Read errors at every byte, in each of the three openings of a node file and in the boundary file.
 
-Reading is not tested: behind an error a file is at its end. A line that an error cuts is a line like any other.
+The tool treats a read error as the end of the file. It clips a line that an error has cut short.
 """
 import errno
 import re
@@ -20,13 +20,13 @@ NO_FILES = "There are no input files."
 
 
 def keptOf(lines):
-    """Of such plain lines those inside the square, if both of their numbers are there and something behind them."""
+    """Returns the lines inside the square, if they have both numbers and a separator after each."""
     matches = [(line, re.match(rb"([\d.]+);([\d.]+);", line)) for line in lines]
     return [line for line, match in matches if match and all(float(value) <= 10 for value in match.groups())]
 
 
 def cutAt(length):
-    """Outcomes of the reads of a file with an error behind its first bytes."""
+    """Returns the outcomes of the reads of a file with an error after its first `length` bytes."""
     return ([takes(length)] if length else []) + [failsForever(errno.EIO)]
 
 
@@ -45,38 +45,38 @@ class ReadingTest(FaultTest):
 
 
 class NodeFiles(ReadingTest):
-    def test_in_the_header_reading_of_the_walk_the_file_is_passed_over(self):
+    def test_error_in_the_header_at_the_first_opening_skips_the_file(self):
         for length in range(len(b"x;y;z")):
             with self.subTest(length=length):
                 run = self.clipFailing(1, *cutAt(length))
                 self.expectFailed(run, NO_FILES, created={"base/out": DIRECTORY})
 
-    def test_behind_the_header_the_walk_reads_nothing_it_needs(self):
+    def test_error_after_the_header_of_the_walk_changes_nothing(self):
         for length in range(len(b"x;y;z"), len(NODES)):
             with self.subTest(length=length):
                 self.expectFinished(self.clipFailing(1, *cutAt(length)), 3, {"a.xyz": KEPT}, lineCounts=[4])
 
-    def test_in_the_count_the_lines_in_front_of_it_are_counted_and_read(self):
+    def test_error_in_the_count_limits_the_lines_read(self):
         for length in range(len(NODES) + 1):
             with self.subTest(length=length):
                 lineCount = NODES[:length].count(b"\n") - 1
                 kept = keptOf(NODES.split(b"\n")[1:][:max(lineCount, 0)])
                 self.expectFinished(self.clipFailing(2, *cutAt(length)), len(kept), outputOf(kept), [lineCount])
 
-    def test_in_the_pass_what_stands_in_front_of_it_is_clipped_also_a_part_of_a_line(self):
+    def test_error_in_the_pass_clips_the_bytes_before_it(self):
         for length in range(len(b"x;y;z"), len(NODES) + 1):
             with self.subTest(length=length):
                 kept = keptOf(NODES[:length].split(b"\n")[1:])
                 self.expectFinished(self.clipFailing(3, *cutAt(length)), len(kept), outputOf(kept), lineCounts=[4])
 
-    def test_in_the_header_of_the_pass_the_error_of_that_header_is_told(self):
+    def test_error_in_the_header_of_the_pass_is_a_bad_header(self):
         for length, text in enumerate(("", BAD_SEPARATOR, BAD_SHAPE, BAD_SHAPE, BAD_SHAPE)):
             with self.subTest(length=length):
                 self.expect(self.clipFailing(3, *cutAt(length)), status=0, console=[text],
                             created=output(1, {"a.xyz": b""}),
                             messages=recorded(errorMessage(text), closingRange(), finishMessage()))
 
-    def test_an_error_far_into_a_large_file_leaves_what_was_read_before_it(self):
+    def test_late_error_in_a_large_file_keeps_earlier_lines(self):
         lines = [b"%d;1;%d\n" % (number % 20, number) for number in range(40_000)]
         self.startOver()
         self.giveJob({"a.xyz": HEADER + b"".join(lines)})
@@ -97,14 +97,14 @@ class NodeFiles(ReadingTest):
                 with self.subTest(opening=opening, outcomes=outcomes):
                     self.expectFinished(self.clipFailing(opening, *outcomes), 3, {"a.xyz": KEPT}, lineCounts=[4])
 
-    def test_an_error_in_one_file_does_not_reach_another(self):
+    def test_error_in_one_file_does_not_affect_another(self):
         self.give({"base/data/b.xyz": NODES})
         run = self.clipFailing(1, failsForever(errno.EIO))
         self.expectFinished(run, 3, {"b.xyz": KEPT}, lineCounts=[4])
 
 
 class BoundaryFile(ReadingTest):
-    def test_an_error_anywhere_is_a_file_that_is_not_found(self):
+    def test_error_anywhere_means_not_found(self):
         for length in range(0, len(SQUARE), 5):
             with self.subTest(length=length):
                 run = self.clipFailing(0, *cutAt(length), path="area.xml", call="fread")

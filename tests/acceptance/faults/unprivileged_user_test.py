@@ -1,7 +1,7 @@
-"""Files and directories that the user of the tool may not read or write, as a user without any privilege.
+"""Files and directories that the user of the tool may not read or write.
 
-Run by root, the tool is started as the user nobody, from a copy that everyone can reach. Run by anyone else, that user
-is the unprivileged one.
+If root runs the tests, the tool runs as the user nobody, from a copy that all users can execute. Otherwise it runs as
+the user of the tests.
 """
 import os
 import shutil
@@ -11,7 +11,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, SQUARE, TOOL, AcceptanceTest, linkTo, output
-from expected_messages import jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState
+from expected_messages import jsonFailedRun, jsonFinishedRun
 
 HEADER = b"x;y;z\n"
 NODES, KEPT = HEADER + b"1;1;5\n20;1;5\n", HEADER + b"1;1;5\n"
@@ -48,60 +48,59 @@ class UnprivilegedUser(AcceptanceTest):
     def expectThrownBy(self, run, origin, created=None):
         text, = run.consoleLines()
         self.assertRegex(text, f"^{origin}: Permission denied")
-        self.expect(run, status=1, console=[text], created=created, messages=[jsonError(text), jsonFailed()])
+        self.expect(run, status=1, console=[text], created=created, messages=jsonFailedRun(text))
 
     def expectKeptOf(self, name, run):
-        self.expect(run, status=0, created=output(1, {name: KEPT}),
-                    messages=[jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()])
+        self.expect(run, status=0, created=output(1, {name: KEPT}), messages=jsonFinishedRun(0.0, 50.0, 100.0))
 
-    def test_an_ordinary_job_needs_no_privilege_and_its_files_belong_to_that_user(self):
+    def test_ordinary_job_needs_no_privilege(self):
         self.giveJob({"a.xyz": NODES})
         self.expectKeptOf("a.xyz", self.clip())
         owner = NOBODY if os.geteuid() == 0 else os.geteuid()
         for name in ("base/out", "base/out/a.xyz", "base/out/total_node_count.txt"):
             self.assertEqual(os.stat(self.path(name)).st_uid, owner)
 
-    def test_files_that_may_not_be_read_are_passed_over(self):
+    def test_unreadable_files_are_skipped(self):
         self.giveJob({"a.xyz": NODES, "b.xyz": NODES, "c.txt": NODES})
         self.forbid("base/data/b.xyz")
         self.forbid("base/data/c.txt", 0o300)
         self.expectKeptOf("a.xyz", self.clip())
 
-    def test_files_alone_that_may_not_be_read_are_no_input_files(self):
+    def test_only_unreadable_files_are_no_input_files(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("base/data/a.xyz")
         text = "There are no input files."
         self.expect(self.clip(), status=1, console=[text], created={"base/out": DIRECTORY},
-                    messages=[jsonError(text), jsonFailed()])
+                    messages=jsonFailedRun(text))
 
-    def test_a_boundary_file_that_may_not_be_read_is_not_found(self):
+    def test_unreadable_boundary_file_is_not_found(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("area.xml")
         texts = "Boundary file area.xml not found", "Boundary file area.xml does not exist"
-        self.expect(self.clip(), status=1, console=texts, messages=[*map(jsonError, texts), jsonFailed()])
+        self.expect(self.clip(), status=1, console=texts, messages=jsonFailedRun(*texts))
 
-    def test_an_input_directory_that_may_not_be_listed_is_a_thrown_error(self):
+    def test_unlistable_input_directory_throws(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("base/data", 0o100)
         self.expectThrownBy(self.clip(), "boost::filesystem::directory_iterator::construct", {"base/out": DIRECTORY})
 
-    def test_a_directory_whose_entries_may_not_be_looked_at_is_a_thrown_error(self):
+    def test_directory_without_search_permission_throws(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("base/data", 0o444)
         self.expectThrownBy(self.clip(), "boost::filesystem::status", {"base/out": DIRECTORY})
 
-    def test_a_link_into_a_closed_directory_is_a_thrown_error(self):
+    def test_link_into_a_closed_directory_throws(self):
         self.giveJob({"a.xyz": NODES, "b.xyz": linkTo("../../closed/b.xyz")})
         self.give({"closed/b.xyz": NODES})
         self.forbid("closed")
         self.expectThrownBy(self.clip(), "boost::filesystem::status", {"base/out": DIRECTORY})
 
-    def test_a_closed_parent_directory_is_a_thrown_error(self):
+    def test_closed_parent_directory_throws(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("base")
         self.expectThrownBy(self.clip(), "boost::filesystem::status")
 
-    def test_a_parent_that_may_not_be_written_is_a_thrown_error(self):
+    def test_unwritable_parent_directory_throws(self):
         self.giveJob({"a.xyz": NODES})
         self.forbid("base", 0o555)
         self.expectThrownBy(self.clip(), "boost::filesystem::create_directory")

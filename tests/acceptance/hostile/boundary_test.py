@@ -1,9 +1,9 @@
-"""Boundary files made to exhaust memory, time or stack, or to slip something past the reader.
+"""Boundary files that try to exhaust memory, time or stack, or to make the reader open or accept something else.
 
-What each gets is fixed: the ordinary failures of the boundary file, or an ordinary run. Peak memory is held below a
-limit where the point is that something is not expanded, not copied, or not kept.
+Each leads to an ordinary failure of the boundary file or to an ordinary run. A memory limit shows that the reader does
+not expand, copy or keep what it does not need.
 
-VADELCLIP_ATTRIBUTE sets the MiB of a long attribute, VADELCLIP_POINTS how many points a large polygon has.
+VADELCLIP_ATTRIBUTE sets the MiB of a long attribute, VADELCLIP_POINTS the number of points of a large polygon.
 """
 import os
 import resource
@@ -12,112 +12,98 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import SANITIZED, SQUARE, AcceptanceTest
+from acceptance import KEPT, NODES, SANITIZED, SQUARE, limitMemory
+from boundary_files import NOT_FOUND, BoundaryFileTest, boundaries
 
-HEADER = b"x;y;z\n"
-NODES, KEPT = HEADER + b"1;1;5\n20;1;5\n", HEADER + b"1;1;5\n"
-NOT_FOUND = "Boundary file area.xml not found"
-NOT_THERE = "Boundary file area.xml does not exist"
 SECOND = "Boundary file ../aside/area.xml does not exist"
-RING = '<point x="0" y="0"/><point x="10" y="0"/><point x="10" y="10"/><point x="0" y="10"/>'
 
 
-def around(content):
+def withElement(content):
     return SQUARE.replace(b"<VadeDGM>", b"<VadeDGM>" + content)
 
 
-def boundaries(content):
-    return f'<VADELSIM><VadeDGM><group type="boundaries">{content}</group></VadeDGM></VADELSIM>'.encode()
-
-
 def memoryLimit(size):
-    def limit():
-        if not SANITIZED:  # sanitizers reserve more address space than any limit leaves
-            resource.setrlimit(resource.RLIMIT_AS, (size, size))
-
-    return limit
+    # Sanitizers reserve more address space than any limit leaves.
+    return None if SANITIZED else limitMemory(size)
 
 
-class HostileTest(AcceptanceTest):
+class HostileTest(BoundaryFileTest):
     def expectKept(self, area, **settings):
         self.startOver()
-        self.giveJob({"a.xyz": NODES}, area)
-        self.expectFinished(self.clip(**settings), 1, {"a.xyz": KEPT}, lineCounts=[2])
-
-    def expectRefused(self, area, text, **settings):
-        self.startOver()
-        self.giveJob({"a.xyz": NODES}, area)
-        self.expectFailed(self.clip(**settings), text, NOT_THERE)
+        self.giveJob(NODES, area)
+        self.expectFinished(self.clip(**settings), 1, KEPT, lineCounts=[2])
 
 
 class Entities(HostileTest):
-    """A billion laughs: ten entities, each ten times the one before. Not one of them is ever expanded."""
+    """A billion laughs: ten entities, each ten times the one before. The reader never expands an entity."""
 
     LAUGHS = ('<!DOCTYPE VADELSIM [<!ENTITY l0 "lol">' + "".join(
         f'<!ENTITY l{level} "{f"&l{level - 1};" * 10}">' for level in range(1, 10)) + "]>").encode()
     LIMIT = 100 << 20
 
-    def test_in_text_and_in_attributes_nobody_asks_for_they_are_passed_over(self):
+    def test_entities_in_unused_places_are_ignored(self):
         for place in (b"&l9;", b"<a>&l9;</a>", b'<a b="&l9;"/>', b"<group type='&l9;'><polygon/></group>"):
             with self.subTest(place=place):
-                self.expectKept(self.LAUGHS + around(place), beforeStart=memoryLimit(self.LIMIT))
+                self.expectKept(self.LAUGHS + withElement(place), beforeStart=memoryLimit(self.LIMIT))
 
-    def test_in_the_place_of_a_number_they_are_no_number(self):
+    def test_entity_is_no_number(self):
         for attribute, text in (("x", "Cannot read point 0 in polygon 1"),
                                 ("id", "Cannot find the id of a polygon in a group of type 0")):
             with self.subTest(attribute=attribute):
                 area = SQUARE.replace(f'{attribute}="'.encode(), f'{attribute}="&l9;'.encode(), 1)
                 self.expectRefused(self.LAUGHS + area, text, beforeStart=memoryLimit(self.LIMIT))
 
-    def test_an_entity_of_an_entity_of_itself_is_passed_over(self):
-        self.expectKept(b'<!DOCTYPE a [<!ENTITY a "&b;"><!ENTITY b "&a;">]>' + around(b"&a;"))
+    def test_recursive_entity_is_ignored(self):
+        self.expectKept(b'<!DOCTYPE a [<!ENTITY a "&b;"><!ENTITY b "&a;">]>' + withElement(b"&a;"))
 
-    def test_a_file_or_a_host_named_by_an_entity_is_not_read(self):
+    def test_external_entity_is_not_opened(self):
         for system in ("base/data/a.xyz", "file:///etc/passwd", "http://127.0.0.1:9/", "/dev/zero"):
             with self.subTest(system=system):
                 declaration = f'<!DOCTYPE a SYSTEM "{system}" [<!ENTITY e SYSTEM "{system}">%e;]>'.encode()
-                self.expectKept(declaration + around(b"&e;"))
+                self.expectKept(declaration + withElement(b"&e;"))
 
 
 class Nesting(HostileTest):
     DEPTH = 1_000_000
     STACK = 8 << 20 if SANITIZED else 256 << 10
 
-    def test_a_million_elements_in_each_other_are_refused_where_they_do_not_close(self):
-        for area in (b"<a>" * self.DEPTH, around(b"<a>" * self.DEPTH), b"<VADELSIM>" * self.DEPTH):
+    def test_million_unclosed_elements_are_refused(self):
+        for area in (b"<a>" * self.DEPTH, withElement(b"<a>" * self.DEPTH), b"<VADELSIM>" * self.DEPTH):
             with self.subTest(area=area[:40]):
                 self.expectRefused(area, NOT_FOUND, beforeStart=self.limitStack)
 
-    def test_a_million_groups_in_each_other_are_passed_over(self):
+    def test_million_nested_elements_are_ignored(self):
         nested = b'<a><group type="boundaries">' * (self.DEPTH // 2) + b"</group></a>" * (self.DEPTH // 2)
-        self.expectKept(around(nested), beforeStart=self.limitStack)
+        self.expectKept(withElement(nested), beforeStart=self.limitStack)
+        nested = b"<VADELSIM>" + b"<a>" * self.DEPTH + b"</a>" * self.DEPTH
+        self.expectKept(SQUARE.replace(b"<VADELSIM>", nested), beforeStart=self.limitStack)
 
     def limitStack(self):
         resource.setrlimit(resource.RLIMIT_STACK, (self.STACK, self.STACK))
 
 
 class NulBytes(HostileTest):
-    def test_in_names_values_and_text_they_end_the_file_too_early(self):
+    def test_nul_in_names_values_and_text_is_refused(self):
         for place in (b"<a\0/>", b'<a b="\0"/>', b'<a b="1\0"/>', b"text\0", b"<!-- \0 -->", b"<?pi \0?>",
                       b"<![CDATA[\0]]>"):
             with self.subTest(place=place):
-                self.expectRefused(around(place), NOT_FOUND)
+                self.expectRefused(withElement(place), NOT_FOUND)
 
-    def test_alone_they_are_no_element(self):
+    def test_file_of_nul_bytes_is_refused(self):
         for content in (b"\0", b"\0" * 100_000, b"\0" + SQUARE):
             with self.subTest(content=content[:20]):
                 self.expectRefused(content, NOT_FOUND)
 
 
 class Encodings(HostileTest):
-    def test_utf16_of_either_order_is_read_with_and_without_its_mark(self):
+    def test_utf16_of_either_byte_order_is_read(self):
         text = "<!-- Höhe 😀 -->" + SQUARE.decode()
         for encoding, mark in (("utf-16-le", b"\xff\xfe"), ("utf-16-be", b"\xfe\xff")):
             with self.subTest(encoding=encoding):
                 self.expectKept(mark + text.encode(encoding))
                 self.expectKept(text.encode(encoding))
 
-    def test_lone_surrogates_and_half_characters_are_passed_over_where_nobody_asks_for_them(self):
+    def test_lone_surrogates_in_unused_places_are_ignored(self):
         for order, mark in (("utf-16-le", b"\xff\xfe"), ("utf-16-be", b"\xfe\xff")):
             for lone in ("\ud800", "\udc00", "\udc00\ud800"):
                 with self.subTest(order=order, lone=lone):
@@ -130,20 +116,20 @@ class Encodings(HostileTest):
             with self.subTest(length=length):
                 self.expectRefused(content[:length], NOT_FOUND)
 
-    def test_bytes_that_are_no_utf8_are_passed_over_where_nobody_asks_for_them(self):
+    def test_invalid_utf8_in_unused_places_is_ignored(self):
         for place in (b"\xff\xfe\xfd", b"<!-- \xc0\x80 \xed\xa0\x80 -->", b'<a b="\xf8\x88"/>', b"<\xe4\xf6/>"):
             with self.subTest(place=place):
-                self.expectKept(around(place))
+                self.expectKept(withElement(place))
 
 
 class Sizes(HostileTest):
-    """The file stands aside, where it is not compared byte by byte."""
+    """These files are in `aside`, where they are not compared byte by byte."""
 
     def writeArea(self, pieces):
         with open(os.path.join(self.aside, "area.xml"), "wb") as file:
             for piece in pieces:
                 file.write(piece)
-        self.giveJob({"a.xyz": NODES})
+        self.giveJob(NODES)
 
     def clipAside(self, memory):
         return self.start("base/data", "out", "../aside/area.xml", beforeStart=memoryLimit(memory))
@@ -154,34 +140,33 @@ class Sizes(HostileTest):
     def long(self, start, end):
         return [start, *[b"1" * (1 << 20)] * (self.ATTRIBUTE >> 20), end]
 
-    def test_a_long_attribute_that_nobody_asks_for_is_passed_over(self):
+    def test_long_unused_attribute_is_ignored(self):
         self.writeArea(self.long(b'<a b="', b'"/>' + SQUARE))
-        # Held once, as it was read.
-        self.expectFinished(self.clipAside(self.ATTRIBUTE + (60 << 20)), 1, {"a.xyz": KEPT}, lineCounts=[2])
+        # The reader keeps one copy of the file.
+        self.expectFinished(self.clipAside(self.ATTRIBUTE + (60 << 20)), 1, KEPT, lineCounts=[2])
 
-    def test_a_long_attribute_in_the_place_of_a_number_is_out_of_range(self):
-        self.writeArea(self.long(b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="',
-                                 b'" y="0"/></polygon></group></VadeDGM></VADELSIM>'))
+    def test_long_number_is_out_of_range(self):
+        self.writeArea(self.long(*boundaries('<polygon id="1"><point x="|" y="0"/></polygon>').split(b"|")))
         run = self.clipAside(self.ATTRIBUTE * 8)
         self.expectFailed(run, "Cannot read point 0 in polygon 1", SECOND)
 
-    def test_an_attribute_larger_than_the_memory_is_a_file_not_found(self):
+    def test_attribute_larger_than_the_memory_means_not_found(self):
         if SANITIZED:
             self.skipTest("sanitizers reserve more address space than any limit leaves")
         self.writeArea(self.long(b'<a b="', b'"/>' + SQUARE))
         self.expectFailed(self.clipAside(self.ATTRIBUTE), "Boundary file ../aside/area.xml not found", SECOND)
 
     @unittest.skipIf(SANITIZED, "takes several times the memory under sanitizers")
-    def test_very_many_points_are_read_under_a_limit_of_memory_or_refused_in_order(self):
+    def test_points_beyond_a_memory_limit_fail_the_run(self):
         ring = (f'<point x="{10 if number % 2 else 9}" y="{number / (self.POINTS / 10)}"/>'
                 for number in range(self.POINTS))
         self.writeArea([boundaries('<polygon id="1"><point x="0" y="0"/>' + "".join(ring)
                                    + '<point x="0" y="10"/></polygon>')])
-        # Half a million are 13 MB of text, which takes several times as much as a document, and more again together with
-        # the set. The bytes for each point are about those of 60, 150 and 300 MiB.
+        # Half a million points are 13 MB of text. The document needs several times this size, and the set even more.
+        # With this number of points, the limits are about 60, 150 and 300 MiB.
         self.expectFailed(self.clipAside(self.POINTS * 126), "Boundary file ../aside/area.xml not found", SECOND)
         self.expectFailed(self.clipAside(self.POINTS * 315), "std::bad_alloc")
-        self.expectFinished(self.clipAside(self.POINTS * 629), 1, {"a.xyz": KEPT}, lineCounts=[2])
+        self.expectFinished(self.clipAside(self.POINTS * 629), 1, KEPT, lineCounts=[2])
 
 
 if __name__ == "__main__":

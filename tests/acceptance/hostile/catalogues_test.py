@@ -1,8 +1,8 @@
-"""Catalogues that are cut, changed or no files at all, beside the tool.
+"""Catalogues next to the tool that are cut, changed, or no regular files.
 
-Reading them is the library's work, and it checks little: a bad one can end or crash any process that loads it. What is
-ours: until then nothing is done, and whatever it ends leaves what a killed run leaves. A catalogue that says other
-words changes no result.
+A library reads the catalogues and checks little: a bad one can end or crash any process that loads it. The tool loads
+it before it does anything else, so an ended process leaves no more than a killed run does. A catalogue with other texts
+does not change the result.
 """
 import collections
 import random
@@ -17,7 +17,7 @@ from fault_checks import FaultTest
 from target_platform import WINDOWS, endedAbnormally, withoutTextMode
 
 JOB = {"a.xyz": (b"x;y;z\n1;1;5\n20;1;5\n2;2;5\n", b"1;1;5\n2;2;5\n"), "b.csv": (b"X,Y,Z\n20,1,5\n", b"")}
-# Fewer where each start goes through an emulator.
+# Fewer runs under the emulator, which makes each start slow.
 CUTS, CHANGES = (20, 60) if WINDOWS else (60, 200)
 
 
@@ -30,12 +30,12 @@ class HostileCatalogues(FaultTest, CatalogueTest):
         self.catalogue = Path(self.tool).parent / "locale/de/LC_MESSAGES/VD2D.mo"
 
     def clipWith(self, content=None, **settings):
-        """@return the run and what `check` says of it"""
+        """@return the run and the result of `check`"""
         if content is not None:
             self.catalogue.write_bytes(content)
         self.clearOutput()
         run = self.clip("-pipe", tool=self.tool, **settings)
-        # The one line that the set-up writes is no message: there is no sender yet.
+        # The set-up writes this line to the console alone: there is no sender yet.
         run.console = withoutTextMode(run.console).removeprefix(b"Conversion failed\n")
         return run, self.check(run)
 
@@ -44,7 +44,7 @@ class HostileCatalogues(FaultTest, CatalogueTest):
         self.assertEqual((run.console, run.messages), (b"", []))
         self.assertNotIn("base/out", run.tree)
 
-    def test_what_cannot_be_opened_is_no_catalogue(self):
+    def test_unopenable_catalogue_counts_as_none(self):
         def unreadable():
             self.catalogue.write_bytes(self.german)
             self.catalogue.chmod(0)
@@ -57,13 +57,13 @@ class HostileCatalogues(FaultTest, CatalogueTest):
             self.assertEqual(outcome, "finished")
             self.assertIn('"Clipping elevation data..."', run.messages[0])
 
-    def test_what_is_no_catalogue_ends_the_process_with_nothing_done(self):
+    def test_file_without_a_catalogue_ends_the_process(self):
         for content in (b"", b"\xde", b"text\n" * 1000, b"\0" * 1000, self.german[::-1], self.german[4:],
                         b"\xde\x12\x04\x95", b"\xde\x12\x04\x95" + b"\xff" * 24, self.german[:28]):
             with self.subTest(content=content[:20]):
                 self.expectNothingDone(self.clipWith(content)[0])
 
-    def test_a_directory_or_a_device_ends_the_process_with_nothing_done(self):
+    def test_directory_or_device_ends_the_process(self):
         for prepare in (self.catalogue.mkdir, lambda: self.catalogue.symlink_to("/dev/null"),
                         lambda: self.catalogue.symlink_to("/dev/zero")):
             if self.catalogue.is_dir():
@@ -73,14 +73,14 @@ class HostileCatalogues(FaultTest, CatalogueTest):
             prepare()
             self.expectNothingDone(self.clipWith()[0])
 
-    def test_cut_anywhere_it_ends_the_process_with_nothing_done(self):
+    def test_catalogue_cut_anywhere_ends_the_process(self):
         for number in range(CUTS):
             length = number * (len(self.german) - 1) // CUTS
             with self.subTest(length=length):
                 self.expectNothingDone(self.clipWith(self.german[:length])[0])
 
-    @unittest.skipIf(SANITIZED, "sanitizers would report what the library reads")
-    def test_with_bytes_changed_the_run_is_right_or_leaves_a_beginning_in_whole_lines(self):
+    @unittest.skipIf(SANITIZED, "sanitizers would report invalid reads of the library")
+    def test_catalogue_with_changed_bytes_corrupts_no_output(self):
         source = random.Random(21)
         outcomes = collections.Counter()
         for number in range(CHANGES):
@@ -91,7 +91,7 @@ class HostileCatalogues(FaultTest, CatalogueTest):
                 outcomes[self.clipWith(content)[1]] += 1
         self.assertGreater(min(outcomes["finished"], outcomes["ended"]), CHANGES // 20, outcomes)
 
-    def test_en_runs_beside_any_of_them(self):
+    def test_en_runs_with_any_catalogue(self):
         for content in (b"", self.german[:1000], self.german[::-1]):
             self.catalogue.write_bytes(content)
             self.clearOutput()

@@ -1,29 +1,20 @@
-"""The boundary file: which elements are taken, which failures there are and what they say."""
+"""The boundary file: which elements the tool reads, which failures there are and which messages they send."""
 import os
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import DIRECTORY, SANITIZED, SQUARE, AcceptanceTest, dropPowersOfRoot, linkTo
+from acceptance import DIRECTORY, SANITIZED, SQUARE, dropPowersOfRoot, linkTo
+from boundary_files import HEADER, NOT_FOUND, NOT_THERE, RING, BoundaryFileTest, boundaries, document
 
-RING = '<point x="0" y="0"/><point x="10" y="0"/><point x="10" y="10"/><point x="0" y="10"/>'
 FAR_RING = '<point x="20" y="0"/><point x="30" y="0"/><point x="30" y="10"/><point x="20" y="10"/>'
 GROUP = f'<group type="boundaries"><polygon id="1">{RING}</polygon></group>'
 BAD_GROUP = '<group type="boundaries"><polygon/></group>'
-HEADER = b"x;y;z\n"
 
 
-def document(content):
-    return f"<VADELSIM><VadeDGM>{content}</VadeDGM></VADELSIM>".encode()
-
-
-def boundaries(content):
-    return document(f'<group type="boundaries">{content}</group>')
-
-
-class BoundaryTest(AcceptanceTest):
-    """Nodes at (1,1) and (21,1): which of them is kept tells which of the two rings was read."""
+class BoundaryTest(BoundaryFileTest):
+    """The nodes at (1,1) and (21,1) are in RING and FAR_RING: a kept node shows that its ring was read."""
 
     def expectKept(self, area, nearRing, farRing=False):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n21;1;5\n"}, area)
@@ -32,14 +23,9 @@ class BoundaryTest(AcceptanceTest):
         self.expectFinished(run, kept.count(b"\n"), {"a.xyz": HEADER + kept} if kept else {}, lineCounts=[2])
 
     def expectNoPolygon(self, area):
-        """The reader succeeds without a word, so the run goes on to the directory checks, which stop it here."""
+        """Expects that the reader succeeds silently, so that the run fails at the next step, the directory checks."""
         self.give({"area.xml": area})
         self.expectFailed(self.clip(), "Directory base does not exist")
-
-    def expectRefused(self, area, text):
-        """Two messages, also where the file does exist, and nothing on disk although the directories are in order."""
-        self.giveJob({"a.xyz": HEADER + b"1;1;5\n"}, area)
-        self.expectFailed(self.clip(), text, "Boundary file area.xml does not exist")
 
     def expectEach(self, cases, expectation, *arguments):
         for case in cases:
@@ -49,43 +35,41 @@ class BoundaryTest(AcceptanceTest):
 
 
 class UnreadableFiles(BoundaryTest):
-    NOT_FOUND = "Boundary file area.xml not found"
-
-    def test_a_missing_file_is_not_found(self):
+    def test_missing_file_is_not_found(self):
         self.give({"base/data/a.xyz": HEADER})
-        self.expectFailed(self.clip(), self.NOT_FOUND, "Boundary file area.xml does not exist")
+        self.expectFailed(self.clip(), NOT_FOUND, NOT_THERE)
 
-    def test_the_boundary_file_is_read_before_any_directory_is_looked_at(self):
-        self.expectFailed(self.clip(), self.NOT_FOUND, "Boundary file area.xml does not exist")
+    def test_boundary_file_is_read_before_the_directory_checks(self):
+        self.expectFailed(self.clip(), NOT_FOUND, NOT_THERE)
 
-    def test_a_file_without_an_element_is_not_found(self):
+    def test_file_without_an_element_is_not_found(self):
         self.expectEach((b"", b" \n\t", b"<!-- only a comment -->", b'<?xml version="1.0"?>', b"<!DOCTYPE VADELSIM>",
                          b"<?VADELSIM text?>", b"only text", b"<![CDATA[<VADELSIM/>]]>", b"\xef\xbb\xbf"),
-                        self.expectRefused, self.NOT_FOUND)
+                        self.expectRefused, NOT_FOUND)
 
-    def test_a_file_that_is_not_well_formed_is_not_found(self):
+    def test_malformed_file_is_not_found(self):
         self.expectEach((b"<VADELSIM>", SQUARE[:-2], SQUARE.replace(b"</group>", b""),
                          b"<VADELSIM></VadeDGM></VADELSIM>",
                          document('<group type=boundaries/>'), document('<group type="boundaries/>'), b"<VADELSIM><",
-                         document("<!-- open "), document("<!DOCTYPE VADELSIM>"), SQUARE.replace(b"polygon id", b"polygon\0id")),
-                        self.expectRefused, self.NOT_FOUND)
+                         document("<!-- open "), document("<!DOCTYPE VADELSIM>"),
+                         SQUARE.replace(b"polygon id", b"polygon\0id")),
+                        self.expectRefused, NOT_FOUND)
 
-    @unittest.skipIf(SANITIZED, "sanitizers stop at the impossible size that a directory seems to have")
-    def test_a_directory_is_not_found(self):
+    @unittest.skipIf(SANITIZED, "sanitizers stop at the impossible size that a directory reports")
+    def test_directory_is_not_found(self):
         self.give({"base/data/a.xyz": HEADER, "area.xml": DIRECTORY})
-        self.expectFailed(self.clip(), self.NOT_FOUND, "Boundary file area.xml does not exist")
+        self.expectFailed(self.clip(), NOT_FOUND, NOT_THERE)
 
-    def test_a_file_that_may_not_be_read_is_not_found(self):
+    def test_unreadable_file_is_not_found(self):
         self.giveJob({})
         os.chmod(self.path("area.xml"), 0)
-        self.expectFailed(self.clip(beforeStart=dropPowersOfRoot), self.NOT_FOUND,
-                          "Boundary file area.xml does not exist")
+        self.expectFailed(self.clip(beforeStart=dropPowersOfRoot), NOT_FOUND, NOT_THERE)
 
-    def test_a_link_in_a_circle_is_not_found(self):
+    def test_circular_link_is_not_found(self):
         self.give({"base/data": DIRECTORY, "area.xml": linkTo("area.xml")})
-        self.expectFailed(self.clip(), self.NOT_FOUND, "Boundary file area.xml does not exist")
+        self.expectFailed(self.clip(), NOT_FOUND, NOT_THERE)
 
-    def test_the_path_is_quoted_as_it_was_given(self):
+    def test_quotes_the_path_unchanged(self):
         for path in ("", "./../x//area.xml", "{0} {x} }{", "two\nlines\\n", "a b%s.xml", os.fsdecode(b"\xff\xfe"),
                      "ä.xml"):
             with self.subTest(path=path):
@@ -96,46 +80,46 @@ class UnreadableFiles(BoundaryTest):
 class MissingElements(BoundaryTest):
     NO_TAG = "Could not find the VadeDGM tag in the boundary file area.xml"
 
-    def test_a_document_with_another_root_has_no_tag(self):
+    def test_document_with_another_root_has_no_tag(self):
         self.expectEach((b"<other/>", b"<VadeDGM/>", f"<VadeDGM>{GROUP}</VadeDGM>".encode(),
                          b"<vadelsim><VadeDGM/></vadelsim>",
                          b'<v:VADELSIM xmlns:v="u"><VadeDGM/></v:VADELSIM>'), self.expectRefused, self.NO_TAG)
 
-    def test_a_root_without_the_child_has_no_tag(self):
+    def test_root_without_the_child_has_no_tag(self):
         self.expectEach((b"<VADELSIM/>", b"<VADELSIM></VADELSIM>", b"<VADELSIM> text </VADELSIM>",
                          b"<VADELSIM><vadedgm/></VADELSIM>",
                          f"<VADELSIM>{GROUP}</VADELSIM>".encode(),
                          f"<VADELSIM><a><VadeDGM>{GROUP}</VadeDGM></a></VADELSIM>".encode()),
                         self.expectRefused, self.NO_TAG)
 
-    def test_only_the_first_root_is_looked_at(self):
+    def test_reads_only_the_first_root(self):
         self.expectRefused(b"<VADELSIM/>" + SQUARE, self.NO_TAG)
 
-    def test_only_the_first_child_of_the_root_is_looked_at(self):
+    def test_reads_only_the_first_child_of_the_root(self):
         self.expectNoPolygon(f"<VADELSIM><VadeDGM/><VadeDGM>{BAD_GROUP}</VadeDGM></VADELSIM>".encode())
 
-    def test_an_instruction_of_the_name_of_the_root_is_taken_for_it(self):
+    def test_instruction_named_like_the_root_counts_as_the_root(self):
         self.expectRefused(b"<?VADELSIM text?>" + SQUARE, self.NO_TAG)
 
 
 class Polygons(BoundaryTest):
-    NO_ID = "Cannot find the id of a polygon in a group of type 0"  # always 0, whatever the group is called
+    NO_ID = "Cannot find the id of a polygon in a group of type 0"  # always 0, on purpose
 
-    def test_a_polygon_without_an_id_is_refused(self):
+    def test_polygon_without_an_id_is_refused(self):
         self.expectEach((boundaries(f"<polygon>{RING}</polygon>"), boundaries("<polygon/>"),
                          boundaries('<polygon ID="1"/>'), boundaries('<polygon name="1"><point/></polygon>'),
                          boundaries(f'<polygon id="1">{RING}</polygon><polygon/>')), self.expectRefused, self.NO_ID)
 
-    def test_an_instruction_of_the_name_of_a_polygon_is_taken_for_one(self):
+    def test_instruction_named_polygon_counts_as_a_polygon(self):
         self.expectRefused(boundaries('<?polygon id="1"?>'), self.NO_ID)
 
     def test_two_polygons_may_have_the_same_id(self):
         self.expectKept(boundaries(f'<polygon id="1">{RING}</polygon><polygon id="1">{FAR_RING}</polygon>'), True, True)
 
-    def test_a_polygon_inside_a_polygon_is_not_visited(self):
+    def test_polygon_inside_a_polygon_is_ignored(self):
         self.expectKept(boundaries(f'<polygon id="1">{RING}<polygon>{FAR_RING}</polygon></polygon>'), True)
 
-    def test_a_polygon_without_points_is_accepted_and_contains_nothing(self):
+    def test_polygon_without_points_contains_nothing(self):
         self.expectKept(boundaries('<polygon id="1"/>'), False)
 
     def test_polygons_of_one_and_two_points_are_accepted(self):
@@ -144,7 +128,7 @@ class Polygons(BoundaryTest):
 
 
 class Groups(BoundaryTest):
-    def test_a_file_without_a_polygon_is_read_without_a_word(self):
+    def test_file_without_a_polygon_is_read_silently(self):
         self.expectEach((document(""), document(" \n "), document('<group type="other"/>'),
                          document('<group type="boundaries"/>'),
                          document('<group type="boundaries"></group><group/>'),
@@ -152,10 +136,10 @@ class Groups(BoundaryTest):
                          document('<?group type="boundaries"?>'), document(f"<a>{BAD_GROUP}</a>")),
                         self.expectNoPolygon)
 
-    def test_a_run_without_any_polygon_keeps_nothing(self):
+    def test_run_without_a_polygon_keeps_nothing(self):
         self.expectKept(document(""), False)
 
-    def test_groups_of_other_types_are_skipped_whatever_they_hold(self):
+    def test_groups_of_other_types_are_skipped(self):
         for attribute in ("", 'type=""', 'type="other"', 'type="Boundaries"', 'type="boundaries "',
                           'type=" boundaries"',
                           'type="bound&#97;ries"', 'type="boundarie"', "type=\"boundaries\n\"", 'TYPE="boundaries"',
@@ -165,7 +149,7 @@ class Groups(BoundaryTest):
                 polygons = '<polygon/><polygon id="x"><point/></polygon>'
                 self.expectNoPolygon(document(f"<group {attribute}>{polygons}</group>"))
 
-    def test_of_two_equal_attributes_the_first_counts(self):
+    def test_first_of_two_equal_attributes_counts(self):
         self.expectKept(GROUP.join(("<VADELSIM><VadeDGM>", "</VadeDGM></VADELSIM>")).replace(
             'type="boundaries"', 'type="boundaries" type="other"').encode(), True)
 
@@ -173,33 +157,33 @@ class Groups(BoundaryTest):
         self.expectKept(document(GROUP + '<group type="other"><polygon/></group>'
                                  f'<group type="boundaries"><polygon id="2">{FAR_RING}</polygon></group>'), True, True)
 
-    def test_a_later_group_can_still_fail(self):
+    def test_bad_later_group_is_refused(self):
         self.expectRefused(document(GROUP + BAD_GROUP), Polygons.NO_ID)
 
 
-class EverythingElseInAFile(BoundaryTest):
+class IgnoredContent(BoundaryTest):
     def test_elements_before_the_root_are_ignored(self):
         self.expectKept(b'<?xml version="1.0"?><!-- c --><!DOCTYPE a [<!ENTITY e "1">]> text <other><VadeDGM/></other>'
                         + SQUARE, True)
 
-    def test_what_is_not_asked_for_is_ignored(self):
+    def test_unknown_content_is_ignored(self):
         self.expectKept((
             f'<VADELSIM a="1">text<b/><VadeDGM>text<!-- c --><c><group type="boundaries"><polygon/></group></c>'
             f'<group name="g" type="boundaries"> text <!-- c --><point/><?pi?>'
             f'<polygon colour="red" id="1">text<![CDATA[<point/>]]><line><point/></line><?target?>{RING}<Point/>'
             f'</polygon></group></VadeDGM><VadeDGM/></VADELSIM><VADELSIM/>').encode(), True)
 
-    def test_what_stands_inside_a_point_is_ignored(self):
+    def test_content_of_a_point_is_ignored(self):
         self.expectKept(SQUARE.replace(b"/>", b' z="abc"><point/>text</point>'), True)
 
-    def test_the_encoding_is_taken_from_the_content(self):
+    def test_encoding_is_detected_from_the_content(self):
         text = SQUARE.decode()
         self.expectEach((b"\xef\xbb\xbf" + SQUARE, text.encode("utf-16"), b"\xfe\xff" + text.encode("utf-16-be"),
                          text.encode("utf-16-le"),
                          text.encode("utf-32"), b'<?xml version="1.0" encoding="ISO-8859-1"?><!-- \xe4 -->' + SQUARE),
                         self.expectKept, True)
 
-    def test_a_nul_behind_the_root_ends_the_file(self):
+    def test_nul_after_the_root_ends_the_file(self):
         self.expectKept(SQUARE + b"\0<VADELSIM>", True)
 
 

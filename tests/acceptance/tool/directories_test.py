@@ -1,4 +1,4 @@
-"""The directories of a run: how the input path is split, what is refused, where the output directory comes to stand."""
+"""The directories of a run: how the input path is split, what is refused, where the output directory is created."""
 import errno
 import os
 import sys
@@ -6,13 +6,11 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import DIRECTORY, FIFO, SQUARE, AcceptanceTest, dropPowersOfRoot, linkTo, output
+from acceptance import DIRECTORY, FIFO, KEPT, NODES, SQUARE, AcceptanceTest, dropPowersOfRoot, linkTo, output
 from expected_messages import finishedRun
 from fault_checks import failing, fails
 from target_platform import joined, possible
 
-NODES = {"a.xyz": b"x;y;z\n1;1;5\n20;1;5\n"}
-KEPT = {"a.xyz": b"x;y;z\n1;1;5\n"}
 EXISTS = "Output directory {} already exists, aborting in order avoid overwriting of existing data"
 CREATE = "boost::filesystem::create_directory"
 STATUS = "boost::filesystem::status"
@@ -34,20 +32,20 @@ class DirectoryTest(AcceptanceTest):
 
 
 class ParentDirectory(DirectoryTest):
-    def test_a_missing_parent_is_refused(self):
+    def test_missing_parent_is_refused(self):
         self.expectFailed(self.clip("no/data"), "Directory no does not exist")
         self.expectFailed(self.clip("no/such/place/data"), "Directory no/such/place does not exist")
 
-    def test_a_parent_that_is_a_file_is_refused(self):
+    def test_parent_that_is_a_file_is_refused(self):
         self.give({"base": b"", "pipe": FIFO})
         self.expectFailed(self.clip("base/data"), "Directory base does not exist")
         self.expectFailed(self.clip("pipe/data"), "Directory pipe does not exist")
 
-    def test_a_parent_below_a_file_is_refused(self):
+    def test_parent_below_a_file_is_refused(self):
         self.give({"base": b""})
         self.expectFailed(self.clip("base/in/data"), "Directory base/in does not exist")
 
-    def test_the_bare_name_of_an_existing_directory_is_refused(self):
+    def test_bare_name_of_an_existing_directory_is_refused(self):
         self.giveNodes("data")
         self.expectFailed(self.clip("data"), "Directory  does not exist")
 
@@ -56,57 +54,57 @@ class ParentDirectory(DirectoryTest):
             with self.subTest(path=path):
                 self.expectFailed(self.clip(path), "Directory  does not exist")
 
-    def test_the_parent_is_quoted_as_it_was_given(self):
+    def test_quotes_the_parent_unchanged(self):
         for path in possible("./no//such", "{0}", "no\nsuch", os.fsdecode(b"n\xf6")):
             with self.subTest(path=path):
                 self.expectFailed(self.clip(path + "/data"), f"Directory {path} does not exist")
 
-    def test_a_parent_whose_state_cannot_be_told_is_a_thrown_error(self):
+    def test_unreadable_status_of_the_parent_throws(self):
         self.give({"loop": linkTo("loop")})
         self.expectThrown(self.clip("loop/data"), STATUS)
         self.expectThrown(self.clip("x" * 300 + "/data"), STATUS)
 
 
 class InputDirectory(DirectoryTest):
-    def test_a_missing_input_directory_is_refused(self):
+    def test_missing_input_directory_is_refused(self):
         self.give({"base": DIRECTORY})
         self.expectFailed(self.clip(), f"Input directory {joined('base', 'data')} does not exist")
         self.expectFailed(self.clip("./base//data"), f"Input directory {joined('./base', 'data')} does not exist")
 
-    def test_an_input_directory_below_the_root_directory_is_told_with_its_path(self):
+    def test_missing_input_in_the_root_directory_is_quoted(self):
         name = os.path.basename(os.path.dirname(self.directory)) + "-missing"
         self.expectFailed(self.clip("/" + name), f"Input directory /{name} does not exist")
 
-    def test_an_input_directory_that_is_no_directory_is_refused(self):
+    def test_input_that_is_no_directory_is_refused(self):
         for kind in (b"x;y;z\n1;1;1\n", FIFO, linkTo("nowhere")):
             with self.subTest(kind=kind):
                 self.startOver()
                 self.give({"area.xml": SQUARE, "base/data": kind})
                 self.expectFailed(self.clip(), f"Input directory {joined('base', 'data')} does not exist")
 
-    def test_an_input_directory_whose_state_cannot_be_told_is_a_thrown_error(self):
+    def test_unreadable_status_of_the_input_throws(self):
         self.give({"base/data": linkTo("data")})
         self.expectThrown(self.clip(), STATUS)
 
-    def test_an_input_directory_behind_a_closed_parent_is_a_thrown_error(self):
+    def test_input_below_a_closed_parent_throws(self):
         self.giveNodes()
         os.chmod(self.path("base"), 0o600)
         self.expectThrown(self.clip(beforeStart=dropPowersOfRoot), STATUS)
 
-    def test_a_link_to_a_directory_is_an_input_directory(self):
+    def test_link_to_a_directory_is_an_input_directory(self):
         self.giveNodes("elsewhere/nodes")
         self.give({"base/data": linkTo("../elsewhere/nodes")})
         self.expectOutputAt("base/out", self.clip())
 
-    def test_an_absolute_path_is_split_like_any_other(self):
+    def test_absolute_path_is_accepted(self):
         self.giveNodes()
         self.expectOutputAt("base/out", self.clip(self.path("base/data")))
 
-    def test_a_dot_as_parent_is_enough(self):
+    def test_dot_as_parent_is_accepted(self):
         self.giveNodes("data")
         self.expectOutputAt("out", self.clip("./data"))
 
-    def test_behind_a_trailing_separator_the_output_lies_in_the_input_directory(self):
+    def test_trailing_separator_puts_the_output_into_the_input(self):
         for path in ("base/data/", "base/data//", "base/data///", "base/data/."):
             with self.subTest(path=path):
                 self.startOver()
@@ -114,20 +112,20 @@ class InputDirectory(DirectoryTest):
                 self.giveNodes()
                 self.expectOutputAt("base/data/out", self.clip(path))
 
-    def test_behind_a_trailing_separator_messages_show_the_whole_path(self):
+    def test_trailing_separator_puts_the_whole_path_into_messages(self):
         self.give({"base": DIRECTORY})
         self.expectFailed(self.clip("base/data/"), "Directory base/data does not exist")
         self.give({"base/data/out": DIRECTORY})
         self.expectFailed(self.clip("base/data/"), EXISTS.format(joined("base/data", "out")))
 
-    def test_with_a_trailing_separator_the_name_is_a_dot(self):
+    def test_trailing_separator_makes_the_name_a_dot(self):
         self.giveNodes()
         self.give({"base/data/l.xyz": linkTo("l.xyz")})
         run = self.clip("base/data/")
         self.expectThrown(run, STATUS, created={"base/data/out": DIRECTORY})
         self.assertIn(b'"base/data/./l.xyz"', run.console)
 
-    def test_the_parent_is_checked_before_the_output_directory(self):
+    def test_input_is_checked_before_the_output_directory(self):
         self.give({"base/out": DIRECTORY})
         self.expectFailed(self.clip(), f"Input directory {joined('base', 'data')} does not exist")
 
@@ -137,28 +135,28 @@ class OutputDirectory(DirectoryTest):
         super().setUp()
         self.giveNodes()
 
-    def test_an_existing_output_directory_is_refused_and_left_alone(self):
+    def test_existing_output_directory_stays_unchanged(self):
         self.give({"base/out/a.xyz": b"of an earlier run\n"})
         self.expectFailed(self.clip(), EXISTS.format(joined("base", "out")))
 
-    def test_a_second_run_is_refused(self):
+    def test_second_run_is_refused(self):
         self.expectOutputAt("base/out", self.clip())
         self.expectFailed(self.clip(), EXISTS.format(joined("base", "out")), created=output(1, KEPT))
 
-    def test_the_name_of_the_input_directory_is_refused(self):
+    def test_name_of_the_input_directory_is_refused(self):
         self.expectFailed(self.clip(outputName="data"), EXISTS.format(joined("base", "data")))
 
-    def test_names_that_stand_for_existing_directories_are_refused(self):
+    def test_names_of_existing_directories_are_refused(self):
         for name in ("", ".", "..", "/", "data/", "../base"):
             with self.subTest(name=name):
                 path = "base" + name if name in ("", "/") else joined("base", name)
                 self.expectFailed(self.clip(outputName=name), EXISTS.format(path))
 
-    def test_a_link_to_a_directory_is_refused(self):
+    def test_link_to_a_directory_is_refused(self):
         self.give({"base/out": linkTo("data")})
         self.expectFailed(self.clip(), EXISTS.format(joined("base", "out")))
 
-    def test_a_file_in_the_place_of_the_output_directory_is_a_thrown_error(self):
+    def test_file_in_place_of_the_output_directory_throws(self):
         for kind in (b"content\n", FIFO, linkTo("nowhere"), linkTo("data/a.xyz")):
             with self.subTest(kind=kind):
                 self.startOver()
@@ -166,28 +164,28 @@ class OutputDirectory(DirectoryTest):
                 self.giveNodes()
                 self.expectThrown(self.clip(), CREATE)
 
-    def test_a_missing_directory_within_the_name_is_a_thrown_error(self):
+    def test_missing_directory_within_the_name_throws(self):
         self.expectThrown(self.clip(outputName="new/out"), CREATE)
 
-    def test_an_absolute_name_is_appended_and_replaces_nothing(self):
+    def test_absolute_name_is_appended(self):
         self.expectOutputAt("base/out", self.clip(outputName="/out"))
         self.startOver()
         self.give({"area.xml": SQUARE})
         self.giveNodes()
         self.expectThrown(self.clip(outputName=self.path("base/out")), CREATE)
 
-    def test_a_name_may_hold_separators(self):
+    def test_name_may_contain_separators(self):
         self.give({"base/sub": DIRECTORY, "base/data/inner": DIRECTORY})
         self.expectOutputAt("base/sub/out", self.clip(outputName="sub/out"))
         self.keep(output(1, KEPT, at="base/sub/out"))
         self.expectOutputAt("base/new", self.clip(outputName="new/"))
         self.keep(output(1, KEPT, at="base/new"))
-        self.expectOutputAt("beside", self.clip(outputName="../beside"))
+        self.expectOutputAt("other", self.clip(outputName="../other"))
 
-    def test_an_output_directory_within_the_input_directory_is_not_taken_as_input(self):
+    def test_output_directory_within_the_input_is_no_input(self):
         self.expectOutputAt("base/data/new.txt", self.clip(outputName="data/new.txt"))
 
-    def test_names_are_not_looked_into(self):
+    def test_any_name_is_accepted(self):
         for name in possible("-x", "{0}", "a b", "two\nlines", " ", os.fsdecode(b"\xff"), "ä"):
             with self.subTest(name=name):
                 self.startOver()
@@ -197,21 +195,21 @@ class OutputDirectory(DirectoryTest):
                 self.expectFailed(self.clip(outputName=name), EXISTS.format(joined("base", name)),
                                   created=output(1, KEPT, at=f"base/{name}"))
 
-    def test_a_name_whose_state_cannot_be_told_is_a_thrown_error(self):
+    def test_unreadable_status_of_the_output_throws(self):
         self.give({"base/loop": linkTo("loop")})
         self.expectThrown(self.clip(outputName="loop"), STATUS)
         self.expectThrown(self.clip(outputName="x" * 300), STATUS)
 
-    def test_a_parent_that_may_not_be_written_is_a_thrown_error(self):
+    def test_unwritable_parent_throws(self):
         os.chmod(self.path("base"), 0o500)
         self.expectThrown(self.clip(beforeStart=dropPowersOfRoot), CREATE)
 
 
 class AppearingDirectory(DirectoryTest):
-    def test_an_output_directory_that_appears_after_its_check_is_used(self):
+    def test_output_directory_that_appears_late_is_used(self):
         self.giveNodes()
         self.give({"base/out": DIRECTORY})
-        # The check does not see it yet.
+        # The check does not find it yet.
         self.expectOutputAt("base/out", self.clip(environment=failing("stat", "base/out", fails(errno.ENOENT))))
 
 

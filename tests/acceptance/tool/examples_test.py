@@ -1,4 +1,4 @@
-"""Real data against counts that two independent geometry libraries found; examples/README.md has the tables."""
+"""Real data, compared with counts by two independent geometry libraries. examples/README.md has the tables."""
 import os
 import shutil
 import sys
@@ -13,7 +13,7 @@ EXAMPLES = os.path.join(ROOT, "examples")
 
 
 def readCounts(boundaryFile):
-    """From the tables of the README: node file (and "all") -> number of points inside the boundary file's polygons."""
+    """Reads from the README the number of points inside the polygons, for each node file and for "all"."""
     counts = {}
     column = None
     with open(os.path.join(EXAMPLES, "README.md"), encoding="utf-8") as file:
@@ -51,7 +51,7 @@ class ExamplesTest(AcceptanceTest):
                 self.checkIsSubsequence(linesOf(content), linesOf(file.read()), name)
 
     def checkIsSubsequence(self, kept, given, name):
-        """The header is the header, and every kept line is one of the input's, in the input's order."""
+        """Expects the header of the input, and only lines of the input in the order of the input."""
         self.assertEqual(kept[0], given[0], name)
         rest = iter(given)
         for line in kept:

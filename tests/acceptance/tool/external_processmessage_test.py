@@ -1,8 +1,8 @@
 """Builds the tool with another messaging library in place of the one in the sources, and runs it.
 
-The library in tests/support/external_processmessage has the same classes with other private parts and writes every call to
-a file. It delivers a message when the message ends and keeps only a reference to its text, so both are built with the address
-sanitizer: a text that is freed too early ends the run.
+The library in tests/support/external_processmessage has the same classes with other private members and writes every
+call to a file. It delivers a message in its destructor and keeps only a reference to its text, so library and tool are
+built with the address sanitizer: if the text is freed too early, the sanitizer ends the run.
 """
 import os
 import shutil
@@ -39,7 +39,7 @@ FAILED = "Clipping of elevation data with model boundaries failed."
 FAILED_GERMAN = "Das Zuschneiden der Höhendaten auf die Modellgrenzen ist fehlgeschlagen."
 
 
-@unittest.skipIf(SANITIZED, "the test has a sanitized build of its own")
+@unittest.skipIf(SANITIZED, "the test makes its own sanitized build")
 class ExternalProcessMessage(unittest.TestCase):
     maxDiff = None  # shows the whole report of the sanitizer
 
@@ -53,8 +53,8 @@ class ExternalProcessMessage(unittest.TestCase):
         command("cmake", "--install", library, "--prefix", cls.prefix)
         cls.tool = os.path.join(cls.directory, "tool", "Vadelclip")
         cls.buildText = build(ROOT, os.path.dirname(cls.tool), "Vadelclip",
-                              "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON", "-DVADELCLIP_TESTS=OFF", "-DVADELCLIP_SANITIZERS=address",
-                              f"-DCMAKE_PREFIX_PATH={cls.prefix}")
+                              "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON", "-DVADELCLIP_TESTS=OFF",
+                              "-DVADELCLIP_SANITIZERS=address", f"-DCMAKE_PREFIX_PATH={cls.prefix}")
 
     def setUp(self):
         self.job = tempfile.mkdtemp(dir=self.directory)
@@ -76,31 +76,30 @@ class ExternalProcessMessage(unittest.TestCase):
         if os.path.exists(calls):
             os.remove(calls)
         result = subprocess.run([self.tool, *arguments], cwd=self.job, stdin=subprocess.DEVNULL, capture_output=True,
-                                text=True, timeout=20,
-                                env={**os.environ, "EXTERNAL_PROCESSMESSAGE_FILE": calls})
+                                text=True, timeout=20, env={**os.environ, "EXTERNAL_PROCESSMESSAGE_FILE": calls})
         return result.returncode, result.stdout, result.stderr, self.read("calls").splitlines()
 
     def failure(self, text, closingText):
         return ["Instance false", "MessageSender false", f"ErrorMessage 2 {text}", "end ErrorMessage",
                 f"FailedMessage 1 {closingText}", "end FailedMessage", "~MessageSender"]
 
-    def testGoodRun(self):
+    def test_good_run_sends_every_message(self):
         for language, state, finished in [
                 ("en", "Clipping elevation data...", "Finished clipping elevation data with model boundaries"),
                 ("de", "Höhendaten werden zugeschnitten...",
                  "Zuschneiden der Höhendaten auf die Modellgrenzen abgeschlossen")]:
             with self.subTest(language):
                 self.assertEqual(
-                    (0, "", "", ["Instance true", "MessageSender true", f"StateMessage 1 {state} true", "end StateMessage",
-                                 "ProgressMessage 0 100 3", "OnProgress 0 false", "OnProgress 1 false",
-                                 "OnProgress 2 false", "end ProgressMessage", "ProgressMessage 1 100 100",
-                                 "OnProgress 100 false", "end ProgressMessage", f"FinishMessage 1 {finished}",
-                                 "end FinishMessage", "~MessageSender"]),
+                    (0, "", "", ["Instance true", "MessageSender true", f"StateMessage 1 {state} true",
+                                 "end StateMessage", "ProgressMessage 0 100 3", "OnProgress 0 false",
+                                 "OnProgress 1 false", "OnProgress 2 false", "end ProgressMessage",
+                                 "ProgressMessage 1 100 100", "OnProgress 100 false", "end ProgressMessage",
+                                 f"FinishMessage 1 {finished}", "end FinishMessage", "~MessageSender"]),
                     self.runTool("base/data", language, "area.xml", f"-lang={language}", "-pipe"))
                 self.assertEqual("x;y;z\n5;5;1\n6;6;3\n", self.read(f"base/{language}/a.xyz"))
                 self.assertEqual("2\n", self.read(f"base/{language}/total_node_count.txt"))
 
-    def testStoppedRun(self):
+    def test_stopped_run_sends_its_error(self):
         os.mkdir(os.path.join(self.job, "base", "out"))
         for language, text, closingText in [
                 ("en", "Output directory base/out already exists, aborting in order avoid overwriting of existing data",
@@ -111,7 +110,7 @@ class ExternalProcessMessage(unittest.TestCase):
                 self.assertEqual((1, text + "\n", "", self.failure(text, closingText)),
                                  self.runTool("base/data", "out", "area.xml", f"-lang={language}"))
 
-    def testThrownError(self):
+    def test_thrown_error_is_sent(self):
         for language, closingText in [("en", FAILED), ("de", FAILED_GERMAN)]:
             with self.subTest(language):
                 status, console, errors, calls = self.runTool("base/data", "no/out", "area.xml", f"-lang={language}")
@@ -119,7 +118,7 @@ class ExternalProcessMessage(unittest.TestCase):
                 self.assertTrue(text.startswith("boost::filesystem::create_directory: "), text)
                 self.assertEqual((1, "", self.failure(text, closingText)), (status, errors, calls))
 
-    def testUsageFailure(self):
+    def test_usage_failure_is_sent(self):
         for language, text, closingText in [
                 ("en", "Usage: Vadelclip <input directory path> <output directory name> <boundary file path>", FAILED),
                 ("de", "Aufruf: Vadelclip <Pfad des Eingabeverzeichnisses> <Name des Ausgabeverzeichnisses> "
@@ -128,11 +127,11 @@ class ExternalProcessMessage(unittest.TestCase):
                 self.assertEqual((1, text + "\n", "", self.failure(text, closingText)),
                                  self.runTool("base/data", f"-lang={language}"))
 
-    def testConfiguresWithTheOptionAlone(self):
+    def test_configures_with_the_option_alone(self):
         command("cmake", "-S", ROOT, "-B", os.path.join(self.job, "build"), "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON",
                 f"-DCMAKE_PREFIX_PATH={self.prefix}")
 
-    def testBuildsNothingOfOurOwnLayer(self):
+    def test_builds_nothing_of_our_own_layer(self):
         self.assertIn(os.path.join("src", "CMakeFiles", "vadelclip_main.dir"), self.buildText)
         self.assertNotIn(os.path.join("src", "processmessage"), self.buildText)
 

@@ -1,6 +1,7 @@
-"""What "inside the boundary" means for a whole run. The rules themselves have their own, much larger tests."""
+"""Which points a whole run keeps. The unit tests of the geometry test the rules in much more detail."""
 import sys
 import unittest
+from itertools import zip_longest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
@@ -11,15 +12,14 @@ CLOCKWISE = [(0, 0), (0, 10), (10, 10), (10, 0)]
 
 
 def closed(ring):
-    """The same ring with its first point once more at the end, as many files have it."""
+    """Returns the ring with its first point repeated at the end, as many files have it."""
     return ring + ring[:1]
 
 
 class GeometryTest(AcceptanceTest):
     def expectInside(self, rings, inside, outside):
         self.startOver()
-        points = [point for pair in zip(inside,
-                                        outside) for point in pair] + inside[len(outside):] + outside[len(inside):]
+        points = [point for pair in zip_longest(inside, outside) for point in pair if point is not None]
         lines = {point: f"{point[0]!r};{point[1]!r};5\n".encode() for point in points}
         self.giveJob({"a.xyz": b"x;y;z\n" + b"".join(lines[point] for point in points)}, boundary(*rings))
         files = {"a.xyz": b"x;y;z\n" + b"".join(lines[point] for point in points if point in inside)} if inside else {}
@@ -27,12 +27,12 @@ class GeometryTest(AcceptanceTest):
 
 
 class Rings(GeometryTest):
-    # All corners and both upright edges belong to the square in each direction of travel.
+    # All corners and both vertical edges are inside in each ring direction.
     COMMON_INSIDE = [(5, 5), (0.1, 9.9), (0, 0), (10, 0), (10, 10), (0, 10), (0, 5), (10, 5)]
     COMMON_OUTSIDE = [(-1, 5), (11, 5), (5, -1), (5, 11), (10.0000001, 5), (-0.0000001, 5), (5, 10.0000001),
                       (5, -0.0000001), (20, 0), (-20, 10)]
 
-    def test_a_level_edge_is_inside_where_the_ring_travels_to_the_left_and_else_as_just_below(self):
+    def test_horizontal_edge_is_inside_by_its_direction(self):
         for ring, inside, outside in ((COUNTERCLOCKWISE, [(5, 10)], [(5, 0)]), (CLOCKWISE, [(5, 10), (5, 0)], [])):
             for form in (ring, closed(ring)):
                 for start in range(4):
@@ -45,35 +45,35 @@ class Rings(GeometryTest):
         self.expectInside([[(0, 0), (8, 8), (0, 8)]], [(4, 4), (1, 1), (2, 5), (8, 8), (5, 8)],
                           [(4, 3.999999), (4.000001, 4), (5, 4)])
 
-    def test_a_spike_that_touches_the_height_of_a_point_does_not_count(self):
+    def test_spike_at_the_height_of_a_point_does_not_count(self):
         self.expectInside([[(0, 0), (20, 0), (20, 10), (15, 5), (10, 10), (0, 10)]],
                           [(1, 5), (14, 5), (15, 5), (16, 5)], [(-1, 5), (21, 5), (15, 6)])
 
-    def test_a_flat_ring_has_all_points_of_its_height(self):
+    def test_flat_ring_contains_the_points_of_its_height(self):
         self.expectInside([[(0, 3), (10, 3), (5, 3)]], [(0, 3), (5, 3), (10, 3), (10.0000005, 3)],
                           [(11, 3), (5, 3.0000001), (5, 4)])
 
-    def test_a_ring_that_crosses_itself_is_outside_where_it_lies_twice(self):
+    def test_doubly_enclosed_points_are_outside(self):
         star = [(0, 10), (6, -8), (-9, 3), (9, 3), (-6, -8)]
         self.expectInside([star], [(0, 8), (5, -6), (-7, 2.5), (7, 2.5), (-5, -6)], [(0, 0), (0, 12), (0, -6)])
 
 
 class SmallPolygons(GeometryTest):
-    def test_a_level_or_upright_segment_has_exactly_its_points(self):
+    def test_axis_parallel_segment_contains_exactly_its_points(self):
         self.expectInside([[(0, 0), (10, 0)]], [(0, 0), (5, 0), (10, 0), (0.1, 0), (9.999999999, 0)],
                           [(10.0000001, 0), (-1, 0), (5, 1e-300), (5, -1e-12)])
         self.expectInside([[(3, 1), (3, 9)]], [(3, 1), (3, 5.5), (3, 9)], [(3.0000000001, 5), (3, 9.0000001)])
 
-    def test_on_a_sloped_segment_the_rounded_distance_decides(self):
+    def test_rounded_distance_decides_on_a_sloped_segment(self):
         self.expectInside([[(0, 0), (3, 1)]], [(0, 0), (3, 1), (1.5, 0.5)], [(1.5, 0.5000001), (1, 0)])
 
-    def test_even_the_second_vertex_of_a_sloped_segment_can_be_outside(self):
+    def test_second_vertex_of_a_sloped_segment_can_be_outside(self):
         self.expectInside([[(0, 0), (49, 5)]], [(0, 0)], [(49, 5)])
 
-    def test_a_segment_without_length_is_its_one_position(self):
+    def test_segment_without_length_contains_its_position(self):
         self.expectInside([[(4, 4), (4, 4)]], [(4, 4)], [(4, 4.0000001), (4.0000001, 4)])
 
-    def test_polygons_of_no_or_one_point_have_no_inside(self):
+    def test_polygons_of_no_or_one_point_contain_nothing(self):
         self.expectInside([[], [(4, 4)]], [], [(4, 4), (0, 0)])
 
     def test_three_points_there_and_back_are_a_ring(self):
@@ -83,17 +83,17 @@ class SmallPolygons(GeometryTest):
 class SeveralPolygons(GeometryTest):
     FAR = [(20, 0), (30, 0), (30, 10), (20, 10)]
 
-    def test_a_point_inside_any_polygon_is_inside(self):
+    def test_point_inside_any_polygon_is_inside(self):
         inside, outside = [(5, 5), (25, 5), (3, 40)], [(15, 5), (35, 5), (3, 41)]
         for rings in ([COUNTERCLOCKWISE, self.FAR, [(3, 40), (4, 40)]],
                       [[(3, 40), (4, 40)], self.FAR, COUNTERCLOCKWISE]):
             self.expectInside(rings, inside, outside)
 
-    def test_a_ring_within_a_ring_is_no_hole(self):
+    def test_ring_within_a_ring_is_no_hole(self):
         self.expectInside([COUNTERCLOCKWISE, [(2, 2), (2, 8), (8, 8), (8, 2)]], [(5, 5), (1, 1), (2, 5)], [(11, 5)])
 
-    def test_where_two_polygons_meet_one_of_them_is_enough(self):
-        # The common edge is level: one ring travels it to the left, the other one to the right.
+    def test_point_on_a_common_edge_is_inside(self):
+        # The common edge is horizontal: it leads to the left in one ring and to the right in the other.
         self.expectInside([COUNTERCLOCKWISE, [(0, 10), (10, 10), (10, 20), (0, 20)]],
                           [(5, 10), (5, 5), (5, 15), (5, 20)], [(5, 0), (5, 21)])
 

@@ -1,4 +1,4 @@
-"""Which files of the input directory are node files, and how many lines each of them counts."""
+"""Which files of the input directory are node files, and the line count of each."""
 import os
 import socket
 import sys
@@ -17,7 +17,7 @@ NO_FILES = "There are no input files."
 
 class SelectionTest(AcceptanceTest):
     def expectSelected(self, *names):
-        """All these files, each with the content NODES, are clipped, and no other one is."""
+        """Expects that exactly these files are clipped. Each has the content NODES."""
         self.expectFinished(self.clip(), len(names), {name: KEPT for name in names}, lineCounts=[2] * len(names))
 
     def expectNoFiles(self):
@@ -25,39 +25,39 @@ class SelectionTest(AcceptanceTest):
 
 
 class Names(SelectionTest):
-    def test_files_of_the_three_suffixes_are_taken(self):
+    def test_files_of_the_three_suffixes_are_selected(self):
         names = possible("a.txt", "b.xyz", "c.csv", ".txt", ".xyz", ".csv", ".hidden.txt", "two.dots.csv", "a.TXT.txt",
-                 "a b.xyz", "-pipe.txt",
-                 os.fsdecode(b"\xff.csv"), "Höhe.xyz", "new\nline.txt", "x" * 251 + ".txt")
+                         "a b.xyz", "-pipe.txt", os.fsdecode(b"\xff.csv"), "Höhe.xyz", "new\nline.txt",
+                         "x" * 251 + ".txt")
         self.giveJob({name: NODES for name in names})
         self.expectSelected(*names)
 
-    def test_files_of_other_names_are_passed_over_in_silence(self):
+    def test_files_of_other_names_are_skipped_silently(self):
         names = ("a.TXT", "b.XYZ", "c.Csv", "d.txt.bak", "txt", "xyz", "etxt", "f.txt ", "g.tx", "h.text", "i",
                  "j.txt~", "k.xml", "l.csv.")
         self.giveJob({**{name: NODES for name in names}, "taken.csv": NODES})
         self.expectSelected("taken.csv")
 
-    def test_without_any_node_file_an_empty_output_directory_is_left_behind(self):
+    def test_no_node_file_leaves_an_empty_output_directory(self):
         self.giveJob({"a.TXT": NODES, "b.doc": NODES, "sub/a.txt": NODES, "empty.txt": b""})
         self.expectNoFiles()
 
-    def test_an_empty_input_directory_has_no_input_files(self):
+    def test_empty_input_directory_has_no_input_files(self):
         self.giveJob({})
         self.expectNoFiles()
 
-    def test_a_repeated_run_then_stops_at_the_directory_left_behind(self):
+    def test_repeated_run_stops_at_the_empty_output_directory(self):
         self.giveJob({})
         self.expectNoFiles()
         text = (f"Output directory {joined('base', 'out')} already exists, "
                 "aborting in order avoid overwriting of existing data")
         self.expectFailed(self.clip(), text, created={"base/out": DIRECTORY})
 
-    def test_the_walk_is_one_level_deep(self):
+    def test_walk_is_one_level_deep(self):
         self.giveJob({"a.txt": NODES, "sub/b.txt": NODES, "sub/sub/c.txt": NODES})
         self.expectSelected("a.txt")
 
-    def test_the_passes_are_in_the_order_of_the_directory(self):
+    def test_passes_are_in_the_order_of_the_directory(self):
         counts = {f"{number * 7919 % 1009}.txt": number for number in range(1, 41)}
         files = {name: b"x;y;z\n" + b"1;1;5\n" * count for name, count in counts.items()}
         self.giveJob(files)
@@ -66,7 +66,7 @@ class Names(SelectionTest):
 
 
 class Kinds(SelectionTest):
-    def test_a_directory_is_passed_over_whatever_its_name(self):
+    def test_directory_of_any_name_is_skipped(self):
         self.giveJob({"a.txt": NODES, "sub.txt/b.txt": NODES, "link.csv": linkTo("sub.txt")})
         self.expectSelected("a.txt")
 
@@ -75,20 +75,20 @@ class Kinds(SelectionTest):
         self.give({"base/elsewhere": NODES})
         self.expectSelected("a.txt")
 
-    def test_a_link_to_nothing_is_passed_over(self):
+    def test_broken_link_is_skipped(self):
         self.giveJob({"a.txt": NODES, "b.txt": linkTo("nowhere")})
         self.expectSelected("a.txt")
 
-    def test_a_link_to_an_empty_device_is_passed_over(self):
+    def test_link_to_an_empty_device_is_skipped(self):
         self.giveJob({"a.txt": NODES, "b.txt": linkTo("/dev/null")})
         self.expectSelected("a.txt")
 
-    def test_a_fifo_is_a_file_like_any_other(self):
+    def test_fifo_is_selected(self):
         self.giveJob({})
         self.serve("base/data/a.txt", NODES, NODES, NODES)
         self.expectSelected("a.txt")
 
-    def test_a_socket_cannot_be_opened_and_is_passed_over(self):
+    def test_socket_is_skipped(self):
         self.giveJob({"a.txt": NODES})
         with socket.socket(socket.AF_UNIX) as listener:
             listener.bind(self.path("base/data/s.txt"))
@@ -96,18 +96,18 @@ class Kinds(SelectionTest):
         del run.tree["base/data/s.txt"]
         self.expectFinished(run, 1, {"a.txt": KEPT}, lineCounts=[2])
 
-    def test_a_file_that_may_not_be_read_is_passed_over(self):
+    def test_unreadable_file_is_skipped(self):
         self.giveJob({"a.txt": NODES, "b.txt": NODES})
         os.chmod(self.path("base/data/b.txt"), 0)
         self.expectFinished(self.clip(beforeStart=dropPowersOfRoot), 1, {"a.txt": KEPT}, lineCounts=[2])
 
-    def test_an_input_directory_that_may_not_be_read_is_a_thrown_error(self):
+    def test_unreadable_input_directory_throws(self):
         self.giveJob({"a.txt": NODES})
         os.chmod(self.path("base/data"), 0o300)
         self.expectThrown(self.clip(beforeStart=dropPowersOfRoot), "boost::filesystem::directory_iterator::construct",
                           created={"base/out": DIRECTORY})
 
-    def test_an_entry_whose_state_cannot_be_told_is_a_thrown_error_whatever_its_name(self):
+    def test_entry_of_any_name_with_unreadable_status_throws(self):
         for name in ("loop.txt", "loop"):
             with self.subTest(name=name):
                 self.startOver()
@@ -122,7 +122,7 @@ class Headers(SelectionTest):
                 header = separator.join(bytes([column]) for column in columns)
                 yield from (header, b"\xef\xbb\xbf" + header)
 
-    def test_each_of_the_four_shapes_with_each_separator_is_accepted_and_copied(self):
+    def test_each_shape_with_each_separator_is_copied(self):
         headers = list(self.accepted())
         self.assertEqual(len(set(headers)), 32)
         files = {f"{index}.xyz": header + b"\n" + header[-2:-1].join((b"1", b"2", b"3")) + b"\n"
@@ -137,45 +137,45 @@ class Headers(SelectionTest):
         b"\xef\xbb", b"\xef\xbb\xbf\xef\xbb\xbfx;y;z", b"\xef\xbb\xbf x;y;z", b"x;y;z\0", b"\0x;y;z", b"x\0y\0z",
         b"x\x0by\x0bz", b"x\x8by\x8bz", b"8;y;z", b"1;2;3", b"# x;y;z", b'"x";"y";"z"', b"x;y;z;g;x;y;z")
 
-    def test_files_with_any_other_first_line_are_passed_over_in_silence(self):
+    def test_files_with_another_first_line_are_skipped_silently(self):
         files = {f"{index}.txt": header + b"\n1;1;1\n" for index, header in enumerate(self.REJECTED)}
         self.giveJob({**files, "good.txt": NODES})
         self.expectSelected("good.txt")
 
-    def test_such_files_alone_are_no_input_files(self):
+    def test_only_files_with_a_bad_header_are_no_input_files(self):
         self.giveJob({f"{index}.txt": header + b"\nx;y;z\n1;1;1\n" for index, header in enumerate(self.REJECTED)})
         self.expectNoFiles()
 
-    def test_a_count_file_of_an_earlier_run_is_passed_over(self):
+    def test_count_file_of_an_earlier_run_is_skipped(self):
         self.giveJob({"a.txt": NODES, "total_node_count.txt": b"3\n"})
         self.expectSelected("a.txt")
 
-    def test_a_carriage_return_before_the_line_feed_is_not_part_of_the_header(self):
+    def test_carriage_return_is_not_part_of_the_header(self):
         self.giveJob({"a.txt": b"x;y;z\r\n1;1;5\r\n20;1;5\r\n", "b.txt": b"\xef\xbb\xbfx;y;z\r\n1;1;5\n"})
         counts = [{"a.txt": 2, "b.txt": 1}[name] for name in self.walkOrder()]
         self.expectFinished(self.clip(), 2, {"a.txt": KEPT, "b.txt": b"\xef\xbb\xbf" + KEPT}, lineCounts=counts)
 
-    def test_only_one_carriage_return_disappears(self):
+    def test_only_one_carriage_return_is_dropped(self):
         self.giveJob({"a.txt": b"x;y;z\r\r\n1;1;5\n", "b.txt": b"x;y;z\r1;1;5\n", "c.txt": b"x;y;z\r"})
         self.expectNoFiles()
 
-    def test_binary_files_are_passed_over(self):
+    def test_binary_files_are_skipped(self):
         self.giveJob({"a.txt": bytes(range(256)) * 1000, "b.xyz": b"x" * 3_000_000, "c.csv": b"\0" * 100_000,
                       "good.txt": NODES})
         self.expectSelected("good.txt")
 
 
 class Counts(SelectionTest):
-    def test_a_header_with_a_line_feed_counts_no_line_and_without_one_minus_one(self):
+    def test_header_counts_0_lines_and_minus_1_without_line_feed(self):
         self.giveJob({"a.txt": b"x;y;z\n", "b.txt": b"x;y;z", "c.txt": NODES})
         counts = [{"a.txt": 0, "b.txt": -1, "c.txt": 2}[name] for name in self.walkOrder()]
         self.expectFinished(self.clip(), 1, {"c.txt": KEPT}, lineCounts=counts)
 
-    def test_every_line_feed_counts_whatever_the_line_holds(self):
+    def test_every_line_feed_counts(self):
         self.giveJob({"a.txt": b"x;y;z\n\n\n\r\n\r\r\n \n\0\n1;1;5\n\nlast without a line feed"})
         self.expectFinished(self.clip(), 1, {"a.txt": KEPT}, lineCounts=[8])
 
-    def test_a_file_gone_before_its_lines_are_counted_counts_minus_one(self):
+    def test_file_removed_before_the_count_counts_minus_one(self):
         self.giveJob({"b.txt": NODES})
         self.serve("base/data/a.txt", [lambda: os.remove(self.path("base/data/a.txt")), NODES])
         counts = [{"a.txt": -1, "b.txt": 2}[name] for name in self.walkOrder()]

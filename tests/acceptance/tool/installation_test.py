@@ -1,4 +1,4 @@
-"""`cmake --install` to a prefix of one's own: every file in its place, working by its links, and gone after removal."""
+"""`cmake --install` to a new prefix: every file is installed, the links work, and removal removes every file."""
 import os
 import shutil
 import stat
@@ -14,8 +14,8 @@ from manual_examples import differences, readPage  # noqa: E402
 
 BUILD = os.path.dirname(os.environ["VADELCLIP_EXECUTABLE"])
 
-# The only component there is. Named, because its list of files is one of its own then: the list of an installation that
-# somebody made from this build directory is left alone.
+# The only component. With its name, CMake writes a separate list of files and does not overwrite the list of an
+# installation from this build directory.
 COMPONENT = "Unspecified"
 MANIFEST = os.path.join(BUILD, f"install_manifest_{COMPONENT}.txt")
 REMOVAL_SCRIPT = os.path.join(ROOT, "cmake", "Uninstall.cmake")
@@ -24,7 +24,7 @@ NOBODY = 65534
 
 
 def treeFiles(*places):
-    """The files of a directory in the sources, as paths below the sources."""
+    """Returns the files of a source directory, as paths relative to the sources."""
     place = os.path.join(*places)
     return [os.path.join(place, name) for name in sorted(os.listdir(os.path.join(ROOT, place)))
             if os.path.isfile(os.path.join(ROOT, place, name))]
@@ -41,7 +41,8 @@ def expectedFiles():
         ofThePackage.append("share/lintian/overrides/vadelclip")
     return sorted([*ofThePackage,
                    "bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
-                   "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo", "share/man/man1/Vadelclip.1.gz",
+                   "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo",
+                   "lib/vadelclip/locale/de/LC_MESSAGES/vadelwatch.mo", "share/man/man1/Vadelclip.1.gz",
                    "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
                    "share/bash-completion/completions/Vadelwatch",
                    *("share/doc/vadelclip/" + name for name in documents)])
@@ -80,19 +81,19 @@ class Installation(unittest.TestCase):
     def install(self, prefix, **settings):
         self.command(*self.installation(prefix), **settings)
 
-    def command(self, *words, **settings):
-        run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
+    def command(self, *arguments, **settings):
+        run = subprocess.run(arguments, capture_output=True, text=True, check=False, **settings)
         self.assertEqual(0, run.returncode, run.stdout + run.stderr)
         return run.stdout
 
-    def refused(self, *words, **settings):
-        """What a command says that has to fail, without CMake's line breaks."""
-        run = subprocess.run(words, capture_output=True, text=True, check=False, **settings)
+    def refused(self, *arguments, **settings):
+        """Runs a command that must fail. Returns its error text without line breaks."""
+        run = subprocess.run(arguments, capture_output=True, text=True, check=False, **settings)
         self.assertEqual(1, run.returncode, run.stdout + run.stderr)
         return " ".join(run.stderr.split())
 
     def say(self, prefix, *arguments):
-        """What the installed tool says, run by its link from a directory of no meaning."""
+        """Returns what the installed tool prints if it is run by its link from the root directory."""
         return subprocess.run([os.path.join(prefix, "bin", "Vadelclip"), *arguments], cwd="/", capture_output=True,
                               text=True, check=False).stdout
 
@@ -102,17 +103,17 @@ class Installation(unittest.TestCase):
         self.assertEqual("Usage: Vadelclip <input directory path> <output directory name> <boundary file path>\n",
                          self.say(prefix, "-lang=en"))
 
-    def test_every_file_is_in_its_place_and_no_other(self):
+    def test_installs_exactly_the_expected_files(self):
         self.assertEqual(expectedFiles(), filesBelow(self.prefix))
         self.assertEqual("../lib/vadelclip/Vadelclip", os.readlink(os.path.join(self.prefix, "bin", "Vadelclip")))
 
-    def test_the_links_find_the_catalogues_also_after_a_move(self):
+    def test_links_find_the_catalogues_even_after_a_move(self):
         self.expectBothLanguages(self.prefix)
         moved = os.path.join(self.directory, "moved")
         os.rename(self.prefix, moved)
         self.expectBothLanguages(moved)
 
-    def test_links_between_the_documents_lead_somewhere(self):
+    def test_documents_have_no_dead_links(self):
         documents = os.path.join(self.prefix, "share", "doc", "vadelclip")
         files = {}
         for name in filesBelow(documents):
@@ -120,15 +121,16 @@ class Installation(unittest.TestCase):
                 files[name] = file.read()
         self.assertEqual([], deadLinks(files))
 
-    def test_the_examples_of_the_installed_pages_run_with_the_installed_examples(self):
+    def test_examples_of_the_installed_pages_run(self):
         plain = os.path.join(self.directory, "plain")
-        os.rename(self.prefix, plain)  # the pages name a place without a blank
+        os.rename(self.prefix, plain)  # the pages name a path without a space
         settings = {**os.environ, "PATH": os.path.join(plain, "bin") + os.pathsep + os.environ["PATH"],
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
         for name in ("Vadelclip", "Vadelwatch"):
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
             self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
-            self.assertRegex(page.splitlines()[1], rf'^\.TH {name} 1 20[0-9]{{2}}-[01][0-9]-[0-3][0-9] "Vadelclip [0-9]')
+            self.assertRegex(page.splitlines()[1],
+                             rf'^\.TH {name} 1 20[0-9]{{2}}-[01][0-9]-[0-3][0-9] "Vadelclip [0-9]')
             wrong = differences(page, os.path.join(plain, "share", "doc", "vadelclip", "examples"),
                                 environment=settings)
             self.assertEqual([], wrong, "\n" + "\n".join(wrong))
@@ -143,11 +145,11 @@ class Installation(unittest.TestCase):
         self.assertEqual([], os.listdir(os.path.join(prefix, "share", "doc")))
         self.assertFalse(os.path.exists(MANIFEST))
 
-    def test_removal_leaves_nothing_of_ours_and_everything_of_others(self):
+    def test_removal_keeps_the_files_of_others(self):
         self.expectRemovalOfOursAlone(self.prefix)
 
-    def test_removal_takes_a_prefix_as_it_is_written(self):
-        # What CMake reads as a pattern, and as a bracket around entries of a list.
+    def test_removal_takes_the_prefix_literally(self):
+        # Characters of patterns, and brackets that group the entries of a list in CMake.
         for name in ("a [b]", "a*?[b", "[d", "e]"):
             with self.subTest(name=name):
                 prefix = os.path.join(self.directory, name)
@@ -155,7 +157,7 @@ class Installation(unittest.TestCase):
                 self.assertEqual(expectedFiles(), filesBelow(prefix))
                 self.expectRemovalOfOursAlone(prefix)
 
-    def test_a_prefix_that_the_list_of_files_cannot_hold_is_refused(self):
+    def test_prefix_that_a_list_cannot_contain_is_refused(self):
         self.forgetInstallation()
         for name in ("a;b", "a\nb"):
             with self.subTest(name=name):
@@ -165,12 +167,12 @@ class Installation(unittest.TestCase):
                 self.assertFalse(os.path.exists(prefix))
                 self.assertFalse(os.path.exists(MANIFEST))
 
-    def test_removal_without_the_right_to_it_says_so_and_can_be_repeated(self):
+    def test_removal_without_permission_can_be_repeated(self):
         os.chmod(self.directory, 0o755)
-        for place, _, _ in os.walk(self.prefix):  # whoever runs the test
+        for place, _, _ in os.walk(self.prefix):  # for any user of the tests
             os.chmod(place, 0o555)
             self.addCleanup(os.chmod, place, 0o755)
-        # Where the other user may reach them, and may remove the list.
+        # The other user may read these copies and may remove the list.
         aside = os.path.join(self.directory, "aside")
         os.mkdir(aside)
         os.chmod(aside, 0o777)
@@ -185,7 +187,7 @@ class Installation(unittest.TestCase):
         with open(manifest, encoding="utf-8") as kept, open(MANIFEST, encoding="utf-8") as written:
             self.assertEqual(written.read(), kept.read())
 
-    def test_removal_keeps_to_the_directory_that_the_installation_was_staged_in(self):
+    def test_removal_uses_the_staging_directory(self):
         stage = os.path.join(self.directory, "stage [")
         staged = {**os.environ, "DESTDIR": stage}
         other = {**os.environ, "DESTDIR": stage + "2"}
@@ -200,7 +202,7 @@ class Installation(unittest.TestCase):
         self.assertEqual([], filesBelow(stage))
         self.assertEqual([], os.listdir(os.path.join(stage + self.prefix, "lib")))
 
-    def test_all_may_read_what_a_user_with_a_strict_mask_installs(self):
+    def test_installed_files_are_readable_despite_a_strict_mask(self):
         prefix = os.path.join(self.directory, "new", "prefix")
         self.install(prefix, umask=0o077)
         for place, _, files in os.walk(os.path.dirname(prefix)):
@@ -209,12 +211,12 @@ class Installation(unittest.TestCase):
                 file = os.path.join(place, name)
                 self.assertEqual(stat.S_IROTH, os.stat(file).st_mode & stat.S_IROTH, file)
 
-    def test_removal_takes_what_is_ours_alone_as_a_whole(self):
+    def test_removal_removes_our_directories(self):
         self.command(*REMOVAL)
         self.assertEqual([], filesBelow(self.prefix))
         self.assertEqual([], os.listdir(os.path.join(self.prefix, "lib")))
 
-    def test_removal_without_an_installation_says_so(self):
+    def test_removal_without_an_installation_fails(self):
         os.remove(MANIFEST)
         run = subprocess.run(REMOVAL, capture_output=True, text=True, check=False)
         self.assertEqual((1, True), (run.returncode, "Nothing was installed" in run.stderr))

@@ -1,4 +1,4 @@
-"""The tool's own message channel: JSON Lines on descriptor 3 with "-pipe", and what a bad descriptor does to a run."""
+"""The message channel of the tool: JSON Lines on descriptor 3 with "-pipe", and runs with a bad descriptor 3."""
 import fcntl
 import math
 import os
@@ -12,14 +12,13 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import CHANNEL, TOOL, AcceptanceTest, output
-from expected_messages import USAGE, jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState
+from expected_messages import (USAGE, jsonFailedRun, jsonFinish, jsonFinishedRun, jsonProgress,
+                               jsonState)
 
 HEADER = b"x;y;z\n"
 NODES = {"a.xyz": HEADER + b"1;1;5\n2;2;5\n30;3;5\n4;4;5\n"}
 KEPT = {"a.xyz": HEADER + b"1;1;5\n2;2;5\n4;4;5\n"}
-
-
-MESSAGES = [jsonState(), *jsonProgress(0.0, 25.0, 50.0, 75.0, 100.0), jsonFinish()]
+MESSAGES = jsonFinishedRun(0.0, 25.0, 50.0, 75.0, 100.0)
 
 
 class ChannelTest(AcceptanceTest):
@@ -31,7 +30,7 @@ class ChannelTest(AcceptanceTest):
 
 
 class Lines(ChannelTest):
-    def test_a_finished_run_is_state_progress_and_finish(self):
+    def test_finished_run_sends_state_progress_and_finish(self):
         self.giveJob(NODES)
         self.expectJob(self.clipPiped(), [
             '{"type":"state","level":1,"text":"Clipping elevation data...","active":true}',
@@ -42,38 +41,38 @@ class Lines(ChannelTest):
             '{"type":"progress","percent":100.0}',
             '{"type":"finish","level":1,"text":"Finished clipping elevation data with model boundaries"}'])
 
-    def test_a_failing_run_is_its_errors_and_the_failure(self):
+    def test_failing_run_sends_its_errors_and_the_failure(self):
         run = self.start("base/data", "out", "no.xml", "-lang=en", "-pipe", tool=TOOL)
-        self.expect(run, status=1, console=["Boundary file no.xml not found", "Boundary file no.xml does not exist"],
-                    messages=[
+        texts = ["Boundary file no.xml not found", "Boundary file no.xml does not exist"]
+        self.expect(run, status=1, console=texts, messages=[
             '{"type":"error","level":2,"text":"Boundary file no.xml not found"}',
             '{"type":"error","level":2,"text":"Boundary file no.xml does not exist"}',
             '{"type":"failed","level":1,"text":"Clipping of elevation data with model boundaries failed."}'])
 
-    def test_a_usage_failure_is_sent_as_well(self):
+    def test_usage_failure_is_sent(self):
         run = self.start("-lang=en", "-pipe", tool=TOOL)
-        self.expect(run, status=1, console=[USAGE], messages=[jsonError(USAGE), jsonFailed()])
+        self.expect(run, status=1, console=[USAGE], messages=jsonFailedRun(USAGE))
 
-    def test_without_pipe_nothing_is_written(self):
+    def test_nothing_is_sent_without_pipe(self):
         self.giveJob(NODES)
         self.expectJob(self.clip("-lang=en", tool=TOOL), [])
         self.expect(self.start("-lang=en", tool=TOOL), status=1, console=[USAGE], created=output(3, KEPT))
 
     def test_percents_are_rounded_down_to_one_decimal(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3})
-        self.expect(self.clipPiped(), status=0, created=output(3, {"a.xyz": HEADER + b"1;1;5\n" * 3}), messages=[
-            jsonState(), *jsonProgress(0.0, 33.3, 66.6, 100.0), jsonFinish()])
+        self.expect(self.clipPiped(), status=0, created=output(3, {"a.xyz": HEADER + b"1;1;5\n" * 3}),
+                    messages=jsonFinishedRun(0.0, 33.3, 66.6, 100.0))
 
-    def test_a_line_is_written_only_when_the_decimal_has_grown(self):
-        # 2048 steps: every percentage is exact in a double, so the expectation needs no tolerance.
+    def test_line_is_written_only_if_the_decimal_grows(self):
+        # With 2048 steps every percentage is exact in a double, so the test needs no tolerance.
         content = HEADER + b"1;1;5\n" * 2048
         self.giveJob({"a.xyz": content})
         percents = sorted({math.floor(step * 1000 / 2048) / 10 for step in range(2048)})
         self.assertEqual(len(percents), 1000)
-        self.expect(self.clipPiped(), status=0, created=output(2048, {"a.xyz": content}), messages=[
-            jsonState(), *jsonProgress(*percents, 100.0), jsonFinish()])
+        self.expect(self.clipPiped(), status=0, created=output(2048, {"a.xyz": content}),
+                    messages=jsonFinishedRun(*percents, 100.0))
 
-    def test_progress_goes_on_over_several_files_and_never_back(self):
+    def test_progress_over_several_files_never_decreases(self):
         counts = {"a.xyz": 5, "b.xyz": 15, "c.xyz": 0}
         files = {name: HEADER + b"1;1;5\n" * count for name, count in counts.items()}
         self.giveJob(files)
@@ -85,36 +84,34 @@ class Lines(ChannelTest):
         self.expect(self.clipPiped(), status=0, created=output(20, kept),
                     messages=[*messages, *jsonProgress(100.0), jsonFinish()])
 
-    def test_a_range_without_steps_or_numbers_writes_no_progress(self):
+    def test_range_without_steps_or_numbers_writes_no_progress(self):
         self.giveJob({"a.xyz": HEADER, "b.xyz": HEADER})
         self.expect(self.clipPiped(), status=0, created=output(0),
                     messages=[jsonState(), jsonState(), *jsonProgress(100.0), jsonFinish()])
 
-    def test_a_range_with_fewer_than_no_steps_writes_no_progress(self):
+    def test_range_with_negative_steps_writes_no_progress(self):
         self.giveJob({"a.xyz": b"x;y;z"})
-        self.expect(self.clipPiped(), status=0, created=output(0),
-                    messages=[jsonState(), *jsonProgress(100.0), jsonFinish()])
+        self.expect(self.clipPiped(), status=0, created=output(0), messages=jsonFinishedRun(100.0))
 
     def test_quotes_backslashes_and_control_characters_are_escaped(self):
         path = 'no "such"\\file\n\x1b[1m\t.xml'
         run = self.start("base/data", "out", path, "-lang=en", "-pipe", tool=TOOL)
         texts = [f"Boundary file {path} not found", f"Boundary file {path} does not exist"]
-        self.expect(run, status=1, console=texts, messages=[*map(jsonError, texts), jsonFailed()])
+        self.expect(run, status=1, console=texts, messages=jsonFailedRun(*texts))
 
-    def test_letters_beyond_ascii_stay_as_they_are(self):
+    def test_letters_beyond_ascii_stay_unchanged(self):
         run = self.start("base/data", "out", "Höhe→😀.xml", "-lang=en", "-pipe", tool=TOOL)
         texts = ["Boundary file Höhe→😀.xml not found", "Boundary file Höhe→😀.xml does not exist"]
-        self.expect(run, status=1, console=texts, messages=[*map(jsonError, texts), jsonFailed()])
+        self.expect(run, status=1, console=texts, messages=jsonFailedRun(*texts))
 
-    def test_bytes_that_are_not_utf8_are_replaced_in_the_message_alone(self):
+    def test_invalid_utf8_is_replaced_only_in_the_message(self):
         path = os.fsdecode(b"caf\xe9.xml")
         run = self.start("base/data", "out", path, "-lang=en", "-pipe", tool=TOOL)
         self.expect(run, status=1, console=[f"Boundary file {path} not found", f"Boundary file {path} does not exist"],
-                    messages=[
-            jsonError("Boundary file caf\ufffd.xml not found"), jsonError("Boundary file caf\ufffd.xml does not exist"),
-                              jsonFailed()])
+                    messages=jsonFailedRun("Boundary file caf\ufffd.xml not found",
+                                           "Boundary file caf\ufffd.xml does not exist"))
 
-    def test_each_line_is_handed_over_in_one_write(self):
+    def test_each_line_is_one_write(self):
         self.giveJob(NODES)
         ours, theirs = socket.socketpair(socket.AF_UNIX, socket.SOCK_SEQPACKET)
         with ours, theirs:
@@ -124,7 +121,7 @@ class Lines(ChannelTest):
             run.messages = [packet.decode() for packet in packets]
         self.expectJob(run, [message + "\n" for message in MESSAGES])
 
-    def test_a_message_is_out_before_the_next_step_of_the_run(self):
+    def test_message_is_sent_before_the_next_step_of_the_run(self):
         content = NODES["a.xyz"]
         firstLines = "\n".join([jsonState(), *jsonProgress(0.0)]).split("\n")
         self.giveJob({})
@@ -135,44 +132,44 @@ class Lines(ChannelTest):
 
 
 class UnusableChannel(ChannelTest):
-    """No state of the channel changes the result of a run."""
+    """The state of the channel does not change the result of a run."""
 
     def setUp(self):
         super().setUp()
         self.giveJob(NODES)
 
-    def test_closed_at_the_start_it_is_not_written_to(self):
-        # The next file that the tool opens gets descriptor 3, so a message gone astray would stand in an output file.
+    def test_closed_channel_is_not_written_to(self):
+        # The next file that the tool opens gets descriptor 3, so a message written there would be in an output file.
         self.expectJob(self.clipPiped(closed=(CHANNEL,)), [])
 
-    def test_closed_at_the_start_a_failing_run_still_ends_in_order(self):
+    def test_failing_run_with_a_closed_channel_ends_in_order(self):
         run = self.start("-pipe", "-lang=en", tool=TOOL, closed=(CHANNEL,))
         self.expect(run, status=1, console=[USAGE])
 
-    def test_closed_at_the_start_no_output_file_becomes_the_channel(self):
-        # Without an input to open, the output file gets descriptor 3 while the header's error is told.
+    def test_no_output_file_becomes_a_closed_channel(self):
+        # The input cannot be opened, so the output file has descriptor 3 when the error of the header is sent.
         self.startOver()
         self.giveJob({})
         self.serve("base/data/a.xyz", HEADER, [lambda: os.remove(self.path("base/data/a.xyz")), HEADER])
         run = self.clipPiped(closed=(CHANNEL,))
         self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}), removed=["base/data/a.xyz"])
 
-    def test_where_few_descriptors_are_allowed_it_works_as_ever(self):
+    def test_channel_works_with_few_descriptors(self):
         self.expectJob(self.clipPiped(beforeStart=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (16, 16))),
                        MESSAGES)
 
-    def test_open_for_reading_only_it_is_not_written_to(self):
+    def test_read_only_channel_is_not_written_to(self):
         self.give({"channel": b"as it was"})
         with open(self.path("channel"), "rb") as channel:
             self.expectJob(self.clipPiped(channel=channel.fileno()), [])
 
-    def test_a_reader_that_is_gone_does_not_end_the_run(self):
+    def test_missing_reader_does_not_end_the_run(self):
         reading, writing = os.pipe()
         os.close(reading)
         self.expectJob(self.clipPiped(channel=writing), [])
         os.close(writing)
 
-    def test_a_reader_that_goes_away_in_the_middle_does_not_end_the_run(self):
+    def test_reader_that_closes_early_does_not_end_the_run(self):
         reading, writing = os.pipe()
         os.remove(self.path("base/data/a.xyz"))
         del self.given["base/data/a.xyz"]
@@ -183,14 +180,14 @@ class UnusableChannel(ChannelTest):
         os.close(writing)
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_full_disk_does_not_end_the_run(self):
+    def test_full_disk_does_not_end_the_run(self):
         with open("/dev/full", "wb") as full:
             self.expectJob(self.clipPiped(channel=full.fileno()), [])
 
-    def test_a_slow_reader_is_waited_for(self):
+    def test_waits_for_a_slow_reader(self):
         self.expectAllForSlowReader(blocking=True)
 
-    def test_a_slow_reader_of_a_descriptor_that_does_not_block_is_waited_for(self):
+    def test_waits_for_a_slow_reader_of_a_non_blocking_descriptor(self):
         self.expectAllForSlowReader(blocking=False)
 
     def expectAllForSlowReader(self, blocking):
@@ -198,7 +195,7 @@ class UnusableChannel(ChannelTest):
         self.give({"base/many/a.xyz": content})
         reading, writing = os.pipe()
         os.set_blocking(writing, blocking)
-        fcntl.fcntl(writing, 1031, 4096)  # F_SETPIPE_SZ: far less than the messages of this run
+        fcntl.fcntl(writing, 1031, 4096)  # F_SETPIPE_SZ: much less than the messages of this run
         received = []
 
         def readLate():
@@ -213,8 +210,8 @@ class UnusableChannel(ChannelTest):
         reader.join()
         run.messages = received
         self.assertGreater(sum(map(len, received)), 8 * 4096)
-        self.expect(run, status=0, created=output(1000, {"a.xyz": content}), messages=[
-            jsonState(), *jsonProgress(*(step / 10 for step in range(1000)), 100.0), jsonFinish()])
+        self.expect(run, status=0, created=output(1000, {"a.xyz": content}),
+                    messages=jsonFinishedRun(*(step / 10 for step in range(1000)), 100.0))
 
 
 if __name__ == "__main__":

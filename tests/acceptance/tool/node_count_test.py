@@ -1,4 +1,4 @@
-"""The count file at the end of a run."""
+"""The count file that a run writes at its end."""
 import os
 import sys
 import threading
@@ -16,63 +16,65 @@ INSIDE = b"1;1;5\n"
 OUTSIDE = b"20;1;5\n"
 
 
+COUNT = "base/out/total_node_count.txt"
+
+
 class CountFile(AcceptanceTest):
-    def test_a_run_that_keeps_nothing_leaves_the_count_file_alone_with_0(self):
+    def test_run_that_keeps_nothing_writes_0(self):
         self.giveJob({"a.xyz": HEADER + OUTSIDE * 3, "b.xyz": HEADER})
         counts = [{"a.xyz": 3, "b.xyz": 0}[name] for name in self.walkOrder()]
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"0\n"))
+        self.assertEqual(run.tree[COUNT], inTextMode(b"0\n"))
         self.expectFinished(run, 0, {}, lineCounts=counts)
 
-    def test_three_points_inside_are_3(self):
+    def test_three_points_inside_count_3(self):
         self.giveJob({"a.xyz": HEADER + (INSIDE + OUTSIDE) * 3})
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"3\n"))
+        self.assertEqual(run.tree[COUNT], inTextMode(b"3\n"))
         self.expectFinished(run, 3, {"a.xyz": HEADER + INSIDE * 3}, lineCounts=[6])
 
-    def test_the_count_is_one_sum_over_all_files(self):
+    def test_count_is_the_sum_over_all_files(self):
         self.giveJob({"a.xyz": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE * 5, "c.xyz": HEADER + OUTSIDE})
         counts = [{"a.xyz": 2, "b.xyz": 5, "c.xyz": 1}[name] for name in self.walkOrder()]
         run = self.clip()
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"7\n"))
+        self.assertEqual(run.tree[COUNT], inTextMode(b"7\n"))
         self.expectFinished(run, 7, {"a.xyz": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE * 5}, lineCounts=counts)
 
-    def test_a_large_count_is_plain_digits(self):
+    def test_large_count_is_plain_digits(self):
         content = HEADER + INSIDE * 12_345
         self.giveJob({"a.xyz": content})
         run = self.clip("-lang=de_DE", tool=TOOL)
-        self.assertEqual(run.tree["base/out/total_node_count.txt"], inTextMode(b"12345\n"))
+        self.assertEqual(run.tree[COUNT], inTextMode(b"12345\n"))
         self.expect(run, status=0, created=output(12_345, {"a.xyz": content}))
 
-    def test_an_input_file_of_its_name_is_counted_and_its_output_overwritten(self):
+    def test_output_of_the_same_name_is_overwritten(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 4})
         self.expectFinished(self.clip(), 4, lineCounts=[4])
 
-    def test_a_run_without_input_files_has_no_count_file(self):
+    def test_run_without_input_files_writes_no_count(self):
         self.giveJob({})
         self.expectFailed(self.clip(), "There are no input files.", created={"base/out": DIRECTORY})
 
-    def test_a_run_ended_by_a_thrown_error_has_no_count_file(self):
-        # A directory that is not empty stands where the output of a file without kept nodes would be removed.
+    def test_run_ended_by_a_thrown_error_writes_no_count(self):
+        # The output of a file without kept nodes is removed. Here it is a directory that is not empty.
         self.giveJob({})
         self.serve("base/data/a.xyz", [lambda: os.makedirs(self.path("base/out/a.xyz/full")), HEADER + OUTSIDE],
-                   HEADER + OUTSIDE,
-                   HEADER + OUTSIDE)
+                   HEADER + OUTSIDE, HEADER + OUTSIDE)
         run = self.clip()
         text, = run.consoleLines()
         self.assertTrue(text.startswith("boost::filesystem::remove: "), text)
         self.expect(run, status=1, console=[text], created={"base/out/a.xyz/full": DIRECTORY},
                     messages=recorded(filePass(1), errorMessage(text), failedMessage()))
 
-    def test_the_closing_progress_comes_before_the_file_is_opened_and_the_finish_after_it_is_written(self):
-        name = self.path("base/out/total_node_count.txt")
+    def test_count_is_written_between_closing_progress_and_finish(self):
+        name = self.path(COUNT)
         seen = []
 
         def readAfterClosingProgress():
             closed = ["OnProgress 100 false", "end ProgressMessage"]
             self.waitFor(lambda: self.messagesSoFar()[-2:] == closed, "closing progress")
             time.sleep(0.05)
-            seen.append(self.messagesSoFar()[-1])  # still: the tool waits for a reader of the count file
+            seen.append(self.messagesSoFar()[-1])  # unchanged, because the tool waits for a reader of the count file
             with open(name, "rb") as fifo:
                 seen.append(fifo.read())
 
@@ -88,11 +90,11 @@ class CountFile(AcceptanceTest):
         reader.join(5)
         self.assertEqual(seen, ["end ProgressMessage", b"1\n"])
         self.expect(run, status=0, messages=finishedRun(1), created={
-            "base/out/a.xyz": content, "base/out/total_node_count.txt": FIFO})
+            "base/out/a.xyz": content, COUNT: FIFO})
 
 
 class UnwritableCountFile(AcceptanceTest):
-    """Nothing about the count file is tested by the tool, so the run ends as if it had been written."""
+    """The tool does not check the count file, so the run ends as if it had been written."""
 
     def clipWith(self, prepare):
         content = HEADER + INSIDE
@@ -103,18 +105,16 @@ class UnwritableCountFile(AcceptanceTest):
     def expectSilence(self, run, created):
         self.expect(run, status=0, created={"base/out/a.xyz": HEADER + INSIDE, **created}, messages=finishedRun(1))
 
-    def test_a_directory_in_its_place_goes_unnoticed(self):
-        name = "base/out/total_node_count.txt"
-        self.expectSilence(self.clipWith(lambda: os.mkdir(self.path(name))), {name: DIRECTORY})
+    def test_directory_in_its_place_is_ignored(self):
+        self.expectSilence(self.clipWith(lambda: os.mkdir(self.path(COUNT))), {COUNT: DIRECTORY})
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_full_disk_goes_unnoticed(self):
-        name = "base/out/total_node_count.txt"
-        self.expectSilence(self.clipWith(lambda: os.symlink("/dev/full", self.path(name))), {name: linkTo("/dev/full")})
+    def test_full_disk_is_ignored(self):
+        run = self.clipWith(lambda: os.symlink("/dev/full", self.path(COUNT)))
+        self.expectSilence(run, {COUNT: linkTo("/dev/full")})
 
-    def test_a_longer_file_in_its_place_is_cut_off(self):
-        name = "base/out/total_node_count.txt"
-        self.expectSilence(self.clipWith(lambda: Path(self.path(name)).write_bytes(b"12345678\n9\n")), {name: b"1\n"})
+    def test_longer_file_in_its_place_is_truncated(self):
+        self.expectSilence(self.clipWith(lambda: Path(self.path(COUNT)).write_bytes(b"12345678\n9\n")), {COUNT: b"1\n"})
 
 
 if __name__ == "__main__":

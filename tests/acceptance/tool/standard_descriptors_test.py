@@ -1,4 +1,4 @@
-"""Standard input, output and error closed, broken or full: output files hold nodes only and the run goes its way."""
+"""Standard input, output and error that are closed, broken or full: output files are correct and the run continues."""
 import contextlib
 import os
 import sys
@@ -9,12 +9,13 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import TOOL, AcceptanceTest, output
-from expected_messages import BAD_SEPARATOR, USAGE, jsonError, jsonFailed, jsonFinish, jsonProgress, jsonState
+from expected_messages import (BAD_SEPARATOR, USAGE, jsonError, jsonFailedRun, jsonFinish, jsonFinishedRun,
+                               jsonProgress)
 
 NODES = b"x;y;z\n1;1;5\n30;3;5\n"
 KEPT = b"x;y;z\n1;1;5\n"
 CLOSED = (0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)
-# With them the set-up of the catalogues has something to say on the console, before there is any message.
+# With these languages the set-up of the catalogues writes to the console before the first message.
 NOT_CONVERTIBLE = "-lang=de@x", "-lang=de_"
 
 
@@ -24,11 +25,10 @@ class StandardDescriptors(AcceptanceTest):
         self.seenWhileFull = []
 
     def startWithout(self, descriptors, *arguments):
-        return self.start(*arguments, tool=TOOL,
-                          closed=descriptors)
+        return self.start(*arguments, tool=TOOL, closed=descriptors)
 
-    def test_closed_at_the_start_they_change_no_result(self):
-        messages = [jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()]
+    def test_closed_descriptors_change_no_result(self):
+        messages = jsonFinishedRun(0.0, 50.0, 100.0)
         for closed in CLOSED:
             for options in (["-lang=en"], ["-lang=en", "-pipe"]):
                 with self.subTest(closed=closed, options=options):
@@ -38,7 +38,7 @@ class StandardDescriptors(AcceptanceTest):
                     self.expect(run, status=0, created=output(1, {"a.xyz": KEPT}),
                                 messages=messages if "-pipe" in options else [])
 
-    def test_closed_at_the_start_they_are_the_null_device_while_files_are_open(self):
+    def test_closed_descriptors_become_the_null_device(self):
         for closed in CLOSED:
             with self.subTest(closed=closed):
                 self.startOver()
@@ -54,24 +54,24 @@ class StandardDescriptors(AcceptanceTest):
                 self.expect(run, status=0, created=output(1, {"a.xyz": KEPT}))
                 self.assertEqual(found, [os.devnull] * len(closed))
 
-    def test_closed_at_the_start_they_change_nothing_about_a_language_that_cannot_be_told(self):
+    def test_closed_descriptors_allow_an_unconvertible_language(self):
         for closed in CLOSED:
             for option in NOT_CONVERTIBLE:
                 with self.subTest(closed=closed, option=option):
                     self.expectUnchangedRun(option, [] if 1 in closed else ["Conversion failed"], closed=closed)
 
-    def expectUnchangedRun(self, option, told=(), **settings):
+    def expectUnchangedRun(self, option, lines=(), **settings):
         self.startOver()
         self.giveJob({"a.xyz": NODES})
         run = self.clip(option, "-pipe", tool=TOOL, **settings)
-        self.expect(run, status=0, console=told, created=output(1, {"a.xyz": KEPT}),
-                    messages=[jsonState(), *jsonProgress(0.0, 50.0, 100.0), jsonFinish()])
+        self.expect(run, status=0, console=lines, created=output(1, {"a.xyz": KEPT}),
+                    messages=jsonFinishedRun(0.0, 50.0, 100.0))
 
-    def test_closed_at_the_start_no_output_file_becomes_the_console(self):
+    def test_no_output_file_becomes_a_closed_console(self):
         self.expectRefusedHeader(lambda: {"closed": (0, 1, 2)})
 
     def expectRefusedHeader(self, prepare):
-        """The header is refused in the last opening, while the output file is open: the error must not land in it.
+        """The last opening refuses the header while the output file is open: the error must not be written to it.
 
         @param prepare  returns settings for the start of each run
         """
@@ -85,22 +85,22 @@ class StandardDescriptors(AcceptanceTest):
                 self.expect(run, status=0, created=output(1, {"a.xyz": b""}),
                             messages=messages if "-pipe" in options else [])
 
-    def test_closed_at_the_start_a_failing_run_still_ends_in_order(self):
+    def test_failing_run_with_closed_descriptors_ends_in_order(self):
         for closed in ((1,), (0, 1, 2)):
             with self.subTest(closed=closed):
                 run = self.startWithout(closed, "-lang=en", "-pipe")
-                self.expect(run, status=1, messages=[jsonError(USAGE), jsonFailed()])
+                self.expect(run, status=1, messages=jsonFailedRun(USAGE))
 
-    def test_a_console_nobody_reads_does_not_end_the_run(self):
+    def test_console_without_a_reader_does_not_end_the_run(self):
         for options in ([], ["-pipe"]):
             with self.subTest(options=options):
                 run = self.start("-lang=en", *options, tool=TOOL, console=self.brokenPipe())
-                self.expect(run, status=1, messages=[jsonError(USAGE), jsonFailed()] if options else [])
+                self.expect(run, status=1, messages=jsonFailedRun(USAGE) if options else [])
 
-    def test_a_console_nobody_reads_changes_no_result(self):
+    def test_console_without_a_reader_changes_no_result(self):
         self.expectRefusedHeader(lambda: {"console": self.brokenPipe()})
 
-    def test_a_console_nobody_reads_does_not_end_the_set_up_of_catalogues(self):
+    def test_console_without_a_reader_does_not_end_the_set_up(self):
         for option in NOT_CONVERTIBLE:
             for closed in ((), (0,), (2,), (0, 2)):
                 with self.subTest(option=option, closed=closed):
@@ -119,23 +119,23 @@ class StandardDescriptors(AcceptanceTest):
         return writing
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_console_on_a_full_disk_does_not_end_the_run(self):
+    def test_console_on_a_full_disk_does_not_end_the_run(self):
         with open("/dev/full", "wb") as full:
             run = self.start("-lang=en", "-pipe", tool=TOOL, console=full.fileno())
-        self.expect(run, status=1, messages=[jsonError(USAGE), jsonFailed()])
+        self.expect(run, status=1, messages=jsonFailedRun(USAGE))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_console_on_a_full_disk_changes_no_result(self):
+    def test_console_on_a_full_disk_changes_no_result(self):
         with open("/dev/full", "wb") as full:
             self.expectRefusedHeader(lambda: {"console": full.fileno()})
 
-    def test_a_full_pipe_holds_the_run_until_somebody_reads(self):
-        self.needPosix("fills a pipe without waiting for room")
+    def test_full_pipe_blocks_the_run_until_it_is_read(self):
+        self.needPosix("fills a pipe without blocking")
         self.expectRefusedHeader(self.fullPipe)
         self.assertEqual(self.seenWhileFull, [True, True])
 
     def fullPipe(self):
-        """A console whose pipe is full until the run stands still in front of it."""
+        """Returns a console whose pipe is full. It is read after the run has blocked on it."""
         reading, writing = self.pipe()
         os.set_blocking(writing, False)
         with contextlib.suppress(BlockingIOError):

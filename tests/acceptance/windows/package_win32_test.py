@@ -1,4 +1,4 @@
-"""The package for Windows, unpacked: it holds all that the executable needs, and the terms of all that is in it."""
+"""The unpacked package for Windows: it contains everything that the executable needs, and the licences of all parts."""
 import glob
 import os
 import re
@@ -8,7 +8,8 @@ import unittest
 import zipfile
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
-sys.path[:0] = [os.path.join(ROOT, "tests", "support"), os.path.join(ROOT, "scripts")]
+sys.path[:0] = [os.path.join(ROOT, "tests", "support"), os.path.join(ROOT, "tests", "acceptance", "tool"),
+                os.path.join(ROOT, "scripts")]
 from acceptance import TOOL, AcceptanceTest  # noqa: E402
 from examples_test import readCounts  # noqa: E402
 from target_platform import launch  # noqa: E402
@@ -19,23 +20,23 @@ class Package(AcceptanceTest):
     def setUp(self):
         super().setUp()
         packages = glob.glob(os.path.join(os.path.dirname(TOOL), "Vadelclip-*-windows-x64.zip"))
-        self.assertEqual(len(packages), 1, "scripts/build-windows.sh makes one")
+        self.assertEqual(len(packages), 1, "scripts/build-windows.sh creates it")
         self.name = os.path.basename(packages[0]).removesuffix(".zip")
         with zipfile.ZipFile(packages[0]) as package:
             package.extractall(self.directory)
             self.files = {entry.removeprefix(self.name + "/"): package.read(entry) for entry in package.namelist()}
         self.tool = self.path(self.name + "/Vadelclip.exe")
 
-    def test_the_executable_is_the_one_that_is_tested(self):
+    def test_package_contains_the_tested_executable(self):
         with open(TOOL, "rb") as file:
             self.assertEqual(self.files["Vadelclip.exe"], file.read())
 
-    def test_it_speaks_german_as_it_is_unpacked(self):
+    def test_unpacked_tool_prints_german(self):
         run = self.start(tool=self.tool)
         self.assertEqual((run.status, run.errors), (1, b""))
         self.assertTrue(run.console.startswith(b"Aufruf: Vadelclip <"), run.console)
 
-    def test_it_clips_its_own_examples(self):
+    def test_unpacked_tool_clips_the_examples(self):
         for boundaryFile in ("merewether/road.xml", "merewether/buildings.xml", "coast/islands.xml"):
             with self.subTest(boundaryFile=boundaryFile):
                 exampleSet, name = boundaryFile.split("/")
@@ -46,11 +47,11 @@ class Package(AcceptanceTest):
                                  b"%d\r\n" % readCounts(name)["all"])
 
     def document(self, pattern):
-        """The part of the page for Windows that the group of an expression finds."""
+        """Returns the text that the group of a pattern matches in the page for Windows."""
         return re.search(pattern, self.files["docs/windows.md"].decode(), re.DOTALL).group(1)
 
     def runThere(self, program, *arguments):
-        """Where the package was unpacked."""
+        """Runs a program in the directory of the unpacked package."""
         return subprocess.run(launch(program, arguments, launcher=False), cwd=self.path(self.name), check=False,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
@@ -59,20 +60,20 @@ class Package(AcceptanceTest):
             file.write("@echo off\n" + commands)
         return self.runThere("cmd", "/c", "commands.bat").stdout
 
-    def test_the_first_run_goes_as_its_page_says(self):
+    def test_first_run_works_as_documented(self):
         commands = self.document("## A first run\n.*?\n\n((?:    .*?\n)+)\n")
         self.assertEqual(self.runInPrompt(commands).split()[-2:], ["0", "10315"])
         self.assertEqual(self.runInPrompt(commands).split()[-2:], ["1", "10315"])
 
-    def test_a_backslash_before_a_quote_swallows_the_arguments_behind_it(self):
-        # German, as "-lang=en" is among them.
+    def test_backslash_before_a_quote_swallows_later_arguments(self):
+        # The text is German, because "-lang=en" is one of these arguments.
         for name, expected in (("nodes", r"^0\n$"), ("nodes\\", r"^Aufruf: .*\n1\n$")):
             with self.subTest(name=name):
-                said = self.runInPrompt(f'Vadelclip.exe "examples\\merewether\\{name}" kept'
+                text = self.runInPrompt(f'Vadelclip.exe "examples\\merewether\\{name}" kept'
                                         " examples\\merewether\\road.xml -lang=en\necho %errorlevel%\n")
-                self.assertRegex(said, expected)
+                self.assertRegex(text, expected)
 
-    def test_the_caller_of_its_page_gets_the_messages_and_the_prompt_none(self):
+    def test_documented_caller_gets_the_messages(self):
         with open(self.path("caller.c"), "w", encoding="ascii") as file:
             file.write(self.document("```c\n(.*?)```"))
         subprocess.run(["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", self.path("caller.c"), "-o",
@@ -82,11 +83,12 @@ class Package(AcceptanceTest):
             lines = file.readlines()
         self.assertTrue(lines[0].startswith('{"type":"state"'), lines[0])
         self.assertTrue(lines[-1].startswith('{"type":"finish"'), lines[-1])
-        self.runInPrompt("Vadelclip.exe examples\\merewether\\nodes other examples\\merewether\\road.xml -pipe 3>none\n")
+        self.runInPrompt("Vadelclip.exe examples\\merewether\\nodes other"
+                         " examples\\merewether\\road.xml -pipe 3>none\n")
         self.assertTrue(os.path.exists(self.path(self.name + "/examples/merewether/other/total_node_count.txt")))
         self.assertEqual(os.path.getsize(self.path(self.name + "/none")), 0)
 
-    def test_the_terms_of_all_that_is_in_it_are_there(self):
+    def test_package_contains_the_licences_of_all_parts(self):
         self.assertEqual(findMissing(self.files), [])
         self.assertTrue(all(content.strip() for name, content in self.files.items() if name.startswith("licences/")))
 

@@ -1,6 +1,7 @@
 /// \file
-/// The same classes as in the tool's own contract, with other private parts. A message holds only a reference to its text and
-/// is delivered when it ends, so a text that ends before its message is read after it was freed.
+/// The same classes as in the contract of the tool, with other private members. A message keeps only a reference to its
+/// text and is delivered in its destructor. If the text is destroyed before the message, the destructor reads freed
+/// memory.
 #pragma once
 
 #include <string>
@@ -17,7 +18,7 @@ protected:
 private:
     const char* className;
     int level = 0;
-    const std::string* text = nullptr; ///< The caller's own string; none in a progress range.
+    const std::string* text = nullptr; ///< The string of the caller; null in a progress range.
     const char* flags = "";
     std::vector<std::string> calls;
 };
