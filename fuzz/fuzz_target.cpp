@@ -8,7 +8,7 @@
 namespace vadelclip {
 
 int LLVMFuzzerInitialize(int*, char***) {
-    // The test support expects things by GoogleTest's means. An exception that nobody catches is a finding.
+    // The test support uses GoogleTest's expectations. An uncaught exception is a finding.
     GTEST_FLAG_SET(throw_on_failure, true);
     return 0;
 }

@@ -1,5 +1,5 @@
 /// \file
-/// What every fuzzer has in common: its entry, values out of bytes, and how a finding is reported.
+/// The common parts of all fuzzers: entry point, values from bytes, reports of findings.
 #pragma once
 
 #include <bit>
@@ -11,13 +11,13 @@
 
 namespace vadelclip {
 
-/// Sets up a fuzzer's process. Called once, by libFuzzer.
+/// Sets up the process of a fuzzer. libFuzzer calls it once.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments);
 
-/// Tries one input. Returns 0; a finding ends the process.
+/// Tries one input. Returns 0. A finding ends the process.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-/// Takes values from the front of an input. Behind its end every byte is zero.
+/// Takes values from the front of an input. After its end every byte is zero.
 class InputBytes {
 public:
     InputBytes(const std::uint8_t* data_, std::size_t size_) : data(data_), size(size_) {}
@@ -58,7 +58,7 @@ private:
 /// Reports a finding and ends the process, so that the input is kept.
 [[noreturn]] void reportFinding(const std::string& text);
 
-/// A text for people: bytes that cannot be seen as \xhh.
+/// Returns a printable text: other bytes as \xhh.
 std::string visible(const std::string& bytes);
 
 inline void require(bool holds, std::string_view what) {
@@ -67,7 +67,7 @@ inline void require(bool holds, std::string_view what) {
     }
 }
 
-/// Compares a result with what the plain way gives.
+/// Compares a result with that of the plain way.
 template <typename Value>
 void requireEqual(const Value& expected, const Value& got, std::string_view what) {
     if (!(expected == got)) {

@@ -1,6 +1,6 @@
 /// \file
-/// The channel's lines against a JSON parser. The input is the kind of message (one byte), its level (four bytes) and
-/// the text.
+/// Compares the lines of the message channel with what a JSON parser reads from them. The input is the kind of message (one
+/// byte), its level (four bytes) and the text.
 
 #include "fuzz_target.hpp"
 
@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 const std::string replacement = "\xEF\xBF\xBD";
 
-/// Length of the well-formed character that starts here (Unicode standard, table 3-7), or 0.
+/// Returns the length of the well-formed character that starts here (Unicode standard, table 3-7), or 0.
 std::size_t characterLength(const std::string& text, std::size_t position) {
     struct Form {
         int firstFrom, firstTo, secondFrom, secondTo;
@@ -41,8 +41,8 @@ std::size_t characterLength(const std::string& text, std::size_t position) {
     return 0;
 }
 
-/// The text with one replacement character for each run of bytes that are no characters, and for each run of
-/// replacement characters: how many of them a run becomes is the JSON library's matter.
+/// Returns the text with one replacement character in place of each run of invalid bytes or replacement characters, because the
+/// JSON library decides how many of them a run becomes.
 std::string replaced(const std::string& text) {
     std::string result;
     for (std::size_t position = 0; position < text.size();) {

@@ -1,7 +1,7 @@
 /// \file
-/// `tenthsAt` and `firstDueStep` against their rules, written a second time here, step by step. The input is the range's
-/// start, end (eight bytes each) and number of steps (two bytes), the tenths written so far (two bytes), and two steps
-/// (four bytes each).
+/// Compares `tenthsAt` and `firstDueStep` with a second implementation of their rules. The input is the start and the end of
+/// the range (eight bytes each), its number of steps (two bytes), the tenths written so far (two bytes), and two steps (four
+/// bytes each).
 
 #include "fuzz_target.hpp"
 
@@ -22,18 +22,17 @@ std::int32_t number(InputBytes& input, int byteCount) {
     return static_cast<std::int32_t>(result);
 }
 
-/// What `tenthsAt` is to give. It shares the definition of a step's percentage with the source, whose operations round
-/// one by one and in this order, but no line and no function. The tenths are found by comparing: the last whole tenth that
-/// is not beyond the percentage, tried bit by bit. Nothing is rounded down, converted from a double or clamped, and the
-/// comparisons are exact.
+/// Returns the expected result of `tenthsAt`. Only the formula of the percentage, with its order of rounding, is that of the
+/// source. The result is the last whole tenth that is not above the percentage, found bit by bit with exact comparisons: no
+/// rounding, conversion or clamping.
 int plainTenthsAt(const ProgressRange& range, int step) {
-    const bool rises = range.startPercent < range.endPercent; // of what is no number this does not hold either
+    const bool rises = range.startPercent < range.endPercent; // false for not-a-number too
     if (!rises || range.endPercent - range.startPercent > std::numeric_limits<double>::max() || range.stepCount < 1) {
         return noTenths;
     }
     const double walked = (range.endPercent - range.startPercent) * static_cast<double>(step);
     const double percent = range.startPercent + walked / static_cast<double>(range.stepCount);
-    // A product that rounds to a whole tenth is this tenth.
+    // A product that rounds to a whole tenth counts as this tenth.
     const double tenths = 10.0 * percent;
     int reached = noTenths;
     for (int more = 512; more > 0; more /= 2) {
@@ -65,7 +64,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto [step, laterStep] = std::minmax({number(input, 4), number(input, 4)});
 
     requireEqual(firstDueStepByScan(range, writtenTenths), firstDueStep(range, writtenTenths), "first due step");
-    // Ranges as large as they come, without the scan.
+    // Ranges of any size, without the scan.
     for (const ProgressRange& any : {range, ProgressRange{start, end, step}, ProgressRange{start, end, laterStep}}) {
         const int tenths = tenthsAt(any, step);
         requireEqual(plainTenthsAt(any, step), tenths, "tenths at a step");
@@ -78,7 +77,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             const bool isEndOfRun = due == any.stepCount && plainTenthsAt(any, due) == finishedTenths;
             require(isLater || isEndOfRun, "nothing is due at the due step");
             require(due == 0 || plainTenthsAt(any, due - 1) <= writtenTenths, "an earlier step is due");
-        } else if (any.stepCount != noDueStep) { // the end of so many steps has the same number
+        } else if (any.stepCount != noDueStep) { // a range of that many steps ends at the same number
             const int last = plainTenthsAt(any, any.stepCount);
             require(last <= writtenTenths && last != finishedTenths, "the last step is due");
         }

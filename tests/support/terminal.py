@@ -1,4 +1,4 @@
-"""A pseudo-terminal with a process in it, and what is to be seen on it."""
+"""A pseudo-terminal with a process in it, and the rows that it shows."""
 import fcntl
 import os
 import pty
@@ -14,7 +14,7 @@ ESCAPE = re.compile(r"\x1b(?:\[[0-9;?]*[A-Za-z]|[78])")
 
 
 class Terminal:
-    """A pseudo-terminal with a process in it, which has it as its controlling terminal."""
+    """A pseudo-terminal that is the controlling terminal of a process."""
 
     def __init__(self, command, directory, columns, environment):
         self.pid, self.descriptor = pty.fork()
@@ -35,7 +35,7 @@ class Terminal:
         return termios.tcgetattr(self.descriptor)
 
     def readSome(self, seconds):
-        """False at the end of the output."""
+        """Reads more output. Returns False at its end."""
         ready, _, _ = select.select([self.descriptor], [], [], seconds)
         if not ready:
             return True
@@ -64,8 +64,8 @@ class Terminal:
 
 
 class Screen:
-    """What a terminal of so many columns shows, as far as Vadelwatch uses it: rows that are overwritten, erased and
-    scrolled. A row that is too long goes on in the next one, or is cut at the edge while wrapping is off."""
+    """The rows of a terminal, as far as Vadelwatch uses it: rows are overwritten, erased and scrolled. A long row continues in
+    the next one, or is cut at the edge while wrapping is off."""
 
     def __init__(self, columns):
         self.columns = columns
@@ -73,9 +73,9 @@ class Screen:
         self.row = self.column = 0
         self.saved = (0, 0)
         self.wrapping = True
-        self.longest = 0  # the most columns that a drawing of the bar has filled
-        self.cut = 0  # characters of drawings that found no place in the row
-        self.drawings = []  # the row of the bar as each drawing left it
+        self.longest = 0  # most columns that a drawing of the bar has filled
+        self.cut = 0  # characters of drawings that did not fit into the row
+        self.drawings = []  # the row of the bar after each drawing
 
     def write(self, text):
         position = 0
@@ -124,7 +124,7 @@ class Screen:
             self.row, self.column = self.saved
         elif sequence in ("\x1b[?7l", "\x1b[?7h"):
             self.wrapping = sequence.endswith("h")
-            if self.wrapping:  # on again: a drawing has ended
+            if self.wrapping:  # wrapping is on again: a drawing has ended
                 self.drawings.append(self.rows[self.row])
         elif not sequence.endswith("m"):
             raise AssertionError(f"unknown sequence {sequence!r}")

@@ -33,7 +33,7 @@ message(type='progress', percent=100.0)
 finish()
 """
 
-# A shell starts its background jobs with some of these ignored, and what is started from here would inherit that.
+# A shell ignores some of these in its background jobs, and processes started from here would inherit that.
 for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP):
     if signal.getsignal(number) == signal.SIG_IGN:
         signal.signal(number, signal.SIG_DFL)
@@ -53,12 +53,12 @@ class Watched:
 
 
 def watchEnvironment(extra=None):
-    """The environment without anything that changes how the bar looks, and with what a test wants; None for none at all."""
+    """Returns the environment without variables that change the bar, with those of a test. None removes a variable."""
     dropped = ("LANG", "LANGUAGE", "NO_COLOR", "TERM", "COLUMNS")
     settings = {name: value for name, value in os.environ.items()
                 if name not in dropped and not name.startswith("LC_")}
     settings.update({"TERM": "xterm", "LC_ALL": "C.UTF-8"})
-    if SANITIZED:  # or every map would be followed by a table of what the fonts' library keeps
+    if SANITIZED:  # suppresses a report of memory that the font library keeps
         settings["LSAN_OPTIONS"] = "print_suppressions=0"
     settings.update(extra or {})
     return {name: value for name, value in settings.items() if value is not None}
@@ -89,7 +89,7 @@ class WatchTest(unittest.TestCase):
             return file.read()
 
     def standIn(self, script):
-        """Puts a script in the tool's place; it is Python code, `send` writes a line to the channel."""
+        """Replaces the tool by a script in Python, in which `send` writes a line to the channel."""
         place = self.path("bin")
         os.makedirs(place, exist_ok=True)
         shutil.copy2(WATCH, place)
@@ -119,7 +119,7 @@ class WatchTest(unittest.TestCase):
         return process
 
     def end(self, process):
-        """After a failed test as well, nothing goes on."""
+        """Ends the process, also after a failed test."""
         process.kill()
         process.wait()
         process.stdout.close()
@@ -143,7 +143,7 @@ class WatchTest(unittest.TestCase):
         return Terminal([self.watch, *arguments], self.directory, columns, watchEnvironment(environment))
 
     def expect(self, watched, *, status, output=(), errors=()):
-        """Compares all of it. The seconds of a summary become "N"."""
+        """Compares status, output and errors. The seconds of a summary become "N"."""
         steady = re.sub(r"\b[0-9]+[.,][0-9] s\n", "N s\n", watched.output)
         self.assertEqual((status, list(output), list(errors)),
                          (watched.status, steady.splitlines(), watched.errorLines()))
@@ -168,7 +168,7 @@ def summaryLines(read, written, nodes, directory, title="Finished clipping eleva
 
 
 def onlyChildOf(pid):
-    """The process number of the tool, which Vadelwatch has started by now."""
+    """Returns the process number of the tool that Vadelwatch has started."""
     with open(f"/proc/{pid}/task/{pid}/children", encoding="ascii") as file:
         [child] = file.read().split()
     return int(child)
