@@ -14,6 +14,8 @@
 #include <random>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr double side = 1000.0;
@@ -82,14 +84,17 @@ std::vector<Ring> lattice(std::size_t polygonCount) {
 
 } // namespace
 
+} // namespace vadelclip
+
 int main(int argc, char* argv[]) {
     const std::string what = argc > 1 ? argv[1] : "";
     if (what == "nodes" && argc == 5) {
-        writeNodes(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+        vadelclip::writeNodes(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
     } else if (what == "outline" && argc == 5) {
-        writeBoundary(argv[2], {outline(static_cast<std::size_t>(std::atoi(argv[3])), std::atof(argv[4]))});
+        vadelclip::writeBoundary(
+            argv[2], {vadelclip::outline(static_cast<std::size_t>(std::atoi(argv[3])), std::atof(argv[4]))});
     } else if (what == "lattice" && argc == 4) {
-        writeBoundary(argv[2], lattice(static_cast<std::size_t>(std::atoi(argv[3]))));
+        vadelclip::writeBoundary(argv[2], vadelclip::lattice(static_cast<std::size_t>(std::atoi(argv[3]))));
     } else {
         return 2;
     }
