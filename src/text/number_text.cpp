@@ -10,12 +10,13 @@ namespace vadelclip {
 
 namespace {
 
-/// Powers of ten, one for each number of digits behind the point. These are exact in a double.
+/// Any integer of this many digits fits into 64 bits.
+constexpr std::size_t maxDigits = 19;
+
+/// Powers of ten, one for each number of digits after the point. These are exact in a double.
 constexpr std::array exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                          1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
-
-/// As many digits always fit into 64 bits: 19.
-constexpr std::size_t mostDigits = exactPowersOfTen.size() - 1;
+static_assert(exactPowersOfTen.size() > maxDigits);
 
 /// Integers up to here are exact in a double.
 constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
@@ -90,7 +91,7 @@ bool scanDecimal(const char* position, const char* last, Decimal& number) {
 
 /// Gives the nearest double. @return false if it is out of range, or the conversion does not take the text.
 bool toDouble(const Decimal& number, double& value) {
-    if (number.digitCount <= mostDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
+    if (number.digitCount <= maxDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
         // Both operands are exact, so the one rounding of the division gives the nearest double.
         value = static_cast<double>(number.mantissa) / exactPowersOfTen[number.fractionDigits];
     } else {
