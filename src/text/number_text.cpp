@@ -30,8 +30,13 @@ bool isSign(char byte) {
     return byte == '-' || byte == '+';
 }
 
+/// Returns more than 9 for a byte that is not a digit.
+std::uint64_t digitValue(char byte) {
+    return static_cast<unsigned char>(byte) - std::uint64_t{'0'};
+}
+
 bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
+    return digitValue(byte) <= 9;
 }
 
 /// A number of the form [sign] digits [. digits] [e [sign] digits], as it lies in the text.
@@ -48,7 +53,7 @@ struct Decimal {
 /// Adds up digits and returns where they end.
 const char* scanDigits(const char* position, const char* last, std::uint64_t& number) {
     while (position != last && isDigit(*position)) {
-        number = number * 10 + static_cast<std::uint64_t>(*position - '0');
+        number = number * 10 + digitValue(*position);
         ++position;
     }
     return position;
@@ -68,9 +73,15 @@ bool scanExponent(const char* position, const char* last, Decimal& number) {
 
 /// @return false if the text does not begin with a number: then a stream fails.
 bool scanDecimal(const char* position, const char* last, Decimal& number) {
-    if (position != last && isSign(*position)) {
-        number.negative = *position == '-';
-        ++position;
+    // Most numbers begin with a digit: they need one test for both white space and a sign.
+    if (position != last && !isDigit(*position)) {
+        while (position != last && isBlank(*position)) {
+            ++position;
+        }
+        if (position != last && isSign(*position)) {
+            number.negative = *position == '-';
+            ++position;
+        }
     }
     number.digits = position;
     position = scanDigits(position, last, number.mantissa);
@@ -121,12 +132,8 @@ NumberReading readThroughStream(std::string_view text) {
 
 NumberReading readNumber(std::string_view text) {
     const char* const last = text.data() + text.size();
-    const char* position = text.data();
-    while (position != last && isBlank(*position)) {
-        ++position;
-    }
     Decimal number;
-    if (!scanDecimal(position, last, number)) {
+    if (!scanDecimal(text.data(), last, number)) {
         return {0.0, true, 0};
     }
     double value = 0.0;

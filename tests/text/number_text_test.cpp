@@ -216,6 +216,22 @@ TEST(NumberText, agreesWithTheStreamHoweverManyDigitsStandBehindThePoint) {
     }
 }
 
+TEST(NumberText, agreesOnTextsCutAtEveryByte) {
+    for (const char* const blanks : {"", " ", "\t", " \t\n\v\f\r", "            "}) {
+        for (const char* const sign : {"", "-", "+", "- ", "+-"}) {
+            for (const char* const number :
+                 {"7", "1234567", "12345678", "123456789.123456789;", "382250.2917130358;", "9007199254740992.5;",
+                  "9007199254740993;", "1234567890123456789", "12345678901234567890", "0.0000000000000000001;", ".5.5",
+                  "5..5", "1.5e", "1.5E+10;", "1e-5x", "00000000000000000000001;", "12/5", "12:5", "1 2"}) {
+                const std::string text = std::string(blanks) + sign + number;
+                for (std::size_t length = 0; length <= text.size(); ++length) {
+                    expectSameReading(text.substr(0, length));
+                }
+            }
+        }
+    }
+}
+
 TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
     for (int value = 0; value < 256; ++value) {
         const std::string byte(1, static_cast<char>(value));
