@@ -41,8 +41,8 @@ std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, 
         progress.OnProgress(i, false);
         const std::string_view line = input.nextLine();
         Point2D point{};
-        // Dropped in silence: a line that does not parse, and any point outside.
-        if (readNodeLine(line, separator, point) && boundary.anyContains(point)) {
+        // Dropped silently: a line that does not parse, and any point outside.
+        if (readNodeLine(line, separator, boundary.extent(), point) && boundary.anyContains(point)) {
             writeLine(output, input.lineWithLineFeed());
             keptNodes = addWrapping(keptNodes, 1);
         }

@@ -3,6 +3,7 @@
 #include "text/number_text.hpp"
 
 #include <cstddef>
+#include <limits>
 
 namespace vadelclip {
 
@@ -26,6 +27,11 @@ bool readCoordinate(std::string_view& rest, double& coordinate) {
 }
 
 bool skipSeparator(std::string_view& rest, char separator) {
+    // Nearly always the next byte: then a search costs more than the comparison.
+    if (!rest.empty() && rest.front() == separator) {
+        rest.remove_prefix(1);
+        return true;
+    }
     const std::size_t position = rest.substr(0, separatorReach).find(separator);
     if (position == std::string_view::npos) {
         return false;
@@ -36,15 +42,21 @@ bool skipSeparator(std::string_view& rest, char separator) {
 
 } // namespace
 
-bool readNodeLine(std::string_view line, char separator, Point2D& point) {
-    if (!readCoordinate(line, point.x)) {
+bool readNodeLine(std::string_view line, char separator, const WidenedBox& extent, Point2D& point) {
+    if (!readCoordinate(line, point.x) || extent.rejectsX(point.x)) {
         return false;
     }
     // A blank needs no search: the next number skips white space by itself.
     if (separator != ' ' && !skipSeparator(line, separator)) {
         return false;
     }
-    return readCoordinate(line, point.y);
+    return readCoordinate(line, point.y) && !extent.rejects(point);
+}
+
+bool readNodeLine(std::string_view line, char separator, Point2D& point) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const WidenedBox everywhere(BoundingBox{-infinity, -infinity, infinity, infinity});
+    return readNodeLine(line, separator, everywhere, point);
 }
 
 } // namespace vadelclip
