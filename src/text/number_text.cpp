@@ -1,8 +1,10 @@
 #include "text/number_text.hpp"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -59,6 +61,38 @@ const char* scanDigits(const char* position, const char* last, std::uint64_t& nu
     return position;
 }
 
+constexpr std::uint64_t eightZeros = 0x3030303030303030; ///< '0' in each byte.
+
+/// Eight bytes of text at once, the first one in the lowest place (D. Lemire, Number Parsing at a Gigabyte per Second,
+/// 2021). A digit has no high bit after either operation. The first byte that is not a digit has one after one of them:
+/// only bytes after it see a carry.
+bool areEightDigits(std::uint64_t bytes) {
+    return (((bytes + 0x4646464646464646) | (bytes - eightZeros)) & 0x8080808080808080) == 0;
+}
+
+/// Adds up pairs of digits, then of these pairs, then of those.
+std::uint64_t valueOfEightDigits(std::uint64_t bytes) {
+    constexpr std::uint64_t mask = 0x000000FF000000FF;
+    bytes -= eightZeros;
+    bytes = bytes * 10 + (bytes >> 8);
+    return ((bytes & mask) * ((1000000ULL << 32) + 100) + ((bytes >> 16) & mask) * ((10000ULL << 32) + 1)) >> 32;
+}
+
+/// The same as `scanDigits`, for digits that are often more than eight.
+const char* scanFraction(const char* position, const char* last, std::uint64_t& number) {
+    if constexpr (std::endian::native == std::endian::little) {
+        std::uint64_t bytes = 0;
+        if (static_cast<std::size_t>(last - position) >= sizeof bytes) {
+            std::memcpy(&bytes, position, sizeof bytes);
+            if (areEightDigits(bytes)) {
+                number = number * 100000000 + valueOfEightDigits(bytes);
+                position += sizeof bytes;
+            }
+        }
+    }
+    return scanDigits(position, last, number);
+}
+
 /// Skips the exponent that begins here. @return false if it has no digits: then a stream fails.
 bool scanExponent(const char* position, const char* last, Decimal& number) {
     ++position;
@@ -88,7 +122,7 @@ bool scanDecimal(const char* position, const char* last, Decimal& number) {
     number.digitCount = static_cast<std::size_t>(position - number.digits);
     if (position != last && *position == '.') {
         const char* const fraction = position + 1;
-        position = scanDigits(fraction, last, number.mantissa);
+        position = scanFraction(fraction, last, number.mantissa);
         number.fractionDigits = static_cast<std::size_t>(position - fraction);
         number.digitCount += number.fractionDigits;
     }

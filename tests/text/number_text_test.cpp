@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace vadelclip {
 
@@ -136,8 +137,8 @@ private:
     std::string text;
 };
 
-testing::AssertionResult agrees(PlainNumberReader& plain, const std::string& text) {
-    const NumberReading expected = plain.read(text);
+testing::AssertionResult agrees(PlainNumberReader& plain, std::string_view text) {
+    const NumberReading expected = plain.read(std::string(text));
     const NumberReading got = readNumber(text);
     if (sameReading(expected, got)) {
         return testing::AssertionSuccess();
@@ -146,7 +147,7 @@ testing::AssertionResult agrees(PlainNumberReader& plain, const std::string& tex
                                        << "\ngot      " << describe(got);
 }
 
-void expectSameReading(const std::string& text) {
+void expectSameReading(std::string_view text) {
     PlainNumberReader plain;
     EXPECT_TRUE(agrees(plain, text));
 }
@@ -225,7 +226,8 @@ TEST(NumberText, agreesOnTextsCutAtEveryByte) {
                   "5..5", "1.5e", "1.5E+10;", "1e-5x", "00000000000000000000001;", "12/5", "12:5", "1 2"}) {
                 const std::string text = std::string(blanks) + sign + number;
                 for (std::size_t length = 0; length <= text.size(); ++length) {
-                    expectSameReading(text.substr(0, length));
+                    // In place: what follows the cut must not be read.
+                    expectSameReading(std::string_view(text).substr(0, length));
                 }
             }
         }
@@ -238,6 +240,18 @@ TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
         expectSameReading(byte + "5;");
         expectSameReading("5" + byte + "5");
         expectSameReading("5e1" + byte + "5");
+    }
+}
+
+TEST(NumberText, agreesOnEachByteAtEachPlaceOfFraction) {
+    for (std::size_t length = 1; length <= 20; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (int value = 0; value < 256; ++value) {
+                std::string fraction = std::string("12345678901234567890").substr(0, length);
+                fraction[place] = static_cast<char>(value);
+                expectSameReading("7." + fraction);
+            }
+        }
     }
 }
 
