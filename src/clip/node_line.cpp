@@ -9,13 +9,12 @@ namespace vadelclip {
 
 namespace {
 
-/// How many bytes are looked at to find the separator behind x, the separator included.
+/// The separator is one of this many bytes after x.
 constexpr std::size_t separatorReach = 100;
 
-/// Reads a number and leaves the rest of the line.
+/// Reads a number and removes it from the line. Fails if nothing follows the number.
 ///
-/// Something has to follow the number on the line. The boundary reader asks for less: there, a number may end its
-/// text. Both on purpose: see docs/file-formats.md.
+/// The boundary reader accepts a number at the end of its text. Both rules are on purpose: see docs/file-formats.md.
 bool readCoordinate(std::string_view& rest, double& coordinate) {
     const NumberReading reading = readNumber(rest);
     if (reading.failed || reading.length == rest.size()) {
@@ -27,7 +26,7 @@ bool readCoordinate(std::string_view& rest, double& coordinate) {
 }
 
 bool skipSeparator(std::string_view& rest, char separator) {
-    // Nearly always the next byte: then a search costs more than the comparison.
+    // The separator is nearly always the next byte, and a comparison costs less than a search.
     if (!rest.empty() && rest.front() == separator) {
         rest.remove_prefix(1);
         return true;
@@ -46,7 +45,7 @@ bool readNodeLine(std::string_view line, char separator, const WidenedBox& exten
     if (!readCoordinate(line, point.x) || extent.rejectsX(point.x)) {
         return false;
     }
-    // A blank needs no search: the next number skips white space by itself.
+    // No search for a space: reading the next number skips white space.
     if (separator != ' ' && !skipSeparator(line, separator)) {
         return false;
     }

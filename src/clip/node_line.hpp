@@ -1,5 +1,5 @@
 /// \file
-/// One line of a node file: x, the separator, y, and at least one byte more, which is not looked at.
+/// Reads one line of a node file: x, the separator, y, and at least one further byte, which is not checked.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -9,11 +9,11 @@
 
 namespace vadelclip {
 
-/// Reads x and y from a node line, unless the point is outside of an extent. If x is, y is not read: the line is dropped
-/// whether y is a number or not.
+/// Reads x and y from a node line and compares them with an extent. If x is outside, y is not read: the line is
+/// dropped whether or not y is a number.
 ///
-/// White space in front of either number is skipped. Up to 99 bytes may stand between x and a separator other than
-/// a blank. Numbers are read as formatted extraction does in classic notation.
+/// Skips white space before each number. Accepts up to 99 other bytes between x and the separator, unless the separator
+/// is a space. Reads numbers as formatted extraction in the classic locale does.
 ///
 /// @param extent the box outside of which no point is kept.
 /// @param point  receives the position; unspecified after a failure.

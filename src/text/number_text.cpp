@@ -41,9 +41,9 @@ bool isDigit(char byte) {
     return digitValue(byte) <= 9;
 }
 
-/// A number of the form [sign] digits [. digits] [e [sign] digits], as it lies in the text.
+/// A number of the form [sign] digits [. digits] [e [sign] digits] in a text.
 struct Decimal {
-    const char* digits = nullptr; ///< First byte behind the sign.
+    const char* digits = nullptr; ///< First byte after the sign.
     const char* end = nullptr;    ///< Where a stream stops reading.
     std::uint64_t mantissa = 0;   ///< All digits as one integer; wraps around beyond 19 digits.
     std::size_t digitCount = 0;
@@ -52,7 +52,7 @@ struct Decimal {
     bool hasExponent = false;
 };
 
-/// Adds up digits and returns where they end.
+/// Appends the digits of the text to a number and returns the position after them.
 const char* scanDigits(const char* position, const char* last, std::uint64_t& number) {
     while (position != last && isDigit(*position)) {
         number = number * 10 + digitValue(*position);
@@ -63,14 +63,14 @@ const char* scanDigits(const char* position, const char* last, std::uint64_t& nu
 
 constexpr std::uint64_t eightZeros = 0x3030303030303030; ///< '0' in each byte.
 
-/// Eight bytes of text at once, the first one in the lowest place (D. Lemire, Number Parsing at a Gigabyte per Second,
-/// 2021). A digit has no high bit after either operation. The first byte that is not a digit has one after one of them:
-/// only bytes after it see a carry.
+/// Returns true if eight bytes of text are digits (D. Lemire, Number Parsing at a Gigabyte per Second, 2021). The first
+/// byte is the lowest. Neither operation sets the high bit of a digit. At least one of them sets the high bit of the
+/// first other byte, because a carry reaches only bytes after it.
 bool areEightDigits(std::uint64_t bytes) {
     return (((bytes + 0x4646464646464646) | (bytes - eightZeros)) & 0x8080808080808080) == 0;
 }
 
-/// Adds up pairs of digits, then of these pairs, then of those.
+/// Adds the digits in pairs, then the pairs, then the pairs of pairs.
 std::uint64_t valueOfEightDigits(std::uint64_t bytes) {
     constexpr std::uint64_t mask = 0x000000FF000000FF;
     bytes -= eightZeros;
@@ -78,7 +78,7 @@ std::uint64_t valueOfEightDigits(std::uint64_t bytes) {
     return ((bytes & mask) * ((1000000ULL << 32) + 100) + ((bytes >> 16) & mask) * ((10000ULL << 32) + 1)) >> 32;
 }
 
-/// The same as `scanDigits`, for digits that are often more than eight.
+/// Does the same as `scanDigits`, faster for eight digits and more.
 const char* scanFraction(const char* position, const char* last, std::uint64_t& number) {
     if constexpr (std::endian::native == std::endian::little) {
         std::uint64_t bytes = 0;
@@ -93,7 +93,7 @@ const char* scanFraction(const char* position, const char* last, std::uint64_t& 
     return scanDigits(position, last, number);
 }
 
-/// Skips the exponent that begins here. @return false if it has no digits: then a stream fails.
+/// Skips the exponent at this position. @return false if it has no digits: then a stream fails.
 bool scanExponent(const char* position, const char* last, Decimal& number) {
     ++position;
     if (position != last && isSign(*position)) {
@@ -105,9 +105,9 @@ bool scanExponent(const char* position, const char* last, Decimal& number) {
     return number.end != position;
 }
 
-/// @return false if the text does not begin with a number: then a stream fails.
+/// Reads a number up to its end. @return false if the text does not begin with one: then a stream fails.
 bool scanDecimal(const char* position, const char* last, Decimal& number) {
-    // Most numbers begin with a digit: they need one test for both white space and a sign.
+    // A number that begins with a digit, as most do, needs only this test for white space and sign.
     if (position != last && !isDigit(*position)) {
         while (position != last && isBlank(*position)) {
             ++position;
@@ -134,10 +134,10 @@ bool scanDecimal(const char* position, const char* last, Decimal& number) {
     return !exponentFollows || scanExponent(position, last, number);
 }
 
-/// Gives the nearest double. @return false if it is out of range, or the conversion does not take the text.
+/// Computes the nearest double. @return false if it is out of range, or if the conversion refuses the text.
 bool toDouble(const Decimal& number, double& value) {
     if (number.digitCount <= maxDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
-        // Both operands are exact, so the one rounding of the division gives the nearest double.
+        // Both operands are exact, so the one rounding of the division results in the nearest double.
         value = static_cast<double>(number.mantissa) / exactPowersOfTen[number.fractionDigits];
     } else {
         const auto [end, error] = std::from_chars(number.digits, number.end, value);
