@@ -97,7 +97,7 @@ private:
 
 } // namespace
 
-TEST(ClipElevationData, agreesWithThePlainRunOnRandomJobs) {
+TEST(ClipElevationData, agreesWithPlainRunOnRandomJobs) {
     RandomJobs jobs(1);
     for (int round = 0; round < workload(1500); ++round) {
         ClipRun job;

@@ -169,7 +169,7 @@ struct Example {
 
 } // namespace
 
-TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
+TEST(NumberText, readsAsFarAsStream) {
     const Example examples[] = {
         {"1", 1.0, false, 1},
         {"+1;", 1.0, false, 2},
@@ -195,7 +195,7 @@ TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
     }
 }
 
-TEST(NumberText, failsWhereAStreamFails) {
+TEST(NumberText, failsWhereStreamFails) {
     for (const char* const text :
          {"", "  ", "-", "+", ".", "-.;", "+-5", "- 5", "1e", "1e;", "1e+;", "1e 5", ".e5;", "inf", "nan",
           "\xEF\xBB\xBF"
@@ -205,7 +205,7 @@ TEST(NumberText, failsWhereAStreamFails) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamHoweverManyDigitsStandBehindThePoint) {
+TEST(NumberText, agreesOnAnyNumberOfDigitsAfterPoint) {
     for (std::size_t digits = 1; digits <= 25; ++digits) {
         for (const char* const last : {"1", "7", "123", "9007199254740992"}) {
             const std::string end(last);
@@ -234,7 +234,7 @@ TEST(NumberText, agreesOnTextsCutAtEveryByte) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
+TEST(NumberText, agreesOnEachByteNextToDigit) {
     for (int value = 0; value < 256; ++value) {
         const std::string byte(1, static_cast<char>(value));
         expectSameReading(byte + "5;");
@@ -255,15 +255,15 @@ TEST(NumberText, agreesOnEachByteAtEachPlaceOfFraction) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionRandomTexts) {
+TEST(NumberText, agreesOnRandomTexts) {
     compareRandomTexts(1, workload(25000000));
 }
 
-TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionOtherRandomTexts) {
+TEST(NumberText, agreesOnOtherRandomTexts) {
     compareRandomTexts(2, workload(25000000));
 }
 
-TEST(NumberText, agreesWithTheStreamUnderAGeneratedGermanLocale) {
+TEST(NumberText, agreesUnderGeneratedGermanLocale) {
     const GeneratedLocale german("de_DE.utf8");
     compareRandomTexts(3, workload(1000000));
 }
