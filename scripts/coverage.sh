@@ -20,7 +20,7 @@ find build/coverage -name '*.gcda' -delete
 disturbing='killed_runs|faults_memory|unprivileged_user|full_disk'
 reaching_nothing_more='installation|manual_pages|external|hostile|large|faults_reading|boundary_numbers|watch_picture'
 GCOV_ERROR_FILE=/dev/null ctest --preset coverage --progress \
-  -E "TwentyFiveMillion|acceptance\.($disturbing|$reaching_nothing_more)"
+  -E "RandomTexts|acceptance\.($disturbing|$reaching_nothing_more)"
 mkdir -p build/coverage/report
 # The interpreter of the system, which is the one that gcovr runs under, starts fastest.
 gcovr --root . --filter src/ --object-directory "$PWD/build/coverage" --exclude-unreachable-branches -j"$(nproc)" \

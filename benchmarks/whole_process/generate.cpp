@@ -1,6 +1,7 @@
 /// Writes data for measurements, the same in every run:
 ///
 ///     generate nodes <directory> <files> <points per file>      random points in a square of 1,000 by 1,000
+///     generate long-nodes <directory> <files> <points per file> the same points, numbers of 16 digits
 ///     generate outline <file> <vertices> <percent of the square>  one outline with bays
 ///     generate lattice <file> <polygons>                          polygons of 20 vertices, with gaps between them
 
@@ -14,13 +15,15 @@
 #include <random>
 #include <string>
 
+namespace vadelclip {
+
 namespace {
 
 constexpr double side = 1000.0;
 constexpr double eastings = 382000.0;
 constexpr double northings = 6354000.0;
 
-void writeNodes(const std::string& directory, int fileCount, int pointCount) {
+void writeNodes(const std::string& directory, int fileCount, int pointCount, const char* format) {
     std::mt19937_64 random(7);
     std::uniform_real_distribution<double> place(0.0, side);
     std::uniform_real_distribution<double> height(0.0, 90.0);
@@ -33,7 +36,7 @@ void writeNodes(const std::string& directory, int fileCount, int pointCount) {
         for (int i = 0; i < pointCount; ++i) {
             const double x = eastings + place(random);
             const double y = northings + place(random);
-            std::fprintf(file, "%.2f;%.2f;%.3f\n", x, y, height(random));
+            std::fprintf(file, format, x, y, height(random));
         }
         std::fclose(file);
     }
@@ -82,14 +85,19 @@ std::vector<Ring> lattice(std::size_t polygonCount) {
 
 } // namespace
 
+} // namespace vadelclip
+
 int main(int argc, char* argv[]) {
     const std::string what = argc > 1 ? argv[1] : "";
     if (what == "nodes" && argc == 5) {
-        writeNodes(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+        vadelclip::writeNodes(argv[2], std::atoi(argv[3]), std::atoi(argv[4]), "%.2f;%.2f;%.3f\n");
+    } else if (what == "long-nodes" && argc == 5) {
+        vadelclip::writeNodes(argv[2], std::atoi(argv[3]), std::atoi(argv[4]), "%.10f;%.9f;%.14f\n");
     } else if (what == "outline" && argc == 5) {
-        writeBoundary(argv[2], {outline(static_cast<std::size_t>(std::atoi(argv[3])), std::atof(argv[4]))});
+        vadelclip::writeBoundary(
+            argv[2], {vadelclip::outline(static_cast<std::size_t>(std::atoi(argv[3])), std::atof(argv[4]))});
     } else if (what == "lattice" && argc == 4) {
-        writeBoundary(argv[2], lattice(static_cast<std::size_t>(std::atoi(argv[3]))));
+        vadelclip::writeBoundary(argv[2], vadelclip::lattice(static_cast<std::size_t>(std::atoi(argv[3]))));
     } else {
         return 2;
     }

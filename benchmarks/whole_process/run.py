@@ -65,11 +65,11 @@ class Job:
         return program("floor_program", os.path.join(self.nodes, "nodes"), OUTPUT, str(percent))
 
 
-def nodesOf(name, files, points):
+def nodesOf(name, files, points, kind="nodes"):
     directory = data(name)
     if not os.path.exists(directory):
         os.makedirs(os.path.join(directory, "nodes"))
-        subprocess.run(program("generate", "nodes", os.path.join(directory, "nodes"), str(files), str(points)), check=True)
+        subprocess.run(program("generate", kind, os.path.join(directory, "nodes"), str(files), str(points)), check=True)
     return directory
 
 
@@ -77,6 +77,15 @@ def boundaryOf(*arguments):
     path = data("-".join(arguments) + ".xml")
     if not os.path.exists(path):
         subprocess.run(program("generate", arguments[0], path, *arguments[1:]), check=True)
+    return path
+
+
+def triangle(name, minX, maxX):
+    """A boundary south of all points, with this range of x."""
+    path = data(name)
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="{minX}" y="0"/>'
+                   f'<point x="{maxX}" y="0"/><point x="{maxX}" y="1"/></polygon></group></VadeDGM></VADELSIM>\n')
     return path
 
 
@@ -154,12 +163,14 @@ def jobs():
                       ("4 M points, 20 vertices, 90 % kept", small90),
                       ("4 M points, 1,000 vertices, 90 % kept", large90)):
         yield name, job.tool(), "floor", job.floor(keptPercent(job)), job.lines
-    none = data("outside.xml")
-    with open(none, "w", encoding="utf-8") as file:
-        file.write('<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="0" y="0"/><point x="1" y="0"/>'
-                   '<point x="1" y="1"/></polygon></group></VadeDGM></VADELSIM>\n')
-    outside = Job(four, none, 4000000)
-    yield "4 M points, nothing kept", outside.tool(), "floor", outside.floor(0), outside.lines
+    none = triangle("outside.xml", 0, 1)
+    south = triangle("south.xml", 380000, 390000)
+    long = nodesOf("four-million-long", 1, 4000000, "long-nodes")
+    for name, job in (("nothing kept", Job(four, none, 4000000)),
+                      ("nothing kept because of y", Job(four, south, 4000000)),
+                      ("16 digits, nothing kept", Job(long, none, 4000000)),
+                      ("16 digits, nothing kept because of y", Job(long, south, 4000000))):
+        yield f"4 M points, {name}", job.tool(), "floor", job.floor(0), job.lines
     lattice = Job(one, boundaryOf("lattice", "2000"), 1000000)
     yield "1 M points, 2,000 polygons", lattice.tool(), "GEOS program", lattice.geos(), lattice.lines
     files = Job(many, boundaryOf("outline", "20", "30"), 1000000)

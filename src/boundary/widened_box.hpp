@@ -27,6 +27,9 @@ struct WidenedBox {
                             static_cast<int>(maxX < point.x) | static_cast<int>(maxY < point.y);
         return outside != 0;
     }
+
+    /// Returns true if the box rejects every point with this x.
+    bool rejectsX(double x) const { return minX > x || maxX < x; }
 };
 
 } // namespace vadelclip

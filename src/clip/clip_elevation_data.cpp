@@ -23,7 +23,7 @@ bool loadBoundary(BoundarySet& boundarySet, const std::string& boundaryFilePath)
     if (readBoundaryFile(boundarySet, boundaryFilePath)) {
         return true;
     }
-    // No test of existence: this line follows every failure of the reader, as the second of a pair.
+    // This message follows every failure of the reader, even if the file exists.
     reportLine(formatMessage("Boundary file {0} does not exist", boundaryFilePath));
     return false;
 }
@@ -44,7 +44,7 @@ bool checkInputDirectory(const std::string& inputDirectory) {
     return false;
 }
 
-/// A path that exists and is no directory passes here and fails in its creation.
+/// A path that exists and is not a directory passes here; creating the directory then fails.
 bool checkOutputDirectory(const std::string& outputDirectory) {
     if (!fs::is_directory(fs::status(outputDirectory))) {
         return true;
@@ -54,7 +54,7 @@ bool checkOutputDirectory(const std::string& outputDirectory) {
     return false;
 }
 
-/// Clips the chosen files one after the other and returns the total of kept lines.
+/// Clips the selected files one after the other and returns the total number of kept lines.
 std::int32_t clipFiles(const InputSelection& selection, const std::string& outputDirectory,
                        const BoundaryIndex& boundary) {
     const std::int32_t totalLines = sumLineCounts(selection.lineCounts);

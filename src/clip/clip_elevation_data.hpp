@@ -1,5 +1,5 @@
 /// \file
-/// The run.
+/// The sequence of steps of one run.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -9,16 +9,16 @@
 
 namespace vadelclip {
 
-/// Clips every node file of the input directory to the polygons of the boundary file, into a new directory beside the
+/// Clips every node file of the input directory to the polygons of the boundary file, into a new directory next to the
 /// input directory.
 ///
-/// @param boundarySet          emptied at entry, then filled from the boundary file.
-/// @param inputParentDirectory may be empty, which names no directory: the run stops.
-/// @param inputDirectoryName   joined to the parent.
-/// @param outputDirectoryName  joined to the parent, never taken as a path of its own, may hold separators.
-/// @param boundaryFilePath     used as it stands.
-/// @return 0 for a finished run, 1 for a run that stopped with a reported message. Nothing is rolled back.
-/// @throws boost::filesystem::filesystem_error and whatever else a library throws; nothing is caught here.
+/// @param boundarySet          is emptied first, then filled from the boundary file.
+/// @param inputParentDirectory may be empty: then it is not a directory, and the run stops.
+/// @param inputDirectoryName   is joined to the parent.
+/// @param outputDirectoryName  is joined to the parent, even if it is an absolute path. It may contain separators.
+/// @param boundaryFilePath     is used unchanged.
+/// @return 0 if the run finished, 1 if it stopped with a reported message. Nothing is rolled back.
+/// @throws boost::filesystem::filesystem_error and any other exception of a library.
 std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParentDirectory,
                                std::string inputDirectoryName, std::string outputDirectoryName,
                                std::string boundaryFilePath);

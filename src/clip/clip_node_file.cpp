@@ -21,7 +21,7 @@ namespace vadelclip {
 
 namespace {
 
-/// One flush for each line: whoever watches the output sees it grow line by line, whole lines only.
+/// Flushes each line, so that a reader of the growing output file always sees whole lines.
 void writeLine(std::ostream& output, std::string_view lineWithLineFeed) {
     output.write(lineWithLineFeed.data(), static_cast<std::streamsize>(lineWithLineFeed.size()));
     output.flush();
@@ -33,7 +33,7 @@ void sendClippingState() {
     const StateMessage message(1, text, true);
 }
 
-/// Runs over the lines behind the header and returns the number of kept ones.
+/// Copies the lines to keep and returns their number. The header has been read.
 std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, std::int32_t lineCount,
                        const BoundaryIndex& boundary, ProgressMessage& progress) {
     std::int32_t keptNodes = 0;
@@ -41,8 +41,8 @@ std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, 
         progress.OnProgress(i, false);
         const std::string_view line = input.nextLine();
         Point2D point{};
-        // Dropped in silence: a line that does not parse, and any point outside.
-        if (readNodeLine(line, separator, point) && boundary.anyContains(point)) {
+        // A line that does not parse is dropped silently, like a point outside.
+        if (readNodeLine(line, separator, boundary.extent(), point) && boundary.anyContains(point)) {
             writeLine(output, input.lineWithLineFeed());
             keptNodes = addWrapping(keptNodes, 1);
         }
@@ -50,11 +50,11 @@ std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, 
     return keptNodes;
 }
 
-/// The pass while both streams are open. They end with it, the output first.
+/// The part of the pass with open streams. Both are closed when it returns, the output first.
 std::int32_t clipStreams(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
                          const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines) {
     LineReader input(inputPath);
-    // Opened before the input has been looked at, so an existing file is emptied whatever comes after.
+    // Opened before the input is read, so an existing file is emptied in every case.
     std::ofstream output(outputPath);
     const std::string headerLine(input.nextLine());
 
@@ -63,7 +63,7 @@ std::int32_t clipStreams(const std::string& inputPath, const std::string& output
     std::string errorText;
     if (!readNodeFileHeader(headerLine, separator, nodeFormat, errorText)) {
         reportLine(errorText);
-        // Not 0: the empty output file stays, and the total counts one. Both belong to this branch.
+        // Not 0, on purpose: the empty output file is not removed, and the total counts one line.
         return 1;
     }
     writeLine(output, input.lineWithLineFeed());

@@ -1,5 +1,5 @@
 /// \file
-/// The clip pass over one node file, the one place where the boundary is applied to data.
+/// The clip pass over one node file. Only here are points tested against the boundary.
 #pragma once
 
 #include "boundary/index/boundary_index.hpp"
@@ -9,18 +9,17 @@
 
 namespace vadelclip {
 
-/// Copies the header and every line whose point lies in a polygon to the output file, byte for byte but for the line
-/// end, each kept line flushed at once. An output file without kept lines is removed.
+/// Copies the header and every line whose point is in a polygon to the output file. All bytes but the line end are
+/// unchanged. Each kept line is flushed. An output file without kept lines is removed.
 ///
-/// Neither stream is ever tested: an input that cannot be read looks empty, an output that cannot be written goes
-/// unnoticed and its lines are counted all the same.
+/// No stream is tested, on purpose: an input that cannot be read behaves like an empty one, and lines are counted even
+/// if the output cannot be written.
 ///
-/// @param lineCount  how many lines to read behind the header, whatever the file holds by now; may be negative.
+/// @param lineCount  number of lines to read after the header, even if the file has changed; may be negative.
 /// @param boundary   all polygons of the run.
-/// @param linesDone  data lines of all files before this one.
-/// @param totalLines data lines of all files. 0 makes the progress values infinite or not-a-number, on purpose.
-/// @return the number of kept lines; 1 if the header is rejected now, which leaves an empty output file. Both are
-///         kept on purpose.
+/// @param linesDone  number of data lines in all files before this one.
+/// @param totalLines number of data lines in all files. 0 makes the progress values infinite or NaN, on purpose.
+/// @return the number of kept lines. If the header is rejected: 1, and the output file stays empty, on purpose.
 /// @throws boost::filesystem::filesystem_error if the output file of a pass that kept nothing cannot be removed.
 std::int32_t clipNodeFile(const std::string& inputPath, const std::string& outputPath, std::int32_t lineCount,
                           const BoundaryIndex& boundary, double linesDone, std::int32_t totalLines);

@@ -1,12 +1,13 @@
 /// \file
-/// Counts of lines are 32-bit and signed and wrap around; they are computed unsigned, so that no sum overflows.
+/// Arithmetic of line counts: signed 32-bit integers that wrap around. It is unsigned inside, because signed overflow
+/// is undefined.
 #pragma once
 
 #include <cstdint>
 
 namespace vadelclip {
 
-/// Gives the low 32 bits of a count as a signed number.
+/// Returns the low 32 bits of a count as a signed number.
 constexpr std::int32_t wrapTo32(std::uint64_t count) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
 }

@@ -1,5 +1,5 @@
 /// \file
-/// The first pass over the input directory: which files are node files, and how many lines each has.
+/// The first pass over the input directory: finds the node files and counts their lines.
 #pragma once
 
 #include <cstdint>
@@ -17,19 +17,19 @@ bool hasNodeFileSuffix(std::string_view path);
 /// an empty first line, which is not a header.
 bool hasNodeFileHeader(const std::string& path);
 
-/// The chosen files and their line counts; the two lists are parallel.
+/// The selected files and their line counts, in two parallel lists.
 struct InputSelection {
-    std::vector<std::string> inputFiles;  ///< Full paths, in the order in which the directory delivers them.
-    std::vector<std::int32_t> lineCounts; ///< Line feeds less one: the data lines that end in a line feed, or -1.
+    std::vector<std::string> inputFiles;  ///< Full paths, in the order of the directory iterator.
+    std::vector<std::int32_t> lineCounts; ///< Line feeds minus one: the data lines that end in a line feed, or -1.
 };
 
-/// Walks a directory, one level deep, and chooses every entry that is no directory, ends in ".txt", ".xyz" or ".csv"
-/// and begins with a header line. Anything else is skipped in silence.
+/// Walks through a directory, one level deep, and selects every entry that is not a directory, has the suffix of a node
+/// file and begins with a header line. Other entries are skipped silently.
 ///
 /// @throws boost::filesystem::filesystem_error if the walk or a status query fails.
 InputSelection selectInputFiles(const std::string& inputDirectory);
 
-/// Adds up line counts with 32-bit wrap-around.
+/// Adds line counts with 32-bit wrap-around.
 std::int32_t sumLineCounts(const std::vector<std::int32_t>& lineCounts);
 
 } // namespace vadelclip

@@ -10,7 +10,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The range starts at 1.0 and not at 0.0; controlling processes know it this way.
+/// The range starts at 1.0, not at 0.0, because controlling processes expect this.
 void reportRunComplete() {
     ProgressMessage progress(1.0, 100.0, 100);
     progress.OnProgress(100, false);

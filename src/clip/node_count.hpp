@@ -1,5 +1,5 @@
 /// \file
-/// The end of a finished run: its last progress report and the file with the total.
+/// The last step of a finished run: the last progress report and the file with the total.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@
 
 namespace vadelclip {
 
-/// Reports that the run has reached its end, then writes `total_node_count.txt`: the number in decimal and a line
-/// feed. A file that cannot be written goes unnoticed.
+/// Reports the end of the run, then writes `total_node_count.txt`: the number in decimal and a line feed. A failure to
+/// write is ignored.
 ///
-/// @param totalKeptNodes kept lines of all files, headers not counted.
+/// @param totalKeptNodes number of kept lines in all files, without headers.
 void writeNodeCount(const std::string& outputDirectory, std::int32_t totalKeptNodes);
 
 } // namespace vadelclip

@@ -14,7 +14,7 @@ bool isSeparator(char byte) {
     return byte == '\t' || byte == ' ' || byte == ',' || byte == ';';
 }
 
-/// "xyz" and ';' make "x;y;z".
+/// Returns "x;y;z" for "xyz" and ';'.
 std::string joinColumns(std::string_view columns, char separator) {
     std::string header;
     for (const char column : columns) {
@@ -26,7 +26,7 @@ std::string joinColumns(std::string_view columns, char separator) {
     return header;
 }
 
-/// 1 or 2, or 0 where the line has none of the four shapes.
+/// Returns 1 or 2, or 0 if the line has none of the four shapes.
 std::int32_t matchShape(const std::string& line, char separator) {
     if (line == joinColumns("xyz", separator) || line == joinColumns("XYZ", separator)) {
         return 1;
@@ -48,7 +48,7 @@ bool readNodeFileHeader(std::string line, char& separator, std::int32_t& nodeFor
     if (line.starts_with(byteOrderMark)) {
         line.erase(0, byteOrderMark.size());
     }
-    // A line that held nothing but the mark, or one byte, has a zero byte at its end, which passes no test.
+    // After a line of only the mark, or of one byte, a zero byte follows, which no test accepts.
     const char* const bytes = line.c_str();
     if ((bytes[0] | 0x20) != 'x') {
         errorText = translateMessage("First character of node file must be one of x,X");
@@ -62,8 +62,8 @@ bool readNodeFileHeader(std::string line, char& separator, std::int32_t& nodeFor
     }
     nodeFormat = matchShape(line, separator);
     if (nodeFormat == 0) {
-        // The slip in the fourth shape and the open parenthesis belong to the text: a file that begins with Y is
-        // rejected above.
+        // The mistake in the fourth shape and the open parenthesis are part of the text, on purpose. A file that begins
+        // with Y is rejected above.
         errorText = "ERROR: Using the xyz format, the first header line must be one of x;y;z , X;Y;Z , x;y;z;g , "
                     "Y;Y;Z;G , while the separator (e.g. \";\" is variable";
         return false;

@@ -3,18 +3,18 @@
 #include "text/number_text.hpp"
 
 #include <cstddef>
+#include <limits>
 
 namespace vadelclip {
 
 namespace {
 
-/// How many bytes are looked at to find the separator behind x, the separator included.
+/// The separator is one of this many bytes after x.
 constexpr std::size_t separatorReach = 100;
 
-/// Reads a number and leaves the rest of the line.
+/// Reads a number and removes it from the line. Fails if nothing follows the number.
 ///
-/// Something has to follow the number on the line. The boundary reader asks for less: there, a number may end its
-/// text. Both on purpose: see docs/file-formats.md.
+/// The boundary reader accepts a number at the end of its text. Both rules are on purpose: see docs/file-formats.md.
 bool readCoordinate(std::string_view& rest, double& coordinate) {
     const NumberReading reading = readNumber(rest);
     if (reading.failed || reading.length == rest.size()) {
@@ -26,6 +26,11 @@ bool readCoordinate(std::string_view& rest, double& coordinate) {
 }
 
 bool skipSeparator(std::string_view& rest, char separator) {
+    // The separator is nearly always the next byte, and a comparison costs less than a search.
+    if (!rest.empty() && rest.front() == separator) {
+        rest.remove_prefix(1);
+        return true;
+    }
     const std::size_t position = rest.substr(0, separatorReach).find(separator);
     if (position == std::string_view::npos) {
         return false;
@@ -36,15 +41,21 @@ bool skipSeparator(std::string_view& rest, char separator) {
 
 } // namespace
 
-bool readNodeLine(std::string_view line, char separator, Point2D& point) {
-    if (!readCoordinate(line, point.x)) {
+bool readNodeLine(std::string_view line, char separator, const WidenedBox& extent, Point2D& point) {
+    if (!readCoordinate(line, point.x) || extent.rejectsX(point.x)) {
         return false;
     }
-    // A blank needs no search: the next number skips white space by itself.
+    // No search for a space: reading the next number skips white space.
     if (separator != ' ' && !skipSeparator(line, separator)) {
         return false;
     }
-    return readCoordinate(line, point.y);
+    return readCoordinate(line, point.y) && !extent.rejects(point);
+}
+
+bool readNodeLine(std::string_view line, char separator, Point2D& point) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const WidenedBox everywhere(BoundingBox{-infinity, -infinity, infinity, infinity});
+    return readNodeLine(line, separator, everywhere, point);
 }
 
 } // namespace vadelclip

@@ -9,7 +9,7 @@ namespace vadelclip {
 
 namespace {
 
-/// A file buffer reads one byte less than it is given.
+/// A file buffer reads one byte less than its size.
 constexpr std::size_t bufferSize = 65536 + 1;
 
 } // namespace
@@ -35,8 +35,8 @@ std::string_view LineReader::nextLine() {
 }
 
 std::string_view LineReader::lineWithLineFeed() {
-    // There is always a byte behind the line: its line end, the dropped carriage return, or the collected line's own
-    // terminator, which `collectLine` makes room for.
+    // The byte after the line is always writable: it is its line feed, its dropped carriage return, or the line feed
+    // that `collectLine` appends.
     lineStart[lineLength] = '\n';
     return {lineStart, lineLength + 1};
 }
@@ -50,7 +50,7 @@ char* LineReader::findLineFeed() {
     return available == 0 ? nullptr : static_cast<char*>(std::memchr(buffer.position(), '\n', available));
 }
 
-/// Gets more bytes once the buffer is used up. After the first failure or end of file nothing is tried again.
+/// Reads more bytes when the buffer is used up. After a failure or end of file it does not try again.
 bool LineReader::refill() {
     if (!stream.good()) {
         return false;
@@ -59,7 +59,7 @@ bool LineReader::refill() {
     return stream.good();
 }
 
-/// Puts together a line that goes on beyond the buffer.
+/// Assembles a line that does not end in the buffer.
 void LineReader::collectLine() {
     collected.clear();
     bool ended = false;

@@ -1,5 +1,5 @@
 /// \file
-/// Lines of a text file, read in place: no copy and no allocation for a line that lies in the buffer as a whole.
+/// Reads lines of a text file in place: a line that is completely in the buffer is not copied and not allocated.
 #pragma once
 
 #include <fstream>
@@ -10,26 +10,28 @@
 
 namespace vadelclip {
 
-/// Reads a file line by line in text mode, with the same lines, the same order of system reads (as much as is there,
-/// never waiting for a full block) and the same silence about failures as `readTextLine` on a file stream.
+/// Reads a file line by line in text mode.
+///
+/// Returns the same lines as `readTextLine` on a file stream and ignores failures like it. A system read takes the
+/// bytes that are available and never waits for a full block, so a FIFO or a growing file is read line by line.
 class LineReader {
 public:
-    /// Opens the file. A file that cannot be opened looks empty.
+    /// Opens the file. A file that cannot be opened behaves like an empty one.
     explicit LineReader(const std::string& path);
 
     /// Reads the next line, without its line end.
     ///
-    /// @return a view into the reader, valid until the next call. Empty where nothing can be read. The last line of
-    ///         a file may lack its line feed; a carriage return at its end stays.
+    /// @return a view into the reader, valid until the next call. It is empty if nothing can be read. The last line
+    ///         of a file may lack its line feed; then a carriage return at its end is part of the line.
     std::string_view nextLine();
 
-    /// Gives the line of the last call of `nextLine` with one line feed behind it, whatever its line end was.
+    /// Returns the line of the last call of `nextLine` with one line feed at its end, whichever line end it had.
     std::string_view lineWithLineFeed();
 
     void close();
 
 private:
-    /// A file buffer that shows its get area.
+    /// A file buffer with access to its get area.
     class Buffer : public std::filebuf {
     public:
         char* position() const { return gptr(); }
@@ -43,7 +45,7 @@ private:
 
     std::vector<char> block;
     Buffer buffer;
-    std::istream stream; ///< Over `buffer`; turns its exceptions into a state.
+    std::istream stream; ///< Uses `buffer` and turns its exceptions into a state.
     std::string collected;
     char* lineStart = nullptr;
     std::size_t lineLength = 0;

@@ -1,8 +1,10 @@
 #include "text/number_text.hpp"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -10,12 +12,13 @@ namespace vadelclip {
 
 namespace {
 
-/// Powers of ten, one for each number of digits behind the point. These are exact in a double.
+/// Any integer of this many digits fits into 64 bits.
+constexpr std::size_t maxDigits = 19;
+
+/// Powers of ten, one for each number of digits after the point. These are exact in a double.
 constexpr std::array exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                          1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
-
-/// As many digits always fit into 64 bits: 19.
-constexpr std::size_t mostDigits = exactPowersOfTen.size() - 1;
+static_assert(exactPowersOfTen.size() > maxDigits);
 
 /// Integers up to here are exact in a double.
 constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
@@ -29,13 +32,18 @@ bool isSign(char byte) {
     return byte == '-' || byte == '+';
 }
 
-bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
+/// Returns more than 9 for a byte that is not a digit.
+std::uint64_t digitValue(char byte) {
+    return static_cast<unsigned char>(byte) - std::uint64_t{'0'};
 }
 
-/// A number of the form [sign] digits [. digits] [e [sign] digits], as it lies in the text.
+bool isDigit(char byte) {
+    return digitValue(byte) <= 9;
+}
+
+/// A number of the form [sign] digits [. digits] [e [sign] digits] in a text.
 struct Decimal {
-    const char* digits = nullptr; ///< First byte behind the sign.
+    const char* digits = nullptr; ///< First byte after the sign.
     const char* end = nullptr;    ///< Where a stream stops reading.
     std::uint64_t mantissa = 0;   ///< All digits as one integer; wraps around beyond 19 digits.
     std::size_t digitCount = 0;
@@ -44,16 +52,48 @@ struct Decimal {
     bool hasExponent = false;
 };
 
-/// Adds up digits and returns where they end.
+/// Appends the digits of the text to a number and returns the position after them.
 const char* scanDigits(const char* position, const char* last, std::uint64_t& number) {
     while (position != last && isDigit(*position)) {
-        number = number * 10 + static_cast<std::uint64_t>(*position - '0');
+        number = number * 10 + digitValue(*position);
         ++position;
     }
     return position;
 }
 
-/// Skips the exponent that begins here. @return false if it has no digits: then a stream fails.
+constexpr std::uint64_t eightZeros = 0x3030303030303030; ///< '0' in each byte.
+
+/// Returns true if eight bytes of text are digits (D. Lemire, Number Parsing at a Gigabyte per Second, 2021). The first
+/// byte is the lowest. Neither operation sets the high bit of a digit. At least one of them sets the high bit of the
+/// first other byte, because a carry reaches only bytes after it.
+bool areEightDigits(std::uint64_t bytes) {
+    return (((bytes + 0x4646464646464646) | (bytes - eightZeros)) & 0x8080808080808080) == 0;
+}
+
+/// Adds the digits in pairs, then the pairs, then the pairs of pairs.
+std::uint64_t valueOfEightDigits(std::uint64_t bytes) {
+    constexpr std::uint64_t mask = 0x000000FF000000FF;
+    bytes -= eightZeros;
+    bytes = bytes * 10 + (bytes >> 8);
+    return ((bytes & mask) * ((1000000ULL << 32) + 100) + ((bytes >> 16) & mask) * ((10000ULL << 32) + 1)) >> 32;
+}
+
+/// Does the same as `scanDigits`, faster for eight digits and more.
+const char* scanFraction(const char* position, const char* last, std::uint64_t& number) {
+    if constexpr (std::endian::native == std::endian::little) {
+        std::uint64_t bytes = 0;
+        if (static_cast<std::size_t>(last - position) >= sizeof bytes) {
+            std::memcpy(&bytes, position, sizeof bytes);
+            if (areEightDigits(bytes)) {
+                number = number * 100000000 + valueOfEightDigits(bytes);
+                position += sizeof bytes;
+            }
+        }
+    }
+    return scanDigits(position, last, number);
+}
+
+/// Skips the exponent at this position. @return false if it has no digits: then a stream fails.
 bool scanExponent(const char* position, const char* last, Decimal& number) {
     ++position;
     if (position != last && isSign(*position)) {
@@ -65,18 +105,24 @@ bool scanExponent(const char* position, const char* last, Decimal& number) {
     return number.end != position;
 }
 
-/// @return false if the text does not begin with a number: then a stream fails.
+/// Reads a number up to its end. @return false if the text does not begin with one: then a stream fails.
 bool scanDecimal(const char* position, const char* last, Decimal& number) {
-    if (position != last && isSign(*position)) {
-        number.negative = *position == '-';
-        ++position;
+    // A number that begins with a digit, as most do, needs only this test for white space and sign.
+    if (position != last && !isDigit(*position)) {
+        while (position != last && isBlank(*position)) {
+            ++position;
+        }
+        if (position != last && isSign(*position)) {
+            number.negative = *position == '-';
+            ++position;
+        }
     }
     number.digits = position;
     position = scanDigits(position, last, number.mantissa);
     number.digitCount = static_cast<std::size_t>(position - number.digits);
     if (position != last && *position == '.') {
         const char* const fraction = position + 1;
-        position = scanDigits(fraction, last, number.mantissa);
+        position = scanFraction(fraction, last, number.mantissa);
         number.fractionDigits = static_cast<std::size_t>(position - fraction);
         number.digitCount += number.fractionDigits;
     }
@@ -88,10 +134,10 @@ bool scanDecimal(const char* position, const char* last, Decimal& number) {
     return !exponentFollows || scanExponent(position, last, number);
 }
 
-/// Gives the nearest double. @return false if it is out of range, or the conversion does not take the text.
+/// Computes the nearest double. @return false if it is out of range, or if the conversion refuses the text.
 bool toDouble(const Decimal& number, double& value) {
-    if (number.digitCount <= mostDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
-        // Both operands are exact, so the one rounding of the division gives the nearest double.
+    if (number.digitCount <= maxDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
+        // Both operands are exact, so the one rounding of the division results in the nearest double.
         value = static_cast<double>(number.mantissa) / exactPowersOfTen[number.fractionDigits];
     } else {
         const auto [end, error] = std::from_chars(number.digits, number.end, value);
@@ -120,12 +166,8 @@ NumberReading readThroughStream(std::string_view text) {
 
 NumberReading readNumber(std::string_view text) {
     const char* const last = text.data() + text.size();
-    const char* position = text.data();
-    while (position != last && isBlank(*position)) {
-        ++position;
-    }
     Decimal number;
-    if (!scanDecimal(position, last, number)) {
+    if (!scanDecimal(text.data(), last, number)) {
         return {0.0, true, 0};
     }
     double value = 0.0;

@@ -1,5 +1,5 @@
 /// \file
-/// One number from a text, exactly as a string stream would read it in classic notation.
+/// Reads one number from a text, exactly as a string stream in the classic locale does.
 #pragma once
 
 #include <cstddef>
@@ -7,21 +7,21 @@
 
 namespace vadelclip {
 
-/// What reading a number gave.
+/// The result of reading a number.
 struct NumberReading {
-    double value;       ///< What the stream would have stored: 0.0 or the largest double after most failures.
-    bool failed;        ///< The stream's fail(): no number at the start of the text, or one out of range.
-    std::size_t length; ///< Bytes read, white space in front included. Only set where `failed` is false.
+    double value;       ///< What the stream stores. After most failures: 0.0 or the largest double.
+    bool failed;        ///< The stream's fail(): the text does not begin with a number, or it is out of range.
+    std::size_t length; ///< Bytes read, including white space before the number. Only set if `failed` is false.
 };
 
-/// Reads a double from the start of a text: same bits, same failures and same extent as formatted extraction from a
-/// fresh string stream with default flags. White space in front is skipped.
+/// Reads a double from the start of a text, after white space. The value, the failures and the number of bytes are the
+/// same as with formatted extraction from a new string stream with default flags.
 ///
-/// The stream is in the good state afterwards if `!failed && length < text.size()`.
+/// The stream would be in the good state afterwards if `!failed && length < text.size()`.
 ///
-/// Decimals with up to 19 digits take one exact division (W. D. Clinger, How to Read Floating Point Numbers Accurately,
-/// 1990), longer ones and those with an exponent std::from_chars; only what that refuses, numbers out of range above
-/// all, goes through a stream, which allocates memory.
+/// Decimals of up to 19 digits are converted by one exact division (W. D. Clinger, How to Read Floating Point Numbers
+/// Accurately, 1990). Longer ones and those with an exponent are converted by std::from_chars. What it refuses, mainly
+/// numbers out of range, is read by a stream, which allocates memory.
 NumberReading readNumber(std::string_view text);
 
 } // namespace vadelclip

@@ -11,13 +11,13 @@ namespace {
 
 constexpr std::size_t blockSize = 65536;
 
-/// Bytes that are counted at once: as many as one byte can count, so that the compiler adds up bytes.
+/// Bytes that are counted at once. A count of 128 fits into one byte, so the compiler adds bytes.
 constexpr std::size_t chunkSize = 128;
 
 } // namespace
 
 void readTextLine(std::istream& input, std::string& line) {
-    // std::getline leaves its string alone when the stream has failed already.
+    // std::getline does not change its string if the stream has already failed.
     line.clear();
     std::getline(input, line);
     const bool endedByLineFeed = input.good();
@@ -41,8 +41,8 @@ std::uint64_t countLineFeeds(const char* bytes, std::size_t size) {
 std::uint64_t countLineFeeds(std::istream& input) {
     std::vector<char> block(blockSize);
     std::uint64_t count = 0;
-    // Through istream members only: iterators over the stream buffer throw where the file is a directory.
-    // Only as much as one system read has brought: a read error behind it must not take back what came before.
+    // Uses istream members only, because iterators over the stream buffer throw if the file is a directory.
+    // Reads only what one system read has returned, so that a later read error does not discard these bytes.
     while (input.peek() != std::istream::traits_type::eof()) {
         const auto available = static_cast<std::size_t>(input.rdbuf()->in_avail());
         input.read(block.data(), static_cast<std::streamsize>(std::min(available, block.size())));

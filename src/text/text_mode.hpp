@@ -1,5 +1,5 @@
 /// \file
-/// What has to be done about carriage returns where the platform's streams have no text mode of their own.
+/// Which carriage returns to remove if the file streams of the platform have no text mode.
 #pragma once
 
 #include <cstddef>
@@ -8,13 +8,14 @@
 namespace vadelclip {
 
 #if defined(_WIN32)
-/// The platform's text mode has removed the carriage return already; a second one before the line feed stays.
+/// The text mode of the platform has already removed one carriage return. A second one is part of the line.
 inline constexpr bool platformHasTextMode = true;
 #else
 inline constexpr bool platformHasTextMode = false;
 #endif
 
-/// Tells how many bytes at the end of a line belong to its line end. Only for a line that ended in a line feed.
+/// Returns the number of bytes at the end of a line that are part of its line end. The line must have ended in a line
+/// feed.
 inline std::size_t carriageReturnsToDrop(std::string_view line) {
     return !platformHasTextMode && !line.empty() && line.back() == '\r' ? 1 : 0;
 }

@@ -17,19 +17,19 @@ namespace fs = std::filesystem;
 
 } // namespace
 
-TEST(ClipElevationDataFiles, filesWithoutLinesGiveProgressThatIsNotFinite) {
+TEST(ClipElevationDataFiles, sendsInfiniteProgressWithoutLines) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n");
     EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("nan nan 0", 0)})), job.run());
 }
 
-TEST(ClipElevationDataFiles, aHeaderWithoutALineFeedCountsMinusOneLine) {
+TEST(ClipElevationDataFiles, countsMinusOneLineWithoutLineFeed) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z");
     EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("-0 100 -1", 0)})), job.run());
 }
 
-TEST(ClipElevationDataFiles, minusOneLineTakesTheProgressOfTheRunBack) {
+TEST(ClipElevationDataFiles, lowersProgressByMinusOneLine) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z");
     job.directory.write("base/data/b.xyz", "x;y;z\n5;5;1\n5;5;2\n5;5;3\n");
@@ -41,7 +41,7 @@ TEST(ClipElevationDataFiles, minusOneLineTakesTheProgressOfTheRunBack) {
     EXPECT_EQ(finishedRun(3, calls, created), job.run());
 }
 
-TEST(ClipElevationDataFiles, aLastLineWithoutALineFeedIsLost) {
+TEST(ClipElevationDataFiles, dropsLastLineWithoutLineFeed) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n6;6;2");
     EXPECT_EQ(
@@ -49,13 +49,13 @@ TEST(ClipElevationDataFiles, aLastLineWithoutALineFeedIsLost) {
         job.run());
 }
 
-TEST(ClipElevationDataFiles, anInputNamedLikeTheCountFileIsOverwrittenByIt) {
+TEST(ClipElevationDataFiles, overwritesOutputNamedLikeCountFile) {
     ClipRun job;
     job.directory.write("base/data/total_node_count.txt", "x;y;z\n5;5;1\n6;6;2\n");
     EXPECT_EQ(finishedRun(2, joined({stateCalls(), progressCalls("0 100 2", 2)})), job.run());
 }
 
-TEST(ClipElevationDataFiles, aHeaderThatIsRejectedInThePassCountsOneAndTheRunGoesOn) {
+TEST(ClipElevationDataFiles, countsOneForHeaderRejectedInPass) {
     ClipRun job;
     const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
                               {{"x;y;z\n"}, {"x;y;z\n5;5;1\n5;5;2\n"}, {"y;x;z\n5;5;1\n5;5;2\n"}});
@@ -64,7 +64,7 @@ TEST(ClipElevationDataFiles, aHeaderThatIsRejectedInThePassCountsOneAndTheRunGoe
     EXPECT_EQ(expected, job.run());
 }
 
-TEST(ClipElevationDataFiles, theLinesOfARejectedFileAreDoneAllTheSame) {
+TEST(ClipElevationDataFiles, addsLinesOfRejectedFileToProgress) {
     ClipRun job;
     const std::string served = job.directory.pathOf("base/data/a.xyz");
     job.directory.write("base/data/b.xyz", "x;y;z\n5;5;1\n6;6;2\n");
@@ -79,7 +79,7 @@ TEST(ClipElevationDataFiles, theLinesOfARejectedFileAreDoneAllTheSame) {
     EXPECT_EQ(expected, job.run());
 }
 
-TEST(ClipElevationDataFiles, aFileThatHasGrownIsReadAsFarAsItWasCounted) {
+TEST(ClipElevationDataFiles, readsOnlyCountedLinesOfGrownFile) {
     ClipRun job;
     const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
                               {{"x;y;z\n"}, {"x;y;z\n5;5;1\n"}, {"x;y;z\n5;5;1\n6;6;2\n"}});
@@ -88,7 +88,7 @@ TEST(ClipElevationDataFiles, aFileThatHasGrownIsReadAsFarAsItWasCounted) {
         job.run());
 }
 
-TEST(ClipElevationDataFiles, aFileThatHasBecomeShorterGivesEmptyLines) {
+TEST(ClipElevationDataFiles, dropsMissingLinesOfShortenedFile) {
     ClipRun job;
     const ServedFile changing(job.directory.pathOf("base/data/a.xyz"),
                               {{"x;y;z\n"}, {"x;y;z\n5;5;1\n6;6;2\n7;7;3\n"}, {"x,y,z\n5,5,1\n"}});
@@ -97,7 +97,7 @@ TEST(ClipElevationDataFiles, aFileThatHasBecomeShorterGivesEmptyLines) {
         job.run());
 }
 
-TEST(ClipElevationDataFiles, aRemovalThatFailsEndsTheRunWithoutACount) {
+TEST(ClipElevationDataFiles, writesNoCountAfterFailedRemoval) {
     ClipRun job;
     const TemporaryDirectory& directory = job.directory;
     const ServedFile served(
@@ -110,7 +110,7 @@ TEST(ClipElevationDataFiles, aRemovalThatFailsEndsTheRunWithoutACount) {
               job.run());
 }
 
-TEST(ClipElevationDataFiles, anOutputThatCannotBeWrittenGoesUnnoticed) {
+TEST(ClipElevationDataFiles, ignoresOutputThatCannotBeWritten) {
     ClipRun job;
     const TemporaryDirectory& directory = job.directory;
     const ServedFile served(
@@ -122,7 +122,7 @@ TEST(ClipElevationDataFiles, anOutputThatCannotBeWrittenGoesUnnoticed) {
               job.run());
 }
 
-TEST(ClipElevationDataFiles, aStatusThatCannotBeToldInTheWalkIsThrown) {
+TEST(ClipElevationDataFiles, throwsIfStatusFailsInWalk) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.makeLink("base/data/loop.dat", "loop.dat");

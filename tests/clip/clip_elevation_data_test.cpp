@@ -28,7 +28,7 @@ std::vector<std::string> walkOrder(const std::string& directory) {
 
 } // namespace
 
-TEST(ClipElevationData, aRunOverOneFile) {
+TEST(ClipElevationData, clipsOneFile) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n11;5;2\n6;6;3\n7;7;4\n");
     EXPECT_EQ(finishedRun(3, joined({stateCalls(), progressCalls("0 100 4", 4)}),
@@ -36,7 +36,7 @@ TEST(ClipElevationData, aRunOverOneFile) {
               job.run());
 }
 
-TEST(ClipElevationData, aRunOverSeveralFilesInTheOrderOfTheWalk) {
+TEST(ClipElevationData, clipsFilesInOrderOfWalk) {
     ClipRun job;
     job.directory.write("base/data/two.txt", "X,Y,Z,G\n1,1,1,1\n2,2,2,2\n");
     job.directory.write("base/data/six.csv", "\xEF\xBB\xBFx y z\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n5 5 5\n60 60 60\n");
@@ -66,20 +66,20 @@ TEST(ClipElevationData, aRunOverSeveralFilesInTheOrderOfTheWalk) {
               job.run());
 }
 
-TEST(ClipElevationData, aRunThatKeepsNothingWritesTheCountAlone) {
+TEST(ClipElevationData, writesOnlyCountIfNothingIsKept) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n11;11;11\n");
     EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("0 100 1", 1)})), job.run());
 }
 
-TEST(ClipElevationData, aBoundaryWithoutPolygonsKeepsNothing) {
+TEST(ClipElevationData, keepsNothingWithoutPolygons) {
     ClipRun job;
     job.directory.write("area.xml", "<VADELSIM><VadeDGM/></VADELSIM>");
     job.directory.write("base/data/a.xyz", "x;y;z\n0;0;0\n5;5;5\n");
     EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("0 100 2", 2)})), job.run());
 }
 
-TEST(ClipElevationData, theSetIsEmptiedAtEntry) {
+TEST(ClipElevationData, emptiesBoundarySet) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n15;15;2\n");
     job.boundarySet.polygons.resize(3);
@@ -90,7 +90,7 @@ TEST(ClipElevationData, theSetIsEmptiedAtEntry) {
     EXPECT_EQ((std::vector<std::int32_t>{0, 1, 2, 3}), job.boundarySet.polygons[0].vertexIndices);
 }
 
-TEST(ClipElevationData, theSetIsEmptiedBeforeAnythingElse) {
+TEST(ClipElevationData, emptiesBoundarySetFirst) {
     ClipRun job;
     job.boundarySet.polygons.resize(3);
     job.boundarySet.vertices.resize(7);
@@ -101,7 +101,7 @@ TEST(ClipElevationData, theSetIsEmptiedBeforeAnythingElse) {
     EXPECT_EQ(0u, job.boundarySet.vertices.size());
 }
 
-TEST(ClipElevationData, everyFailureOfTheBoundaryIsAPairOfErrors) {
+TEST(ClipElevationData, reportsTwoErrorsForBoundaryFailure) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "Boundary file {} not found"},
         {"<VADELSIM>", "Boundary file {} not found"},
@@ -124,7 +124,7 @@ TEST(ClipElevationData, everyFailureOfTheBoundaryIsAPairOfErrors) {
     }
 }
 
-TEST(ClipElevationData, theBoundaryComesBeforeTheDirectories) {
+TEST(ClipElevationData, readsBoundaryBeforeCheckingDirectories) {
     ClipRun job;
     job.boundaryFilePath = "missing.xml";
     job.inputParentDirectory = "";
@@ -132,7 +132,7 @@ TEST(ClipElevationData, theBoundaryComesBeforeTheDirectories) {
               job.run());
 }
 
-TEST(ClipElevationData, theParentMustBeADirectory) {
+TEST(ClipElevationData, requiresParentDirectory) {
     ClipRun job;
     const std::string file = job.directory.write("file", "");
     const std::string missing = job.directory.pathOf("missing");
@@ -142,7 +142,7 @@ TEST(ClipElevationData, theParentMustBeADirectory) {
     }
 }
 
-TEST(ClipElevationData, theParentComesBeforeTheInputAndTheInputBeforeTheOutput) {
+TEST(ClipElevationData, checksParentThenInputThenOutput) {
     ClipRun job;
     job.directory.makeDirectory("base/out");
     job.inputDirectoryName = "missing";
@@ -152,7 +152,7 @@ TEST(ClipElevationData, theParentComesBeforeTheInputAndTheInputBeforeTheOutput) 
     EXPECT_EQ(stoppedRun({"Directory " + job.inputParentDirectory + " does not exist"}), job.run());
 }
 
-TEST(ClipElevationData, theInputMustBeADirectory) {
+TEST(ClipElevationData, requiresInputDirectory) {
     ClipRun job;
     job.directory.write("base/file", "");
     for (const std::string name : {"missing", "file", "missing/below", "{0}"}) {
@@ -167,7 +167,7 @@ TEST(ClipElevationData, theInputMustBeADirectory) {
     EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + absolute + " does not exist"}), job.run());
 }
 
-TEST(ClipElevationData, anExistingOutputDirectoryIsLeftAlone) {
+TEST(ClipElevationData, doesNotTouchExistingOutputDirectory) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.write("base/out/a.xyz", "of an earlier run");
@@ -182,7 +182,7 @@ TEST(ClipElevationData, anExistingOutputDirectoryIsLeftAlone) {
     }
 }
 
-TEST(ClipElevationData, anExistingOutputDirectoryBehindALinkIsLeftAlone) {
+TEST(ClipElevationData, doesNotTouchLinkedOutputDirectory) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.write("base/out/a.xyz", "of an earlier run");
@@ -193,7 +193,7 @@ TEST(ClipElevationData, anExistingOutputDirectoryBehindALinkIsLeftAlone) {
               job.run());
 }
 
-TEST(ClipElevationData, anOutputPathThatIsNoDirectoryFailsInItsCreation) {
+TEST(ClipElevationData, failsToCreateOutputInPlaceOfFile) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.write("base/file", "stays");
@@ -203,7 +203,7 @@ TEST(ClipElevationData, anOutputPathThatIsNoDirectoryFailsInItsCreation) {
     }
 }
 
-TEST(ClipElevationData, anOutputPathThatIsALinkToNothingFailsInItsCreation) {
+TEST(ClipElevationData, failsToCreateOutputInPlaceOfDanglingLink) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.makeLink("base/dangling", "missing");
@@ -211,14 +211,14 @@ TEST(ClipElevationData, anOutputPathThatIsALinkToNothingFailsInItsCreation) {
     EXPECT_EQ(thrownRun("boost::filesystem::create_directory"), job.run());
 }
 
-TEST(ClipElevationData, anOutputPathThatEndsInADotFailsInItsCreation) {
+TEST(ClipElevationData, failsToCreateOutputWithDotAtEnd) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.outputDirectoryName = "new/.";
     EXPECT_EQ(thrownRun("boost::filesystem::create_directory"), job.run());
 }
 
-TEST(ClipElevationData, aStatusThatCannotBeToldIsThrown) {
+TEST(ClipElevationData, throwsIfStatusOfDirectoryFails) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.makeLink("base/loop", "loop");
@@ -230,7 +230,7 @@ TEST(ClipElevationData, aStatusThatCannotBeToldIsThrown) {
     EXPECT_EQ(thrownRun("boost::filesystem::status"), job.run());
 }
 
-TEST(ClipElevationData, theOutputDirectoryIsCreatedBesideTheInput) {
+TEST(ClipElevationData, createsOutputDirectoryNextToInput) {
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.directory.makeDirectory("base/deep");
@@ -253,7 +253,7 @@ TEST(ClipElevationData, theOutputDirectoryIsCreatedBesideTheInput) {
     EXPECT_EQ(outcome("base/separator"), job.run());
 }
 
-TEST(ClipElevationData, aTrailingSeparatorPutsTheOutputIntoTheInput) {
+TEST(ClipElevationData, createsOutputInInputAfterTrailingSeparator) {
     // base/data/ is handed over as base/data and ".".
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
@@ -270,7 +270,7 @@ TEST(ClipElevationData, aTrailingSeparatorPutsTheOutputIntoTheInput) {
               job.run());
 }
 
-TEST(ClipElevationData, aRunWithoutInputFilesLeavesTheEmptyOutputDirectory) {
+TEST(ClipElevationData, leavesEmptyOutputWithoutInputFiles) {
     ClipRun job;
     job.directory.write("base/data/a.dat", "x;y;z\n5;5;1\n");
     job.directory.write("base/data/A.XYZ", "x;y;z\n5;5;1\n");
@@ -282,7 +282,7 @@ TEST(ClipElevationData, aRunWithoutInputFilesLeavesTheEmptyOutputDirectory) {
               job.run());
 }
 
-TEST(ClipElevationData, theErrorsOfTheRunAreTranslated) {
+TEST(ClipElevationData, translatesErrors) {
     const GeneratedLocale german(
         "de.utf8", {{"There are no input files.", "Keine Dateien"},
                     {"Directory {0} does not exist", "{0} fehlt"},

@@ -15,7 +15,7 @@
 namespace vadelclip {
 
 // The output is a FIFO that is full, so that writing the header waits until another thread has emptied it.
-TEST(ClipNodeFileStreams, theHeaderIsWrittenBeforeTheStateIsSent) {
+TEST(ClipNodeFileStreams, writesHeaderBeforeSendingState) {
     ClipPass pass;
     pass.directory.write("in/a.xyz", "x;y;z\n5;5;1\n");
     ASSERT_EQ(0, mkfifo(pass.outputPath.c_str(), 0600));

@@ -48,7 +48,7 @@ void waitForContent(const std::string& path, const std::string& content) {
 
 } // namespace
 
-TEST(ClipNodeFileStreams, aRejectedHeaderIsReportedAndCountsOne) {
+TEST(ClipNodeFileStreams, reportsRejectedHeaderAndCountsOne) {
     ClipPass pass;
     EXPECT_EQ(headerRejected(firstCharacterText), pass.run("y;x;z\n5;5;1\n5;5;2\n", 2));
     EXPECT_EQ(headerRejected("ERROR: separator must be either semikolon, comma, space or tab"),
@@ -58,13 +58,13 @@ TEST(ClipNodeFileStreams, aRejectedHeaderIsReportedAndCountsOne) {
               pass.run("x;y;z;\n5;5;1\n", 1));
 }
 
-TEST(ClipNodeFileStreams, anEmptyHeaderIsReportedAsAnEmptyLine) {
+TEST(ClipNodeFileStreams, reportsEmptyHeaderAsEmptyLine) {
     ClipPass pass;
     EXPECT_EQ(headerRejected(""), pass.run("\nx;y;z\n5;5;1\n", 2));
     EXPECT_EQ(headerRejected(""), pass.run("", -1));
 }
 
-TEST(ClipNodeFileStreams, theTextOfTheParserIsNotTranslatedAgain) {
+TEST(ClipNodeFileStreams, doesNotTranslateTextOfParserAgain) {
     const std::string separatorText = "ERROR: separator must be either semikolon, comma, space or tab";
     const GeneratedLocale german("de.utf8", {{firstCharacterText, "Erstes Zeichen"},
                                              {"Erstes Zeichen", "Zweimal übersetzt"},
@@ -75,18 +75,18 @@ TEST(ClipNodeFileStreams, theTextOfTheParserIsNotTranslatedAgain) {
     EXPECT_EQ(headerRejected(separatorText), pass.run("x:y:z\n", 0));
 }
 
-TEST(ClipNodeFileStreams, anAbsentInputLooksEmpty) {
+TEST(ClipNodeFileStreams, treatsMissingInputAsEmpty) {
     ClipPass pass;
     EXPECT_EQ(headerRejected(""), pass.run(3));
 }
 
-TEST(ClipNodeFileStreams, aDirectoryInPlaceOfTheInputLooksEmpty) {
+TEST(ClipNodeFileStreams, treatsDirectoryAsEmptyInput) {
     ClipPass pass;
     pass.directory.makeDirectory("in/a.xyz");
     EXPECT_EQ(headerRejected(""), pass.run(3));
 }
 
-TEST(ClipNodeFileStreams, anExistingOutputIsEmptiedBeforeTheInputIsLookedAt) {
+TEST(ClipNodeFileStreams, emptiesExistingOutputBeforeReadingInput) {
     ClipPass pass;
     pass.directory.write("out/a.xyz", "content of an earlier run\n");
     EXPECT_EQ(headerRejected(""), pass.run(3));
@@ -94,7 +94,7 @@ TEST(ClipNodeFileStreams, anExistingOutputIsEmptiedBeforeTheInputIsLookedAt) {
     EXPECT_EQ(headerRejected(firstCharacterText), pass.run("y;x;z\n5;5;1\n", 1));
 }
 
-TEST(ClipNodeFileStreams, linesThatCannotBeWrittenAreCountedAllTheSame) {
+TEST(ClipNodeFileStreams, countsLinesThatCannotBeWritten) {
     const Calls calls = joined({stateCalls(), progressCalls("0 100 3", 3)});
     const std::string nodes = "x;y;z\n5;5;1\n11;5;2\n6;6;3\n";
     {
@@ -109,41 +109,41 @@ TEST(ClipNodeFileStreams, linesThatCannotBeWrittenAreCountedAllTheSame) {
     }
 }
 
-TEST(ClipNodeFileStreams, linesForAFullDiskAreCountedAllTheSame) {
+TEST(ClipNodeFileStreams, countsLinesIfDiskIsFull) {
     ClipPass pass;
     pass.directory.makeLink("out/a.xyz", "/dev/full");
     EXPECT_EQ((PassOutcome{2, {{"a.xyz", "link"}}, "", joined({stateCalls(), progressCalls("0 100 3", 3)})}),
               pass.run("x;y;z\n5;5;1\n11;5;2\n6;6;3\n", 3));
 }
 
-TEST(ClipNodeFileStreams, aRejectedHeaderWithoutAnOutputCountsOneToo) {
+TEST(ClipNodeFileStreams, countsOneForRejectedHeaderWithoutOutput) {
     ClipPass pass;
     pass.outputPath = pass.directory.pathOf("missing/a.xyz");
     EXPECT_EQ((PassOutcome{1, {}, firstCharacterText + "\n", errorCalls(firstCharacterText)}), pass.run("y;x;z\n", 0));
 }
 
-TEST(ClipNodeFileStreams, anOutputThatIsGoneAlreadyIsNoErrorOfItsRemoval) {
+TEST(ClipNodeFileStreams, acceptsThatOutputIsAlreadyRemoved) {
     ClipPass pass;
     pass.outputPath = pass.directory.pathOf("missing/a.xyz");
     EXPECT_EQ((PassOutcome{0, {}, "", joined({stateCalls(), progressCalls("0 100 1", 1)})}),
               pass.run("x;y;z\n11;5;1\n", 1));
 }
 
-TEST(ClipNodeFileStreams, theRemovalTakesWhateverHasTheName) {
+TEST(ClipNodeFileStreams, removesAnyEntryWithNameOfOutput) {
     ClipPass pass;
     pass.directory.makeDirectory("out/a.xyz");
     EXPECT_EQ((PassOutcome{0, {}, "", joined({stateCalls(), progressCalls("0 100 1", 1)})}),
               pass.run("x;y;z\n11;5;1\n", 1));
 }
 
-TEST(ClipNodeFileStreams, theRemovalTakesALinkOfTheName) {
+TEST(ClipNodeFileStreams, removesLinkWithNameOfOutput) {
     ClipPass pass;
     pass.directory.makeLink("out/a.xyz", "/dev/full");
     EXPECT_EQ((PassOutcome{0, {}, "", joined({stateCalls(), progressCalls("0 100 1", 1)})}),
               pass.run("x;y;z\n11;5;1\n", 1));
 }
 
-TEST(ClipNodeFileStreams, anyOtherFailureOfTheRemovalIsThrown) {
+TEST(ClipNodeFileStreams, throwsIfRemovalFails) {
     ClipPass pass;
     pass.directory.write("in/a.xyz", "x;y;z\n11;5;1\n");
     pass.directory.write("out/a.xyz/file", "in the way");
@@ -151,7 +151,7 @@ TEST(ClipNodeFileStreams, anyOtherFailureOfTheRemovalIsThrown) {
     EXPECT_EQ("in the way", readFile(pass.directory.pathOf("out/a.xyz/file")));
 }
 
-TEST(ClipNodeFileStreams, thePassHasEndedWhenTheRemovalFails) {
+TEST(ClipNodeFileStreams, endsPassBeforeRemovalFails) {
     ClipPass pass;
     pass.directory.write("in/a.xyz", "x;y;z\n11;5;1\n");
     pass.directory.write("out/a.xyz/file", "in the way");
@@ -159,7 +159,7 @@ TEST(ClipNodeFileStreams, thePassHasEndedWhenTheRemovalFails) {
     EXPECT_EQ(joined({stateCalls(), progressCalls("0 100 1", 1)}), pass.callsSoFar());
 }
 
-TEST(ClipNodeFileStreams, theHeaderAndEachKeptLineAreFlushedAtOnce) {
+TEST(ClipNodeFileStreams, flushesHeaderAndEachKeptLine) {
     ClipPass pass;
     const std::string output = pass.outputPath;
     const auto expectOutput = [&output](const std::string& content) {
@@ -174,7 +174,7 @@ TEST(ClipNodeFileStreams, theHeaderAndEachKeptLineAreFlushedAtOnce) {
         pass.run(4));
 }
 
-TEST(ClipNodeFileStreams, theOutputStandsThereBeforeTheInputIsRead) {
+TEST(ClipNodeFileStreams, createsOutputBeforeReadingInput) {
     ClipPass pass;
     const std::string output = pass.outputPath;
     const ServedFile input(pass.inputPath, {{[output] { waitForContent(output, ""); }, "x;y;z\n", "5;5;1\n"}});

@@ -18,7 +18,7 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 static_assert(wrapTo32(0x80000000) == smallest);
 static_assert(addWrapping(largest, 1) == smallest);
 
-TEST(Count32, aCountKeepsItsLow32Bits) {
+TEST(Count32, keepsLow32BitsOfCount) {
     EXPECT_EQ(0, wrapTo32(0));
     EXPECT_EQ(1, wrapTo32(1));
     EXPECT_EQ(largest, wrapTo32(2147483647));

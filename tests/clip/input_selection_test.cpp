@@ -71,7 +71,7 @@ void expectNothingReportedAndNothingWritten(const TemporaryDirectory& directory)
 
 } // namespace
 
-TEST(InputSelection, threeSuffixesMakeANodeFile) {
+TEST(InputSelection, acceptsThreeSuffixes) {
     const TemporaryDirectory directory;
     for (const char* const name : {"a.txt", "a.xyz", "a.csv", ".txt", ".hidden.csv", "a.b.xyz", "two words.txt",
                                    "a.txt.csv", "\xFF.txt", "-pipe.csv", "x.XYZ.xyz", "total_node_count.txt"}) {
@@ -97,7 +97,7 @@ TEST(InputSelection, threeSuffixesMakeANodeFile) {
               select(directory.path()));
 }
 
-TEST(InputSelection, theWalkIsOneLevelDeep) {
+TEST(InputSelection, walksOneLevelDeep) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("a.txt", "x;y;z\n");
     directory.write("below/b.txt", "x;y;z\n");
@@ -105,7 +105,7 @@ TEST(InputSelection, theWalkIsOneLevelDeep) {
     EXPECT_EQ((LineCounts{{path, 0}}), select(directory.path()));
 }
 
-TEST(InputSelection, onlyFilesThatBeginWithAHeaderAreChosen) {
+TEST(InputSelection, selectsOnlyFilesWithHeader) {
     const TemporaryDirectory directory;
     const std::string good = directory.write("good.csv", "X\tY\tZ\tG\n1\t2\t3\t4\n");
     const std::string mark = directory.write("mark.csv", "\xEF\xBB\xBFx;y;z\n1;2;3\n1;2;3\n");
@@ -121,7 +121,7 @@ TEST(InputSelection, onlyFilesThatBeginWithAHeaderAreChosen) {
     EXPECT_EQ((LineCounts{{good, 1}, {mark, 2}, {carriageReturn, 1}}), select(directory.path()));
 }
 
-TEST(InputSelection, linksAreFollowed) {
+TEST(InputSelection, followsLinks) {
     const TemporaryDirectory directory;
     const TemporaryDirectory elsewhere;
     elsewhere.write("data.bin", "x;y;z\n1;2;3\n");
@@ -132,7 +132,7 @@ TEST(InputSelection, linksAreFollowed) {
     EXPECT_EQ((LineCounts{{link, 1}}), select(directory.path()));
 }
 
-TEST(InputSelection, theOrderOfTheDirectoryIsKept) {
+TEST(InputSelection, keepsOrderOfDirectory) {
     const TemporaryDirectory directory;
     for (int i = 0; i < 40; ++i) {
         directory.write(std::to_string(i * 7919 % 101) + ".xyz",
@@ -149,7 +149,7 @@ TEST(InputSelection, theOrderOfTheDirectoryIsKept) {
     EXPECT_EQ(expectedCounts, selection.lineCounts);
 }
 
-TEST(InputSelection, pathsBeginWithTheDirectoryAsItIsGiven) {
+TEST(InputSelection, beginsPathsWithDirectoryAsGiven) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n");
     EXPECT_THAT(selectInputFiles(directory.path() + "/.").inputFiles,
@@ -157,7 +157,7 @@ TEST(InputSelection, pathsBeginWithTheDirectoryAsItIsGiven) {
     EXPECT_THAT(selectInputFiles(directory.path() + "/").inputFiles, ElementsAre(directory.path() + joint + "a.txt"));
 }
 
-TEST(InputSelection, theLineCountIsTheNumberOfLineFeedsLessOne) {
+TEST(InputSelection, countsLineFeedsMinusOne) {
     EXPECT_EQ(-1, lineCountOf("x;y;z"));
     EXPECT_EQ(0, lineCountOf("x;y;z\n"));
     EXPECT_EQ(0, lineCountOf("x;y;z\n1;2;3"));
@@ -172,7 +172,7 @@ TEST(InputSelection, theLineCountIsTheNumberOfLineFeedsLessOne) {
     EXPECT_EQ(200000, lineCountOf("x;y;z\n" + std::string(200000, '\n')));
 }
 
-TEST(InputSelection, linesAreCountedAcrossEveryBlockLimit) {
+TEST(InputSelection, countsLinesAcrossBlockLimits) {
     for (const std::size_t size : {4095u, 4096u, 8191u, 8192u, 65535u, 65536u, 131072u}) {
         const std::string filling(size - 6, 'a');
         EXPECT_EQ(0, lineCountOf("x;y;z\n" + filling)) << size;
@@ -181,33 +181,33 @@ TEST(InputSelection, linesAreCountedAcrossEveryBlockLimit) {
     }
 }
 
-TEST(InputSelection, aFileThatGoesAwayBeforeTheCountHasMinusOneLines) {
+TEST(InputSelection, countsMinusOneLineIfFileDisappears) {
     const TemporaryDirectory directory;
     const std::string path = directory.pathOf("a.txt");
     const ServedFile file(path, {{[&path] { std::filesystem::remove(path); }, "x;y;z\n1;2;3\n"}});
     EXPECT_EQ((LineCounts{{path, -1}}), select(directory.path()));
 }
 
-TEST(InputSelection, eachFileIsOpenedOnceForTheHeaderAndOnceForTheCount) {
+TEST(InputSelection, opensFileForHeaderAndForCount) {
     const TemporaryDirectory directory;
     const std::string path = directory.pathOf("a.txt");
     const ServedFile file(path, {{"x;y;z\n"}, {"other\ncontent\nby now\n"}});
     EXPECT_EQ((LineCounts{{path, 2}}), select(directory.path()));
 }
 
-TEST(InputSelection, aRejectedFileIsNotOpenedAgain) {
+TEST(InputSelection, doesNotOpenRejectedFileAgain) {
     const TemporaryDirectory directory;
     const ServedFile file(directory.pathOf("a.txt"), {{"y;x;z\n"}});
     EXPECT_EQ(LineCounts(), select(directory.path()));
 }
 
-TEST(InputSelection, aFileOfAnotherSuffixIsNotOpened) {
+TEST(InputSelection, doesNotOpenFileOfOtherSuffix) {
     const TemporaryDirectory directory;
     const ServedFile file(directory.pathOf("a.dat"), {});
     EXPECT_EQ(LineCounts(), select(directory.path()));
 }
 
-TEST(InputSelection, nothingIsFoundWhereNothingIsOrOnlyOtherThings) {
+TEST(InputSelection, findsNothingAmongOtherEntries) {
     const TemporaryDirectory directory;
     EXPECT_EQ(LineCounts(), select(directory.path()));
     directory.write("below.txt/a.txt", "x;y;z\n");
@@ -215,7 +215,7 @@ TEST(InputSelection, nothingIsFoundWhereNothingIsOrOnlyOtherThings) {
     EXPECT_EQ(LineCounts(), select(directory.path()));
 }
 
-TEST(InputSelection, nothingIsReportedAndNothingIsWritten) {
+TEST(InputSelection, reportsAndWritesNothing) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;2;3\n");
     directory.write("b.txt", "y;x;z\n");
@@ -223,13 +223,13 @@ TEST(InputSelection, nothingIsReportedAndNothingIsWritten) {
     expectNothingReportedAndNothingWritten(directory);
 }
 
-TEST(InputSelection, aLinkToNothingIsReportedNowhere) {
+TEST(InputSelection, skipsDanglingLinkSilently) {
     const TemporaryDirectory directory;
     directory.makeLink("d.txt", "missing");
     expectNothingReportedAndNothingWritten(directory);
 }
 
-TEST(InputSelection, aWalkThatFailsIsThrown) {
+TEST(InputSelection, throwsIfWalkFails) {
     const TemporaryDirectory directory;
     const std::string file = directory.write("a.txt", "x;y;z\n");
     EXPECT_THAT(errorOfSelection(directory.pathOf("missing")),
@@ -238,13 +238,13 @@ TEST(InputSelection, aWalkThatFailsIsThrown) {
     EXPECT_THAT(errorOfSelection(""), StartsWith("boost::filesystem::directory_iterator::construct: "));
 }
 
-TEST(InputSelection, aStatusThatCannotBeToldIsThrownWhateverTheSuffix) {
+TEST(InputSelection, throwsIfStatusFailsForAnySuffix) {
     const TemporaryDirectory directory;
     directory.makeLink("loop.dat", "loop.dat");
     EXPECT_THAT(errorOfSelection(directory.path()), StartsWith("boost::filesystem::status: "));
 }
 
-TEST(LineCounts, theSumWrapsAround) {
+TEST(LineCounts, wrapsSumAround) {
     constexpr std::int32_t largestCount = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t smallestCount = std::numeric_limits<std::int32_t>::min();
     EXPECT_EQ(0, sumLineCounts({}));

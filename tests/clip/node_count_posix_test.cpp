@@ -34,7 +34,7 @@ std::string readUntil(int descriptor, const std::string& text) {
 } // namespace
 
 // The file is a FIFO here: opening it waits until this process opens it too, which it does once the report has come.
-TEST(NodeCount, theReportComesBeforeTheFile) {
+TEST(NodeCount, sendsReportBeforeWritingFile) {
     const TemporaryDirectory directory;
     const std::string fifo = directory.pathOf("total_node_count.txt");
     ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));

@@ -27,7 +27,7 @@ std::string written(std::int32_t totalKeptNodes) {
 
 } // namespace
 
-TEST(NodeCount, theFileHoldsTheNumberAndALineFeed) {
+TEST(NodeCount, writesNumberAndLineFeed) {
     EXPECT_EQ("0\n", written(0));
     EXPECT_EQ("3\n", written(3));
     EXPECT_EQ("1234567\n", written(1234567));
@@ -35,7 +35,7 @@ TEST(NodeCount, theFileHoldsTheNumberAndALineFeed) {
     EXPECT_EQ("-2147483648\n", written(std::numeric_limits<std::int32_t>::min()));
 }
 
-TEST(NodeCount, theNumberHasNoGroupingInAnyLanguage) {
+TEST(NodeCount, writesNoGroupingInAnyLanguage) {
     for (const char* const name : {"de.utf8", "de_DE.utf8", "fr_FR.utf8", "ar_EG.utf8", ".utf8"}) {
         const GeneratedLocale generated(name);
         EXPECT_EQ("1234567\n", written(1234567)) << name;
@@ -43,7 +43,7 @@ TEST(NodeCount, theNumberHasNoGroupingInAnyLanguage) {
     }
 }
 
-TEST(NodeCount, theEndOfTheRunIsReported) {
+TEST(NodeCount, reportsEndOfRun) {
     const TemporaryDirectory directory;
     clearRecordedCalls();
     ConsoleCapture console;
@@ -52,7 +52,7 @@ TEST(NodeCount, theEndOfTheRunIsReported) {
     EXPECT_EQ("", console.text());
 }
 
-TEST(NodeCount, anExistingFileIsReplaced) {
+TEST(NodeCount, replacesExistingFile) {
     const TemporaryDirectory directory;
     directory.write("total_node_count.txt", "x;y;z\n1;2;3\n4;5;6\n");
     directory.write("other.txt", "stays");
@@ -60,7 +60,7 @@ TEST(NodeCount, anExistingFileIsReplaced) {
     EXPECT_EQ((FileTree{{"total_node_count.txt", "2\n"}, {"other.txt", "stays"}}), withoutTextMode(directory.tree()));
 }
 
-TEST(NodeCount, aFileThatCannotBeOpenedGoesUnnoticed) {
+TEST(NodeCount, ignoresFileThatCannotBeOpened) {
     const TemporaryDirectory directory;
     clearRecordedCalls();
     ConsoleCapture console;
@@ -72,7 +72,7 @@ TEST(NodeCount, aFileThatCannotBeOpenedGoesUnnoticed) {
     EXPECT_EQ((FileTree{{"total_node_count.txt/", ""}}), directory.tree());
 }
 
-TEST(NodeCount, aFileThatCannotBeWrittenGoesUnnoticed) {
+TEST(NodeCount, ignoresFileThatCannotBeWritten) {
     const TemporaryDirectory directory;
     directory.makeLink("total_node_count.txt", "/dev/full");
     clearRecordedCalls();

@@ -67,7 +67,7 @@ std::string header(const std::string& columns, char separator) {
 
 } // namespace
 
-TEST(NodeFileHeader, fourShapesWithFourSeparatorsAreAccepted) {
+TEST(NodeFileHeader, acceptsFourShapesWithFourSeparators) {
     for (const char separator : separators) {
         for (const std::string& start : {std::string(), byteOrderMark}) {
             EXPECT_EQ(accepted(separator, 1), judge(start + header("xyz", separator)));
@@ -78,7 +78,7 @@ TEST(NodeFileHeader, fourShapesWithFourSeparatorsAreAccepted) {
     }
 }
 
-TEST(NodeFileHeader, examplesAsTheyStandInFiles) {
+TEST(NodeFileHeader, acceptsExamplesFromFiles) {
     EXPECT_EQ(accepted(';', 1), judge("x;y;z"));
     EXPECT_EQ(accepted(',', 2), judge("X,Y,Z,G"));
     EXPECT_EQ(accepted('\t', 1), judge("x\ty\tz"));
@@ -86,7 +86,7 @@ TEST(NodeFileHeader, examplesAsTheyStandInFiles) {
     EXPECT_EQ(accepted(';', 1), judge("\xEF\xBB\xBFx;y;z"));
 }
 
-TEST(NodeFileHeader, noOtherByteSeparatesColumns) {
+TEST(NodeFileHeader, rejectsAnyOtherSeparator) {
     for (int byte = 0; byte < 256; ++byte) {
         const char separator = static_cast<char>(byte);
         const bool allowed = byte == 0x09 || byte == 0x20 || byte == 0x2C || byte == 0x3B;
@@ -99,7 +99,7 @@ TEST(NodeFileHeader, noOtherByteSeparatesColumns) {
     }
 }
 
-TEST(NodeFileHeader, noOtherByteBeginsALine) {
+TEST(NodeFileHeader, rejectsAnyOtherFirstByte) {
     for (int byte = 0; byte < 256; ++byte) {
         const char first = static_cast<char>(byte);
         const Verdict expected = first == 'x'   ? accepted(';', 1)
@@ -109,17 +109,17 @@ TEST(NodeFileHeader, noOtherByteBeginsALine) {
     }
 }
 
-TEST(NodeFileHeader, anEmptyLineHasNoWords) {
+TEST(NodeFileHeader, rejectsEmptyLineWithoutText) {
     EXPECT_EQ(rejected(untouched, ""), judge(""));
 }
 
-TEST(NodeFileHeader, aLineOfOnlyAByteOrderMarkFailsTheFirstCharacter) {
+TEST(NodeFileHeader, rejectsByteOrderMarkAlone) {
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge(byteOrderMark));
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge(byteOrderMark.substr(0, 2)));
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge(byteOrderMark.substr(0, 1)));
 }
 
-TEST(NodeFileHeader, onlyOneByteOrderMarkIsCut) {
+TEST(NodeFileHeader, removesOnlyOneByteOrderMark) {
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge(byteOrderMark + byteOrderMark + "x;y;z"));
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge("\xEF\xBBx;y;z"));
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge("\xFF\xFEx;y;z"));
@@ -127,7 +127,7 @@ TEST(NodeFileHeader, onlyOneByteOrderMarkIsCut) {
     EXPECT_EQ(rejected('\xEF', separatorText), judge("x" + byteOrderMark + ";y;z"));
 }
 
-TEST(NodeFileHeader, otherFirstCharactersAreRejectedFirst) {
+TEST(NodeFileHeader, checksFirstCharacterFirst) {
     for (const char* const line : {"y;x;z", "Y;Y;Z;G", " x;y;z", "\tx;y;z", ";x;y;z", "1;2;3", "y:x:z",
                                    "\"x\";\"y\";\"z\"", "#x;y;z", " ", "\r", "y", "z;y;x", "total", "3"}) {
         EXPECT_EQ(rejected(untouched, firstCharacterText), judge(line)) << line;
@@ -135,7 +135,7 @@ TEST(NodeFileHeader, otherFirstCharactersAreRejectedFirst) {
     EXPECT_EQ(rejected(untouched, firstCharacterText), judge(std::string("\0x;y;z", 6)));
 }
 
-TEST(NodeFileHeader, aLineOfOneLetterHasAZeroByteForASeparator) {
+TEST(NodeFileHeader, readsZeroByteAsSeparatorAfterOneLetter) {
     EXPECT_EQ(rejected('\0', separatorText), judge("x"));
     EXPECT_EQ(rejected('\0', separatorText), judge("X"));
     EXPECT_EQ(rejected('\0', separatorText), judge(byteOrderMark + "x"));
@@ -144,7 +144,7 @@ TEST(NodeFileHeader, aLineOfOneLetterHasAZeroByteForASeparator) {
     EXPECT_EQ(rejected('y', separatorText), judge("xyz"));
 }
 
-TEST(NodeFileHeader, everythingElseHasNoneOfTheFourShapes) {
+TEST(NodeFileHeader, rejectsAnyOtherShape) {
     for (const char* const line : {"x;",
                                    "x;y",
                                    "x;y;",
@@ -185,26 +185,26 @@ TEST(NodeFileHeader, everythingElseHasNoneOfTheFourShapes) {
     EXPECT_EQ(rejected(',', shapeText), judge("x,y;z"));
 }
 
-TEST(NodeFileHeader, zeroBytesCountAsBytes) {
+TEST(NodeFileHeader, readsZeroBytesAsBytes) {
     EXPECT_EQ(rejected(';', shapeText), judge(std::string("x;y;z\0", 6)));
     EXPECT_EQ(rejected(';', shapeText), judge(std::string("x;y\0z", 5)));
     EXPECT_EQ(rejected('\0', separatorText), judge(std::string("x\0y\0z", 5)));
 }
 
-TEST(NodeFileHeader, aSecondReadGivesTheSame) {
+TEST(NodeFileHeader, returnsSameResultAgain) {
     for (const char* const line : {"x;y;z", "Y;Y;Z;G", "x:y:z", "x;y,z", "X\tY\tZ\tG", ""}) {
         const Verdict first = judge(line);
         EXPECT_EQ(first, judge(line)) << line;
     }
 }
 
-TEST(NodeFileHeader, theCallersLineKeepsItsByteOrderMark) {
+TEST(NodeFileHeader, doesNotChangeLineOfCaller) {
     const std::string line = byteOrderMark + "x;y;z";
     judge(line);
     EXPECT_EQ("\xEF\xBB\xBFx;y;z", line);
 }
 
-TEST(NodeFileHeader, ofTheThreeTextsOnlyTheOneAboutTheFirstCharacterIsTranslated) {
+TEST(NodeFileHeader, translatesOnlyTextAboutFirstCharacter) {
     const GeneratedLocale german(
         "de.utf8", {{firstCharacterText, "Erstes Zeichen"}, {separatorText, "Trennzeichen"}, {shapeText, "Form"}});
     EXPECT_EQ(rejected(untouched, "Erstes Zeichen"), judge("Y;Y;Z;G"));
@@ -214,7 +214,7 @@ TEST(NodeFileHeader, ofTheThreeTextsOnlyTheOneAboutTheFirstCharacterIsTranslated
     EXPECT_EQ(accepted(';', 1), judge("x;y;z"));
 }
 
-TEST(NodeFileHeader, nothingIsReported) {
+TEST(NodeFileHeader, reportsNothing) {
     clearRecordedCalls();
     ConsoleCapture console;
     for (const char* const line : {"x;y;z", "y;x;z", "x:y:z", "x;y,z", ""}) {

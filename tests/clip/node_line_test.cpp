@@ -152,14 +152,14 @@ INSTANTIATE_TEST_SUITE_P(Locales, NodeLine, testing::Values("", "de.utf8", "de_D
 
 } // namespace
 
-TEST_P(NodeLine, threeNumbersWithEachSeparator) {
+TEST_P(NodeLine, readsThreeNumbersWithEachSeparator) {
     EXPECT_EQ(numbers(1.5, -2.25), outcome("1.5;-2.25;3", ';'));
     EXPECT_EQ(numbers(1.5, -2.25), outcome("1.5,-2.25,3", ','));
     EXPECT_EQ(numbers(1.5, -2.25), outcome("1.5\t-2.25\t3", '\t'));
     EXPECT_EQ(numbers(1.5, -2.25), outcome("1.5 -2.25 3", ' '));
 }
 
-TEST_P(NodeLine, whatFollowsYIsNotLookedAt) {
+TEST_P(NodeLine, ignoresBytesAfterY) {
     for (const char* const rest :
          {";", ";3", ";;;", ";abc", ";3;4;5;6", " ", "\t", "\r", "x", ",", "-", "\"", ";nan"}) {
         EXPECT_EQ(numbers(1, 2), outcome(std::string("1;2") + rest, ';')) << rest;
@@ -167,7 +167,7 @@ TEST_P(NodeLine, whatFollowsYIsNotLookedAt) {
     EXPECT_EQ(numbers(1, 2), outcome(std::string("1;2\0", 4), ';'));
 }
 
-TEST_P(NodeLine, aLineThatEndsBehindYIsDropped) {
+TEST_P(NodeLine, dropsLineThatEndsAfterY) {
     for (const char* const y : {"2", "+2", "2.", ".5", "2.5", "1e5", "-0", "00012"}) {
         EXPECT_EQ(dropped, outcome(std::string("1;") + y, ';')) << y;
         EXPECT_EQ(dropped, outcome(std::string("1 ") + y, ' ')) << y;
@@ -177,21 +177,21 @@ TEST_P(NodeLine, aLineThatEndsBehindYIsDropped) {
     EXPECT_EQ(numbers(1, 2), outcome("1.0 2.0 3.0", ' '));
 }
 
-TEST_P(NodeLine, aLineThatEndsBeforeYIsDropped) {
+TEST_P(NodeLine, dropsLineWithoutY) {
     for (const char* const line : {"", " ", "\t", "\r", "1", "1.5", " 1", "1 ", "1;", "1; ", "1;;", "1;;2;3", ";",
                                    ";1;2;3", ";;", "text", "x;y;z", "1;x;2", "total;1;2"}) {
         EXPECT_EQ(dropped, outcome(line, ';')) << "'" << line << "'";
     }
 }
 
-TEST_P(NodeLine, everyFormOfXThatIsANumber) {
+TEST_P(NodeLine, readsEveryFormOfX) {
     for (const NumberAtFront& number : numbersAtFront()) {
         EXPECT_EQ(numbers(number.value, 7), outcome(number.text + ";7;z", ';')) << number.text;
         EXPECT_EQ(numbers(number.value, 7), outcome(number.text + "\t7\tz", '\t')) << number.text;
     }
 }
 
-TEST_P(NodeLine, everyFormOfYThatIsANumber) {
+TEST_P(NodeLine, readsEveryFormOfY) {
     for (const NumberAtFront& number : numbersAtFront()) {
         EXPECT_EQ(numbers(7, number.value), outcome("7;" + number.text + ";z", ';')) << number.text;
         EXPECT_EQ(numbers(7, number.value), outcome("7 " + number.text + " z", ' ')) << number.text;
@@ -202,7 +202,7 @@ TEST_P(NodeLine, everyFormOfYThatIsANumber) {
     EXPECT_EQ(numbers(7, 1), outcome("7;1f", ';'));
 }
 
-TEST_P(NodeLine, aTextThatIsNoNumberDropsTheLine) {
+TEST_P(NodeLine, dropsLineWithTextThatIsNotNumber) {
     for (const std::string& text : noNumbersAtFront()) {
         EXPECT_EQ(dropped, outcome(text + ";7;z", ';')) << text;
         EXPECT_EQ(dropped, outcome("7;" + text + ";z", ';')) << text;
@@ -210,27 +210,27 @@ TEST_P(NodeLine, aTextThatIsNoNumberDropsTheLine) {
     }
 }
 
-TEST_P(NodeLine, aCommaIsNeverADecimalPoint) {
+TEST_P(NodeLine, neverReadsCommaAsDecimalPoint) {
     EXPECT_EQ(numbers(1, 7), outcome("1,5;7,5;z", ';'));
     EXPECT_EQ(numbers(1, 7), outcome("1,000;7;z", ';'));
     EXPECT_EQ(numbers(1, 5), outcome("1,5,7,5", ','));
     EXPECT_EQ(numbers(1, 0), outcome("1,000,7", ','));
 }
 
-TEST_P(NodeLine, whiteSpaceInFrontOfANumberIsSkipped) {
+TEST_P(NodeLine, skipsWhiteSpaceBeforeNumber) {
     EXPECT_EQ(numbers(1, 2), outcome("  1 ; 2 ;3", ';'));
     EXPECT_EQ(numbers(1, 2), outcome(" \t\n\v\f\r1; \t\n\v\f\r2;3", ';'));
     EXPECT_EQ(numbers(1, 2), outcome("  1    2    3", ' '));
     EXPECT_EQ(numbers(1, 2), outcome("1 \t 2 \t 3", '\t'));
 }
 
-TEST_P(NodeLine, columnsMayBeEmptyWhereTheSeparatorIsWhiteSpace) {
+TEST_P(NodeLine, skipsEmptyColumnsBetweenTabs) {
     // The first tab is skipped as white space, so the columns move up. Kept on purpose.
     EXPECT_EQ(numbers(5, 6), outcome("\t5\t6\t7", '\t'));
     EXPECT_EQ(numbers(5, 6), outcome("5\t\t6\t7", '\t'));
 }
 
-TEST_P(NodeLine, onlyTheSeparatorPartsTheNumbers) {
+TEST_P(NodeLine, requiresSeparatorBetweenNumbers) {
     EXPECT_EQ(dropped, outcome("1 2 3", ';'));
     EXPECT_EQ(dropped, outcome("1,2,3", ';'));
     EXPECT_EQ(dropped, outcome("1;2;3", ','));
@@ -242,7 +242,7 @@ TEST_P(NodeLine, onlyTheSeparatorPartsTheNumbers) {
     EXPECT_EQ(numbers(1.5, 0.5), outcome("1.5.5 3", ' '));
 }
 
-TEST_P(NodeLine, upTo99BytesMayStandInFrontOfTheSeparator) {
+TEST_P(NodeLine, acceptsUpTo99BytesBeforeSeparator) {
     for (const char separator : {';', ',', '\t'}) {
         for (const char filler : {'a', ' ', '9', '\xFF', '\0'}) {
             // Behind a letter, so that digits do not belong to x.
@@ -259,20 +259,20 @@ TEST_P(NodeLine, upTo99BytesMayStandInFrontOfTheSeparator) {
     EXPECT_EQ(dropped, outcome(std::string("1") + std::string(99, 'a'), ';'));
 }
 
-TEST_P(NodeLine, blanksBetweenTheNumbersHaveNoLimit) {
+TEST_P(NodeLine, acceptsAnyNumberOfSpaces) {
     EXPECT_EQ(numbers(1, 2), outcome(std::string("1") + std::string(1000, ' ') + "2 3", ' '));
     EXPECT_EQ(numbers(1, 2), outcome(std::string("1;") + std::string(1000, ' ') + "2;3", ';'));
     EXPECT_EQ(numbers(1, 2), outcome(std::string(1000, ' ') + "1;2;3", ';'));
 }
 
-TEST_P(NodeLine, nothingCarriesOverFromALineToTheNext) {
+TEST_P(NodeLine, readsEachLineIndependently) {
     EXPECT_EQ(dropped, outcome("1;2", ';'));
     EXPECT_EQ(numbers(3, 4), outcome("3;4;5", ';'));
     EXPECT_EQ(dropped, outcome("", ';'));
     EXPECT_EQ(numbers(3, 4), outcome("3;4;5", ';'));
 }
 
-TEST_P(NodeLine, longLinesAreOrdinaryLines) {
+TEST_P(NodeLine, readsLongLines) {
     EXPECT_EQ(numbers(1, 2), outcome(std::string("1;2;") + std::string(1000000, 'z'), ';'));
     EXPECT_EQ(numbers(1, 2), outcome(std::string(1000, '0') + "1;2." + std::string(1000, '0') + ";", ';'));
 }

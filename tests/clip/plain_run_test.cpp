@@ -74,6 +74,10 @@ private:
             return coordinate() + separator + coordinate();
         case 3:
             return coordinate() + separator + coordinate() + separator + std::string(70000, 'z');
+        case 4:
+            return std::string(below(2) == 0 ? "-90" : "250.5") + separator + junk();
+        case 5:
+            return coordinate() + separator + (below(2) == 0 ? "-90" : "250.5") + junk();
         default:
             return coordinate() + separator + coordinate() + separator + junk();
         }
@@ -93,7 +97,7 @@ private:
 
 } // namespace
 
-TEST(ClipElevationData, agreesWithThePlainRunOnRandomJobs) {
+TEST(ClipElevationData, agreesWithPlainRunOnRandomJobs) {
     RandomJobs jobs(1);
     for (int round = 0; round < workload(1500); ++round) {
         ClipRun job;

@@ -58,7 +58,7 @@ std::string randomContent(std::mt19937& random) {
 
 } // namespace
 
-TEST(LineReader, givesTheLinesOfAFileStream) {
+TEST(LineReader, returnsSameLinesAsFileStream) {
     const TemporaryDirectory directory;
     std::mt19937 random(1);
     for (int round = 0; round < workload(4000); ++round) {
@@ -69,7 +69,7 @@ TEST(LineReader, givesTheLinesOfAFileStream) {
     }
 }
 
-TEST(LineReader, putsLinesTogetherThatReachAcrossItsBuffer) {
+TEST(LineReader, assemblesLineLongerThanBuffer) {
     const TemporaryDirectory directory;
     for (std::size_t length = 65530; length <= 65540; ++length) {
         for (const char* const lineEnd : {"\n", "\r\n", "\r\r\n"}) {
@@ -81,7 +81,7 @@ TEST(LineReader, putsLinesTogetherThatReachAcrossItsBuffer) {
     }
 }
 
-TEST(LineReader, givesEachLineWithOneLineFeedWhateverItsEndWas) {
+TEST(LineReader, appendsOneLineFeedAfterAnyLineEnd) {
     const TemporaryDirectory directory;
     const std::string longLine(100000, 'l');
     LineReader reader(directory.write("a.xyz", "unix\nwindows\r\n\nlone\rreturn\n" + longLine + "\r\nlast\r"));
@@ -93,13 +93,13 @@ TEST(LineReader, givesEachLineWithOneLineFeedWhateverItsEndWas) {
     EXPECT_EQ(lines, (Lines{"unix\n", "windows\n", "\n", "lone\rreturn\n", longLine + "\n", "last\r\n", "\n"}));
 }
 
-TEST(LineReader, seesNothingInADirectoryOrAnAbsentFile) {
+TEST(LineReader, readsNothingFromDirectoryOrMissingFile) {
     const TemporaryDirectory directory;
     EXPECT_EQ(readerLines(directory.path(), 2), (Lines{"", ""}));
     EXPECT_EQ(readerLines(directory.pathOf("absent.xyz"), 2), (Lines{"", ""}));
 }
 
-TEST(LineReader, handsOverEachLineOfAPipeAsSoonAsItIsThere) {
+TEST(LineReader, returnsLineOfPipeAsSoonAsItArrives) {
     const TemporaryDirectory directory;
     std::atomic<int> linesSeen = 0;
     const auto waitForLine = [&linesSeen](int count) {
@@ -117,7 +117,7 @@ TEST(LineReader, handsOverEachLineOfAPipeAsSoonAsItIsThere) {
     }
 }
 
-TEST(LineReader, doesNotLookAgainOnceTheEndWasSeen) {
+TEST(LineReader, doesNotReadAgainAfterEndOfFile) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("a.xyz", "first\n");
     LineReader reader(path);

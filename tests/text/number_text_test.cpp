@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace vadelclip {
 
@@ -136,8 +137,8 @@ private:
     std::string text;
 };
 
-testing::AssertionResult agrees(PlainNumberReader& plain, const std::string& text) {
-    const NumberReading expected = plain.read(text);
+testing::AssertionResult agrees(PlainNumberReader& plain, std::string_view text) {
+    const NumberReading expected = plain.read(std::string(text));
     const NumberReading got = readNumber(text);
     if (sameReading(expected, got)) {
         return testing::AssertionSuccess();
@@ -146,7 +147,7 @@ testing::AssertionResult agrees(PlainNumberReader& plain, const std::string& tex
                                        << "\ngot      " << describe(got);
 }
 
-void expectSameReading(const std::string& text) {
+void expectSameReading(std::string_view text) {
     PlainNumberReader plain;
     EXPECT_TRUE(agrees(plain, text));
 }
@@ -168,7 +169,7 @@ struct Example {
 
 } // namespace
 
-TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
+TEST(NumberText, readsAsFarAsStream) {
     const Example examples[] = {
         {"1", 1.0, false, 1},
         {"+1;", 1.0, false, 2},
@@ -194,7 +195,7 @@ TEST(NumberText, readsWhatAStreamReadsAndStopsWhereItStops) {
     }
 }
 
-TEST(NumberText, failsWhereAStreamFails) {
+TEST(NumberText, failsWhereStreamFails) {
     for (const char* const text :
          {"", "  ", "-", "+", ".", "-.;", "+-5", "- 5", "1e", "1e;", "1e+;", "1e 5", ".e5;", "inf", "nan",
           "\xEF\xBB\xBF"
@@ -204,7 +205,7 @@ TEST(NumberText, failsWhereAStreamFails) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamHoweverManyDigitsStandBehindThePoint) {
+TEST(NumberText, agreesOnAnyNumberOfDigitsAfterPoint) {
     for (std::size_t digits = 1; digits <= 25; ++digits) {
         for (const char* const last : {"1", "7", "123", "9007199254740992"}) {
             const std::string end(last);
@@ -216,7 +217,24 @@ TEST(NumberText, agreesWithTheStreamHoweverManyDigitsStandBehindThePoint) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
+TEST(NumberText, agreesOnTextsCutAtEveryByte) {
+    for (const char* const blanks : {"", " ", "\t", " \t\n\v\f\r", "            "}) {
+        for (const char* const sign : {"", "-", "+", "- ", "+-"}) {
+            for (const char* const number :
+                 {"7", "1234567", "12345678", "123456789.123456789;", "382250.2917130358;", "9007199254740992.5;",
+                  "9007199254740993;", "1234567890123456789", "12345678901234567890", "0.0000000000000000001;", ".5.5",
+                  "5..5", "1.5e", "1.5E+10;", "1e-5x", "00000000000000000000001;", "12/5", "12:5", "1 2"}) {
+                const std::string text = std::string(blanks) + sign + number;
+                for (std::size_t length = 0; length <= text.size(); ++length) {
+                    // In place: what follows the cut must not be read.
+                    expectSameReading(std::string_view(text).substr(0, length));
+                }
+            }
+        }
+    }
+}
+
+TEST(NumberText, agreesOnEachByteNextToDigit) {
     for (int value = 0; value < 256; ++value) {
         const std::string byte(1, static_cast<char>(value));
         expectSameReading(byte + "5;");
@@ -225,15 +243,27 @@ TEST(NumberText, agreesWithTheStreamWhateverByteStandsBesideADigit) {
     }
 }
 
-TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionRandomTexts) {
+TEST(NumberText, agreesOnEachByteAtEachPlaceOfFraction) {
+    for (std::size_t length = 1; length <= 20; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (int value = 0; value < 256; ++value) {
+                std::string fraction = std::string("12345678901234567890").substr(0, length);
+                fraction[place] = static_cast<char>(value);
+                expectSameReading("7." + fraction);
+            }
+        }
+    }
+}
+
+TEST(NumberText, agreesOnRandomTexts) {
     compareRandomTexts(1, workload(25000000));
 }
 
-TEST(NumberText, agreesWithTheStreamOnTwentyFiveMillionOtherRandomTexts) {
+TEST(NumberText, agreesOnOtherRandomTexts) {
     compareRandomTexts(2, workload(25000000));
 }
 
-TEST(NumberText, agreesWithTheStreamUnderAGeneratedGermanLocale) {
+TEST(NumberText, agreesUnderGeneratedGermanLocale) {
     const GeneratedLocale german("de_DE.utf8");
     compareRandomTexts(3, workload(1000000));
 }

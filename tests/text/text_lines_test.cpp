@@ -46,7 +46,7 @@ constexpr std::size_t blockSize = 64 * 1024;
 
 } // namespace
 
-TEST(ReadTextLine, endsALineAtEachLineFeed) {
+TEST(ReadTextLine, endsLineAtEachLineFeed) {
     EXPECT_EQ((Lines{"x;y;z", "1;2;3", "4;5;6"}), linesOf("x;y;z\n1;2;3\n4;5;6\n"));
     EXPECT_EQ((Lines{"", "a", "", "", "b"}), linesOf("\na\n\n\nb\n"));
     EXPECT_EQ((Lines{"a", "unterminated"}), linesOf("a\nunterminated"));
@@ -54,26 +54,26 @@ TEST(ReadTextLine, endsALineAtEachLineFeed) {
     EXPECT_EQ((Lines{""}), linesOf("\n"));
 }
 
-TEST(ReadTextLine, takesACarriageReturnBeforeALineFeedForPartOfTheLineEnd) {
+TEST(ReadTextLine, removesCarriageReturnBeforeLineFeed) {
     EXPECT_EQ((Lines{"x;y;z", "1;2;3", "", "4;5;6"}), linesOf("x;y;z\r\n1;2;3\r\n\r\n4;5;6\r\n"));
     EXPECT_EQ((Lines{"a", "b", "c"}), linesOf("a\r\nb\nc\r\n"));
 }
 
-TEST(ReadTextLine, takesOnlyOneOfSeveralCarriageReturns) {
+TEST(ReadTextLine, removesOneOfSeveralCarriageReturns) {
     EXPECT_EQ((Lines{"a\r", "\r\r", "b"}), linesOf("a\r\r\n\r\r\r\nb\r\n"));
 }
 
-TEST(ReadTextLine, leavesALoneCarriageReturnInTheLine) {
+TEST(ReadTextLine, keepsCarriageReturnWithoutLineFeed) {
     EXPECT_EQ((Lines{"a\rb", "\rc", "d\r e"}), linesOf("a\rb\n\rc\r\nd\r e\n"));
     EXPECT_EQ((Lines{"a\rb\rc\r"}), linesOf("a\rb\rc\r"));
 }
 
-TEST(ReadTextLine, leavesACarriageReturnAtTheEndOfAnUnterminatedLine) {
+TEST(ReadTextLine, keepsCarriageReturnAtEndOfFile) {
     EXPECT_EQ((Lines{"a", "b\r"}), linesOf("a\r\nb\r"));
     EXPECT_EQ((Lines{"\r"}), linesOf("\r"));
 }
 
-TEST(ReadTextLine, leavesAllOtherBytesAlone) {
+TEST(ReadTextLine, keepsAllOtherBytes) {
     const std::string bytes = std::string("\0", 1) + "\x01\t\v\f\xEF\xBB\xBF\x85\xFF\xE2\x80\xA8";
     EXPECT_EQ((Lines{bytes, "a" + bytes}), linesOf(bytes + "\n" + "a" + bytes + "\r\n"));
 }
@@ -85,7 +85,7 @@ TEST(ReadTextLine, readsLinesOfAnyLength) {
     }
 }
 
-TEST(ReadTextLine, givesAnEmptyLineWhereNothingCanBeRead) {
+TEST(ReadTextLine, returnsEmptyLineIfNothingCanBeRead) {
     const TemporaryDirectory directory;
     for (const std::string& path : {directory.pathOf("missing"), directory.path(), directory.write("empty", "")}) {
         std::ifstream input(path);
@@ -98,7 +98,7 @@ TEST(ReadTextLine, givesAnEmptyLineWhereNothingCanBeRead) {
     }
 }
 
-TEST(ReadTextLine, givesAnEmptyLineBehindTheLastOne) {
+TEST(ReadTextLine, returnsEmptyLineAfterLastOne) {
     const TemporaryDirectory directory;
     for (const std::string content : {"last\n", "last\r\n", "last"}) {
         std::ifstream input = opened(directory, content);
@@ -138,7 +138,7 @@ TEST(CountLineFeeds, countsBlocksOfEverySize) {
     EXPECT_EQ(100000U, countLineFeeds(onlyLineFeeds.data(), onlyLineFeeds.size()));
 }
 
-TEST(CountLineFeeds, countsFromWhereTheStreamStands) {
+TEST(CountLineFeeds, countsFromPositionOfStream) {
     const TemporaryDirectory directory;
     for (const std::string lineEnd : {"\n", "\r\n"}) {
         std::ifstream input = opened(directory, "header" + lineEnd + "1" + lineEnd + "2" + lineEnd);
@@ -153,7 +153,7 @@ TEST(CountLineFeeds, countsFromWhereTheStreamStands) {
     EXPECT_EQ(0u, countLineFeeds(unterminated));
 }
 
-TEST(CountLineFeeds, countsAcrossTheBlocksItReads) {
+TEST(CountLineFeeds, countsInAllBlocks) {
     for (const std::size_t blocks : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
         for (const std::size_t size : {blocks * blockSize - 1, blocks * blockSize, blocks * blockSize + 1}) {
             EXPECT_EQ(size, countOf(std::string(size, '\n'))) << size;
@@ -166,7 +166,7 @@ TEST(CountLineFeeds, countsAcrossTheBlocksItReads) {
     EXPECT_EQ(blockSize, countOf(std::string(blockSize, '\n') + "..."));
 }
 
-TEST(CountLineFeeds, isZeroWhereNothingCanBeRead) {
+TEST(CountLineFeeds, isZeroIfNothingCanBeRead) {
     const TemporaryDirectory directory;
     for (const std::string& path : {directory.pathOf("missing"), directory.path(), directory.write("empty", "")}) {
         std::ifstream input(path);
@@ -196,7 +196,7 @@ private:
 
 } // namespace
 
-TEST(CountLineFeeds, countsEverythingInFrontOfAReadError) {
+TEST(CountLineFeeds, countsAllBytesBeforeReadError) {
     FailingBuffer buffer;
     std::istream input(&buffer);
     EXPECT_EQ(countLineFeeds(input), 3U);

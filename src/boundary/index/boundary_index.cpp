@@ -1,5 +1,6 @@
 #include "boundary/index/boundary_index.hpp"
 
+#include "boundary/boundary_extent.hpp"
 #include "boundary/contains_point.hpp"
 #include "boundary/index/ring_rows_builder.hpp"
 
@@ -48,7 +49,8 @@ std::optional<IndexedPolygon> indexPolygon(const BoundarySet& set, std::uint32_t
 
 } // namespace
 
-BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_) : boundarySet(boundarySet_) {
+BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
+    : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)) {
     // A boundary of few polygons can afford fine rows for each: then hardly any point lies on a chain's range.
     const double fewestRows = std::clamp(8192.0 / static_cast<double>(boundarySet.polygons.size()), 16.0, 128.0);
     RingRowsBuilder builder(rows, fewestRows);

@@ -5,6 +5,7 @@
 #include "boundary/boundary_set.hpp"
 #include "boundary/index/polygon_grid.hpp"
 #include "boundary/index/ring_rows.hpp"
+#include "boundary/widened_box.hpp"
 
 namespace vadelclip {
 
@@ -22,8 +23,12 @@ public:
     /// Tells whether a point lies in any polygon of the set.
     bool anyContains(Point2D point) const;
 
+    /// The box outside of which no polygon contains a point.
+    const WidenedBox& extent() const { return extentOfSet; }
+
 private:
     BoundarySet& boundarySet;
+    WidenedBox extentOfSet;
     RingRows rows;
     PolygonGrid grid;
 };
