@@ -1,12 +1,12 @@
-# Every floating-point operation is rounded on its own.
+# Every floating-point operation is rounded separately.
 #
-# Which point lies in a polygon is decided by exact comparisons with rounded values. A compiler that contracts a*b+c
-# into one operation (as GCC does by default where the target has it), or reorders operations, changes those values and
-# with them the result. No target is built for one machine only (-march=native): every x86-64 gives the same bits.
+# The containment test compares rounded values exactly. A compiler that contracts a*b+c into one operation (GCC does so by
+# default if the target has it), or reorders operations, changes these values and with them the result. No target is
+# built with -march=native: every x86-64 computes the same bits.
 add_library(vadelclip_floating_point INTERFACE)
 if(MSVC)
-  # Since Visual Studio 2022 this contracts nothing unless /fp:contract is given too; earlier ones contract where the
-  # target has the operation, which takes an /arch that is given nowhere.
+  # Visual Studio 2022 contracts nothing without /fp:contract. Earlier versions contract only with an /arch option that
+  # has the operation, and we set none.
   target_compile_options(vadelclip_floating_point INTERFACE /fp:precise)
 else()
   target_compile_options(vadelclip_floating_point INTERFACE -ffp-contract=off -fno-fast-math)

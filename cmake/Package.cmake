@@ -1,7 +1,7 @@
-# The Debian package, made by CPack; scripts/package.sh does all of it.
+# The Debian package, made by CPack. scripts/package.sh builds it.
 set(VADELCLIP_MAINTAINER "Vadelclip authors <authors@vadelclip.invalid>" CACHE STRING "Maintainer of the package")
 
-# The first line names a release; what is new in it stands in CHANGELOG.md. The time is SOURCE_DATE_EPOCH if it is set.
+# Debian's changelog names the release and refers to CHANGELOG.md. The time is SOURCE_DATE_EPOCH if it is set.
 set(debianVersion ${PROJECT_VERSION}-1)
 string(TIMESTAMP packageDate "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(packaging/changelog.Debian.in ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)

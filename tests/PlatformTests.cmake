@@ -1,10 +1,11 @@
-# How unit tests are run, and which of them a platform leaves out.
+# How unit tests are built and run, and which tests a platform leaves out.
 
 if(WIN32)
   file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/left-out-on-windows.txt leftOutLines REGEX "^[a-z]")
 endif()
 
-# Takes the sources out of a list that the platform cannot compile: its own ones are named *_posix* and *_win32*.
+# Removes the sources from a list that the platform cannot compile. The names of a platform's own sources have _posix or
+# _win32 in them.
 function(keep_sources_of_platform list)
   set(sources ${${list}})
   if(WIN32)
@@ -20,11 +21,11 @@ function(keep_sources_of_platform list)
   set(${list} ${sources} PARENT_SCOPE)
 endfunction()
 
-# The same for the files of acceptance tests. Python leaves out single classes and tests by the same list.
+# The same for files of acceptance tests. tests/support/acceptance.py leaves out single classes and tests by the same list.
 function(keep_acceptance_tests_of_platform list)
   set(files ${${list}})
   if(WIN32)
-    # Vadelwatch is not built there.
+    # Vadelwatch is not built for Windows.
     list(FILTER files EXCLUDE REGEX "/watch/")
     foreach(line IN LISTS leftOutLines)
       if(line MATCHES "^acceptance +([^ .]+) ")
@@ -37,35 +38,25 @@ function(keep_acceptance_tests_of_platform list)
   set(${list} ${files} PARENT_SCOPE)
 endfunction()
 
-# A program of unit tests: add_unit_tests(<target> <source>...). For ctest each test stands on its own; where every start
-# goes through an emulator, one part of them for each processor.
+# add_unit_tests(<target> <source>...): a program of unit tests. Each unit test is a test of CTest, except where an emulator
+# makes every start slow: there CTest runs the program twice, each time with half of the tests.
 function(add_unit_tests target)
   set(sources ${ARGN})
   keep_sources_of_platform(sources)
   add_executable(${target} ${sources})
   target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest_main)
+  # Every test includes these headers.
+  target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
   if(VADELCLIP_SANITIZERS)
     target_compile_definitions(${target} PRIVATE VADELCLIP_SMALL_WORKLOAD)
   endif()
-  # Most of a build are tests, and most of a test's time is the compiler's: what all include is read once, and only the
-  # sources and the plain ways to the same result (test_support) are optimised in full. Under sanitizers GCC 12 takes all
-  # memory there is when it goes on from precompiled headers.
-  if(NOT (VADELCLIP_SANITIZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"))
-    # Two programs are small and have the definitions of unit_tests, so that its precompiled headers will do for them.
-    if(target MATCHES "^(processmessage|memory)_tests$" AND NOT WIN32)
-      target_precompile_headers(${target} REUSE_FROM unit_tests)
-    else()
-      target_precompile_headers(${target} PRIVATE <filesystem> <gmock/gmock.h> <gtest/gtest.h>)
-    endif()
-  endif()
-  if(NOT MSVC)
-    # GCC 12 takes strings of its own library for out of bounds when their header is precompiled. Fixtures in anonymous
-    # namespaces look like those of a header where sources are compiled together.
-    target_compile_options(${target} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>
-      $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow;-Wno-subobject-linkage>)
-  endif()
   if(NOT WIN32)
-    gtest_discover_tests(${target} TEST_PREFIX "unit." DISCOVERY_TIMEOUT 60 PROPERTIES LABELS unit)
+    # The longest tests start first, so that none of them runs alone at the end.
+    set(slow "*TwentyFiveMillion*")
+    gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "-${slow}" DISCOVERY_TIMEOUT 60
+      PROPERTIES LABELS unit)
+    gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "${slow}" DISCOVERY_TIMEOUT 60
+      TEST_LIST slow_${target} PROPERTIES LABELS slow COST 3)
     return()
   endif()
   set(filter "*-")
@@ -76,7 +67,7 @@ function(add_unit_tests target)
   endforeach()
   foreach(part IN ITEMS 0 1)
     add_test(NAME unit.${target}.${part} COMMAND ${target} --gtest_brief=1)
-    set_tests_properties(unit.${target}.${part} PROPERTIES
+    set_tests_properties(unit.${target}.${part} PROPERTIES LABELS unit
       ENVIRONMENT "GTEST_FILTER=${filter};GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${part}")
   endforeach()
 endfunction()

@@ -24,7 +24,7 @@ public:
 
 protected:
     int sync() override {
-        notes += "'" + str() + "' before call " + std::to_string(recordedCalls().size()) + "; ";
+        notes += '\'' + str() + "' before call " + std::to_string(recordedCalls().size()) + "; ";
         return 0;
     }
 

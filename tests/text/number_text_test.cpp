@@ -210,8 +210,9 @@ TEST(NumberText, agreesOnAnyNumberOfDigitsAfterPoint) {
         for (const char* const last : {"1", "7", "123", "9007199254740992"}) {
             const std::string end(last);
             if (end.size() <= digits) {
-                expectSameReading("0." + std::string(digits - end.size(), '0') + end + ";");
-                expectSameReading("." + std::string(digits - end.size(), '0') + end);
+                const std::string fraction = std::string(digits - end.size(), '0') + end;
+                expectSameReading("0." + fraction + ";");
+                expectSameReading("." + fraction);
             }
         }
     }

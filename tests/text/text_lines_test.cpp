@@ -163,7 +163,7 @@ TEST(CountLineFeeds, countsInAllBlocks) {
         }
     }
     // Nothing of a full block is left over in the part of the last one that was not filled.
-    EXPECT_EQ(blockSize, countOf(std::string(blockSize, '\n') + "..."));
+    EXPECT_EQ(blockSize, countOf(std::string(blockSize, '\n').append("...")));
 }
 
 TEST(CountLineFeeds, isZeroIfNothingCanBeRead) {
