@@ -21,7 +21,7 @@ _vadelwatch() {
   fi
 
   # The first argument is a directory, the second a new name, the third a file.
-  local place=0 ended= index
+  local place=0 ended="" index
   for ((index = 1; index < COMP_CWORD; index++)); do
     case $ended${COMP_WORDS[index]} in
     --) ended="behind " ;;

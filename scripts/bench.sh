@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Measures the whole tool against what a user would pick instead, against what a programmer would write, and against
-# the floor that no program can go below; prints a table and keeps it under benchmarks/runs/. Installs what is missing.
+# Measures the whole tool against other tools, against programs for the same task with other libraries, and against a
+# program that only reads and writes the bytes. Prints a table and keeps it in benchmarks/runs/. Installs what is missing.
 #
 #     scripts/bench.sh [pairs [pattern of the cases]]
 set -euo pipefail
@@ -11,5 +11,6 @@ if [ $# -gt 2 ] || ! [[ ${1:-1} =~ ^[1-9][0-9]*$ ]]; then
 fi
 
 scripts/setup.sh bench
-scripts/build.sh bench
+cmake --preset bench >/dev/null
+cmake --build --preset bench -- --quiet
 exec python3 benchmarks/whole_process/run.py build/bench build/bench/data benchmarks/runs "$@"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Builds the fuzzers and runs them, two at a time on two processors: scripts/fuzz.sh [seconds each, 20] [name...]
+# Builds the fuzzers and runs one on each processor: scripts/fuzz.sh [seconds each, 20] [name...]
 # A name is that of the source: scripts/fuzz.sh 600 boundary_index
-# They are built as build/asan/fuzz/<name>_fuzz. The corpus grows in build/fuzz/corpus, findings are kept in
-# build/fuzz/findings. Ends with status 1 on any finding, and if a fuzzer has not tried more than what it starts from.
+# The corpus grows in build/fuzz/corpus, inputs that fail are kept in build/fuzz/findings. Ends with status 1 on any finding,
+# and if a fuzzer has tried nothing but its seeds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,93 +13,40 @@ if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
   exit 2
 fi
 if [ ${#names[@]} -eq 0 ]; then
-  for source in fuzz/*_fuzz.cpp; do
-    name=${source#fuzz/}
-    names+=("${name%_fuzz.cpp}")
-  done
+  mapfile -t names < <(basename -s _fuzz.cpp fuzz/*_fuzz.cpp)
 fi
-for name in "${names[@]}"; do
-  if ! [ -f "fuzz/${name}_fuzz.cpp" ]; then
-    echo "There is no fuzz/${name}_fuzz.cpp" >&2
-    exit 1
-  fi
-done
 
-scripts/setup.sh fuzz
-scripts/build.sh asan --target fuzzers -DVADELCLIP_WERROR=ON
+scripts/setup.sh test
+cmake --preset asan >/dev/null
+cmake --build --preset asan --target fuzzers -- --quiet
 
-mkdir -p build/fuzz/findings build/fuzz/logs
-# The fuzzers write small files at every execution: into memory where there is such a place. A fuzzer that ends at a
-# finding leaves its own behind.
-place=/dev/shm
-[ -d $place ] && [ -w $place ] || place=${TMPDIR:-/tmp}
-TMPDIR=$(mktemp -d "$place/vadelclip-fuzz-XXXXXX")
-export TMPDIR
+# The fuzzers write small files in every execution, so their directory is in memory if possible. A fuzzer that ends at a
+# finding does not remove its files.
+memory=/dev/shm
+[ -w $memory ] || memory=${TMPDIR:-/tmp}
+TMPDIR=$(mktemp -d "$memory/vadelclip-fuzz-XXXXXX")
 trap 'rm -rf "$TMPDIR"' EXIT
+export TMPDIR seconds
 
 run() {
-  local name=$1 options=()
+  local name=$1 corpus=build/fuzz/corpus/$1 log=build/fuzz/$1.log options=() seeds tried
   [ -f "fuzz/dictionaries/$name.dict" ] && options+=("-dict=fuzz/dictionaries/$name.dict")
-  mkdir -p "build/fuzz/corpus/$name"
-  find "build/fuzz/corpus/$name" "fuzz/corpus/$name" -type f | wc -l >"build/fuzz/logs/$name.seeds"
-  "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
-    -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "fuzz/corpus/$name" \
-    >"build/fuzz/logs/$name.log" 2>&1
-}
-
-declare -A statuses=() names_of=()
-await_one() {
-  local ended status=0
-  wait -n -p ended || status=$?
-  statuses[${names_of[$ended]}]=$status
-}
-running=0
-for name in "${names[@]}"; do
-  if [ "$running" -ge "$(nproc)" ]; then
-    await_one
-    running=$((running - 1))
+  mkdir -p "$corpus" build/fuzz/findings
+  seeds=$(find "$corpus" "fuzz/corpus/$name" -type f | wc -l)
+  if ! "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
+    -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
+    tail -n 60 "$log"
+    echo "$name: a finding. To run the input again: build/asan/fuzz/${name}_fuzz <the file that \"Test unit written to\" names>"
+    return 1
   fi
-  run "$name" &
-  names_of[$!]=$name
-  running=$((running + 1))
-done
-for (( ; running > 0; running--)); do
-  await_one
-done
-
-# The value behind a word in the last line of a log that has both.
-last() { grep -aoE "$1 +[0-9]+" "build/fuzz/logs/$2.log" | tail -1 | grep -oE '[0-9]+$' || echo -; }
-
-findings=0
-printf '%-22s %12s %8s %6s %7s %7s\n' fuzzer executions exec/s cov ft corpus
-for name in "${names[@]}"; do
-  printf '%-22s %12s %8s %6s %7s %7s\n' "$name" "$(last stat::number_of_executed_units: "$name")" \
-    "$(last stat::average_exec_per_sec: "$name")" "$(last cov: "$name")" "$(last ft: "$name")" "$(last corp: "$name")"
-done
-for name in "${names[@]}"; do
-  [ "${statuses[$name]}" -eq 0 ] && continue
-  findings=$((findings + 1))
-  printf '\n== Finding: %s, the whole log is build/fuzz/logs/%s.log\n' "$name" "$name"
-  grep -aE -A12 'FINDING|ERROR: |runtime error|terminate called|what\(\)' "build/fuzz/logs/$name.log" | head -40 ||
-    tail -20 "build/fuzz/logs/$name.log"
-  input=$(grep -aoE 'build/fuzz/findings/[^ ]+' "build/fuzz/logs/$name.log" | tail -1 || true)
-  printf 'Replay it:  build/asan/fuzz/%s_fuzz %s\n' "$name" "$input"
-done
-
-# A fuzzer that has only read its seeds, or nothing at all, has found nothing because it has not looked. It begins with an
-# empty input, which is no seed.
-idle=0
-for name in "${names[@]}"; do
-  seeds=$(<"build/fuzz/logs/$name.seeds")
-  executions=$(last stat::number_of_executed_units: "$name")
-  if [ "${statuses[$name]}" -eq 0 ] && ! { [[ $executions =~ ^[0-9]+$ ]] && [ "$executions" -gt $((seeds + 1)) ]; }; then
-    idle=$((idle + 1))
-    printf '\n== Nothing tried: %s, %s executions with %s seeds; it may need more seconds. The log is build/fuzz/logs/%s.log\n' \
-      "$name" "$executions" "$seeds" "$name"
+  tried=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+  echo "$name: $tried inputs, $seeds of them seeds"
+  # libFuzzer adds an empty input to the seeds.
+  if ! [ "$tried" -gt $((seeds + 1)) ]; then
+    echo "$name: only the seeds were tried. Give it more seconds."
+    return 1
   fi
-done
-if [ "$findings" -eq 0 ] && [ "$idle" -eq 0 ]; then
-  printf '\nNo finding; every fuzzer has tried more inputs than its seeds.\n'
-else
-  exit 1
-fi
+}
+export -f run
+
+printf '%s\n' "${names[@]}" | xargs -I{} -P "$(nproc)" bash -c 'run {}'

@@ -1,42 +1,38 @@
 #!/usr/bin/env bash
-# Installs what building needs from Debian's packages; with arguments also what the checks ("test"), counting the
-# reached lines ("coverage"), the sanitizers and fuzzers ("fuzz"), the benchmarks ("bench"), the
-# Debian package and its test ("package"), that test in a fresh system ("chroot") or building and testing for Windows
-# ("windows") need.
-# Does nothing where everything is there. Sourced or run by the other scripts; can be run alone.
+# Installs the Debian packages that the build needs, and with arguments those of other purposes: scripts/setup.sh [purpose...]
+#
+#     test       the test suite, also with sanitizers        package    building the Debian package
+#     check      scripts/check.sh: coverage, analysis, ...   windows    building and testing for Windows
+#     bench      the benchmarks                              chroot     testing on a bare machine
+#
+# Does nothing if all are installed. The other scripts run it.
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
+build=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev libutfcpp-dev pkgconf)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
-  clang-tidy cppcheck valgrind)
-coverage_packages=("${test_packages[@]}" gcovr)
-fuzz_packages=(clang-14 llvm-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3)
-windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
-bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
-package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)
+test=(libgtest-dev libgmock-dev locales python3 clang-14 llvm-14 libclang-rt-14-dev bash-completion man-db)
+package=(binutils dpkg-dev file gzip)
+check=("${test[@]}" "${package[@]}" libbenchmark-dev libgeos++-dev clang-format clang-tidy cppcheck shellcheck valgrind
+  lintian piuparts)
+bench=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
+windows=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
+chroot=(debootstrap util-linux)
 
-usage() {
-  echo "Usage: scripts/setup.sh [test|coverage|fuzz|package|chroot|windows|bench]..." >&2
-  exit 2
-}
-
-wanted=("${build_packages[@]}")
+wanted=("${build[@]}")
 for purpose in "$@"; do
   case "$purpose" in
-    test) wanted+=("${test_packages[@]}") ;;
-    coverage) wanted+=("${coverage_packages[@]}") ;;
-    fuzz) wanted+=("${fuzz_packages[@]}") ;;
-    package) wanted+=("${package_packages[@]}") ;;
-    chroot) wanted+=("${package_packages[@]}" debootstrap util-linux) ;;
-    windows) wanted+=("${windows_packages[@]}") ;;
-    bench) wanted+=("${bench_packages[@]}") ;;
-    *) usage ;;
+    test) wanted+=("${test[@]}") ;;
+    check) wanted+=("${check[@]}") ;;
+    package) wanted+=("${package[@]}") ;;
+    bench) wanted+=("${bench[@]}") ;;
+    windows) wanted+=("${windows[@]}") ;;
+    chroot) wanted+=("${chroot[@]}") ;;
+    *) echo "Usage: scripts/setup.sh [test|check|package|windows|bench|chroot]..." >&2; exit 2 ;;
   esac
 done
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-  echo "This is no Debian system. Please install the counterparts of these packages, then build with CMake:" >&2
+  echo "This is not a Debian system. Please install the counterparts of these packages, then build with CMake:" >&2
   echo "  ${wanted[*]}" >&2
   echo "  cmake --preset tool && cmake --build --preset tool" >&2
   exit 1
@@ -52,7 +48,7 @@ done
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
   if ! command -v sudo >/dev/null; then
-    echo "Missing packages, and neither root nor sudo to install them. Please run as root:" >&2
+    echo "Packages are missing, and there is no sudo to install them. Please run as root:" >&2
     echo "  apt-get install ${missing[*]}" >&2
     exit 1
   fi

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs the demo command and the test command of README.md on a bare machine: each in a fresh minimal Debian, from the archive
-# of the last commit, without git, as root and as a user with sudo. Each command does all of its set-up. Takes root and the network.
+# Runs the demo command and the test command of README.md on a bare machine: in a fresh minimal Debian, from the archive of
+# the last commit, without git, as root and as a user with sudo. Needs root and the network.
 #
-#     scripts/test-bare-machine.sh                      all four; more than an hour on two processors
+#     scripts/test-bare-machine.sh                      all four; about half an hour on two processors
 #     scripts/test-bare-machine.sh demo.sh root         one of them: demo.sh or test.sh, root or sudo
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -19,30 +19,42 @@ if [ $# -gt 0 ]; then
 fi
 
 scripts/setup.sh chroot
-source scripts/fresh-debian.sh
-
 mkdir -p build
 work=$(mktemp -d "$PWD/build/bare-machine-XXXXXX")
 trap 'rm -rf --one-file-system "$work"' EXIT
-make_fresh_debian "$work/fresh" "$work/log"
+debootstrap --variant=minbase bookworm "$work/fresh" >"$work/log" || { tail -n 20 "$work/log" >&2; exit 1; }
+apt-config dump Acquire >"$work/fresh/etc/apt/apt.conf.d/acquire"
 git archive --prefix=vadelclip/ --output="$work/vadelclip.tar" HEAD
+
+# in_system <command>...: runs a command in the system, with mounts and processes that end with the command.
+in_system() {
+  # shellcheck disable=SC2016 # Expanded by the inner shell.
+  unshare --mount --pid --fork --kill-child sh -ec 'system=$1; shift
+    mount -t proc proc "$system/proc"
+    mkdir -p "$system/dev/pts" "$system/dev/shm"
+    mount -t devpts -o newinstance,ptmxmode=0666 devpts "$system/dev/pts"
+    mount -t tmpfs tmpfs "$system/dev/shm"
+    ln -sf pts/ptmx "$system/dev/ptmx"
+    exec chroot "$system" "$@"' sh "$work/system" "$@"
+}
 
 # run <command> <user>
 # Each step returns its failure, because bash ignores "set -e" in a function that is called in a condition.
 run() {
-  local system=$work/system home=/root as=()
-  rm -rf --one-file-system "$system"
-  cp -a "$work/fresh" "$system" || return
+  local home=/root as=()
+  rm -rf --one-file-system "$work/system"
+  cp -a "$work/fresh" "$work/system" || return
   if [ "$2" = sudo ]; then
-    in_system "$system" sh -ec 'apt-get update -qq; apt-get install -y -qq --no-install-recommends sudo
-      useradd --create-home --shell /bin/bash builder; echo "builder ALL=(ALL) NOPASSWD: ALL" >/etc/sudoers.d/builder' || return
+    in_system sh -ec 'apt-get update -qq; apt-get install -y -qq --no-install-recommends sudo
+      useradd --create-home --shell /bin/bash builder
+      echo "builder ALL=(ALL) NOPASSWD: ALL" >/etc/sudoers.d/builder' || return
     home=/home/builder
     as=(setpriv --reuid=builder --regid=builder --init-groups)
   fi
-  tar -xf "$work/vadelclip.tar" -C "$system$home" || return
-  [ "$2" = root ] || in_system "$system" chown -R builder: "$home" || return
-  # Nothing of this machine's environment, so that the command has to do all of its set-up.
-  in_system "$system" "${as[@]}" env -i -C "$home/vadelclip" HOME="$home" PATH=/usr/sbin:/usr/bin:/sbin:/bin "scripts/$1"
+  tar -xf "$work/vadelclip.tar" -C "$work/system$home" || return
+  [ "$2" = root ] || in_system chown -R builder: "$home" || return
+  # Without the environment of this machine.
+  in_system "${as[@]}" env -i -C "$home/vadelclip" HOME="$home" PATH=/usr/sbin:/usr/bin:/sbin:/bin "scripts/$1"
 }
 
 for command in "${commands[@]}"; do

@@ -7,7 +7,6 @@
 set -eu
 
 cd "$(dirname "$0")/.."
-. scripts/no-arguments.sh
 trap 'rm -f locale/*.pot.new' EXIT
 
 # write_template <domain> <program>: the list of the sources is read from standard input.

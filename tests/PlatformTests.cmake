@@ -52,7 +52,7 @@ function(add_unit_tests target)
   endif()
   if(NOT WIN32)
     # The longest tests start first, so that none of them runs alone at the end.
-    set(slow "*TwentyFiveMillion*")
+    set(slow "NumberText.agreesOn*RandomTexts")
     gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "-${slow}" DISCOVERY_TIMEOUT 60
       PROPERTIES LABELS unit)
     gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "${slow}" DISCOVERY_TIMEOUT 60
