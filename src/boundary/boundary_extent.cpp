@@ -8,21 +8,20 @@ namespace vadelclip {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
 // A limit that is not a number rejects nothing, so that the extent must not reject anything there either.
 
 double lowerLimit(double extent, double box) {
-    return std::isnan(box) ? -infinity : std::min(extent, box);
+    return std::isnan(box) ? -std::numeric_limits<double>::infinity() : std::min(extent, box);
 }
 
 double upperLimit(double extent, double box) {
-    return std::isnan(box) ? infinity : std::max(extent, box);
+    return std::isnan(box) ? std::numeric_limits<double>::infinity() : std::max(extent, box);
 }
 
 } // namespace
 
 WidenedBox extentOf(const std::vector<BoundaryPolygon>& polygons) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
     WidenedBox extent;
     extent.minX = extent.minY = infinity;
     extent.maxX = extent.maxY = -infinity;

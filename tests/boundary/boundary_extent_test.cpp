@@ -3,6 +3,7 @@
 #include "boundary/contains_point.hpp"
 #include "boundary/index/boundary_index.hpp"
 #include "support/boundary_support.hpp"
+#include "support/special_numbers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,7 @@ namespace vadelclip {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double largest = std::numeric_limits<double>::max();
-
-bool anyContains(BoundarySet& set, Point2D point) {
+bool anyPolygonHolds(BoundarySet& set, Point2D point) {
     return std::any_of(set.polygons.begin(), set.polygons.end(),
                        [&](BoundaryPolygon& polygon) { return containsPoint(polygon, point, set.vertices); });
 }
@@ -40,6 +37,7 @@ TEST(BoundaryExtent, isTheWidenedBoxOfOnePolygon) {
 }
 
 TEST(BoundaryExtent, rejectsAllWithoutPolygonThatContainsPoint) {
+    constexpr double largest = std::numeric_limits<double>::max();
     for (const BoundarySet& set : {BoundarySet(), setOf({{}, {{5.0, 5.0}}, {{notANumber, 1.0}}})}) {
         const WidenedBox extent = extentOf(set.polygons);
         for (const double x : {-largest, -1.0, 0.0, 5.0, largest}) {
@@ -49,6 +47,7 @@ TEST(BoundaryExtent, rejectsAllWithoutPolygonThatContainsPoint) {
 }
 
 TEST(BoundaryExtent, rejectsNothingWhereLimitIsNotNumber) {
+    constexpr double largest = std::numeric_limits<double>::max();
     // A box keeps the coordinates of a first vertex that is not a number.
     const BoundarySet set = setOf({{{2.0, 3.0}, {8.0, 3.0}, {8.0, 9.0}},
                                    {{notANumber, 1.0}, {1.0, 1.0}, {1.0, 2.0}},
@@ -60,6 +59,7 @@ TEST(BoundaryExtent, rejectsNothingWhereLimitIsNotNumber) {
 }
 
 TEST(BoundaryExtent, rejectsNoPointThatPolygonContains) {
+    constexpr double largest = std::numeric_limits<double>::max();
     static constexpr double coordinates[] = {-infinity, -largest, -2.0,    -1e-06,   0.0,       1e-06,
                                              1.0,       1.000001, largest, infinity, notANumber};
     std::mt19937 random(1);
@@ -77,7 +77,7 @@ TEST(BoundaryExtent, rejectsNoPointThatPolygonContains) {
         const WidenedBox extent = extentOf(set.polygons);
         for (const double x : coordinates) {
             const double y = coordinate();
-            const bool inside = anyContains(set, {x, y});
+            const bool inside = anyPolygonHolds(set, {x, y});
             ASSERT_FALSE(inside && extent.rejectsX(x)) << x << ' ' << y;
             ASSERT_FALSE(inside && extent.rejects({x, y})) << x << ' ' << y;
             contained += inside ? 1 : 0;

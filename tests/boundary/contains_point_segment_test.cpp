@@ -3,10 +3,9 @@
 #include "boundary/contains_point.hpp"
 
 #include "support/boundary_support.hpp"
+#include "support/special_numbers.hpp"
 
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace vadelclip {
 
@@ -127,7 +126,6 @@ TEST(TwoVertexPolygon, isRejectedByItsBoxFirst) {
 }
 
 TEST(TwoVertexPolygon, containsNotANumberNowhere) {
-    const double notANumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {notANumber, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {5, notANumber}));
     EXPECT_FALSE(segmentContains({4, 4}, {4, 4}, {notANumber, 4}));

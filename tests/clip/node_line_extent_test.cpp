@@ -4,6 +4,7 @@
 #include "clip/node_line.hpp"
 
 #include "support/plain_text_support.hpp"
+#include "support/special_numbers.hpp"
 #include "support/workload.hpp"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -20,9 +20,7 @@ namespace vadelclip {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-WidenedBox extentOf(double minX, double minY, double maxX, double maxY) {
+WidenedBox boxOf(double minX, double minY, double maxX, double maxY) {
     WidenedBox extent;
     extent.minX = minX;
     extent.minY = minY;
@@ -32,21 +30,20 @@ WidenedBox extentOf(double minX, double minY, double maxX, double maxY) {
 }
 
 /// Extents that numbers of a few digits are inside, outside and exactly on.
-std::vector<WidenedBox> extents() {
-    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-    return {extentOf(-infinity, -infinity, infinity, infinity),
-            extentOf(infinity, infinity, -infinity, -infinity),
-            extentOf(notANumber, notANumber, notANumber, notANumber),
-            extentOf(-3.0, -3.0, 12.5, 12.5),
-            extentOf(12.5, -infinity, 12.5, infinity),
-            extentOf(-infinity, 7.0, infinity, 7.0),
-            extentOf(-infinity, notANumber, 0.0, 1.0),
-            extentOf(std::nextafter(12.5, 13.0), 0.0, 1e300, 1e300),
-            extentOf(-1e300, 0.0, std::nextafter(12.5, 12.0), 1e300),
-            extentOf(-0.0, 0.0, 0.0, -0.0)};
+std::vector<WidenedBox> awkwardExtents() {
+    return {boxOf(-infinity, -infinity, infinity, infinity),
+            boxOf(infinity, infinity, -infinity, -infinity),
+            boxOf(notANumber, notANumber, notANumber, notANumber),
+            boxOf(-3.0, -3.0, 12.5, 12.5),
+            boxOf(12.5, -infinity, 12.5, infinity),
+            boxOf(-infinity, 7.0, infinity, 7.0),
+            boxOf(-infinity, notANumber, 0.0, 1.0),
+            boxOf(std::nextafter(12.5, 13.0), 0.0, 1e300, 1e300),
+            boxOf(-1e300, 0.0, std::nextafter(12.5, 12.0), 1e300),
+            boxOf(-0.0, 0.0, 0.0, -0.0)};
 }
 
-testing::AssertionResult agrees(const std::string& line, char separator, const WidenedBox& extent) {
+testing::AssertionResult extentAgrees(const std::string& line, char separator, const WidenedBox& extent) {
     Point2D expected{};
     const bool needed = readNodeLinePlainly(line, separator, expected) && !extent.rejects(expected);
     Point2D got{};
@@ -60,7 +57,7 @@ testing::AssertionResult agrees(const std::string& line, char separator, const W
 }
 
 /// Good and broken numbers, inside and outside of the extents.
-const std::vector<std::string>& numberTexts() {
+const std::vector<std::string>& goodAndBrokenNumbers() {
     static const std::vector<std::string> texts = {"12.5",
                                                    "7",
                                                    "-0",
@@ -86,7 +83,7 @@ const std::vector<std::string>& numberTexts() {
 } // namespace
 
 TEST(NodeLineExtent, keepsPointExactlyOnIt) {
-    const WidenedBox extent = extentOf(12.5, 7.0, 13.5, 8.0);
+    const WidenedBox extent = boxOf(12.5, 7.0, 13.5, 8.0);
     Point2D point{};
     for (const char* const line : {"12.5;7;0", "13.5;7;0", "12.5;8;0", "13.5;8;0", "13;7.5;0"}) {
         EXPECT_TRUE(readNodeLine(line, ';', extent, point)) << line;
@@ -99,12 +96,12 @@ TEST(NodeLineExtent, keepsPointExactlyOnIt) {
 
 TEST(NodeLineExtent, agreesOnLinesCutAtEveryByte) {
     for (const char separator : {';', ',', '\t', ' '}) {
-        for (const std::string& x : numberTexts()) {
-            for (const std::string& y : numberTexts()) {
+        for (const std::string& x : goodAndBrokenNumbers()) {
+            for (const std::string& y : goodAndBrokenNumbers()) {
                 const std::string line = x + separator + y + separator + "3";
                 for (std::size_t length = 0; length <= line.size(); ++length) {
-                    for (const WidenedBox& extent : extents()) {
-                        ASSERT_TRUE(agrees(line.substr(0, length), separator, extent));
+                    for (const WidenedBox& extent : awkwardExtents()) {
+                        ASSERT_TRUE(extentAgrees(line.substr(0, length), separator, extent));
                     }
                 }
             }
@@ -123,13 +120,13 @@ TEST(NodeLineExtent, agreesOnWhiteSpaceAndSeparatorsBetween) {
         }
         return text;
     };
-    const auto number = [&random] { return numberTexts()[random() % numberTexts().size()]; };
-    const std::vector<WidenedBox> boxes = extents();
+    const auto number = [&random] { return goodAndBrokenNumbers()[random() % goodAndBrokenNumbers().size()]; };
+    const std::vector<WidenedBox> boxes = awkwardExtents();
     for (int round = 0; round < workload(300000); ++round) {
         const char separator = "\t ,;"[random() % 4];
         const std::string line =
             between() + number() + between() + separator + between() + number() + between() + number();
-        ASSERT_TRUE(agrees(line, separator, boxes[random() % boxes.size()]));
+        ASSERT_TRUE(extentAgrees(line, separator, boxes[random() % boxes.size()]));
     }
 }
 
