@@ -29,6 +29,11 @@ std::string requirePictureFileName(const std::string& path) {
     return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
 }
 
+std::string requireProgress(const std::string& word) {
+    const bool isKnown = word == "auto" || word == "bar" || word == "plain" || word == "none";
+    return isKnown ? "" : "must be auto, bar, plain or none, not " + word;
+}
+
 void addArguments(CLI::App& app, WatchOptions& options) {
     app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")
         ->required();
@@ -42,6 +47,9 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--lang", options.language, "Language of the messages; German (de) unless given")
         ->type_name("LANGUAGE");
     app.add_flag("--quiet", options.quiet, "Show errors only");
+    app.add_option("--progress", options.progress, "How to show progress: auto, bar, plain or none")
+        ->type_name("HOW")
+        ->check(requireProgress);
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")

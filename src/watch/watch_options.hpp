@@ -17,6 +17,7 @@ struct WatchOptions {
     /// Value of the tool's "-lang=". Without one the tool uses its default, German.
     std::optional<std::string> language;
     bool quiet = false;
+    std::string progress = "auto"; ///< Or "bar", "plain", "none".
     bool json = false;
     std::string logPath; ///< Empty for no log.
     std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".

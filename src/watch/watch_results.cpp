@@ -2,6 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #include "watch/map/picture.hpp"
+#include "watch/run/phase_watch.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
@@ -51,6 +52,9 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     }
     std::string problem;
     try {
+        const PhaseWatch drawing(
+            watch.progressMode, watch.errors, translateMessage("drawing"),
+            formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", watch.options.mapPath));
         problem = drawMap(
             {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
     } catch (const std::exception& error) {

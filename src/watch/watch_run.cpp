@@ -3,6 +3,7 @@
 #include "watch/check/output_check.hpp"
 #include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
+#include "watch/run/phase_watch.hpp"
 #include "watch/run/run_signals.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
@@ -98,9 +99,8 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
 /// @return false after a report, if the tool could not be started or not be watched to its end. It is not running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
-    const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
-        mode, barStyleFromEnvironment(), [&watch](std::string_view text) { watch.errors.keep(text); },
+        watch.progressMode, barStyleFromEnvironment(), [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
     ToolProcess tool;
     if (!startTool(watch, tool)) {
@@ -108,7 +108,7 @@ bool watchTool(WatchContext& watch, RunRecord& record) {
     }
     try {
         watch.lineCount.start(watch.directories.input);
-        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
+        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount, watch.directories.input);
         record = watcher.watch(signals);
         return true;
     } catch (const std::exception& error) {
@@ -137,6 +137,9 @@ RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
 ///
 /// @return lines about the difference, none if everything adds up.
 std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
+    const PhaseWatch checking(
+        watch.progressMode, watch.errors, translateMessage("checking"),
+        formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.", watch.directories.output));
     watch.lineCount.wait();
     const OutputCheck check = checkOutput(watch.directories.output);
     summary.filesWritten = check.files.size();

@@ -43,6 +43,15 @@ TEST(WatchOptions, optionsMayBeAnywhere) {
     EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
 }
 
+TEST(WatchOptions, progressIsOneOfFourWords) {
+    EXPECT_EQ("auto", read({"a", "b", "c"}).options->progress);
+    for (const char* const word : {"auto", "bar", "plain", "none"}) {
+        const CommandLineOutcome outcome = read({"a", "b", "c", "--progress", word});
+        ASSERT_TRUE(outcome.options) << word;
+        EXPECT_EQ(word, outcome.options->progress);
+    }
+}
+
 TEST(WatchOptions, keepsNamesUnchanged) {
     const CommandLineOutcome outcome = read({"[a,b]", "{c}", "Höhe 1/%%.xml"});
     ASSERT_TRUE(outcome.options);
@@ -102,7 +111,8 @@ TEST(WatchOptions, errorsNameTheArgument) {
     for (const Case& each :
          {Case{{}, "input-directory-path"}, Case{{"a", "b"}, "boundary-file-path"}, Case{{"a", "b", "c", "d"}, "d"},
           Case{{"a", "b", "c", "--no"}, "--no"}, Case{{"a", "b", "c", "--lang"}, "--lang"},
-          Case{{"a", "b", "c", "--log="}, "--log"}, Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
+          Case{{"a", "b", "c", "--progress", "fast"}, "fast"}, Case{{"a", "b", "c", "--log="}, "--log"},
+          Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
         const CommandLineOutcome outcome = read(each.arguments);
         EXPECT_FALSE(outcome.options) << each.words;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << each.words;

@@ -37,8 +37,9 @@ public:
     /// All arguments must outlive the watcher. The tool has just been started.
     ///
     /// @param displayOutput the output that the display writes to.
+    /// @param nodeDirectory the input directory.
     RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
-               MessageLog& messageLog, const NodeLineCount& nodeLineCount);
+               MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory);
 
     /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still
     /// hold text that is not written: this function never waits for a reader, so that signals are forwarded at once.
@@ -82,6 +83,7 @@ private:
     OwnOutput& shown;
     MessageLog& log;
     const NodeLineCount& lineCount;
+    std::string directory; ///< The input directory, absolute and without links.
     std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
     Source channel;
     Source console;

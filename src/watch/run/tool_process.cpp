@@ -9,8 +9,10 @@
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -151,6 +153,27 @@ void ToolProcess::forward(int signal) const {
     if (pid != -1) {
         kill(pid, signal);
     }
+}
+
+std::uint64_t ToolProcess::bytesRead() const {
+    std::ifstream figures("/proc/" + std::to_string(pid) + "/io");
+    std::string label;
+    std::uint64_t bytes = 0;
+    return figures >> label >> bytes && label == "rchar:" ? bytes : 0;
+}
+
+std::string ToolProcess::openFileIn(const std::string& directory) const {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    for (fs::directory_iterator entry("/proc/" + std::to_string(pid) + "/fd", error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        const fs::path target = fs::read_symlink(entry->path(), ignored);
+        if (target.is_absolute() && target.parent_path() == directory) {
+            return target.filename().string();
+        }
+    }
+    return {};
 }
 
 std::optional<ToolEnd> ToolProcess::pollEnd() {

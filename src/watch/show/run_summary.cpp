@@ -106,7 +106,8 @@ std::string summaryText(const RunSummary& summary, std::size_t columns) {
 
 std::string summaryJson(const RunSummary& summary) {
     const bool finished = summary.finished;
-    OrderedJson object;
+    // Not null at first: without memory for its conversion the library would destroy an object that is not there.
+    OrderedJson object = OrderedJson::object();
     object["finished"] = finished;
     object["exit_status"] = summary.exitStatus;
     object["files_read"] = finished ? OrderedJson(summary.filesRead) : OrderedJson();

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <poll.h>
 #include <string>
 #include <sys/resource.h>
@@ -130,6 +131,25 @@ TEST(ToolProcess, inheritsNoOtherDescriptor) {
     endOf(process);
     other.forward(SIGKILL);
     EXPECT_EQ((ToolEnd{0, SIGKILL}), endOf(other));
+}
+
+TEST(ToolProcess, knowsBytesReadAndOpenFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("höhe 1", std::string(100000, 'x'));
+    ToolProcess process;
+    ASSERT_EQ(0, startScript(process, "cat '" + path + "' >/dev/null; exec 7<'" + path +
+                                          "'; echo >&3; read -r line <&7"
+                                          "; kill -STOP $$; exit"));
+    pollfd state{process.channel(), POLLIN, 0};
+    ASSERT_EQ(1, poll(&state, 1, 10000));
+    EXPECT_EQ("höhe 1", process.openFileIn(std::filesystem::canonical(directory.path()).string()));
+    EXPECT_EQ("", process.openFileIn("/none"));
+    // `cat` is a child that has ended, and the shell has waited for it.
+    EXPECT_GT(process.bytesRead(), 100000U);
+    process.forward(SIGKILL);
+    endOf(process);
+    EXPECT_EQ(0U, process.bytesRead());
+    EXPECT_EQ("", process.openFileIn("/none"));
 }
 
 TEST(ToolProcess, signalsBlockedHereReachTheTool) {
