@@ -34,7 +34,8 @@ std::size_t summaryColumns() {
 
 void writeErrors(WatchContext& watch, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) {
-        watch.errors.write(line + "\n");
+        // Texts of the tool are among them. `shownName` changes nothing that is already safe.
+        watch.errors.write((isatty(STDERR_FILENO) == 1 ? shownName(line) : line) + "\n");
     }
 }
 
@@ -70,7 +71,12 @@ void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {
         watch.output.write(summaryJson(summary));
     } else if (summary.finished && !watch.options.quiet) {
-        watch.output.write(summaryText(summary, summaryColumns()));
+        const bool onTerminal = isatty(STDOUT_FILENO) == 1;
+        const bool hasColour = progressModeFor(STDOUT_FILENO, "auto") == ProgressMode::bar;
+        if (onTerminal) {
+            summary.closingText = shownName(summary.closingText);
+        }
+        watch.output.write(summaryText(summary, summaryColumns(), hasColour && barStyleFromEnvironment().colour));
     }
     if (watch.output.failure() != 0 && !watch.output.readerHasGone()) {
         reportFailure(

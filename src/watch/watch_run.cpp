@@ -12,9 +12,14 @@
 #include "watch/show/run_summary.hpp"
 #include "watch/watch_results.hpp"
 
+#include <boost/algorithm/string/replace.hpp>
+
+#include <algorithm>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -154,6 +159,19 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext&
     return describeDifference(check, evidence);
 }
 
+/// If the tool refused an output directory that existed, prints the command that removes it.
+void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
+    const std::string& output = watch.directories.output;
+    const bool isNamed = std::any_of(record.errors.begin(), record.errors.end(), [&output](const std::string& error) {
+        return error.find(output) != std::string::npos;
+    });
+    if (isNamed) {
+        const std::string quoted = "'" + boost::algorithm::replace_all_copy(output, "'", "'\\''") + "'";
+        writeErrors(watch,
+                    {formatMessage("Vadelwatch: if {0} is no longer needed, remove it: rm -r -- {1}", output, quoted)});
+    }
+}
+
 } // namespace
 
 int watchRun(const WatchOptions& options) {
@@ -161,6 +179,12 @@ int watchRun(const WatchOptions& options) {
     if (!prepareFiles(watch)) {
         return usageErrorStatus;
     }
+    if (!options.quiet && toolLanguage(options) != options.language) {
+        writeErrors(watch, {formatMessage("Vadelwatch: Vadelclip gets -lang={0}, because it does not accept {1}.",
+                                          *toolLanguage(options), *options.language)});
+    }
+    std::error_code error;
+    const bool outputExisted = std::filesystem::exists(watch.directories.output, error);
     RunRecord record;
     const bool watched = watchTool(watch, record);
     watch.errors.write({});
@@ -173,6 +197,9 @@ int watchRun(const WatchOptions& options) {
         return summary.exitStatus;
     }
     writeErrors(watch, endingLines(record, watch.directories.output));
+    if (outputExisted && summary.exitStatus == toolFailedStatus) {
+        hintAtOldOutput(watch, record);
+    }
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);

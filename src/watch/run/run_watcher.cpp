@@ -157,8 +157,13 @@ void RunWatcher::finishLines() {
 }
 
 void RunWatcher::takeConsoleLine(std::string_view line) {
-    display.showLine(line);
+    showLine(line);
     echo.shown(line);
+}
+
+/// Shows a line of the tool. A terminal would obey control characters in it, a file keeps them.
+void RunWatcher::showLine(std::string_view line) {
+    display.showLine(onTerminal ? shownName(line) : std::string(line));
 }
 
 void RunWatcher::takeMessageLine(std::string_view line) {
@@ -172,7 +177,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     case MessageKind::error:
         record.errors.push_back(message.text);
         if (!echo.repeats(message.text)) {
-            display.showLine(message.text);
+            showLine(message.text);
         }
         break;
     case MessageKind::progress:
@@ -189,7 +194,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     case MessageKind::other:
         break;
     case MessageKind::unreadable:
-        display.showLine(line);
+        showLine(line);
         break;
     }
 }

@@ -17,6 +17,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 namespace vadelwatch {
@@ -74,6 +75,7 @@ private:
     void takeConsoleLine(std::string_view line);
     void takeMessageLine(std::string_view line);
     void takeMessage(const Message& message, std::string_view line);
+    void showLine(std::string_view line);
     void showProgress();
     ProgressFigures figures() const;
     double secondsSinceStart() const;
@@ -90,6 +92,7 @@ private:
     ErrorEcho echo;
     RunRecord record;
     ProgressMeasure progress;
+    const bool onTerminal = isatty(STDERR_FILENO) == 1;
     bool ended = false;
 };
 

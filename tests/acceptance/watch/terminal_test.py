@@ -1,6 +1,7 @@
 """The bar of Vadelwatch on a pseudo-terminal: how it looks, its width and its rate of drawing."""
 import os
 import re
+import subprocess
 import sys
 import unittest
 from pathlib import Path
@@ -87,6 +88,23 @@ finish()
         self.assertRegex(screen.drawings[0], r"^counting  [━─]{80}   [56]\d\.\d %   0:00 elapsed$")
         form = r"^clipping  [━─]+   70\.0 %  file 2/1 .*left  a\.xyz$"
         self.assertTrue(any(re.match(form, row) for row in screen.drawings), screen.drawings)
+
+    def test_control_characters_of_the_tool_are_not_obeyed(self):
+        self.standIn("""
+say(b'a\\x1b[2Jb\\n'); message(type='error', level=2, text='a\\x1b[2Jb')
+message(type='error', level=2, text='c\\rd')
+message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
+""")
+        status, terminal, screen = self.finished()
+        self.assertEqual((1, r"a\x1B[2Jb|c\x0Dd|e\x07f"), (status, "|".join(screen.text().split())))
+
+    def test_the_verdict_has_a_colour_unless_NO_COLOR(self):
+        self.giveJob({"total_node_count.txt": HEADER + b"1;1;5\n"})
+        for settings, verdict in (({}, b"\x1b[31mthe lines do not"), ({"NO_COLOR": "1"}, b"  the lines do not")):
+            terminal = self.finished(environment=settings)[1]
+            self.assertIn(verdict, terminal.received)
+            self.assertTrue(terminal.received.startswith(b"Clipping ended, but its output does not add up"))
+            subprocess.run(["rm", "-r", self.path("base/out")], check=True)
 
     def test_the_clock_goes_on_without_messages(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(2.3); finish()")

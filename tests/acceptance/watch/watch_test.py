@@ -114,8 +114,9 @@ class Failed(WatchTest):
     def test_output_directory_there_already(self):
         self.giveJob(NODES)
         os.mkdir(self.path("base/out"))
-        self.expectFailed(["Output directory base/out already exists, aborting in order avoid overwriting of existing data"],
-                          "base/data", "out", "area.xml")
+        self.expect(self.run_("base/data", "out", "area.xml", "--lang=en"), status=1, errors=[
+            "Output directory base/out already exists, aborting in order avoid overwriting of existing data", FAILED,
+            "Vadelwatch: if base/out is no longer needed, remove it: rm -r -- 'base/out'"])
 
     def test_no_node_files(self):
         self.giveJob({})
