@@ -19,7 +19,7 @@ int main(int argc, char* argv[]) {
     try {
         const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);
         if (outcome.options) {
-            vadelwatch::setUpMessages(outcome.options->language);
+            vadelwatch::setUpMessages(vadelwatch::toolLanguage(*outcome.options));
             return vadelwatch::watchRun(*outcome.options);
         }
         vadelwatch::OwnOutput output(STDOUT_FILENO);

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <boost/filesystem/path.hpp>
 
+#include <algorithm>
 #include <sstream>
 
 namespace vadelwatch {
@@ -22,11 +23,19 @@ constexpr const char* footer =
     "start or ended abnormally.";
 
 std::string requireFileName(const std::string& path) {
+    if (path == "-") {
+        return "standard output is for the summary, so - is not accepted; name a file";
+    }
     return path.empty() ? "needs the name of a file" : "";
 }
 
 std::string requirePictureFileName(const std::string& path) {
     return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
+}
+
+std::string requireProgress(const std::string& word) {
+    const bool isKnown = word == "auto" || word == "bar" || word == "plain" || word == "none";
+    return isKnown ? "" : "must be auto, bar, plain or none, not " + word;
 }
 
 void addArguments(CLI::App& app, WatchOptions& options) {
@@ -42,6 +51,9 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--lang", options.language, "Language of the messages; German (de) unless given")
         ->type_name("LANGUAGE");
     app.add_flag("--quiet", options.quiet, "Show errors only");
+    app.add_option("--progress", options.progress, "How to show progress: auto, bar, plain or none")
+        ->type_name("HOW")
+        ->check(requireProgress);
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")
@@ -50,6 +62,24 @@ void addOptions(CLI::App& app, WatchOptions& options) {
         ->type_name("FILE")
         ->check(requireFileName)
         ->check(requirePictureFileName);
+}
+
+/// Returns a hint if an argument is an option of ours with one hyphen, as the tool spells its options.
+std::string meantOption(const CLI::App& app, int argc, const char* const* argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        const std::string option = '-' + argument.substr(0, argument.find('='));
+        if (argument.starts_with('-') && option.size() > 3 && app.get_option_no_throw(option) != nullptr) {
+            return "Did you mean " + shownName('-' + argument) + "?\n";
+        }
+    }
+    return {};
+}
+
+/// Returns the first line of the help that names the arguments.
+std::string usageLine(const CLI::App& app) {
+    const std::string usage = CLI::Formatter().make_usage(&app, app.get_name());
+    return CLI::detail::trim_copy(usage) + "\n";
 }
 
 } // namespace
@@ -63,8 +93,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
     app.footer(footer);
     // An argument may hold control characters, and a terminal obeys some of them.
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return shownName(error.what()) + "\nRun with --help for more information.\n";
+    app.failure_message([argc, argv](const CLI::App* failed, const CLI::Error& error) {
+        return shownName(error.what()) + "\n" + meantOption(*failed, argc, argv) + usageLine(*failed) +
+               "Run with --help for more information.\n";
     });
 
     CommandLineOutcome outcome;
@@ -81,11 +112,19 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     return outcome;
 }
 
+std::optional<std::string> toolLanguage(const WatchOptions& options) {
+    std::optional<std::string> language = options.language;
+    if (language && language->find('@') == std::string::npos) {
+        language->resize(std::min(language->find('.'), language->size()));
+    }
+    return language;
+}
+
 std::vector<std::string> toolArguments(const WatchOptions& options) {
     std::vector<std::string> arguments{options.inputDirectoryPath, options.outputDirectoryName,
                                        options.boundaryFilePath, "-pipe"};
-    if (options.language) {
-        arguments.push_back("-lang=" + *options.language);
+    if (const std::optional<std::string> language = toolLanguage(options)) {
+        arguments.push_back("-lang=" + *language);
     }
     return arguments;
 }

@@ -14,9 +14,10 @@ struct WatchOptions {
     std::string outputDirectoryName;
     std::string boundaryFilePath;
 
-    /// Value of the tool's "-lang=". Without one the tool uses its default, German.
+    /// Value of --lang. Without one the tool uses its default, German.
     std::optional<std::string> language;
     bool quiet = false;
+    std::string progress = "auto"; ///< Or "bar", "plain", "none".
     bool json = false;
     std::string logPath; ///< Empty for no log.
     std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
@@ -32,6 +33,10 @@ struct CommandLineOutcome {
 
 /// Reads the arguments after the program name. Options may be anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
+
+/// Returns the value of the tool's "-lang=": the language without a character set, because "de_DE.UTF-8", as in $LANG,
+/// ends the tool abnormally. A value with a modifier ("@euro") is unchanged.
+std::optional<std::string> toolLanguage(const WatchOptions& options);
 
 /// Returns the arguments of the tool: three positional ones first, then the options.
 std::vector<std::string> toolArguments(const WatchOptions& options);

@@ -2,6 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #include "watch/map/picture.hpp"
+#include "watch/run/phase_watch.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
@@ -33,7 +34,8 @@ std::size_t summaryColumns() {
 
 void writeErrors(WatchContext& watch, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) {
-        watch.errors.write(line + "\n");
+        // Texts of the tool are among them. `shownName` changes nothing that is already safe.
+        watch.errors.write((isatty(STDERR_FILENO) == 1 ? shownName(line) : line) + "\n");
     }
 }
 
@@ -51,6 +53,9 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     }
     std::string problem;
     try {
+        const PhaseWatch drawing(
+            watch.progressMode, watch.errors, translateMessage("drawing"),
+            formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", watch.options.mapPath));
         problem = drawMap(
             {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
     } catch (const std::exception& error) {
@@ -66,7 +71,12 @@ void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {
         watch.output.write(summaryJson(summary));
     } else if (summary.finished && !watch.options.quiet) {
-        watch.output.write(summaryText(summary, summaryColumns()));
+        const bool onTerminal = isatty(STDOUT_FILENO) == 1;
+        const bool hasColour = progressModeFor(STDOUT_FILENO, "auto") == ProgressMode::bar;
+        if (onTerminal) {
+            summary.closingText = shownName(summary.closingText);
+        }
+        watch.output.write(summaryText(summary, summaryColumns(), hasColour && barStyleFromEnvironment().colour));
     }
     if (watch.output.failure() != 0 && !watch.output.readerHasGone()) {
         reportFailure(

@@ -6,6 +6,7 @@
 #include "watch/check/message_log.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/show/own_output.hpp"
+#include "watch/show/progress_display.hpp"
 #include "watch/show/run_summary.hpp"
 #include "watch/watch_options.hpp"
 
@@ -19,10 +20,13 @@ namespace vadelwatch {
 struct WatchContext {
     /// The options must outlive it.
     explicit WatchContext(const WatchOptions& watchOptions)
-        : options(watchOptions), directories(runDirectories(watchOptions)) {}
+        : options(watchOptions), directories(runDirectories(watchOptions)),
+          progressMode(watchOptions.quiet ? ProgressMode::none
+                                          : progressModeFor(STDERR_FILENO, watchOptions.progress)) {}
 
     const WatchOptions& options;
     RunDirectories directories;
+    ProgressMode progressMode;
     OwnOutput output{STDOUT_FILENO};
     OwnOutput errors{STDERR_FILENO};
     MessageLog log;

@@ -3,6 +3,7 @@
 #include "watch/check/output_check.hpp"
 #include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
+#include "watch/run/phase_watch.hpp"
 #include "watch/run/run_signals.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
@@ -11,9 +12,14 @@
 #include "watch/show/run_summary.hpp"
 #include "watch/watch_results.hpp"
 
+#include <boost/algorithm/string/replace.hpp>
+
+#include <algorithm>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -98,9 +104,8 @@ bool startTool(WatchContext& watch, ToolProcess& tool) {
 /// @return false after a report, if the tool could not be started or not be watched to its end. It is not running then.
 bool watchTool(WatchContext& watch, RunRecord& record) {
     const RunSignals signals;
-    const ProgressMode mode = watch.options.quiet ? ProgressMode::none : progressModeFor(STDERR_FILENO);
     ProgressDisplay display(
-        mode, barStyleFromEnvironment(), [&watch](std::string_view text) { watch.errors.keep(text); },
+        watch.progressMode, barStyleFromEnvironment(), [&watch](std::string_view text) { watch.errors.keep(text); },
         [] { return terminalColumns(STDERR_FILENO); });
     ToolProcess tool;
     if (!startTool(watch, tool)) {
@@ -108,7 +113,7 @@ bool watchTool(WatchContext& watch, RunRecord& record) {
     }
     try {
         watch.lineCount.start(watch.directories.input);
-        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount);
+        RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount, watch.directories.input);
         record = watcher.watch(signals);
         return true;
     } catch (const std::exception& error) {
@@ -137,6 +142,9 @@ RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
 ///
 /// @return lines about the difference, none if everything adds up.
 std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
+    const PhaseWatch checking(
+        watch.progressMode, watch.errors, translateMessage("checking"),
+        formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.", watch.directories.output));
     watch.lineCount.wait();
     const OutputCheck check = checkOutput(watch.directories.output);
     summary.filesWritten = check.files.size();
@@ -151,6 +159,19 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext&
     return describeDifference(check, evidence);
 }
 
+/// If the tool refused an output directory that existed, prints the command that removes it.
+void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
+    const std::string& output = watch.directories.output;
+    const bool isNamed = std::any_of(record.errors.begin(), record.errors.end(), [&output](const std::string& error) {
+        return error.find(output) != std::string::npos;
+    });
+    if (isNamed) {
+        const std::string quoted = "'" + boost::algorithm::replace_all_copy(output, "'", "'\\''") + "'";
+        writeErrors(watch,
+                    {formatMessage("Vadelwatch: if {0} is no longer needed, remove it: rm -r -- {1}", output, quoted)});
+    }
+}
+
 } // namespace
 
 int watchRun(const WatchOptions& options) {
@@ -158,6 +179,12 @@ int watchRun(const WatchOptions& options) {
     if (!prepareFiles(watch)) {
         return usageErrorStatus;
     }
+    if (!options.quiet && toolLanguage(options) != options.language) {
+        writeErrors(watch, {formatMessage("Vadelwatch: Vadelclip gets -lang={0}, because it does not accept {1}.",
+                                          *toolLanguage(options), *options.language)});
+    }
+    std::error_code error;
+    const bool outputExisted = std::filesystem::exists(watch.directories.output, error);
     RunRecord record;
     const bool watched = watchTool(watch, record);
     watch.errors.write({});
@@ -170,6 +197,9 @@ int watchRun(const WatchOptions& options) {
         return summary.exitStatus;
     }
     writeErrors(watch, endingLines(record, watch.directories.output));
+    if (outputExisted && summary.exitStatus == toolFailedStatus) {
+        hintAtOldOutput(watch, record);
+    }
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);

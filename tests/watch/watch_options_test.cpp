@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vadelwatch {
@@ -15,6 +16,10 @@ CommandLineOutcome read(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "Vadelwatch");
     return readCommandLine(static_cast<int>(arguments.size()), arguments.data());
 }
+
+const std::string usageEnd =
+    "Usage: Vadelwatch [OPTIONS] input-directory-path output-directory-name boundary-file-path\n"
+    "Run with --help for more information.\n";
 
 } // namespace
 
@@ -43,6 +48,15 @@ TEST(WatchOptions, optionsMayBeAnywhere) {
     EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
 }
 
+TEST(WatchOptions, progressIsOneOfFourWords) {
+    EXPECT_EQ("auto", read({"a", "b", "c"}).options->progress);
+    for (const char* const word : {"auto", "bar", "plain", "none"}) {
+        const CommandLineOutcome outcome = read({"a", "b", "c", "--progress", word});
+        ASSERT_TRUE(outcome.options) << word;
+        EXPECT_EQ(word, outcome.options->progress);
+    }
+}
+
 TEST(WatchOptions, keepsNamesUnchanged) {
     const CommandLineOutcome outcome = read({"[a,b]", "{c}", "Höhe 1/%%.xml"});
     ASSERT_TRUE(outcome.options);
@@ -55,6 +69,37 @@ TEST(WatchOptions, emptyLanguageIsPassedOn) {
     const CommandLineOutcome outcome = read({"--lang", "", "a", "b", "c"});
     ASSERT_TRUE(outcome.options) << outcome.standardError;
     EXPECT_EQ((std::vector<std::string>{"a", "b", "c", "-pipe", "-lang="}), toolArguments(*outcome.options));
+}
+
+TEST(WatchOptions, toolGetsLanguageWithoutCharacterSet) {
+    for (const auto& [given, expected] : {std::pair("de_DE.UTF-8", "de_DE"),
+                                          {"en_US.utf8", "en_US"},
+                                          {"C.UTF-8", "C"},
+                                          {"de", "de"},
+                                          {".", ""},
+                                          {"de.utf8@x", "de.utf8@x"}}) {
+        WatchOptions options;
+        options.language = given;
+        EXPECT_EQ(expected, toolLanguage(options));
+        EXPECT_EQ(std::string("-lang=") + expected, toolArguments(options).back());
+    }
+    EXPECT_FALSE(toolLanguage(WatchOptions{}));
+}
+
+TEST(WatchOptions, suggestsTwoHyphens) {
+    for (const char* const option : {"-lang=en", "-quiet", "-map"}) {
+        EXPECT_EQ("The following argument was not expected: " + std::string(option) + "\nDid you mean -" + option +
+                      "?\n" + usageEnd,
+                  read({"a", "b", "c", option}).standardError);
+    }
+    EXPECT_EQ("The following argument was not expected: -none=1\n" + usageEnd,
+              read({"a", "b", "c", "-none=1"}).standardError);
+}
+
+TEST(WatchOptions, refusesStandardOutputAsFile) {
+    const CommandLineOutcome outcome = read({"--log", "-", "a", "b", "c"});
+    EXPECT_FALSE(outcome.options);
+    EXPECT_EQ(0U, outcome.standardError.find("--log: standard output is for the summary")) << outcome.standardError;
 }
 
 TEST(WatchOptions, nothingAfterEqualsSignIsNotAValue) {
@@ -71,8 +116,7 @@ TEST(WatchOptions, refusesEmptyFileNames) {
         const CommandLineOutcome outcome = read({option.c_str(), "", "a", "b", "c"});
         EXPECT_FALSE(outcome.options) << option;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
-        EXPECT_EQ(option + ": needs the name of a file\nRun with --help for more information.\n",
-                  outcome.standardError);
+        EXPECT_EQ(option + ": needs the name of a file\n" + usageEnd, outcome.standardError);
     }
 }
 
@@ -90,7 +134,7 @@ TEST(WatchOptions, flagsMayBeSwitchedOff) {
 }
 
 TEST(WatchOptions, errorsEscapeControlCharacters) {
-    EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\nRun with --help for more information.\n",
+    EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\n" + usageEnd,
               read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
 }
 
@@ -102,7 +146,8 @@ TEST(WatchOptions, errorsNameTheArgument) {
     for (const Case& each :
          {Case{{}, "input-directory-path"}, Case{{"a", "b"}, "boundary-file-path"}, Case{{"a", "b", "c", "d"}, "d"},
           Case{{"a", "b", "c", "--no"}, "--no"}, Case{{"a", "b", "c", "--lang"}, "--lang"},
-          Case{{"a", "b", "c", "--log="}, "--log"}, Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
+          Case{{"a", "b", "c", "--progress", "fast"}, "fast"}, Case{{"a", "b", "c", "--log="}, "--log"},
+          Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
         const CommandLineOutcome outcome = read(each.arguments);
         EXPECT_FALSE(outcome.options) << each.words;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << each.words;

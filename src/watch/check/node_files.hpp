@@ -86,6 +86,10 @@ public:
     /// was stopped or failed.
     std::optional<std::uint64_t> nodeLines() const;
 
+    /// Returns the number of the node files and of their bytes, 0 until they are found.
+    std::uint64_t files() const { return fileCount; }
+    std::uint64_t bytes() const { return byteCount; }
+
     /// Waits for the end of the count.
     void wait();
 
@@ -97,6 +101,8 @@ private:
 
     NodeFiles found;
     std::uint64_t total = 0;
+    std::atomic<std::uint64_t> fileCount = 0;
+    std::atomic<std::uint64_t> byteCount = 0;
     std::atomic<bool> known = false;
     std::atomic<bool> stopped = false;
     std::thread worker;

@@ -1,11 +1,15 @@
 #include "watch/run/run_watcher.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <optional>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -59,9 +63,12 @@ void RunWatcher::Source::endAfterWrittenBytes() {
 }
 
 RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
-                       MessageLog& messageLog, const NodeLineCount& nodeLineCount)
+                       MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory)
     : tool(toolProcess), display(progressDisplay), shown(displayOutput), log(messageLog), lineCount(nodeLineCount),
-      channel(tool.channel()), console(tool.console()) {}
+      channel(tool.channel()), console(tool.console()) {
+    std::error_code error;
+    directory = std::filesystem::canonical(nodeDirectory, error).string();
+}
 
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
@@ -77,7 +84,6 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
     readTheRest();
     finishLines();
     record.seconds = secondsSinceStart();
-    display.update(figures(), record.seconds);
     display.clear();
     display.flush();
     return record;
@@ -151,8 +157,13 @@ void RunWatcher::finishLines() {
 }
 
 void RunWatcher::takeConsoleLine(std::string_view line) {
-    display.showLine(line);
+    showLine(line);
     echo.shown(line);
+}
+
+/// Shows a line of the tool. A terminal would obey control characters in it, a file keeps them.
+void RunWatcher::showLine(std::string_view line) {
+    display.showLine(onTerminal ? shownName(line) : std::string(line));
 }
 
 void RunWatcher::takeMessageLine(std::string_view line) {
@@ -166,7 +177,7 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     case MessageKind::error:
         record.errors.push_back(message.text);
         if (!echo.repeats(message.text)) {
-            display.showLine(message.text);
+            showLine(message.text);
         }
         break;
     case MessageKind::progress:
@@ -183,20 +194,37 @@ void RunWatcher::takeMessage(const Message& message, std::string_view line) {
     case MessageKind::other:
         break;
     case MessageKind::unreadable:
-        display.showLine(line);
+        showLine(line);
         break;
     }
 }
 
 /// Draws nothing while earlier output is not written yet, because old progress is of no use.
 void RunWatcher::showProgress() {
-    if (shown.waitingBytes() == 0) {
-        display.update(figures(), secondsSinceStart());
+    const double seconds = secondsSinceStart();
+    if (shown.waitingBytes() == 0 && display.isDue(seconds)) {
+        display.update(figures(), seconds);
     }
 }
 
 ProgressFigures RunWatcher::figures() const {
-    return progress.figures(secondsSinceStart(), lineCount.nodeLines());
+    ProgressFigures figures;
+    figures.elapsedSeconds = secondsSinceStart();
+    figures.files = lineCount.files();
+    if (record.passes == 0 && !progress.hasReports()) {
+        figures.phase = translateMessage("counting");
+        if (lineCount.bytes() > 0) {
+            // The tool reads each node file once to count its lines, and sends no messages about that.
+            const double share = static_cast<double>(tool.bytesRead()) / static_cast<double>(lineCount.bytes());
+            figures.percent = 100.0 * std::min(1.0, share);
+        }
+        return figures;
+    }
+    figures.phase = translateMessage("clipping");
+    figures.file = record.passes;
+    figures.fileName = tool.openFileIn(directory);
+    progress.addTo(figures, figures.elapsedSeconds, lineCount.nodeLines(), lineCount.bytes());
+    return figures;
 }
 
 double RunWatcher::secondsSinceStart() const {

@@ -17,6 +17,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 namespace vadelwatch {
@@ -37,8 +38,9 @@ public:
     /// All arguments must outlive the watcher. The tool has just been started.
     ///
     /// @param displayOutput the output that the display writes to.
+    /// @param nodeDirectory the input directory.
     RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
-               MessageLog& messageLog, const NodeLineCount& nodeLineCount);
+               MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory);
 
     /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still
     /// hold text that is not written: this function never waits for a reader, so that signals are forwarded at once.
@@ -73,6 +75,7 @@ private:
     void takeConsoleLine(std::string_view line);
     void takeMessageLine(std::string_view line);
     void takeMessage(const Message& message, std::string_view line);
+    void showLine(std::string_view line);
     void showProgress();
     ProgressFigures figures() const;
     double secondsSinceStart() const;
@@ -82,12 +85,14 @@ private:
     OwnOutput& shown;
     MessageLog& log;
     const NodeLineCount& lineCount;
+    std::string directory; ///< The input directory, absolute and without links.
     std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
     Source channel;
     Source console;
     ErrorEcho echo;
     RunRecord record;
     ProgressMeasure progress;
+    const bool onTerminal = isatty(STDERR_FILENO) == 1;
     bool ended = false;
 };
 

@@ -9,8 +9,10 @@
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
-#include <spawn.h>
+#include <fstream>
+#include <sys/prctl.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -33,17 +35,13 @@ int movedUp(int descriptor) {
     return moved;
 }
 
-/// Both ends are closed on exec. Only the reading end does not block.
+/// Both ends are closed on exec.
 Pipe makePipe() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return {};
     }
-    const Pipe made{movedUp(ends[0]), movedUp(ends[1])};
-    if (made.reading != -1) {
-        fcntl(made.reading, F_SETFL, O_RDONLY | O_NONBLOCK);
-    }
-    return made;
+    return {movedUp(ends[0]), movedUp(ends[1])};
 }
 
 void closeIfOpen(int descriptor) {
@@ -52,34 +50,27 @@ void closeIfOpen(int descriptor) {
     }
 }
 
-/// How the child's descriptors and signals differ from ours.
-class SpawnSettings {
-public:
-    SpawnSettings(const Pipe& channel, const Pipe& console) {
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, channel.writing, channelNumber);
-        posix_spawn_file_actions_adddup2(&actions, console.writing, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, console.writing, STDERR_FILENO);
-
-        posix_spawnattr_init(&attributes);
-        sigset_t signals;
-        sigemptyset(&signals);
-        // No signal is blocked in the tool, and SIGPIPE has its default action again.
-        posix_spawnattr_setsigmask(&attributes, &signals);
-        sigaddset(&signals, SIGPIPE);
-        posix_spawnattr_setsigdefault(&attributes, &signals);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+/// Becomes the tool. Runs in the child, which has only the thread that called `fork`: every call is async-signal-safe.
+[[noreturn]] void becomeTool(char* const* words, const Pipe& channel, const Pipe& console, const Pipe& failure,
+                             pid_t parent) {
+    // The signal is sent when the parent's thread that called `fork` ends: its main thread. It cannot be ignored.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) {
+        _exit(1); // The parent ended before that call.
     }
-    SpawnSettings(const SpawnSettings&) = delete;
-    SpawnSettings& operator=(const SpawnSettings&) = delete;
-    ~SpawnSettings() {
-        posix_spawn_file_actions_destroy(&actions);
-        posix_spawnattr_destroy(&attributes);
-    }
-
-    posix_spawn_file_actions_t actions{};
-    posix_spawnattr_t attributes{};
-};
+    dup2(channel.writing, channelNumber);
+    dup2(console.writing, STDOUT_FILENO);
+    dup2(console.writing, STDERR_FILENO);
+    // No signal is blocked in the tool, and SIGPIPE has its default action again.
+    static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    execv(words[0], words);
+    const int error = errno;
+    static_cast<void>(write(failure.writing, &error, sizeof error));
+    _exit(1);
+}
 
 void endProcess(pid_t pid) {
     kill(pid, SIGTERM);
@@ -117,13 +108,17 @@ ToolProcess::~ToolProcess() {
     }
 }
 
+// Not `posix_spawn`, which cannot ask for a signal at the end of the parent.
 int ToolProcess::start(const std::string& program, const std::vector<std::string>& arguments) {
     const Pipe channelPipe = makePipe();
     const Pipe consolePipe = makePipe();
+    const Pipe failurePipe = makePipe();
     channelDescriptor = channelPipe.reading;
     consoleDescriptor = consolePipe.reading;
     int error = EMFILE;
-    if (channelPipe.writing != -1 && consolePipe.writing != -1) {
+    if (channelPipe.writing != -1 && consolePipe.writing != -1 && failurePipe.writing != -1) {
+        fcntl(channelDescriptor, F_SETFL, O_RDONLY | O_NONBLOCK);
+        fcntl(consoleDescriptor, F_SETFL, O_RDONLY | O_NONBLOCK);
         std::vector<std::string> words{program};
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char*> pointers;
@@ -132,14 +127,23 @@ int ToolProcess::start(const std::string& program, const std::vector<std::string
             pointers.push_back(word.data());
         }
         pointers.push_back(nullptr);
-        const SpawnSettings settings(channelPipe, consolePipe);
-        error = posix_spawn(&pid, program.c_str(), &settings.actions, &settings.attributes, pointers.data(), environ);
+        const pid_t parent = getpid();
+        pid = fork();
+        error = pid == -1 ? errno : 0;
+        if (pid == 0) {
+            becomeTool(pointers.data(), channelPipe, consolePipe, failurePipe, parent);
+        }
     }
     closeIfOpen(channelPipe.writing);
     closeIfOpen(consolePipe.writing);
-    if (error != 0) {
+    closeIfOpen(failurePipe.writing);
+    // Ends without a byte when the child has become the tool.
+    if (error == 0 && TEMP_FAILURE_RETRY(read(failurePipe.reading, &error, sizeof error)) > 0) {
+        static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
         pid = -1;
-    } else {
+    }
+    closeIfOpen(failurePipe.reading);
+    if (error == 0) {
         endWithProcess(pid);
     }
     return error;
@@ -149,6 +153,27 @@ void ToolProcess::forward(int signal) const {
     if (pid != -1) {
         kill(pid, signal);
     }
+}
+
+std::uint64_t ToolProcess::bytesRead() const {
+    std::ifstream figures("/proc/" + std::to_string(pid) + "/io");
+    std::string label;
+    std::uint64_t bytes = 0;
+    return figures >> label >> bytes && label == "rchar:" ? bytes : 0;
+}
+
+std::string ToolProcess::openFileIn(const std::string& directory) const {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    for (fs::directory_iterator entry("/proc/" + std::to_string(pid) + "/fd", error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        const fs::path target = fs::read_symlink(entry->path(), ignored);
+        if (target.is_absolute() && target.parent_path() == directory) {
+            return target.filename().string();
+        }
+    }
+    return {};
 }
 
 std::optional<ToolEnd> ToolProcess::pollEnd() {

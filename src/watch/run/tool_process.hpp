@@ -2,6 +2,7 @@
 /// Runs the tool as a child process, with the message channel on its descriptor 3 and its console in a pipe.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -38,6 +39,14 @@ public:
 
     /// Sends a signal, unless `pollEnd` has returned the end of the process.
     void forward(int signal) const;
+
+    /// Returns the number of bytes that the process has read so far from all files, 0 if that is unknown.
+    std::uint64_t bytesRead() const;
+
+    /// Returns the name of a file that the process has open in this directory, empty if there is none.
+    ///
+    /// @param directory absolute path without links.
+    std::string openFileIn(const std::string& directory) const;
 
     /// Returns how the process ended, once, or nothing while it is running. Does not wait.
     std::optional<ToolEnd> pollEnd();

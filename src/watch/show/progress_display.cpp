@@ -10,7 +10,13 @@ namespace vadelwatch {
 
 namespace {
 
+/// A run that ends sooner shows nothing.
+constexpr double secondsBeforeBar = 0.5;
+constexpr double secondsBeforePlainLine = 2.0;
+
 constexpr double secondsBetweenDrawings = 0.1;
+constexpr double secondsBetweenPlainLines = 30.0;
+constexpr double percentBetweenPlainLines = 10.0;
 
 /// Moves to the first column. The cursor is there already, unless something was typed, for example "^C".
 constexpr std::string_view rowStart = "\r";
@@ -55,7 +61,8 @@ bool usesUtf8() {
 } // namespace
 
 ProgressDisplay::ProgressDisplay(ProgressMode displayMode, BarStyle barStyle, Writer outputWriter, Width terminalWidth)
-    : mode(displayMode), style(barStyle), writer(std::move(outputWriter)), width(std::move(terminalWidth)) {}
+    : mode(displayMode), style(barStyle), writer(std::move(outputWriter)), width(std::move(terminalWidth)),
+      nextShowing(displayMode == ProgressMode::bar ? secondsBeforeBar : secondsBeforePlainLine) {}
 
 void ProgressDisplay::showLine(std::string_view line) {
     clear();
@@ -63,11 +70,18 @@ void ProgressDisplay::showLine(std::string_view line) {
     pending += '\n';
 }
 
+bool ProgressDisplay::isDue(double now) const {
+    return mode != ProgressMode::none && now >= nextShowing;
+}
+
 void ProgressDisplay::update(const ProgressFigures& figures, double now) {
-    if (mode == ProgressMode::plain) {
-        showPlainLine(figures);
-    } else if (mode == ProgressMode::bar && (lastDrawing < 0 || now - lastDrawing >= secondsBetweenDrawings)) {
+    if (!isDue(now)) {
+        return;
+    }
+    if (mode == ProgressMode::bar) {
         draw(figures, now);
+    } else {
+        showPlainLine(figures, now);
     }
 }
 
@@ -93,17 +107,18 @@ void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
     isShown = true;
     drawnLine = line;
     drawnColumns = columns;
-    lastDrawing = now;
+    nextShowing = now + secondsBetweenDrawings;
 }
 
-void ProgressDisplay::showPlainLine(const ProgressFigures& figures) {
-    const int tens = static_cast<int>(figures.percent / 10.0);
-    if (tens > shownTens) {
-        shownTens = tens;
-        ProgressFigures rounded = figures;
-        rounded.percent = tens * 10.0;
-        showLine(plainProgressLine(rounded));
+void ProgressDisplay::showPlainLine(const ProgressFigures& figures, double now) {
+    // Too little progress: the line is shown as soon as there is more.
+    if (figures.percent && figures.phase == plainPhase && figures.percent < plainPercent + percentBetweenPlainLines) {
+        return;
     }
+    showLine(plainProgressLine(figures));
+    plainPhase = figures.phase;
+    plainPercent = figures.percent.value_or(0);
+    nextShowing = now + secondsBetweenPlainLines;
 }
 
 void ProgressDisplay::clear() {
@@ -123,7 +138,10 @@ void ProgressDisplay::flush() {
     }
 }
 
-ProgressMode progressModeFor(int descriptor) {
+ProgressMode progressModeFor(int descriptor, std::string_view wanted) {
+    if (wanted != "auto") {
+        return wanted == "bar" ? ProgressMode::bar : wanted == "plain" ? ProgressMode::plain : ProgressMode::none;
+    }
     const std::string_view terminal = environmentValue("TERM");
     const bool movesCursor = !terminal.empty() && terminal != "dumb";
     return isatty(descriptor) == 1 && movesCursor ? ProgressMode::bar : ProgressMode::plain;

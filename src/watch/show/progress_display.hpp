@@ -1,6 +1,6 @@
 /// \file
-/// Shows the progress of a run, as a bar at the bottom of the terminal or as a plain line every ten percent, and lines
-/// above it.
+/// Shows the progress of a run, as a bar at the bottom of the terminal or as plain lines from time to time, and other
+/// lines above it.
 #pragma once
 
 #include "watch/show/progress_line.hpp"
@@ -27,9 +27,13 @@ public:
     /// Shows a line above the bar. The next `update` draws the bar again.
     void showLine(std::string_view line);
 
-    /// Takes new figures. Draws the bar at most ten times a second, or a plain line when another ten percent are done.
+    /// Returns true if `update` may show something, so that the figures are needed.
     ///
-    /// @param now seconds on a clock that only goes forward.
+    /// @param now seconds since the start of the run or phase: a short one shows nothing.
+    bool isDue(double now) const;
+
+    /// Takes new figures. Draws the bar at most ten times a second, or a plain line when half a minute has passed and
+    /// another ten percent are done.
     void update(const ProgressFigures& figures, double now);
 
     /// Erases the bar. The next `update` draws it again.
@@ -40,22 +44,25 @@ public:
 
 private:
     void draw(const ProgressFigures& figures, double now);
-    void showPlainLine(const ProgressFigures& figures);
+    void showPlainLine(const ProgressFigures& figures, double now);
 
     ProgressMode mode;
     BarStyle style;
     Writer writer;
     Width width;
-    std::string pending;     ///< Collected output.
-    bool isShown = false;    ///< The bar is visible after the collected output.
-    std::string drawnLine;   ///< The last drawing of the bar.
-    int drawnColumns = 0;    ///< The width of the terminal at that time.
-    double lastDrawing = -1; ///< Time of the last drawing.
-    int shownTens = 0;       ///< Tens of percent of the last plain line.
+    std::string pending;    ///< Collected output.
+    bool isShown = false;   ///< The bar is visible after the collected output.
+    std::string drawnLine;  ///< The last drawing of the bar.
+    int drawnColumns = 0;   ///< The width of the terminal at that time.
+    double nextShowing;     ///< Time before which nothing is drawn.
+    std::string plainPhase; ///< Phase and percentage of the last plain line.
+    double plainPercent = -100;
 };
 
-/// Returns how to show progress on a descriptor: a bar on a terminal that can move its cursor, otherwise plain lines.
-ProgressMode progressModeFor(int descriptor);
+/// Returns how to show progress on a descriptor.
+///
+/// @param wanted value of --progress. "auto" is a bar on a terminal that can move its cursor, otherwise plain lines.
+ProgressMode progressModeFor(int descriptor, std::string_view wanted);
 
 /// Returns the letters that suit the character set of the environment, in colour unless NO_COLOR is set.
 BarStyle barStyleFromEnvironment();

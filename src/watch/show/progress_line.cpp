@@ -5,8 +5,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <map>
+#include <utility>
 
 namespace vadelwatch {
 
@@ -15,44 +18,27 @@ namespace {
 /// In less time than this, one report more or less changes the speed too much.
 constexpr double minMeasuredSeconds = 0.1;
 
-constexpr int minBarWidth = 10;
-constexpr int maxBarWidth = 80;
+/// The speed is the one of this time, and of at least this number of samples in a run with rare reports.
+constexpr double windowSeconds = 5.0;
+constexpr std::size_t minSamples = 4;
 
-/// The space before the bar and the one after it.
-constexpr int gaps = 2;
+constexpr double secondsBetweenSamples = 0.05;
+
+/// The tool stands still after this time without a report, and after several times the usual time between reports.
+constexpr double minStalledSeconds = 10.0;
+constexpr double usualTimes = 3.0;
+
+constexpr int minBarWidth = 8;
+constexpr int maxBarWidth = 80;
+constexpr int minNameWidth = 8;
+constexpr int maxNameWidth = 40;
+
+/// Spaces between two figures.
+constexpr int gap = 2;
 
 std::string percentText(double percent) {
     // Rounded down, as in the tool: only the end is 100.0.
     return fmt::format("{:>5} %", decimalNumber(std::floor(percent * 10.0) / 10.0, 1));
-}
-
-std::string rateText(const std::optional<double>& linesPerSecond) {
-    return linesPerSecond ? groupedNumber(static_cast<std::uint64_t>(std::max(0.0, *linesPerSecond))) : "-";
-}
-
-std::string remainingText(const std::optional<double>& seconds) {
-    return seconds ? clockText(*seconds) : "-:--";
-}
-
-/// Returns the figures after the bar.
-///
-/// @param detail 3 for all words, 0 for the percentage alone.
-std::string figuresText(const ProgressFigures& figures, int detail) {
-    std::string percent = percentText(figures.percent);
-    const std::string elapsed = clockText(figures.elapsedSeconds);
-    const std::string remaining = remainingText(figures.remainingSeconds);
-    const std::string rate = fmt::format("{:>9} {}", rateText(figures.linesPerSecond), translateMessage("lines/s"));
-    switch (detail) {
-    case 3:
-        return fmt::format("{}  {}  {:>5} {}  {:>5} {}", percent, rate, elapsed, translateMessage("elapsed"), remaining,
-                           translateMessage("left"));
-    case 2:
-        return fmt::format("{}  {}  {:>5} {:>5} {}", percent, rate, elapsed, remaining, translateMessage("left"));
-    case 1:
-        return fmt::format("{} {:>5} {:>5} {}", percent, elapsed, remaining, translateMessage("left"));
-    default:
-        return percent;
-    }
 }
 
 std::string barText(double percent, int width, const BarStyle& style) {
@@ -67,30 +53,126 @@ std::string barText(double percent, int width, const BarStyle& style) {
     return fmt::format("\033[32m{}\033[0;2m{}\033[0m", doneText, openText);
 }
 
+enum class Part { phase, bar, percent, file, speed, bytes, elapsed, left, name };
+
+/// The parts from left to right. With a different number in each, they keep their places while the figures change.
+constexpr std::array partsInOrder{Part::phase, Part::bar,     Part::percent, Part::file, Part::speed,
+                                  Part::bytes, Part::elapsed, Part::left,    Part::name};
+
+/// The most important part first. A window that has no space for one of them has none for those after it.
+constexpr std::array partsByImportance{Part::percent, Part::bar,     Part::left,  Part::phase, Part::speed,
+                                       Part::file,    Part::elapsed, Part::bytes, Part::name};
+
+std::string fileText(const ProgressFigures& figures) {
+    if (figures.file == 0) {
+        return {};
+    }
+    const std::string files = std::to_string(figures.files);
+    const std::string number = fmt::format("{:>{}}", figures.file, figures.files == 0 ? 1 : files.size());
+    return figures.files == 0 ? formatMessage("file {0}", number) : formatMessage("file {0}/{1}", number, files);
+}
+
+std::string speedText(const ProgressFigures& figures) {
+    if (figures.stalledSeconds > 0.0) {
+        return formatMessage("no progress for {0} s",
+                             std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)));
+    }
+    // No file in work: counting, for example, has no such speed.
+    if (figures.file == 0 && !figures.linesPerSecond) {
+        return {};
+    }
+    const std::string lines =
+        figures.linesPerSecond ? groupedNumber(static_cast<std::uint64_t>(*figures.linesPerSecond)) : "-";
+    return fmt::format("{:>9} {}", lines, translateMessage("lines/s"));
+}
+
+/// Returns the text of each part except the bar, empty if it is unknown.
+std::string partText(Part part, const ProgressFigures& figures) {
+    constexpr double bytesPerMegabyte = 1e6;
+    switch (part) {
+    case Part::phase:
+        return figures.phase;
+    case Part::percent:
+        return figures.percent ? percentText(*figures.percent) : "";
+    case Part::file:
+        return fileText(figures);
+    case Part::speed:
+        return speedText(figures);
+    case Part::bytes:
+        return figures.bytesPerSecond
+                   ? fmt::format("{:>6} MB/s", decimalNumber(*figures.bytesPerSecond / bytesPerMegabyte, 1))
+                   : "";
+    case Part::elapsed:
+        return fmt::format("{:>5} {}", clockText(figures.elapsedSeconds), translateMessage("elapsed"));
+    case Part::left:
+        if (!figures.remainingSeconds && (figures.file == 0 || figures.stalledSeconds > 0.0)) {
+            return {};
+        }
+        return fmt::format("{:>5} {}",
+                           figures.remainingSeconds ? clockText(std::ceil(*figures.remainingSeconds)) : "-:--",
+                           translateMessage("left"));
+    case Part::name:
+        return shownName(figures.fileName);
+    case Part::bar:
+        break;
+    }
+    return {};
+}
+
+/// Returns the first characters of a text in UTF-8.
+std::string cutText(const std::string& text, std::size_t columns) {
+    std::size_t end = 0;
+    std::size_t characters = 0;
+    for (; end < text.size(); ++end) {
+        const bool startsCharacter = (static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U;
+        if (startsCharacter && ++characters > columns) {
+            break;
+        }
+    }
+    return text.substr(0, end);
+}
+
 } // namespace
 
 void ProgressMeasure::endOfReports(double seconds) {
-    if (!base && reported > 0.0) {
-        base = Base{seconds, reported};
+    if (reported <= 0.0 || (!samples.empty() && samples.back().percent == reported)) {
+        return;
+    }
+    lastChange = seconds;
+    if (!samples.empty() && seconds - samples.back().seconds < secondsBetweenSamples) {
+        return;
+    }
+    samples.push_back({seconds, reported});
+    while (samples.size() > minSamples && samples[1].seconds <= seconds - windowSeconds) {
+        samples.pop_front();
     }
 }
 
-ProgressFigures ProgressMeasure::figures(double seconds, std::optional<std::uint64_t> nodeLines) const {
-    ProgressFigures figures;
+void ProgressMeasure::addTo(ProgressFigures& figures, double seconds, std::optional<std::uint64_t> nodeLines,
+                            std::uint64_t bytes) const {
     figures.percent = reported;
-    figures.elapsedSeconds = seconds;
     if (reported >= 100.0) {
         figures.remainingSeconds = 0.0;
     }
-    if (!base || seconds - base->seconds < minMeasuredSeconds || !(reported > base->percent)) {
-        return figures;
+    const double usualSeconds =
+        samples.size() < 2 ? 0.0 : (samples.back().seconds - samples.front().seconds) / double(samples.size() - 1);
+    const double silence = seconds - lastChange;
+    if (reported < 100.0 && silence >= std::max(minStalledSeconds, usualTimes * usualSeconds)) {
+        figures.stalledSeconds = silence;
+        return;
     }
-    const double secondsPerPercent = (seconds - base->seconds) / (reported - base->percent);
-    figures.remainingSeconds = secondsPerPercent * (100.0 - reported);
+    if (samples.empty() || seconds - samples.front().seconds < minMeasuredSeconds ||
+        !(reported > samples.front().percent)) {
+        return;
+    }
+    const double percentPerSecond = (reported - samples.front().percent) / (seconds - samples.front().seconds);
+    figures.remainingSeconds = (100.0 - reported) / percentPerSecond;
     if (nodeLines) {
-        figures.linesPerSecond = static_cast<double>(*nodeLines) / 100.0 / secondsPerPercent;
+        figures.linesPerSecond = static_cast<double>(*nodeLines) / 100.0 * percentPerSecond;
     }
-    return figures;
+    if (bytes > 0) {
+        figures.bytesPerSecond = static_cast<double>(bytes) / 100.0 * percentPerSecond;
+    }
 }
 
 std::string clockText(double seconds) {
@@ -103,24 +185,45 @@ std::string clockText(double seconds) {
 }
 
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style) {
-    for (int detail = 3; detail >= 0; --detail) {
-        const std::string text = figuresText(figures, detail);
-        const int barWidth = std::min(maxBarWidth, columns - static_cast<int>(columnsOf(text)) - gaps);
-        if (barWidth >= (detail == 3 ? 2 * minBarWidth : minBarWidth)) {
-            return fmt::format(" {} {}", barText(figures.percent, barWidth, style), text);
+    std::map<Part, std::string> chosen;
+    int space = columns + gap;
+    for (const Part part : partsByImportance) {
+        std::string text =
+            part == Part::bar && figures.percent ? std::string(minBarWidth, ' ') : partText(part, figures);
+        if (text.empty()) {
+            continue;
         }
+        // A field of one width, or the bar would change its own with every name.
+        const int width = part == Part::name ? std::min(maxNameWidth, space - gap) : static_cast<int>(columnsOf(text));
+        if (width + gap > space || (part == Part::name && width < minNameWidth)) {
+            break;
+        }
+        space -= width + gap;
+        chosen[part] = part == Part::name ? cutText(text, static_cast<std::size_t>(width)) : std::move(text);
     }
-    std::string text = figuresText(figures, 0);
-    return static_cast<int>(columnsOf(text)) <= columns ? text : "";
+    std::string line;
+    for (const Part part : partsInOrder) {
+        const auto found = chosen.find(part);
+        if (found == chosen.end()) {
+            continue;
+        }
+        line += line.empty() ? "" : std::string(gap, ' ');
+        line += part == Part::bar
+                    ? barText(*figures.percent, std::min(maxBarWidth, minBarWidth + std::max(0, space)), style)
+                    : found->second;
+    }
+    return line;
 }
 
 std::string plainProgressLine(const ProgressFigures& figures) {
-    const auto percent = static_cast<int>(figures.percent);
-    const std::string rate = rateText(figures.linesPerSecond);
-    const std::string elapsed = clockText(figures.elapsedSeconds);
-    const std::string remaining = remainingText(figures.remainingSeconds);
-    return fmt::format("{:>3} %  {} {}  {} {}  {} {}", percent, rate, translateMessage("lines/s"), elapsed,
-                       translateMessage("elapsed"), remaining, translateMessage("left"));
+    std::string line;
+    for (const Part part : partsInOrder) {
+        const std::string text = partText(part, figures);
+        if (!text.empty()) {
+            line += (line.empty() ? "" : "  ") + text.substr(std::min(text.find_first_not_of(' '), text.size()));
+        }
+    }
+    return line;
 }
 
 } // namespace vadelwatch

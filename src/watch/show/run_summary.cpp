@@ -18,6 +18,7 @@ struct Row {
     std::string label;
     std::string value;
     bool isPath = false;
+    std::string_view colour{}; ///< Escape sequence, or empty.
 };
 
 /// Returns the share of the nodes read, or nothing if their number is 0 or unknown.
@@ -53,11 +54,15 @@ std::string wrapped(const std::string& sentence, const std::string& indent, std:
     return text + line + "\n";
 }
 
+std::string_view colourEnd(const Row& row) {
+    return row.colour.empty() ? "" : "\033[0m";
+}
+
 std::string alignedRows(const std::vector<Row>& rows, std::size_t labelColumns) {
     std::string text;
     for (const Row& row : rows) {
         const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
-        text += fmt::format("  {}{}{}\n", row.label, space, row.value);
+        text += fmt::format("  {}{}{}{}{}\n", row.label, space, row.colour, row.value, colourEnd(row));
     }
     return text;
 }
@@ -66,7 +71,9 @@ std::string stackedRows(const std::vector<Row>& rows, std::size_t columns) {
     std::string text;
     for (const Row& row : rows) {
         text += fmt::format("  {}\n", row.label);
+        text += row.colour;
         text += row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", columns);
+        text += colourEnd(row);
     }
     return text;
 }
@@ -89,7 +96,8 @@ OrderedJson orNull(const std::optional<Value>& value) {
 
 } // namespace
 
-std::string summaryText(const RunSummary& summary, std::size_t columns) {
+std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour) {
+    const std::string_view verdict = summary.addsUp ? "\033[32m" : "\033[31m";
     const std::string check = summary.addsUp ? translateMessage("the lines add up to total_node_count.txt")
                                              : translateMessage("the lines do not add up to total_node_count.txt");
     const std::vector<Row> rows{
@@ -98,15 +106,18 @@ std::string summaryText(const RunSummary& summary, std::size_t columns) {
         {translateMessage("Nodes kept"), nodesText(summary)},
         {translateMessage("Time"), decimalNumber(summary.seconds, 1) + " s"},
         {translateMessage("Output directory"), shownName(summary.outputDirectory), true},
-        {translateMessage("Check"), check},
+        {translateMessage("Check"), check, false, colour ? verdict : ""},
     };
-    const std::string title = summary.closingText.empty() ? "" : wrapped(summary.closingText, "", columns);
+    const std::string headline =
+        summary.addsUp ? summary.closingText : translateMessage("Clipping ended, but its output does not add up");
+    const std::string title = headline.empty() ? "" : wrapped(headline, "", columns);
     return title + tableText(rows, columns);
 }
 
 std::string summaryJson(const RunSummary& summary) {
     const bool finished = summary.finished;
-    OrderedJson object;
+    // Not null at first: without memory for its conversion the library would destroy an object that is not there.
+    OrderedJson object = OrderedJson::object();
     object["finished"] = finished;
     object["exit_status"] = summary.exitStatus;
     object["files_read"] = finished ? OrderedJson(summary.filesRead) : OrderedJson();

@@ -29,7 +29,8 @@ struct RunSummary {
 ///
 /// @param columns width of the window. If the table is wider, each value is below its label, and sentences are wrapped
 ///                between words. A path is never wrapped.
-std::string summaryText(const RunSummary& summary, std::size_t columns);
+/// @param colour  the verdict of the check is green or red.
+std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour = false);
 
 /// Returns one JSON object and a line feed. Unknown values are null, and so are most values of a run that did not
 /// finish.

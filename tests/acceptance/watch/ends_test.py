@@ -158,6 +158,21 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
                     errors=["Vadelwatch: interrupted by SIGTERM, Vadelclip has ended." + NOT_COMPLETE])
         self.assertFalse(os.path.exists(self.path("base/out/total_node_count.txt")))
 
+    def test_a_killed_watcher_takes_the_tool_with_it(self):
+        self.standIn("signal.signal(signal.SIGTERM, signal.SIG_IGN)\n"
+                     "open('pid', 'w').write(str(os.getpid())); os.rename('pid', 'started'); time.sleep(600)")
+        process = self.start(*JOB)
+        self.waitForFile("started")
+        tool = int(self.content("started"))
+        process.kill()
+        process.wait()
+        limit = time.monotonic() + TIME_LIMIT
+        while os.path.exists(f"/proc/{tool}") and "\nState:\tZ" not in Path(f"/proc/{tool}/status").read_text():
+            if time.monotonic() > limit:
+                os.kill(tool, signal.SIGKILL)
+                self.fail("the tool still runs")
+            time.sleep(0.01)
+
     def test_a_killed_real_run(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         process = self.start(*JOB, "--quiet")

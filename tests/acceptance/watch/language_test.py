@@ -6,7 +6,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from watching import WATCH, WatchTest
+from watching import HEADER, WATCH, WatchTest
 
 GERMAN = ["de", "DE", "De", "dE", "de_AT", "de-AT", "de_at", "DE_AT", "de_A", "de_XYZ", "de-Latn", "de.", "de..", "de.-",
           "de_AT.", "de.utf8@x", "de.UtF8@", "de_AT.UTF-8@euro", "de-at.utf_8@x", "de.utf8 @x"]
@@ -39,10 +39,16 @@ class Language(WatchTest):
                 with self.subTest(value=value):
                     self.assertEqual((language, language), (self.languageOfTool(value), self.languageOfWatch(value)))
 
-    def test_it_is_english_where_the_tool_cannot_speak(self):
+    def test_the_tool_gets_no_character_set(self):
         for value in ABORTING:
             with self.subTest(value=value):
-                self.assertEqual(("none", "English"), (self.languageOfTool(value), self.languageOfWatch(value)))
+                self.assertEqual(("none", "German"), (self.languageOfTool(value), self.languageOfWatch(value)))
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
+        for value, errors in (("de_DE.UTF-8", ["Vadelwatch: Vadelclip erhält -lang=de_DE, weil es de_DE.UTF-8 nicht annimmt."]),
+                              ("en_US.UTF-8", ["Vadelwatch: Vadelclip gets -lang=en_US, because it does not accept en_US.UTF-8."]),
+                              ("de_DE", [])):
+            watched = self.run_("base/data", "out" + value, "area.xml", "--lang", value)
+            self.assertEqual((0, errors), (watched.status, watched.errorLines()))
 
     def test_it_is_english_if_the_catalogue_is_broken(self):
         self.standIn("")

@@ -1,6 +1,7 @@
 """The bar of Vadelwatch on a pseudo-terminal: how it looks, its width and its rate of drawing."""
 import os
 import re
+import subprocess
 import sys
 import unittest
 from pathlib import Path
@@ -13,15 +14,15 @@ COLOUR = re.compile(rb"\x1b\[[0-9;]*m")
 
 class Bar(TerminalTest):
     def test_the_real_tool_leaves_the_summary_and_nothing_else(self):
-        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 300000})
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         status, terminal, screen = self.finished()
         text = re.sub(r"\d+\.\d s", "N s", screen.text()).rstrip("\n").split("\n")
-        self.assertEqual((0, summaryLines(1, 1, "300 000 of 300 000 (100.0 %)", "base/out")), (status, text))
+        self.assertEqual((0, summaryLines(1, 1, "2 000 000 of 2 000 000 (100.0 %)", "base/out")), (status, text))
         self.assertTrue(any("lines/s" in row for row in screen.drawings), screen.drawings)
         self.assertIn(b"\x1b[32m", terminal.received)
 
     def test_never_wider_than_the_window_at_any_width(self):
-        self.standIn("for p in range(0, 101, 4): message(type='progress', percent=float(p)); time.sleep(0.02)\nfinish()")
+        self.standIn("for p in range(0, 101, 4): message(type='progress', percent=float(p)); time.sleep(0.04)\nfinish()")
         for columns in (1, 2, 7, 8, 9, 20, 28, 29, 40, 60, 79, 80, 81, 200, 1000):
             with self.subTest(columns=columns):
                 status, terminal, screen = self.finished(columns=columns)
@@ -36,9 +37,10 @@ class Bar(TerminalTest):
         self.standIn(STEADY)
         number = r"[ \d]+|-"
         for columns, form in (
-                (40, r" [━─]{10,} +\d+\.\d %  \d:\d\d  (\d:\d\d|-:--) left"),
-                (80, rf" [━─]{{20,}} +\d+\.\d %  +({number}) lines/s   \d:\d\d elapsed   (\d:\d\d|-:--) left"),
-                (200, rf" [━─]{{80}} +\d+\.\d %  +({number}) lines/s   \d:\d\d elapsed   (\d:\d\d|-:--) left")):
+                (40, r"clipping  [━─]{8,} +\d+\.\d %   (\d:\d\d|-:--) left"),
+                (80, rf"clipping  [━─]{{8,}} +\d+\.\d %  file 1  +({number}) lines/s   (\d:\d\d|-:--) left"),
+                (200, rf"clipping  [━─]{{80}} +\d+\.\d %  file 1  +({number}) lines/s   \d:\d\d elapsed   "
+                      r"(\d:\d\d|-:--) left")):
             with self.subTest(columns=columns):
                 _, _, screen = self.finished(columns=columns)
                 self.assertGreater(len(screen.drawings), 5)
@@ -57,9 +59,56 @@ class Bar(TerminalTest):
         for first, last in zip(times, times[10:]):
             self.assertGreater(last - first, 1.0 - delay)
 
+    def test_a_short_run_draws_nothing(self):
+        self.standIn("message(type='progress', percent=10.0); time.sleep(0.2); finish()")
+        status, terminal, screen = self.finished()
+        self.assertEqual((0, []), (status, screen.drawings))
+
+    def test_progress_as_it_is_asked_for(self):
+        self.standIn(STEADY.replace("0.002", "0.003"))
+        _, _, screen = self.finished("--progress=none")
+        self.assertEqual(("The end", []), (screen.rows[0], screen.drawings))
+        _, _, screen = self.finished("--progress=plain")
+        self.assertEqual((True, "The end", []), (screen.rows[0].startswith("clipping  "), screen.rows[1], screen.drawings))
+        watched = self.run_(*JOB, "--progress=bar")
+        self.assertIn("━", watched.errors)
+
+    def test_counting_and_its_share(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
+        self.standIn("""
+with open('base/data/a.xyz', 'rb') as file: file.read(6000000)
+time.sleep(1.2)
+message(type='state', level=1, text='Clipping', active=True)
+message(type='state', level=1, text='Clipping', active=True)
+file = open('base/data/a.xyz', 'rb')
+message(type='progress', percent=70.0); time.sleep(1)
+finish()
+""")
+        _, _, screen = self.finished(columns=200)
+        self.assertRegex(screen.drawings[0], r"^counting  [━─]{80}   [56]\d\.\d %   0:00 elapsed$")
+        form = r"^clipping  [━─]+   70\.0 %  file 2/1 .*left  a\.xyz$"
+        self.assertTrue(any(re.match(form, row) for row in screen.drawings), screen.drawings)
+
+    def test_control_characters_of_the_tool_are_not_obeyed(self):
+        self.standIn("""
+say(b'a\\x1b[2Jb\\n'); message(type='error', level=2, text='a\\x1b[2Jb')
+message(type='error', level=2, text='c\\rd')
+message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
+""")
+        status, terminal, screen = self.finished()
+        self.assertEqual((1, r"a\x1B[2Jb|c\x0Dd|e\x07f"), (status, "|".join(screen.text().split())))
+
+    def test_the_verdict_has_a_colour_unless_NO_COLOR(self):
+        self.giveJob({"total_node_count.txt": HEADER + b"1;1;5\n"})
+        for settings, verdict in (({}, b"\x1b[31mthe lines do not"), ({"NO_COLOR": "1"}, b"  the lines do not")):
+            terminal = self.finished(environment=settings)[1]
+            self.assertIn(verdict, terminal.received)
+            self.assertTrue(terminal.received.startswith(b"Clipping ended, but its output does not add up"))
+            subprocess.run(["rm", "-r", self.path("base/out")], check=True)
+
     def test_the_clock_goes_on_without_messages(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(2.3); finish()")
-        _, _, screen = self.finished()
+        _, _, screen = self.finished(columns=120)
         clocks = [re.search(r"(\d:\d\d) elapsed", row)[1] for row in screen.drawings]
         self.assertEqual(["0:00", "0:01", "0:02"], sorted(set(clocks)))
 
@@ -74,15 +123,14 @@ class Bar(TerminalTest):
         self.standIn(STEADY)
         _, _, screen = self.finished(environment={"LC_ALL": "C"})
         for row in screen.drawings:
-            self.assertRegex(row, "^ =*-* ")
+            self.assertRegex(row, "^clipping  =*-* ")
 
     def test_plain_lines_on_a_terminal_that_cannot_move_its_cursor(self):
-        self.standIn(STEADY)
+        self.standIn(STEADY.replace("0.002", "0.003"))
         for settings in ({"TERM": "dumb"}, {"TERM": ""}, {"TERM": None}):
             _, terminal, screen = self.finished(environment=settings)
             self.assertNotIn(b"\x1b", terminal.received)
-            self.assertEqual([f"{tens:>3} %" for tens in range(10, 101, 10)],
-                             [row[:5] for row in screen.rows if "lines/s" in row])
+            self.assertEqual(1, len([row for row in screen.rows if re.match(r"clipping  \d+\.\d %  file 1  ", row)]))
 
     def test_quiet_draws_nothing(self):
         self.standIn(STEADY)
@@ -100,7 +148,7 @@ finish()
         _, _, screen = self.finished()
         self.assertEqual([f"error {i}" for i in range(20)], screen.rows[:20])
         self.assertEqual("The end", screen.rows[20])
-        self.assertGreater(len(screen.drawings), 5)
+        self.assertGreater(len(screen.drawings), 2)
 
     def test_what_is_typed_does_not_push_the_bar_aside(self):
         self.standIn(STEADY)
@@ -111,7 +159,7 @@ finish()
             terminal.readSome(0.2)
         self.assertEqual(0, terminal.finish())
         screen = self.shown(terminal.received, 80)
-        self.assertEqual([], [row for row in screen.drawings if not re.match(" [━─]{20,} +[0-9]", row)])
+        self.assertEqual([], [row for row in screen.drawings if not re.match("clipping  [━─]{8,} +[0-9]", row)])
         self.assertEqual("The end", screen.rows[0])
 
     def test_a_file_for_the_summary_leaves_the_bar_on_the_terminal(self):

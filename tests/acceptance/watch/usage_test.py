@@ -7,6 +7,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from watching import HEADER, SANITIZED, WATCH, WatchTest
 
+USAGE = "Usage: Vadelwatch [OPTIONS] input-directory-path output-directory-name boundary-file-path"
 NODES = {"a.xyz": HEADER + b"1;1;5\n" * 3 + b"30;3;5\n"}
 
 
@@ -24,8 +25,22 @@ class Usage(WatchTest):
                 ([*job, "--log", ""], "--log: needs the name of a file")):
             with self.subTest(arguments=arguments):
                 self.expect(self.run_(*arguments), status=2,
-                            errors=[sentence, "Run with --help for more information."])
+                            errors=[sentence, USAGE, "Run with --help for more information."])
                 self.assertFalse(os.path.exists(self.path("base/out")))
+
+    def test_one_hyphen_before_an_option_of_ours(self):
+        self.expect(self.run_("base/data", "out", "area.xml", "-lang=en"), status=2, errors=[
+            "The following argument was not expected: -lang=en", "Did you mean --lang=en?", USAGE,
+            "Run with --help for more information."])
+
+    def test_an_old_output_directory_comes_with_the_command_that_removes_it(self):
+        self.giveJob(NODES)
+        os.makedirs(self.path("base/it's"))
+        watched = self.run_("base/data", "it's", "area.xml", "--lang=en")
+        self.assertEqual((1, r"Vadelwatch: if base/it's is no longer needed, remove it: rm -r -- 'base/it'\''s'"),
+                         (watched.status, watched.errorLines()[-1]))
+        watched = self.run_("base/none", "it's", "area.xml", "--lang=en")
+        self.assertEqual((1, False), (watched.status, "rm -r" in watched.errors))
 
     def test_files_that_cannot_be_are_refused_before_a_run(self):
         self.giveJob(NODES)

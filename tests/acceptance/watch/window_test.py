@@ -100,10 +100,50 @@ time.sleep(600)
                          self.shown(terminal.received, 120).text().strip())
 
     def test_a_killed_tool_leaves_no_bar(self):
-        self.standIn("message(type='progress', percent=50.0); time.sleep(0.5); os.kill(os.getpid(), signal.SIGKILL)")
+        self.standIn("message(type='progress', percent=50.0); time.sleep(1); os.kill(os.getpid(), signal.SIGKILL)")
         status, terminal, screen = self.finished(columns=120)
         self.assertEqual((4, "Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL). The output in base/out is not complete."),
                          (status, screen.text().strip()))
+
+
+class InterruptedAfterRun(TerminalTest):
+    """The check waits for a node file that is counted for ever, and the map for a FIFO that is not read."""
+
+    def interrupted(self, phase, *options):
+        terminal = self.terminal(*JOB, *options, columns=120)
+        terminal.readUntil(lambda received: phase in received, "the phase")
+        terminal.type(b"\x03")
+        return terminal.finish(), self.shown(terminal.received, 120)
+
+    def test_control_c_during_the_check(self):
+        self.giveJob({"a.xyz": HEADER})
+        self.standIn("""
+finish()
+with open('base/out/a.xyz', 'wb') as file:
+    file.truncate(1 << 40)
+""")
+        status, screen = self.interrupted(b"checking")
+        self.assertEqual(-signal.SIGINT, status)
+        self.assertEqual("Vadelwatch: interrupted, so the output in base/out was not checked.", screen.text().strip())
+
+    def test_control_c_during_the_map(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
+        os.mkfifo(self.path("map.png"))
+        status, screen = self.interrupted(b"drawing", "--map=map.png")
+        self.assertEqual(-signal.SIGINT, status)
+        self.assertEqual("Vadelwatch: interrupted, so the map map.png was not drawn.",
+                         screen.text().strip().splitlines()[-1])
+
+    def test_a_second_signal_ends_a_held_terminal(self):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
+        os.mkfifo(self.path("map.png"))
+        terminal = self.terminal(*JOB, "--map=map.png", columns=120)
+        terminal.readUntil(lambda received: b"drawing" in received, "the phase")
+        terminal.type(b"\x13")
+        for _ in range(2):
+            time.sleep(0.5)
+            os.kill(terminal.pid, signal.SIGTERM)
+        self.assertEqual(-signal.SIGTERM, terminal.finish())
 
 
 if __name__ == "__main__":

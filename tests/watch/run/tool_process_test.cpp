@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <poll.h>
 #include <string>
 #include <sys/resource.h>
@@ -132,6 +133,25 @@ TEST(ToolProcess, inheritsNoOtherDescriptor) {
     EXPECT_EQ((ToolEnd{0, SIGKILL}), endOf(other));
 }
 
+TEST(ToolProcess, knowsBytesReadAndOpenFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("höhe 1", std::string(100000, 'x'));
+    ToolProcess process;
+    ASSERT_EQ(0, startScript(process, "cat '" + path + "' >/dev/null; exec 7<'" + path +
+                                          "'; echo >&3; read -r line <&7"
+                                          "; kill -STOP $$; exit"));
+    pollfd state{process.channel(), POLLIN, 0};
+    ASSERT_EQ(1, poll(&state, 1, 10000));
+    EXPECT_EQ("höhe 1", process.openFileIn(std::filesystem::canonical(directory.path()).string()));
+    EXPECT_EQ("", process.openFileIn("/none"));
+    // `cat` is a child that has ended, and the shell has waited for it.
+    EXPECT_GT(process.bytesRead(), 100000U);
+    process.forward(SIGKILL);
+    endOf(process);
+    EXPECT_EQ(0U, process.bytesRead());
+    EXPECT_EQ("", process.openFileIn("/none"));
+}
+
 TEST(ToolProcess, signalsBlockedHereReachTheTool) {
     sigset_t blocked;
     sigset_t former;
@@ -159,8 +179,8 @@ TEST(ToolProcess, startReturnsErrno) {
 TEST(ToolProcess, startFailsWithoutDescriptors) {
     const int lowest = dup(STDIN_FILENO);
     close(lowest);
-    // From too few for one pipe to too few for the last of four ends, whose numbers start at ten.
-    for (rlim_t most = static_cast<rlim_t>(lowest); most < 14; ++most) {
+    // From too few for one pipe to too few for the last of six ends, whose numbers start at ten.
+    for (rlim_t most = static_cast<rlim_t>(lowest); most < 16; ++most) {
         const DescriptorLimit limit(most);
         ToolProcess process;
         EXPECT_EQ(EMFILE, startScript(process, "true")) << most;

@@ -35,7 +35,9 @@ public:
 };
 
 ProgressFigures at(double percent) {
-    return {percent, std::nullopt, 0.0, std::nullopt};
+    ProgressFigures figures;
+    figures.percent = percent;
+    return figures;
 }
 
 std::string drawing(const std::string& line) {
@@ -93,8 +95,8 @@ BarLetters lettersUnder(const char* all, const char* characters, const char* lan
     return barStyleFromEnvironment().letters;
 }
 
-const std::string tenPercent = drawing(" =---------  10.0 %");
-const std::string twentyPercent = drawing(" ==--------  20.0 %");
+const std::string tenPercent = drawing("=---------   10.0 %");
+const std::string twentyPercent = drawing("==--------   20.0 %");
 
 } // namespace
 
@@ -163,23 +165,59 @@ TEST(ProgressDisplay, drawsNothingWithoutColumns) {
     EXPECT_EQ("", recorded.take());
 }
 
-TEST(ProgressDisplay, showsPlainLineEveryTenPercent) {
-    RecordedDisplay recorded(ProgressMode::plain);
-    std::string expected;
-    for (int tenths = 0; tenths <= 1000; ++tenths) {
-        recorded.display.update(at(tenths / 10.0), 0.0);
-        recorded.display.update(at(tenths / 10.0), 0.0);
-    }
-    for (int tens = 10; tens <= 100; tens += 10) {
-        expected += plainProgressLine(at(tens)) + "\n";
-    }
-    EXPECT_EQ(expected, recorded.take());
+TEST(ProgressDisplay, drawsNoBarInFirstHalfSecond) {
+    RecordedDisplay recorded(ProgressMode::bar);
+    recorded.display.update(at(10.0), 0.49);
+    EXPECT_EQ("", recorded.take());
+    recorded.display.update(at(10.0), 0.5);
+    EXPECT_EQ(tenPercent, recorded.take());
 }
 
-TEST(ProgressDisplay, jumpOverSeveralTensIsOneLine) {
+TEST(ProgressDisplay, showsFirstPlainLineAfterTwoSeconds) {
     RecordedDisplay recorded(ProgressMode::plain);
-    recorded.display.update(at(45.0), 0.0);
-    EXPECT_EQ(" 40 %  - lines/s  0:00 elapsed  -:-- left\n", recorded.take());
+    recorded.display.update(at(5.0), 1.99);
+    EXPECT_EQ("", recorded.take());
+    recorded.display.update(at(5.0), 2.0);
+    EXPECT_EQ(plainProgressLine(at(5.0)) + "\n", recorded.take());
+}
+
+TEST(ProgressDisplay, plainLineNeedsHalfMinuteAndTenPercent) {
+    RecordedDisplay recorded(ProgressMode::plain);
+    recorded.display.update(at(5.0), 2.0);
+    recorded.take();
+    recorded.display.update(at(90.0), 31.9);
+    EXPECT_EQ("", recorded.take());
+    recorded.display.update(at(14.9), 60.0);
+    EXPECT_EQ("", recorded.take());
+    recorded.display.update(at(15.0), 60.1);
+    EXPECT_EQ(plainProgressLine(at(15.0)) + "\n", recorded.take());
+    recorded.display.update(at(100.0), 90.0);
+    EXPECT_EQ("", recorded.take());
+}
+
+TEST(ProgressDisplay, phaseWithoutPercentageHasPlainLines) {
+    RecordedDisplay recorded(ProgressMode::plain);
+    ProgressFigures figures;
+    figures.phase = "drawing";
+    int lines = 0;
+    for (double now = 0.0; now < 100.0; now += 0.5) {
+        recorded.display.update(figures, now);
+        lines += recorded.take().empty() ? 0 : 1;
+    }
+    // At 2, 32, 62 and 92 seconds.
+    EXPECT_EQ(4, lines);
+}
+
+TEST(ProgressDisplay, newPhaseMayStartAtLowerPercentage) {
+    RecordedDisplay recorded(ProgressMode::plain);
+    ProgressFigures figures = at(90.0);
+    figures.phase = "counting";
+    recorded.display.update(figures, 2.0);
+    recorded.take();
+    figures = at(1.0);
+    figures.phase = "clipping";
+    recorded.display.update(figures, 32.0);
+    EXPECT_EQ(plainProgressLine(figures) + "\n", recorded.take());
 }
 
 TEST(ProgressDisplay, showsOnlyLinesWithoutProgress) {
@@ -189,6 +227,20 @@ TEST(ProgressDisplay, showsOnlyLinesWithoutProgress) {
     recorded.display.update(at(100.0), 2.0);
     recorded.display.clear();
     EXPECT_EQ("error\n", recorded.take());
+}
+
+TEST(ProgressMode, isAsWanted) {
+    const PseudoTerminal wide(133);
+    const int terminal = wide.openTerminal(O_NOCTTY);
+    const int nothing = open("/dev/null", O_RDWR);
+    setenv("TERM", "xterm", 1);
+    EXPECT_EQ(ProgressMode::bar, progressModeFor(terminal, "auto"));
+    EXPECT_EQ(ProgressMode::plain, progressModeFor(nothing, "auto"));
+    EXPECT_EQ(ProgressMode::bar, progressModeFor(nothing, "bar"));
+    EXPECT_EQ(ProgressMode::plain, progressModeFor(terminal, "plain"));
+    EXPECT_EQ(ProgressMode::none, progressModeFor(terminal, "none"));
+    close(nothing);
+    close(terminal);
 }
 
 TEST(TerminalColumns, areThoseOfTheTerminal) {

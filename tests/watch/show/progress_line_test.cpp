@@ -5,18 +5,50 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace vadelwatch {
 
 namespace {
 
+/// Every figure of a run in the middle.
+ProgressFigures clipping() {
+    ProgressFigures figures;
+    figures.phase = translateMessage("clipping");
+    figures.percent = 45.39;
+    figures.elapsedSeconds = 12.9;
+    figures.linesPerSecond = 1234567.8;
+    figures.bytesPerSecond = 22.14e6;
+    figures.remainingSeconds = 74.2;
+    figures.file = 7;
+    figures.files = 60;
+    figures.fileName = "höhe.xyz";
+    return figures;
+}
+
+/// Of a run over 2000 bytes.
+ProgressFigures figuresOf(const ProgressMeasure& measure, double seconds, std::optional<std::uint64_t> nodeLines) {
+    ProgressFigures figures;
+    measure.addTo(figures, seconds, nodeLines, 2000);
+    return figures;
+}
+
+ProgressFigures atPercent(double percent) {
+    ProgressFigures figures;
+    figures.percent = percent;
+    return figures;
+}
+
 void expectFittingLines() {
     for (const double percent : {0.0, 0.05, 9.99, 99.99, 100.0}) {
         for (const double rate : {0.0, 1e6, 1e15}) {
             for (int columns = 0; columns < 240; ++columns) {
-                const ProgressFigures figures{percent, rate, 1e7, 1e9};
+                ProgressFigures figures = clipping();
+                figures.percent = percent;
+                figures.linesPerSecond = rate;
                 EXPECT_LE(columnsOf(progressBarLine(figures, columns, {BarLetters::drawn, false})),
                           static_cast<std::size_t>(columns));
             }
@@ -26,24 +58,61 @@ void expectFittingLines() {
 
 } // namespace
 
-TEST(ProgressBarLine, leavesOutWordsInNarrowWindow) {
-    const ProgressFigures figures{45.39, 1234567.8, 12.9, 75.0};
-    EXPECT_EQ(" ====------  45.3 %  0:12  1:15 left", progressBarLine(figures, 36, {}));
-    EXPECT_EQ(" =========-----------  45.3 %  1 234 567 lines/s   0:12 elapsed   1:15 left",
-              progressBarLine(figures, 75, {}));
+TEST(ProgressBarLine, leavesOutFiguresInNarrowWindow) {
+    EXPECT_EQ("clipping  ====------   45.3 %   1:15 left", progressBarLine(clipping(), 41, {}));
+    EXPECT_EQ("clipping  =====--------   45.3 %  file  7/60  1 234 567 lines/s   1:15 left",
+              progressBarLine(clipping(), 75, {}));
+    EXPECT_EQ("clipping  =====--------   45.3 %  file  7/60  1 234 567 lines/s    22.1 MB/s   0:12 elapsed   1:15 "
+              "left  höhe.xyz",
+              progressBarLine(clipping(), 145, {}));
     const GermanMessages german;
-    EXPECT_EQ(" ====------  45,3 %  1 234 567 Zeilen/s   0:12  1:15 übrig", progressBarLine(figures, 58, {}));
+    EXPECT_EQ("Zuschnitt  ===-----   45,3 %   1:15 übrig", progressBarLine(clipping(), 41, {}));
+}
+
+TEST(ProgressBarLine, cutsLongNameAtCharacter) {
+    ProgressFigures figures = clipping();
+    figures.fileName = std::string(30, 'x');
+    for (int i = 0; i < 16; ++i) {
+        figures.fileName += "ä";
+    }
+    const std::string line = progressBarLine(figures, 145, {});
+    EXPECT_EQ("  " + std::string(30, 'x') + "ääääääääää", line.substr(line.find("left") + 4));
+    figures.fileName = "a\x1B[2J";
+    EXPECT_NE(std::string::npos, progressBarLine(figures, 145, {}).find("  a\\x1B[2J"));
 }
 
 TEST(ProgressBarLine, showsUnknownFiguresAsDashes) {
-    EXPECT_EQ(" --------------------   0.0 %          - lines/s   0:03 elapsed   -:-- left",
-              progressBarLine({0.0, std::nullopt, 3.0, std::nullopt}, 75, {}));
+    ProgressFigures figures;
+    figures.phase = "clipping";
+    figures.percent = 0.0;
+    figures.file = 1;
+    EXPECT_EQ("clipping  -----------    0.0 %  file 1          - lines/s   -:-- left",
+              progressBarLine(figures, 69, {}));
+}
+
+TEST(ProgressBarLine, showsPhaseWithoutPercentage) {
+    ProgressFigures figures;
+    figures.phase = "drawing";
+    figures.elapsedSeconds = 7.0;
+    EXPECT_EQ("drawing   0:07 elapsed", progressBarLine(figures, 79, {}));
+    EXPECT_EQ("drawing", progressBarLine(figures, 20, {}));
+}
+
+TEST(ProgressBarLine, showsStandstillInPlaceOfSpeed) {
+    ProgressFigures figures = atPercent(40.0);
+    figures.phase = "clipping";
+    figures.file = 1;
+    figures.stalledSeconds = 12.9;
+    EXPECT_EQ("clipping  ====------   40.0 %  no progress for 12 s", progressBarLine(figures, 51, {}));
+    const GermanMessages german;
+    EXPECT_EQ("40,0 %  Datei 1  kein Fortschritt seit 12 s  0:00 vergangen",
+              plainProgressLine(figures).substr(std::string("clipping  ").size()));
 }
 
 TEST(ProgressBarLine, drawsUnicodeAndColour) {
-    const ProgressFigures figures{50.0, std::nullopt, 0.0, std::nullopt};
-    EXPECT_EQ(" ━━━━━─────  50.0 %", progressBarLine(figures, 19, {BarLetters::drawn, false}));
-    EXPECT_EQ(" \033[32m=====\033[0;2m-----\033[0m  50.0 %", progressBarLine(figures, 19, {BarLetters::plain, true}));
+    EXPECT_EQ("━━━━━─────   50.0 %", progressBarLine(atPercent(50.0), 19, {BarLetters::drawn, false}));
+    EXPECT_EQ("\033[32m=====\033[0;2m-----\033[0m   50.0 %",
+              progressBarLine(atPercent(50.0), 19, {BarLetters::plain, true}));
 }
 
 TEST(ProgressBarLine, isNeverWiderThanItsColumns) {
@@ -52,19 +121,19 @@ TEST(ProgressBarLine, isNeverWiderThanItsColumns) {
     expectFittingLines();
 }
 
-TEST(ProgressBarLine, roundsPercentDown) {
-    const auto start = [](double percent) {
-        return progressBarLine({percent, std::nullopt, 0.0, std::nullopt}, 19, {});
-    };
-    EXPECT_EQ(" =========-  99.9 %", start(99.99));
-    EXPECT_EQ(" ========== 100.0 %", start(100.0));
+TEST(ProgressBarLine, roundsPercentDownAndTimeLeftUp) {
+    EXPECT_EQ("=========-   99.9 %", progressBarLine(atPercent(99.99), 19, {}));
+    EXPECT_EQ("==========  100.0 %", progressBarLine(atPercent(100.0), 19, {}));
+    ProgressFigures figures = atPercent(99.0);
+    for (const auto& [seconds, text] : {std::pair(0.0, "0:00 left"), {0.01, "0:01 left"}, {59.01, "1:00 left"}}) {
+        figures.remainingSeconds = seconds;
+        EXPECT_NE(std::string::npos, plainProgressLine(figures).find(text)) << seconds;
+    }
 }
 
 TEST(PlainProgressLine, hasEveryFigure) {
-    EXPECT_EQ(" 10 %  1 234 567 lines/s  0:12 elapsed  1:15 left", plainProgressLine({10.0, 1234567.8, 12.0, 75.0}));
-    const GermanMessages german;
-    EXPECT_EQ("100 %  - Zeilen/s  0:12 vergangen  -:-- übrig",
-              plainProgressLine({100.0, std::nullopt, 12.0, std::nullopt}));
+    EXPECT_EQ("clipping  45.3 %  file  7/60  1 234 567 lines/s  22.1 MB/s  0:12 elapsed  1:15 left  höhe.xyz",
+              plainProgressLine(clipping()));
 }
 
 TEST(ClockText, showsMinutesAndHours) {
@@ -77,10 +146,10 @@ TEST(ClockText, showsMinutesAndHours) {
 }
 
 TEST(ProgressMeasure, knowsNothingBeforeFirstReport) {
-    const ProgressFigures figures = ProgressMeasure().figures(12.5, 1000);
+    const ProgressFigures figures = figuresOf(ProgressMeasure(), 9.5, 1000);
     EXPECT_EQ(0.0, figures.percent);
-    EXPECT_EQ(12.5, figures.elapsedSeconds);
-    EXPECT_FALSE(figures.linesPerSecond || figures.remainingSeconds);
+    EXPECT_FALSE(figures.linesPerSecond || figures.bytesPerSecond || figures.remainingSeconds);
+    EXPECT_EQ(0.0, figures.stalledSeconds);
 }
 
 TEST(ProgressMeasure, measuresFromFirstReports) {
@@ -88,16 +157,55 @@ TEST(ProgressMeasure, measuresFromFirstReports) {
     measure.report(0.1);
     measure.report(20.0);
     measure.endOfReports(3.0);
-    EXPECT_FALSE(measure.figures(4.0, 1000).linesPerSecond);
+    EXPECT_FALSE(figuresOf(measure, 4.0, 1000).linesPerSecond);
     measure.report(25.0);
     measure.endOfReports(5.0);
     // Five percent took two seconds, and seventy-five are left.
-    const ProgressFigures figures = measure.figures(5.0, 1000);
+    const ProgressFigures figures = figuresOf(measure, 5.0, 1000);
     EXPECT_EQ(25.0, figures.percent);
     EXPECT_DOUBLE_EQ(25.0, figures.linesPerSecond.value());
+    EXPECT_DOUBLE_EQ(50.0, figures.bytesPerSecond.value());
     EXPECT_DOUBLE_EQ(30.0, figures.remainingSeconds.value());
     // Without a new report the speed decreases.
-    EXPECT_DOUBLE_EQ(12.5, measure.figures(7.0, 1000).linesPerSecond.value());
+    EXPECT_DOUBLE_EQ(12.5, figuresOf(measure, 7.0, 1000).linesPerSecond.value());
+}
+
+TEST(ProgressMeasure, forgetsSpeedOfEarlierSeconds) {
+    ProgressMeasure measure;
+    // Ten percent a second, then one.
+    for (int second = 1; second <= 20; ++second) {
+        measure.report(second <= 8 ? second * 10.0 : 80.0 + second - 8);
+        measure.endOfReports(second);
+    }
+    EXPECT_DOUBLE_EQ(10.0, figuresOf(measure, 20.0, 1000).linesPerSecond.value());
+    EXPECT_DOUBLE_EQ(8.0, figuresOf(measure, 20.0, 1000).remainingSeconds.value());
+}
+
+TEST(ProgressMeasure, rareReportsKeepTheirSpeed) {
+    ProgressMeasure measure;
+    for (int i = 1; i <= 10; ++i) {
+        measure.report(i);
+        measure.endOfReports(i * 20.0);
+    }
+    const ProgressFigures figures = figuresOf(measure, 219.0, 1000);
+    EXPECT_EQ(0.0, figures.stalledSeconds);
+    EXPECT_NEAR(0.5, figures.linesPerSecond.value(), 0.15);
+}
+
+TEST(ProgressMeasure, noticesStandstill) {
+    ProgressMeasure measure;
+    for (int second = 1; second <= 20; ++second) {
+        measure.report(second);
+        measure.endOfReports(second);
+    }
+    EXPECT_EQ(0.0, figuresOf(measure, 29.9, 1000).stalledSeconds);
+    measure.report(20.0);
+    measure.endOfReports(31.0);
+    const ProgressFigures figures = figuresOf(measure, 32.0, 1000);
+    EXPECT_DOUBLE_EQ(12.0, figures.stalledSeconds);
+    EXPECT_FALSE(figures.linesPerSecond || figures.remainingSeconds);
+    measure.report(100.0);
+    EXPECT_EQ(0.0, figuresOf(measure, 60.0, 1000).stalledSeconds);
 }
 
 TEST(ProgressMeasure, measuresAtLeastTenthOfSecond) {
@@ -105,9 +213,9 @@ TEST(ProgressMeasure, measuresAtLeastTenthOfSecond) {
     measure.report(1.0);
     measure.endOfReports(1.0);
     measure.report(50.0);
-    const ProgressFigures early = measure.figures(1.09, 1000);
+    const ProgressFigures early = figuresOf(measure, 1.09, 1000);
     EXPECT_FALSE(early.linesPerSecond || early.remainingSeconds);
-    const ProgressFigures later = measure.figures(1.11, 1000);
+    const ProgressFigures later = figuresOf(measure, 1.11, 1000);
     EXPECT_TRUE(later.linesPerSecond && later.remainingSeconds);
 }
 
@@ -116,7 +224,7 @@ TEST(ProgressMeasure, timeLeftNeedsNoLineCount) {
     measure.report(10.0);
     measure.endOfReports(1.0);
     measure.report(55.0);
-    const ProgressFigures figures = measure.figures(2.0, std::nullopt);
+    const ProgressFigures figures = figuresOf(measure, 2.0, std::nullopt);
     EXPECT_FALSE(figures.linesPerSecond);
     EXPECT_DOUBLE_EQ(1.0, figures.remainingSeconds.value());
 }
@@ -124,10 +232,10 @@ TEST(ProgressMeasure, timeLeftNeedsNoLineCount) {
 TEST(ProgressMeasure, noTimeIsLeftAtEnd) {
     ProgressMeasure measure;
     measure.report(100.0);
-    EXPECT_EQ(0.0, measure.figures(0.01, 1000).remainingSeconds);
+    EXPECT_EQ(0.0, figuresOf(measure, 0.01, 1000).remainingSeconds);
     measure.endOfReports(0.01);
-    EXPECT_EQ(0.0, measure.figures(5.0, 1000).remainingSeconds);
-    EXPECT_FALSE(measure.figures(5.0, 1000).linesPerSecond);
+    EXPECT_EQ(0.0, figuresOf(measure, 5.0, 1000).remainingSeconds);
+    EXPECT_FALSE(figuresOf(measure, 5.0, 1000).linesPerSecond);
 }
 
 } // namespace vadelwatch

@@ -90,12 +90,21 @@ TEST(RunSummary, leavesOutUnknownValues) {
     summary.nodesRead.reset();
     summary.addsUp = false;
     const std::string text = summaryText(summary, unlimited);
-    EXPECT_EQ(0U, text.find("  Node files read"));
+    EXPECT_EQ(0U, text.find("Clipping ended, but its output does not add up\n  Node files read"));
     EXPECT_NE(std::string::npos, text.find("  Nodes kept        10 315\n"));
     EXPECT_NE(std::string::npos, text.find("the lines do not add up to"));
     summary.nodesRead = 0;
     summary.nodesKept = 0;
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited).find("0 of 0 (- %)\n"));
+}
+
+TEST(RunSummary, coloursVerdict) {
+    RunSummary summary = finishedRun();
+    EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[32mthe lines add up to"));
+    EXPECT_TRUE(summaryText(summary, unlimited, true).ends_with("total_node_count.txt\033[0m\n"));
+    summary.addsUp = false;
+    EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[31mthe lines do not add up"));
+    EXPECT_NE(std::string::npos, summaryText(summary, 14, true).find("\033[31m    the lines"));
 }
 
 TEST(RunSummary, isJson) {
