@@ -47,7 +47,7 @@ _vadelwatch() {
   esac
 
   if [[ $ended$current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --quiet --version -h" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --quiet --verbose --version -h" -- "$current")
     return
   fi
 

@@ -8,10 +8,10 @@ set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev libutfcpp-dev pkgconf)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 python3-jsonschema clang-format
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)
-fuzz_packages=(clang-14 llvm-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3)
+fuzz_packages=(clang-14 llvm-14 libclang-rt-14-dev libgtest-dev libgmock-dev locales python3 python3-jsonschema)
 windows_packages=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
 bench_packages=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 package_packages=(bash-completion binutils dpkg-dev file gzip lintian man-db python3)

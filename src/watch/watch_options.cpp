@@ -42,6 +42,7 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--lang", options.language, "Language of the messages; German (de) unless given")
         ->type_name("LANGUAGE");
     app.add_flag("--quiet", options.quiet, "Show errors only");
+    app.add_flag("--verbose", options.verbose, "Add a table of the node files to the summary");
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")

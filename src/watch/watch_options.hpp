@@ -18,6 +18,7 @@ struct WatchOptions {
     std::optional<std::string> language;
     bool quiet = false;
     bool json = false;
+    bool verbose = false;
     std::string logPath; ///< Empty for no log.
     std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
 };

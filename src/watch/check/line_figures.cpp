@@ -33,7 +33,7 @@ public:
     bool take(const char* line, const char* last) {
         while (line <= last) {
             const std::uint64_t number = ++figures.count.lineFeeds;
-            const bool mayBePlain = number > 1 && (number & positionMask) != 0;
+            const bool mayBePlain = number > 1 && ((number - 2) & positionMask) != 0;
             const char* end =
                 mayBePlain ? endOfPlainLine(line, last, separator, separator == ',' ? columns + 1 : 0) : nullptr;
             if (end == nullptr) {

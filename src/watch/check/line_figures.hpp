@@ -42,7 +42,7 @@ struct LineFigures {
 
 /// Which positions a pass reads. Lines are counted and checked in either case.
 enum class PositionsToRead {
-    some, ///< Every 64th, and those of unusual lines: reading all of them takes a third of the time of a run.
+    some, ///< The first one, every 64th after it, and those of unusual lines: reading all of them costs too much.
     all
 };
 

@@ -80,6 +80,7 @@ TEST(LineFigures, hasExtentOfPositions) {
     EXPECT_EQ(2.0, all.positions.minY);
     EXPECT_EQ(8.0, all.positions.maxY);
     EXPECT_EQ(1.0, figuresOf(content, PositionsToRead::some).positions.minX);
+    EXPECT_EQ(7.0, figuresOf("x;y;z\n7;2;1\n", PositionsToRead::some).positions.minX);
     EXPECT_TRUE(isEmpty(figuresOf("x;y;z\nbad\n").positions));
 }
 
