@@ -58,8 +58,8 @@ const char* endOfPlainLine(const char* line, const char* last, char separator, s
     const std::uint64_t signs = bitsEqualTo(line, '-') & inNumbers;
     const std::uint64_t starts = 1U | (first << 1U);
     const std::uint64_t afterSigns = (signs | points) << 1U;
-    const bool isPlain = (inNumbers & ~(digits | points | signs)) == 0 && (signs & ~starts) == 0 &&
-                         (((starts & ~signs) | afterSigns) & ~digits) == 0;
+    const bool isPlain =
+        (inNumbers & ~(digits | points | signs)) == 0 && (((starts & ~signs) | afterSigns) & ~digits) == 0;
     if (!isPlain) {
         return nullptr;
     }

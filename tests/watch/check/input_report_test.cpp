@@ -68,6 +68,11 @@ TEST_F(Report, findsExchangedFile) {
     }
 }
 
+TEST_F(Report, doesNotCallFileExchangedThatOverlapsEitherWay) {
+    directory.write("in/a.xyz", header + "9;8;1\n");
+    EXPECT_FALSE(report(square(0, 0)).files[0].looksExchanged);
+}
+
 TEST_F(Report, neverCallsFileWithOutputExchanged) {
     directory.write("in/b.xyz", header + "101;1;1\n");
     directory.write("out/b.xyz", header + "101;1;1\n");
