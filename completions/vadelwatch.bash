@@ -51,7 +51,7 @@ _vadelwatch() {
   esac
 
   if [[ $ended$current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --progress --quiet --version -h" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --progress --quiet --verbose --version -h" -- "$current")
     return
   fi
 

@@ -54,6 +54,7 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--progress", options.progress, "How to show progress: auto, bar, plain or none")
         ->type_name("HOW")
         ->check(requireProgress);
+    app.add_flag("--verbose", options.verbose, "Add a table of the node files to the summary");
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")

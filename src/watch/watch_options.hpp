@@ -19,6 +19,7 @@ struct WatchOptions {
     bool quiet = false;
     std::string progress = "auto"; ///< Or "bar", "plain", "none".
     bool json = false;
+    bool verbose = false;
     std::string logPath; ///< Empty for no log.
     std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
 };

@@ -48,7 +48,8 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
 }
 
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
-    if (watch.options.mapPath.empty()) {
+    if (watch.options.mapPath.empty() || !summary.finished) {
+        summary.whyNoMap = watch.options.mapPath.empty() ? "not asked for" : "the run did not finish";
         return;
     }
     std::string problem;
@@ -62,6 +63,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         // For example without memory. The run itself has finished.
         problem = formatMessage("The map {0} cannot be drawn: {1}.", watch.options.mapPath, error.what());
     }
+    summary.whyNoMap = problem;
     if (!problem.empty()) {
         reportFailure(watch, summary, "Vadelwatch: " + problem);
     }

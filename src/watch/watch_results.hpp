@@ -31,6 +31,7 @@ struct WatchContext {
     OwnOutput errors{STDERR_FILENO};
     MessageLog log;
     NodeLineCount lineCount;
+    std::string failure; ///< Why the tool could not be started or watched.
 };
 
 /// Writes lines to standard error.
@@ -42,7 +43,7 @@ void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 /// Writes the rest of the log.
 void closeLog(WatchContext& watch, RunSummary& summary);
 
-/// Draws the map of a finished run, if the options have one.
+/// Draws the map of a finished run, if the options have one. Notes in the summary why there is no map.
 void drawWantedMap(WatchContext& watch, RunSummary& summary);
 
 /// Prints the summary as the options say. A reader that has gone is not a failure.

@@ -1,5 +1,7 @@
 #include "watch/watch_run.hpp"
 
+#include "watch/check/boundary_facts.hpp"
+#include "watch/check/input_report.hpp"
 #include "watch/check/output_check.hpp"
 #include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
@@ -13,9 +15,11 @@
 #include "watch/watch_results.hpp"
 
 #include <boost/algorithm/string/replace.hpp>
+#include <fmt/chrono.h>
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <filesystem>
 #include <string>
@@ -87,12 +91,14 @@ bool prepareFiles(WatchContext& watch) {
 bool startTool(WatchContext& watch, ToolProcess& tool) {
     const std::string program = toolPathBesideExecutable();
     if (program.empty()) {
-        watch.errors.keep(translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read") + "\n");
+        watch.failure = translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read");
+        watch.errors.keep(watch.failure + "\n");
         return false;
     }
     const int error = tool.start(program, toolArguments(watch.options));
     if (error != 0) {
-        watch.errors.keep(formatMessage("Vadelwatch: cannot start {0}: {1}", program, std::strerror(error)) + "\n");
+        watch.failure = formatMessage("Vadelwatch: cannot start {0}: {1}", program, std::strerror(error));
+        watch.errors.keep(watch.failure + "\n");
         return false;
     }
     return true;
@@ -119,9 +125,9 @@ bool watchTool(WatchContext& watch, RunRecord& record) {
     } catch (const std::exception& error) {
         display.clear();
         display.flush();
-        watch.errors.keep(
-            formatMessage("Vadelwatch: watching the run failed ({0}), so Vadelclip was ended.", error.what()) + " " +
-            incompleteOutput(watch.directories.output) + "\n");
+        watch.failure =
+            formatMessage("Vadelwatch: watching the run failed ({0}), so Vadelclip was ended.", error.what());
+        watch.errors.keep(watch.failure + " " + incompleteOutput(watch.directories.output) + "\n");
         return false;
     }
 }
@@ -135,10 +141,33 @@ RunSummary summaryOf(const RunRecord& record, const WatchContext& watch) {
     summary.seconds = record.seconds;
     summary.outputDirectory = watch.directories.output;
     summary.errors = record.errors;
+    summary.signal = record.end.signal;
+    summary.interruptedBy = record.interruptedBy;
+    summary.options = watch.options;
     return summary;
 }
 
-/// Checks the output of a finished run and completes the summary.
+/// Returns lines that may explain why the tool failed, and completes the summary.
+std::vector<std::string> explainFailedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
+    const std::vector<std::string> ending = endingLines(record, watch.directories.output);
+    summary.failure = !record.errors.empty() ? record.errors.front() : ending.empty() ? "" : ending.front();
+    if (summary.exitStatus != toolFailedStatus || record.interruptedBy != 0) {
+        return {};
+    }
+    watch.lineCount.stop();
+    watch.lineCount.wait();
+    summary.input = reportEntries(watch.lineCount.nodeFiles());
+    const std::string boundary = whyBoundaryNotFound(watch.options.boundaryFilePath);
+    if (boundary.empty()) {
+        return summary.input.entries == summary.input.passedOver.size() && !watch.options.quiet
+                   ? inputSentences(summary.input)
+                   : std::vector<std::string>{};
+    }
+    summary.failure = boundary;
+    return {"Vadelwatch: " + boundary};
+}
+
+/// Checks the output of a finished run, reports on its input, and completes the summary.
 ///
 /// @return lines about the difference, none if everything adds up.
 std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext& watch, RunSummary& summary) {
@@ -156,7 +185,16 @@ std::vector<std::string> checkFinishedRun(const RunRecord& record, WatchContext&
         summary.exitStatus = checkFailedStatus;
     }
     const RunEvidence evidence{watch.lineCount.nodeFiles(), record.errors.size(), watch.directories.output};
-    return describeDifference(check, evidence);
+    const Difference difference = findDifference(check, evidence);
+    summary.failure = difference.size;
+    summary.suspects = difference.suspects;
+    summary.input = reportInput(watch.lineCount.nodeFiles(), check, watch.options.boundaryFilePath);
+    return describeDifference(difference);
+}
+
+/// Returns the time in UTC as in 2026-11-22T09:30:00Z.
+std::string timeText(std::time_t time) {
+    return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(time));
 }
 
 /// If the tool refused an output directory that existed, prints the command that removes it.
@@ -166,7 +204,9 @@ void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
         return error.find(output) != std::string::npos;
     });
     if (isNamed) {
-        const std::string quoted = "'" + boost::algorithm::replace_all_copy(output, "'", "'\\''") + "'";
+        std::string quoted = boost::algorithm::replace_all_copy(output, "'", "'\\''");
+        quoted.insert(quoted.begin(), '\'');
+        quoted.push_back('\'');
         writeErrors(watch,
                     {formatMessage("Vadelwatch: if {0} is no longer needed, remove it: rm -r -- {1}", output, quoted)});
     }
@@ -185,11 +225,15 @@ int watchRun(const WatchOptions& options) {
     }
     std::error_code error;
     const bool outputExisted = std::filesystem::exists(watch.directories.output, error);
+    const std::string startTime = timeText(std::time(nullptr));
     RunRecord record;
     const bool watched = watchTool(watch, record);
     watch.errors.write({});
     RunSummary summary = summaryOf(record, watch);
+    summary.startTime = startTime;
     if (!watched) {
+        summary.failure = watch.failure;
+        summary.whyNoMap = "the run did not finish";
         summary.exitStatus = abnormalEndStatus;
         summary.finished = false;
         closeLog(watch, summary);
@@ -203,13 +247,19 @@ int watchRun(const WatchOptions& options) {
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
+    } else {
+        writeErrors(watch, explainFailedRun(record, watch, summary));
     }
     closeLog(watch, summary);
-    printSummary(watch, summary);
+    // The map needs the most time and memory: if it fails, everything that people read is written.
+    if (!watch.options.json) {
+        printSummary(watch, summary);
+    }
     writeErrors(watch, difference);
-    // Last, because it needs the most time and memory: if it fails, everything else is written.
-    if (summary.finished) {
-        drawWantedMap(watch, summary);
+    drawWantedMap(watch, summary);
+    // The object holds the exit status, and the map may change it.
+    if (watch.options.json) {
+        printSummary(watch, summary);
     }
     return summary.exitStatus;
 }

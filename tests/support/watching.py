@@ -162,9 +162,9 @@ class TerminalTest(WatchTest):
 
 
 def summaryLines(read, written, nodes, directory, title="Finished clipping elevation data with model boundaries",
-                 check="the lines add up to total_node_count.txt"):
+                 check="the lines add up to total_node_count.txt", sentences=()):
     return [title, f"  Node files read   {read}", f"  Files written     {written}", f"  Nodes kept        {nodes}",
-            "  Time              N s", f"  Output directory  {directory}", f"  Check             {check}"]
+            "  Time              N s", f"  Output directory  {directory}", f"  Check             {check}", *(f"  {sentence}" for sentence in sentences)]
 
 
 def onlyChildOf(pid):

@@ -1,6 +1,7 @@
 #include "watch/check/node_files.hpp"
 
 #include "clip/input_selection.hpp"
+#include "clip/node_file_header.hpp"
 #include "text/text_lines.hpp"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -38,17 +40,55 @@ std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop
     return std::nullopt;
 }
 
-/// Adds a directory entry if it is, or may be, a node file.
-void addIfNodeFile(const std::filesystem::path& path, NodeFiles& found) {
-    struct stat status {};
-    if (!vadelclip::hasNodeFileSuffix(path.native()) || stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
-        return;
+/// Returns nothing if the first line of the file is a header.
+std::optional<PassedOver> whyNotNodeFile(const std::string& path) {
+    std::ifstream input(path);
+    if (!input) {
+        return PassedOver::unreadable;
     }
-    if (!S_ISREG(status.st_mode)) {
-        found.unread.push_back(path.filename().string());
-    } else if (vadelclip::hasNodeFileHeader(path.string())) {
-        const std::optional<FileState> state = fileState(path.string());
-        found.files.push_back({path.filename().string(), path.string(), state.value_or(FileState{})});
+    std::string line;
+    vadelclip::readTextLine(input, line);
+    char separator = 0;
+    std::int32_t format = 0;
+    std::string errorText;
+    if (vadelclip::readNodeFileHeader(line, separator, format, errorText)) {
+        return std::nullopt;
+    }
+    if (line.empty()) {
+        return PassedOver::emptyFirstLine;
+    }
+    if (input.eof()) {
+        return PassedOver::firstLineWithoutEnd;
+    }
+    // The texts of the tool that begin with "ERROR:" are in no catalogue.
+    if (!errorText.starts_with("ERROR:")) {
+        return PassedOver::firstCharacter;
+    }
+    return errorText.starts_with("ERROR: separator") ? PassedOver::separator : PassedOver::columns;
+}
+
+bool hasSuffixInCapitals(std::string path) {
+    std::transform(path.begin(), path.end(), path.begin(),
+                   [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; });
+    return vadelclip::hasNodeFileSuffix(path);
+}
+
+void addEntry(const std::filesystem::path& path, NodeFiles& found) {
+    struct stat status {};
+    const bool exists = stat(path.c_str(), &status) == 0;
+    const std::string name = path.filename().string();
+    if (!vadelclip::hasNodeFileSuffix(name)) {
+        if (!S_ISDIR(status.st_mode)) {
+            found.passedOver.push_back({name, hasSuffixInCapitals(name) ? PassedOver::capitals : PassedOver::suffix});
+        }
+    } else if (!exists || S_ISDIR(status.st_mode)) {
+        found.passedOver.push_back({name, exists ? PassedOver::directory : PassedOver::unreadable});
+    } else if (!S_ISREG(status.st_mode)) {
+        found.unread.push_back(name);
+    } else if (const std::optional<PassedOver> reason = whyNotNodeFile(path.string())) {
+        found.passedOver.push_back({name, *reason});
+    } else {
+        found.files.push_back({name, path.string(), fileState(path.string()).value_or(FileState{}), {}});
     }
 }
 
@@ -92,27 +132,29 @@ NodeFiles findNodeFiles(const std::string& directory) {
     std::error_code error;
     for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
          entry.increment(error)) {
-        addIfNodeFile(entry->path(), found);
+        addEntry(entry->path(), found);
     }
-    std::sort(found.files.begin(), found.files.end(),
-              [](const NodeFile& left, const NodeFile& right) { return left.name < right.name; });
+    std::ranges::sort(found.files, {}, &NodeFile::name);
+    std::ranges::sort(found.passedOver, {}, &PassedOverEntry::name);
     return found;
 }
 
-std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
+std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
     if (!nodeFiles.unread.empty()) {
         return std::nullopt;
     }
     std::uint64_t total = 0;
-    for (const NodeFile& file : nodeFiles.files) {
-        const std::optional<LineCount> lines = countLines(file.path, stop);
+    for (NodeFile& file : nodeFiles.files) {
+        const std::optional<LineFigures> figures = readLineFigures(file.path, PositionsToRead::some, stop);
         // The number of a file that changed meanwhile belongs neither to the old nor to the new content.
-        const bool same = lines && static_cast<std::int64_t>(lines->bytes) == file.state.bytes;
+        const bool same = figures && static_cast<std::int64_t>(figures->count.bytes) == file.state.bytes;
         if (!same || fileState(file.path) != file.state) {
             return std::nullopt;
         }
-        total += lines->nodeLines();
+        file.figures = *figures;
+        total += figures->count.nodeLines();
     }
+    nodeFiles.areRead = true;
     return total;
 }
 
@@ -143,7 +185,7 @@ void NodeLineCount::count(const std::string& directory) {
     }
     fileCount = found.files.size() + found.unread.size();
     byteCount = bytes;
-    const std::optional<std::uint64_t> lines = countNodeLines(found, stopped);
+    const std::optional<std::uint64_t> lines = readNodeFiles(found, stopped);
     total = lines.value_or(0);
     known = lines.has_value();
 }

@@ -1,6 +1,8 @@
 /// \file
-/// The node files of the input directory, and the number of lines in a file.
+/// The entries of the input directory, and the lines of its node files.
 #pragma once
+
+#include "watch/check/line_figures.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -10,16 +12,6 @@
 #include <vector>
 
 namespace vadelwatch {
-
-struct LineCount {
-    std::uint64_t bytes = 0;
-    std::uint64_t lineFeeds = 0;
-    bool endsInLineFeed = false; ///< False for an empty file.
-
-    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a
-    /// line feed does not count.
-    std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
-};
 
 /// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
 /// from the tool.
@@ -47,7 +39,26 @@ std::optional<FileState> fileState(const std::string& path);
 struct NodeFile {
     std::string name; ///< Without its directory.
     std::string path;
-    FileState state; ///< When it was found.
+    FileState state;     ///< When it was found.
+    LineFigures figures; ///< Once `readNodeFiles` has read the file.
+};
+
+/// Why the tool passes over an entry of the input directory.
+enum class PassedOver {
+    suffix,
+    capitals, ///< The suffix in lower case is that of a node file.
+    directory,
+    unreadable,
+    emptyFirstLine,
+    firstLineWithoutEnd,
+    firstCharacter, ///< Of the header, as the next two.
+    separator,
+    columns
+};
+
+struct PassedOverEntry {
+    std::string name;
+    PassedOver reason = PassedOver::suffix;
 };
 
 struct NodeFiles {
@@ -55,18 +66,22 @@ struct NodeFiles {
     /// Names with the suffix of a node file that are not regular files. They may be node files, but reading them would
     /// take their bytes from the tool.
     std::vector<std::string> unread;
+    std::vector<PassedOverEntry>
+        passedOver;       ///< Sorted by name. Without directories that have no suffix of a node file.
+    bool areRead = false; ///< The figures of all files are known.
 };
 
 /// Finds the files of a directory that the tool takes, one level deep. A directory that cannot be read has none.
 NodeFiles findNodeFiles(const std::string& directory);
 
-/// Counts the lines of node files without their headers.
+/// Reads the node files and fills in their figures.
 ///
-/// @param stop ends the count soon after it becomes true.
-/// @return nothing if the count was stopped, or a file could not be counted or has changed since it was found.
-std::optional<std::uint64_t> countNodeLines(const NodeFiles& nodeFiles, const std::atomic<bool>& stop);
+/// @param stop ends the pass soon after it becomes true.
+/// @return the number of lines without headers. Nothing if the pass was stopped, or a file could not be read or has
+///         changed since it was found.
+std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atomic<bool>& stop);
 
-/// Counts the lines of all node files of a directory in a thread, while the run goes on.
+/// Reads all node files of a directory in a thread, while the run goes on.
 class NodeLineCount {
 public:
     NodeLineCount() = default;

@@ -56,10 +56,21 @@ struct RunEvidence {
     std::string outputDirectory;
 };
 
-/// Describes the difference: first its size, then one line for every file that may explain it.
-///
-/// @return nothing if everything adds up.
-std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence);
+/// What may explain a difference.
+struct Suspect {
+    std::string file; ///< Empty if it is not one file.
+    std::string text; ///< Begins with the name of the file.
+};
+
+struct Difference {
+    std::string size; ///< Empty if everything adds up.
+    std::vector<Suspect> suspects;
+};
+
+Difference findDifference(const OutputCheck& check, const RunEvidence& evidence);
+
+/// Returns the lines for people: first the size, then one line for every suspect. None if everything adds up.
+std::vector<std::string> describeDifference(const Difference& difference);
 
 /// Returns true if no space is left. A file system that does not count its blocks is never full.
 bool isOutOfSpace(const struct statvfs& fileSystem);

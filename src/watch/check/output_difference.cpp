@@ -67,26 +67,26 @@ std::string conditionLine(const OutputFile& file) {
     return {};
 }
 
-void addConditions(const OutputCheck& check, std::vector<std::string>& lines) {
+void addConditions(const OutputCheck& check, std::vector<Suspect>& suspects) {
     for (const OutputFile& file : check.files) {
         const std::string line = conditionLine(file);
         if (!line.empty()) {
-            lines.push_back(line);
+            suspects.push_back({file.name, line});
         }
     }
 }
 
-void addInputs(const NodeFiles& nodeFiles, std::vector<std::string>& lines) {
+void addInputs(const NodeFiles& nodeFiles, std::vector<Suspect>& suspects) {
     for (const NodeFile& file : nodeFiles.files) {
         if (fileState(file.path) != file.state) {
-            lines.push_back(formatMessage("{0}: the node file was changed during the run", file.name));
+            suspects.push_back({file.name, formatMessage("{0}: the node file was changed during the run", file.name)});
         }
     }
     const bool overwritten = std::any_of(nodeFiles.files.begin(), nodeFiles.files.end(),
                                          [](const NodeFile& file) { return file.name == nodeCountName; });
     if (overwritten) {
-        lines.push_back(translateMessage(
-            "total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"));
+        suspects.push_back({nodeCountName, translateMessage("total_node_count.txt: also the name of a node file; its "
+                                                            "nodes count, and its output was overwritten")});
     }
 }
 
@@ -113,43 +113,45 @@ std::vector<std::string> missingNames(const OutputCheck& check, const std::set<s
     return {missing.begin(), missing.end()};
 }
 
-void addMissing(const std::vector<std::string>& missing, std::vector<std::string>& lines) {
+void addMissing(const std::vector<std::string>& missing, std::vector<Suspect>& suspects) {
     const std::size_t named = std::min(missing.size(), maxNamed);
     for (std::size_t i = 0; i < named; ++i) {
-        lines.push_back(
-            formatMessage("{0}: no output file, which is right only if none of its nodes was kept", missing[i]));
+        suspects.push_back(
+            {missing[i],
+             formatMessage("{0}: no output file, which is right only if none of its nodes was kept", missing[i])});
     }
     if (missing.size() > named) {
-        lines.push_back(
-            formatMessage("more node files without an output file: {0}", groupedNumber(missing.size() - named)));
+        suspects.push_back(
+            {"", formatMessage("more node files without an output file: {0}", groupedNumber(missing.size() - named))});
     }
 }
 
 /// Names directories that have the place of an output file.
-void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, std::vector<std::string>& lines) {
+void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, std::vector<Suspect>& suspects) {
     for (const std::string& name : check.directories) {
         if (name == nodeCountName || expected.contains(name)) {
-            lines.push_back(formatMessage("{0}: a directory in place of the file", name));
+            suspects.push_back({name, formatMessage("{0}: a directory in place of the file", name)});
         }
     }
 }
 
 void addFilesWithoutInput(const OutputCheck& check, const std::set<std::string>& expected,
-                          std::vector<std::string>& lines) {
+                          std::vector<Suspect>& suspects) {
     for (const OutputFile& file : check.files) {
         if (!expected.empty() && !expected.contains(file.name)) {
-            lines.push_back(formatMessage("{0}: no node file had this name when the run began", file.name));
+            suspects.push_back(
+                {file.name, formatMessage("{0}: no node file had this name when the run began", file.name)});
         }
     }
 }
 
 } // namespace
 
-std::vector<std::string> describeDifference(const OutputCheck& check, const RunEvidence& evidence) {
+Difference findDifference(const OutputCheck& check, const RunEvidence& evidence) {
     if (check.addsUp) {
         return {};
     }
-    std::vector<std::string> details;
+    std::vector<Suspect> details;
     addConditions(check, details);
     const std::set<std::string> expected = expectedNames(evidence.nodeFiles);
     std::vector<std::string> missing;
@@ -164,21 +166,32 @@ std::vector<std::string> describeDifference(const OutputCheck& check, const RunE
     }
     if (evidence.rejectedHeaders > 0) {
         details.push_back(
-            formatMessage("{0} of the node files lost the header during the run: each counts 1 and has no lines",
-                          std::to_string(evidence.rejectedHeaders)));
+            {"", formatMessage("{0} of the node files lost the header during the run: each counts 1 and has no lines",
+                               std::to_string(evidence.rejectedHeaders))});
     }
     addInputs(evidence.nodeFiles, details);
-    addObstacles(evidence.outputDirectory, details);
+    std::vector<std::string> obstacles;
+    addObstacles(evidence.outputDirectory, obstacles);
+    for (const std::string& obstacle : obstacles) {
+        details.push_back({"", obstacle});
+    }
     // Two numbers differ, and no reason was found.
     if (details.empty() && !check.directoryError && check.nodeCount && missing.empty()) {
         details.push_back(
-            check.files.empty()
-                ? translateMessage("There is no output file.")
-                : translateMessage("Every file looks whole, so the file with the difference is unknown."));
+            {"", check.files.empty()
+                     ? translateMessage("There is no output file.")
+                     : translateMessage("Every file looks whole, so the file with the difference is unknown.")});
     }
-    std::vector<std::string> lines{differenceLine(check, evidence.outputDirectory)};
-    for (const std::string& detail : details) {
-        lines.push_back("  " + detail);
+    return {differenceLine(check, evidence.outputDirectory), details};
+}
+
+std::vector<std::string> describeDifference(const Difference& difference) {
+    std::vector<std::string> lines;
+    if (!difference.size.empty()) {
+        lines.push_back(difference.size);
+    }
+    for (const Suspect& suspect : difference.suspects) {
+        lines.push_back("  " + suspect.text);
     }
     return lines;
 }

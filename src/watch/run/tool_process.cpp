@@ -68,7 +68,8 @@ void closeIfOpen(int descriptor) {
     sigprocmask(SIG_SETMASK, &none, nullptr);
     execv(words[0], words);
     const int error = errno;
-    static_cast<void>(write(failure.writing, &error, sizeof error));
+    const ssize_t written = write(failure.writing, &error, sizeof error);
+    static_cast<void>(written);
     _exit(1);
 }
 

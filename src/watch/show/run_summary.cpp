@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <sstream>
 
 namespace vadelwatch {
@@ -36,7 +37,30 @@ std::string nodesText(const RunSummary& summary) {
     }
     const std::optional<double> percent = percentKept(summary);
     return formatMessage("{0} of {1} ({2} %)", kept, groupedNumber(*summary.nodesRead),
-                         percent ? decimalNumber(*percent, 1) : "-");
+                         percent ? shareText(*percent) : "-");
+}
+
+/// Returns a line for each node file, with its figures before its name.
+std::string filesText(const std::vector<InputFile>& files) {
+    std::string text;
+    const auto addLine = [&text](const std::array<std::string, 5>& figures, const std::string& name) {
+        for (const std::string& figure : figures) {
+            constexpr std::size_t width = 15;
+            text.append(2 + width - std::min(width, columnsOf(figure)), ' ');
+            text += figure;
+        }
+        text += fmt::format("  {}\n", name);
+    };
+    addLine({translateMessage("lines"), translateMessage("kept"), translateMessage("outside"),
+             translateMessage("unparsable"), translateMessage("bytes")},
+            translateMessage("node file"));
+    for (const InputFile& file : files) {
+        const LineFigures& figures = file.figures;
+        addLine({groupedNumber(figures.count.nodeLines()), groupedNumber(file.kept), groupedNumber(file.outside()),
+                 groupedNumber(figures.unparsable.count), groupedNumber(figures.count.bytes)},
+                shownName(file.name));
+    }
+    return text;
 }
 
 /// Wraps a sentence between words.
@@ -94,7 +118,68 @@ OrderedJson orNull(const std::optional<Value>& value) {
     return value ? OrderedJson(*value) : OrderedJson();
 }
 
+OrderedJson orNull(const std::string& text) {
+    return text.empty() ? OrderedJson() : OrderedJson(text);
+}
+
+OrderedJson orNull(int signal) {
+    return signal == 0 ? OrderedJson() : OrderedJson(signal);
+}
+
+OrderedJson linesJson(const FoundLines& lines) {
+    return {{"count", lines.count}, {"first_line", lines.count == 0 ? OrderedJson() : OrderedJson(lines.first)}};
+}
+
+OrderedJson extentJson(const MapExtent& extent) {
+    return isEmpty(extent) ? OrderedJson() : OrderedJson{extent.minX, extent.minY, extent.maxX, extent.maxY};
+}
+
+OrderedJson inputJson(const InputReport& input) {
+    OrderedJson passedOver = OrderedJson::array();
+    for (const PassedOverEntry& entry : input.passedOver) {
+        passedOver.push_back({{"name", entry.name}, {"reason", nameOf(entry.reason)}});
+    }
+    OrderedJson files = OrderedJson::array();
+    for (const InputFile& file : input.files) {
+        const LineFigures& figures = file.figures;
+        files.push_back({{"name", file.name},
+                         {"bytes", figures.count.bytes},
+                         {"lines", figures.count.nodeLines()},
+                         {"kept", file.kept},
+                         {"dropped_outside", file.outside()},
+                         {"dropped_unparsable", linesJson(figures.unparsable)},
+                         {"decimal_commas", linesJson(figures.decimalCommas)},
+                         {"ends_in_line_feed", figures.count.endsInLineFeed},
+                         {"looks_exchanged", file.looksExchanged}});
+    }
+    OrderedJson nothingKept;
+    if (input.nothingKept) {
+        nothingKept = {{"reason", nameOf(input.nothingKept->reason)},
+                       {"nodes", extentJson(input.nothingKept->nodes)},
+                       {"boundary", extentJson(input.nothingKept->boundary)}};
+    }
+    return {{"passed_over", passedOver},
+            {"files", files},
+            {"nothing_kept", nothingKept},
+            {"sentences", inputSentences(input)}};
+}
+
+OrderedJson suspectsJson(const std::vector<Suspect>& suspects) {
+    OrderedJson list = OrderedJson::array();
+    for (const Suspect& suspect : suspects) {
+        list.push_back({{"file", orNull(suspect.file)}, {"reason", suspect.text}});
+    }
+    return list;
+}
+
 } // namespace
+
+std::string shareText(double percent) {
+    if (percent > 0.0 && percent < 0.1) {
+        return fmt::format("<{}", decimalNumber(0.1, 1));
+    }
+    return percent > 99.9 && percent < 100.0 ? fmt::format(">{}", decimalNumber(99.9, 1)) : decimalNumber(percent, 1);
+}
 
 std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour) {
     const std::string_view verdict = summary.addsUp ? "\033[32m" : "\033[31m";
@@ -110,8 +195,11 @@ std::string summaryText(const RunSummary& summary, std::size_t columns, bool col
     };
     const std::string headline =
         summary.addsUp ? summary.closingText : translateMessage("Clipping ended, but its output does not add up");
-    const std::string title = headline.empty() ? "" : wrapped(headline, "", columns);
-    return title + tableText(rows, columns);
+    std::string text = (headline.empty() ? "" : wrapped(headline, "", columns)) + tableText(rows, columns);
+    for (const std::string& sentence : inputSentences(summary.input)) {
+        text += wrapped(sentence, "  ", columns);
+    }
+    return summary.options.verbose && !summary.input.files.empty() ? text + filesText(summary.input.files) : text;
 }
 
 std::string summaryJson(const RunSummary& summary) {
@@ -130,6 +218,19 @@ std::string summaryJson(const RunSummary& summary) {
     object["seconds"] = summary.seconds;
     object["output_directory"] = summary.outputDirectory;
     object["errors"] = summary.errors;
+    object["failure"] = orNull(summary.failure);
+    object["signal"] = orNull(summary.signal);
+    object["interrupted_by"] = orNull(summary.interruptedBy);
+    object["suspects"] = suspectsJson(summary.suspects);
+    object["map"] = summary.whyNoMap.empty() ? orNull(summary.options.mapPath) : OrderedJson();
+    object["why_no_map"] = orNull(summary.whyNoMap);
+    object["arguments"] = {{"input_directory_path", summary.options.inputDirectoryPath},
+                           {"output_directory_name", summary.options.outputDirectoryName},
+                           {"boundary_file_path", summary.options.boundaryFilePath}};
+    object["language"] = summary.options.language.value_or("de");
+    object["version"] = VADELWATCH_VERSION;
+    object["start_time"] = summary.startTime;
+    object["input"] = inputJson(summary.input);
     return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
 }
 

@@ -2,6 +2,10 @@
 /// The summary of a run, for people and as JSON.
 #pragma once
 
+#include "watch/check/input_report.hpp"
+#include "watch/check/output_check.hpp"
+#include "watch/watch_options.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -23,7 +27,18 @@ struct RunSummary {
     double seconds = 0.0;
     std::string outputDirectory;
     std::vector<std::string> errors; ///< Texts of the tool's errors, in order.
+    std::string startTime;           ///< RFC 3339, in UTC.
+    std::string failure;             ///< Why the run failed; empty for a good one.
+    int signal = 0;                  ///< The signal that ended the tool, or 0.
+    int interruptedBy = 0;           ///< The last signal that asked for the end, or 0.
+    std::vector<Suspect> suspects;   ///< What may explain that the output does not add up.
+    std::string whyNoMap;            ///< Empty if the map was drawn.
+    InputReport input;
+    WatchOptions options;
 };
+
+/// Returns a share with one decimal. One that is not exactly 0 or 100 is never shown as such: "<0.1" and ">99.9".
+std::string shareText(double percent);
 
 /// Returns lines for people, each with its line feed. Only for a finished run.
 ///

@@ -55,7 +55,7 @@ class Usage(WatchTest):
     def test_help_names_every_option_and_version_is_one_line(self):
         watched = self.run_("--help")
         self.assertEqual((0, ""), (watched.status, watched.errors))
-        for option in ("--lang", "--quiet", "--json", "--log", "--map", "--help", "--version"):
+        for option in ("--lang", "--quiet", "--json", "--log", "--map", "--verbose", "--help", "--version"):
             self.assertIn(option, watched.output)
         watched = self.run_("--version")
         self.assertEqual((0, ""), (watched.status, watched.errors))

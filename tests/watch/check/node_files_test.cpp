@@ -11,6 +11,7 @@
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace vadelwatch {
@@ -53,6 +54,35 @@ TEST(NodeFiles, areThoseThatTheToolTakes) {
     EXPECT_TRUE(found.unread.empty());
 }
 
+TEST(NodeFiles, saysWhyEntriesArePassedOver) {
+    const TemporaryDirectory directory;
+    directory.write("a.txt", "x;y;z\n");
+    directory.write("capitals.TXT", "x;y;z\n");
+    directory.write("carriage.txt", "x;y;z\r1;1;1\r");
+    directory.write("columns.txt", "x;y;z;h\n");
+    directory.write("empty.txt", "");
+    directory.write("first.txt", "Y;X;Z\n");
+    directory.write("other.dat", "x;y;z\n");
+    directory.write("separator.txt", "x:y:z\n");
+    directory.makeDirectory("directory.txt");
+    directory.makeDirectory("plainDirectory");
+    directory.makeLink("broken.txt", directory.pathOf("none"));
+    std::vector<std::pair<std::string, PassedOver>> passedOver;
+    for (const PassedOverEntry& entry : findNodeFiles(directory.path()).passedOver) {
+        passedOver.emplace_back(entry.name, entry.reason);
+    }
+    const std::vector<std::pair<std::string, PassedOver>> expected{{"broken.txt", PassedOver::unreadable},
+                                                                   {"capitals.TXT", PassedOver::capitals},
+                                                                   {"carriage.txt", PassedOver::firstLineWithoutEnd},
+                                                                   {"columns.txt", PassedOver::columns},
+                                                                   {"directory.txt", PassedOver::directory},
+                                                                   {"empty.txt", PassedOver::emptyFirstLine},
+                                                                   {"first.txt", PassedOver::firstCharacter},
+                                                                   {"other.dat", PassedOver::suffix},
+                                                                   {"separator.txt", PassedOver::separator}};
+    EXPECT_EQ(expected, passedOver);
+}
+
 TEST(NodeFiles, fifoIsNotRead) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n");
@@ -83,11 +113,11 @@ TEST(NodeLineCount, isUnknownAfterChangeOfFile) {
     const std::string content = "x;y;z\n1;1;1\n2;2;2\n";
     const TemporaryDirectory directory;
     directory.write("a.txt", content);
-    const NodeFiles found = findNodeFiles(directory.path());
-    EXPECT_EQ(2U, countNodeLines(found, goOn));
+    NodeFiles found = findNodeFiles(directory.path());
+    EXPECT_EQ(2U, readNodeFiles(found, goOn));
     for (const std::string& later : {std::string("x;y;z\n1;1;1\n"), content + "3;3;3\n", std::string()}) {
         directory.write("a.txt", later);
-        EXPECT_FALSE(countNodeLines(found, goOn)) << later;
+        EXPECT_FALSE(readNodeFiles(found, goOn)) << later;
     }
     // Replaced by a file of the same size with another time.
     const std::string sameSize = "x;y;z\n1;1;1\n\n;2;2\n";
@@ -95,9 +125,9 @@ TEST(NodeLineCount, isUnknownAfterChangeOfFile) {
     directory.write("a.txt", sameSize);
     const auto time = std::filesystem::last_write_time(directory.pathOf("a.txt"));
     std::filesystem::last_write_time(directory.pathOf("a.txt"), time + std::chrono::seconds(1));
-    EXPECT_FALSE(countNodeLines(found, goOn));
+    EXPECT_FALSE(readNodeFiles(found, goOn));
     std::filesystem::remove(directory.pathOf("a.txt"));
-    EXPECT_FALSE(countNodeLines(found, goOn));
+    EXPECT_FALSE(readNodeFiles(found, goOn));
 }
 
 TEST(NodeLineCount, isUnknownAfterStopOrWithFifo) {

@@ -18,7 +18,7 @@ using Lines = std::vector<std::string>;
 
 Lines differenceAt(const std::string& directory, std::size_t rejectedHeaders = 0) {
     const NodeFiles none;
-    return describeDifference(checkOutput(directory), {none, rejectedHeaders, directory});
+    return describeDifference(findDifference(checkOutput(directory), {none, rejectedHeaders, directory}));
 }
 
 Lines differenceIn(const TemporaryDirectory& directory, std::size_t rejectedHeaders = 0) {

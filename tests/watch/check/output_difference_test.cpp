@@ -31,7 +31,7 @@ struct Job {
     Lines difference() const {
         const NodeFiles nodeFiles = findNodeFiles(directory.pathOf("in"));
         const std::string output = directory.pathOf("out");
-        return describeDifference(checkOutput(output), {nodeFiles, 0, output});
+        return describeDifference(findDifference(checkOutput(output), {nodeFiles, 0, output}));
     }
 
     Lines germanDifference() const {

@@ -107,14 +107,59 @@ TEST(RunSummary, coloursVerdict) {
     EXPECT_NE(std::string::npos, summaryText(summary, 14, true).find("\033[31m    the lines"));
 }
 
+TEST(RunSummary, showsShareAsExactOnlyIfItIs) {
+    EXPECT_EQ("0.0", shareText(0.0));
+    EXPECT_EQ("<0.1", shareText(1e-9));
+    EXPECT_EQ("<0.1", shareText(0.0999));
+    EXPECT_EQ("0.1", shareText(0.1));
+    EXPECT_EQ("99.9", shareText(99.9));
+    EXPECT_EQ(">99.9", shareText(99.96));
+    EXPECT_EQ("100.0", shareText(100.0));
+    const GermanMessages german;
+    EXPECT_EQ("<0,1", shareText(0.05));
+}
+
+TEST(RunSummary, hasSentencesAndTableOfFiles) {
+    RunSummary summary = finishedRun();
+    summary.input.entries = 2;
+    summary.input.passedOver = {{"D\033.TXT", PassedOver::capitals}};
+    summary.input.files = {{"a.xyz", LineFigures{{39, 4, true}, {}, {}, {}}, 2, false}};
+    const std::string sentence = "  1 of 2 entries passed over, the suffix has capital letters: D\\x1B.TXT\n";
+    EXPECT_TRUE(summaryText(summary, unlimited).ends_with(sentence)) << summaryText(summary, unlimited);
+    summary.options.verbose = true;
+    EXPECT_TRUE(
+        summaryText(summary, unlimited)
+            .ends_with(
+                sentence +
+                "            lines             kept          outside       unparsable            bytes  node file\n"
+                "                3                2                1                0               39  a.xyz\n"))
+        << summaryText(summary, unlimited);
+}
+
 TEST(RunSummary, isJson) {
     RunSummary summary = finishedRun();
     summary.nodesRead = 41260;
-    EXPECT_EQ(R"({"finished":true,"exit_status":0,"files_read":6,"files_written":5,"nodes_read":41260,)"
-              R"("nodes_kept":10315,"percent_kept":25.0,"total_node_count":10315,"adds_up":true,"seconds":0.25,)"
-              R"("output_directory":"base/Höhe 1","errors":[]})"
-              "\n",
-              summaryJson(summary));
+    summary.startTime = "2026-11-22T09:30:00Z";
+    summary.whyNoMap = "not asked for";
+    summary.options.boundaryFilePath = "area.xml";
+    summary.input.passedOver = {{"D.TXT", PassedOver::capitals}};
+    summary.input.files = {{"a.xyz", LineFigures{{39, 4, true}, {1, 3}, {}, {}}, 2, false}};
+    summary.input.nothingKept = NothingKept{NothingKeptReason::apart, {1, 2, 3, 4.5}, {}};
+    EXPECT_EQ(0U,
+              summaryJson(summary).find(
+                  R"({"finished":true,"exit_status":0,"files_read":6,"files_written":5,"nodes_read":41260,)"
+                  R"("nodes_kept":10315,"percent_kept":25.0,"total_node_count":10315,"adds_up":true,"seconds":0.25,)"
+                  R"("output_directory":"base/Höhe 1","errors":[],"failure":null,"signal":null,"interrupted_by":null,)"
+                  R"("suspects":[],"map":null,"why_no_map":"not asked for","arguments":{"input_directory_path":"",)"
+                  R"("output_directory_name":"","boundary_file_path":"area.xml"},"language":"de","version":")"));
+    EXPECT_NE(
+        std::string::npos,
+        summaryJson(summary).find(
+            R"("start_time":"2026-11-22T09:30:00Z","input":{"passed_over":[{"name":"D.TXT",)"
+            R"("reason":"capitals in the suffix"}],"files":[{"name":"a.xyz","bytes":39,"lines":3,"kept":2,)"
+            R"("dropped_outside":0,"dropped_unparsable":{"count":1,"first_line":3},)"
+            R"("decimal_commas":{"count":0,"first_line":null},"ends_in_line_feed":true,"looks_exchanged":false}],)"
+            R"("nothing_kept":{"reason":"no overlap","nodes":[1.0,2.0,3.0,4.5],"boundary":null},"sentences":[)"));
 }
 
 TEST(RunSummary, isJsonOfFailedRun) {
@@ -122,10 +167,15 @@ TEST(RunSummary, isJsonOfFailedRun) {
     summary.exitStatus = 1;
     summary.outputDirectory = "caf\xE9";
     summary.errors = {"a", "b"};
-    EXPECT_EQ(R"({"finished":false,"exit_status":1,"files_read":null,"files_written":null,"nodes_read":null,)"
-              R"("nodes_kept":null,"percent_kept":null,"total_node_count":null,"adds_up":null,"seconds":0.0,)"
-              "\"output_directory\":\"caf\xEF\xBF\xBD\",\"errors\":[\"a\",\"b\"]}\n",
-              summaryJson(summary));
+    summary.failure = "a";
+    summary.signal = 9;
+    summary.suspects = {{"b.xyz", "b.xyz: empty"}, {"", "No space"}};
+    EXPECT_EQ(0U, summaryJson(summary).find(
+                      R"({"finished":false,"exit_status":1,"files_read":null,"files_written":null,"nodes_read":null,)"
+                      R"("nodes_kept":null,"percent_kept":null,"total_node_count":null,"adds_up":null,"seconds":0.0,)"
+                      "\"output_directory\":\"caf\xEF\xBF\xBD\",\"errors\":[\"a\",\"b\"],"
+                      R"("failure":"a","signal":9,"interrupted_by":null,)"
+                      R"("suspects":[{"file":"b.xyz","reason":"b.xyz: empty"},{"file":null,"reason":"No space"}],)"));
 }
 
 } // namespace vadelwatch

@@ -1,0 +1,57 @@
+/// \file
+/// The input report: what the tool did not take from the input directory, and what looks wrong in it.
+#pragma once
+
+#include "watch/check/boundary_facts.hpp"
+#include "watch/check/node_files.hpp"
+#include "watch/check/output_check.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vadelwatch {
+
+/// The likely reason why a run kept no node.
+enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, apart, outside };
+
+struct NothingKept {
+    NothingKeptReason reason = NothingKeptReason::outside;
+    MapExtent nodes; ///< Of all positions; empty if there are none.
+    MapExtent boundary;
+};
+
+struct InputFile {
+    std::string name;
+    LineFigures figures;
+    std::uint64_t kept = 0;      ///< Lines of its output file.
+    bool looksExchanged = false; ///< See docs/vadelwatch.md.
+
+    /// Returns the number of lines that parse and were not kept.
+    std::uint64_t outside() const;
+};
+
+struct InputReport {
+    std::vector<InputFile> files; ///< Empty if not every node file could be read.
+    std::vector<PassedOverEntry> passedOver;
+    std::uint64_t entries = 0; ///< Node files and entries that were passed over.
+    std::optional<NothingKept> nothingKept;
+};
+
+/// Reports on the input of a run that did not finish: entries only.
+InputReport reportEntries(const NodeFiles& nodeFiles);
+
+/// Reports on the input of a finished run. Reads the boundary file if a node file has no output, and reads the node
+/// files once more if nothing was kept.
+InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, const std::string& boundaryFile);
+
+/// Returns a short English name of the reason, for JSON.
+const char* nameOf(PassedOver reason);
+const char* nameOf(NothingKeptReason reason);
+
+/// Returns one sentence for everything that a reader should know, none if there is nothing. A warning about a run that
+/// kept nothing is first.
+std::vector<std::string> inputSentences(const InputReport& report);
+
+} // namespace vadelwatch

@@ -1,0 +1,144 @@
+#include "watch/check/line_figures.hpp"
+
+#include "clip/node_file_header.hpp"
+#include "clip/node_line.hpp"
+#include "text/text_mode.hpp"
+#include "watch/check/node_files.hpp"
+#include "watch/check/plain_line.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <unistd.h>
+
+namespace vadelwatch {
+
+namespace {
+
+constexpr std::size_t blockSize = 1 << 18;
+constexpr std::size_t maxLine = 1 << 20;
+
+bool isDigit(char byte) {
+    return byte >= '0' && byte <= '9';
+}
+
+/// Checks the lines of one file.
+class LinePass {
+public:
+    explicit LinePass(PositionsToRead positions) : positionMask(positions == PositionsToRead::all ? 0 : 63) {}
+
+    /// Takes whole lines, the last byte being a line feed.
+    /// @return false if the first line of the file is not a header.
+    bool take(const char* line, const char* last) {
+        while (line <= last) {
+            const std::uint64_t number = ++figures.count.lineFeeds;
+            const bool mayBePlain = number > 1 && ((number - 2) & positionMask) != 0;
+            const char* end =
+                mayBePlain ? endOfPlainLine(line, last, separator, separator == ',' ? columns + 1 : 0) : nullptr;
+            if (end == nullptr) {
+                end = static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(last + 1 - line)));
+                std::string_view text(line, static_cast<std::size_t>(end - line));
+                text.remove_suffix(vadelclip::carriageReturnsToDrop(text));
+                if (number > 1) {
+                    check(text, number);
+                } else if (!readHeader(text)) {
+                    return false;
+                }
+            }
+            line = end + 1;
+        }
+        return true;
+    }
+
+    LineFigures figures;
+
+private:
+    bool readHeader(std::string_view line) {
+        std::int32_t format = 0;
+        std::string errorText;
+        const bool isHeader = vadelclip::readNodeFileHeader(std::string(line), separator, format, errorText);
+        columns = format == 2 ? 4 : 3;
+        return isHeader;
+    }
+
+    void check(std::string_view line, std::uint64_t number) {
+        vadelclip::Point2D point{};
+        if (vadelclip::readNodeLine(line, separator, point)) {
+            includePosition(figures.positions, {point.x, point.y});
+        } else {
+            figures.unparsable.add(number);
+        }
+        if (hasDecimalComma(line)) {
+            figures.decimalCommas.add(number);
+        }
+    }
+
+    bool hasDecimalComma(std::string_view line) const {
+        if (separator == ',') {
+            return static_cast<std::size_t>(std::count(line.begin(), line.end(), ',')) >= columns + 1;
+        }
+        const std::size_t endOfX = std::min(line.find(separator), line.size());
+        line = line.substr(0, line.find(separator, endOfX + 1));
+        for (std::size_t at = line.find(','); at != std::string_view::npos; at = line.find(',', at + 1)) {
+            if (at > 0 && at + 1 < line.size() && isDigit(line[at - 1]) && isDigit(line[at + 1])) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::uint64_t positionMask;
+    char separator = 0;
+    std::size_t columns = 3;
+};
+
+/// Reads from the position of the descriptor to the end of the file.
+std::optional<LineFigures> passOver(int descriptor, PositionsToRead positions, const std::atomic<bool>& stop) {
+    LinePass pass(positions);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(maxLine + blockSize + plainLineReach);
+    std::size_t begun = 0; // bytes of a line whose end is not read yet
+    while (!stop) {
+        char* const block = buffer.get() + begun;
+        const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, block, blockSize));
+        if (received < 0) {
+            return std::nullopt;
+        }
+        if (received == 0) {
+            return pass.figures;
+        }
+        const auto size = static_cast<std::size_t>(received);
+        // The test for plain lines reads these bytes, too.
+        std::memset(block + size, 0, plainLineReach);
+        pass.figures.count.bytes += size;
+        pass.figures.count.endsInLineFeed = block[size - 1] == '\n';
+        const auto* const last = static_cast<const char*>(memrchr(block, '\n', size));
+        const char* const rest = last == nullptr ? buffer.get() : last + 1;
+        if (last != nullptr && !pass.take(buffer.get(), last)) {
+            return std::nullopt;
+        }
+        begun = std::min(static_cast<std::size_t>(block + size - rest), maxLine);
+        std::memmove(buffer.get(), rest, begun);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+void FoundLines::add(std::uint64_t lineNumber) {
+    first = count == 0 ? lineNumber : first;
+    ++count;
+}
+
+std::optional<LineFigures> readLineFigures(const std::string& path, PositionsToRead positions,
+                                           const std::atomic<bool>& stop) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor == -1) {
+        return std::nullopt;
+    }
+    std::optional<LineFigures> figures = passOver(descriptor, positions, stop);
+    close(descriptor);
+    return figures;
+}
+
+} // namespace vadelwatch

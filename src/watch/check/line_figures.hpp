@@ -1,0 +1,56 @@
+/// \file
+/// What one pass over a node file finds: lines that the tool drops because they do not parse, and suspect lines.
+#pragma once
+
+#include "watch/map/extent.hpp"
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace vadelwatch {
+
+struct LineCount {
+    std::uint64_t bytes = 0;
+    std::uint64_t lineFeeds = 0;
+    bool endsInLineFeed = false; ///< False for an empty file.
+
+    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a
+    /// line feed does not count.
+    std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
+};
+
+/// Lines of one kind in a file.
+struct FoundLines {
+    std::uint64_t count = 0;
+    std::uint64_t first = 0; ///< Its number in the file, where the header is line 1. 0 if there is none.
+
+    void add(std::uint64_t lineNumber);
+};
+
+struct LineFigures {
+    LineCount count;
+    FoundLines unparsable; ///< Lines in which the tool finds no position.
+
+    /// Lines that look as if they had decimal commas: with a comma between two digits in x or y; or, if the comma is
+    /// the separator, with at least two columns more than the header.
+    FoundLines decimalCommas;
+
+    MapExtent positions; ///< Of the positions that were read. Empty if there are none.
+};
+
+/// Which positions a pass reads. Lines are counted and checked in either case.
+enum class PositionsToRead {
+    some, ///< The first one, every 64th after it, and those of unusual lines: reading all of them costs too much.
+    all
+};
+
+/// Reads a node file once. Of a line longer than 1 MiB only its beginning and its end are checked.
+///
+/// @param stop ends the pass soon after it becomes true.
+/// @return nothing if the file cannot be read, is not a regular file or has no header, or the pass was stopped.
+std::optional<LineFigures> readLineFigures(const std::string& path, PositionsToRead positions,
+                                           const std::atomic<bool>& stop);
+
+} // namespace vadelwatch

@@ -1,0 +1,124 @@
+#include "watch/check/input_report.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace vadelwatch {
+
+using vadelclip::TemporaryDirectory;
+
+namespace {
+
+const std::string header = "x;y;z\n";
+
+std::string square(int minX, int minY) {
+    const auto point = [](int x, int y) {
+        return "<point x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(y) + "\"/>";
+    };
+    return "<VADELSIM><VadeDGM><group type=\"boundaries\"><polygon id=\"1\">" + point(minX, minY) +
+           point(minX + 10, minY) + point(minX + 10, minY + 10) + "</polygon></group></VadeDGM></VADELSIM>";
+}
+
+class Report : public testing::Test {
+protected:
+    InputReport report(const std::string& boundary) {
+        directory.write("out/total_node_count.txt", "0\n");
+        NodeFiles nodeFiles = findNodeFiles(directory.pathOf("in"));
+        readNodeFiles(nodeFiles, false);
+        return reportInput(nodeFiles, checkOutput(directory.pathOf("out")), directory.write("area.xml", boundary));
+    }
+
+    TemporaryDirectory directory;
+};
+
+} // namespace
+
+TEST_F(Report, hasFiguresOfFiles) {
+    directory.write("in/a.xyz", header + "1;1;1\nbad\n99;9;9\n");
+    directory.write("out/a.xyz", header + "1;1;1\n");
+    const InputReport found = report(square(0, 0));
+    ASSERT_EQ(1U, found.files.size());
+    EXPECT_EQ(1U, found.files[0].kept);
+    EXPECT_EQ(1U, found.files[0].outside());
+    EXPECT_EQ(1U, found.files[0].figures.unparsable.count);
+    EXPECT_EQ(
+        std::vector<std::string>{
+            "1 of 3 lines dropped, x or y is no number or nothing follows y: a.xyz (1, first: line 3)"},
+        inputSentences(found));
+}
+
+TEST_F(Report, hasNothingToSayAboutGoodInput) {
+    directory.write("in/a.xyz", header + "1;1;1\n");
+    directory.write("out/a.xyz", header + "1;1;1\n");
+    EXPECT_TRUE(inputSentences(report(square(0, 0))).empty());
+}
+
+TEST_F(Report, findsExchangedFile) {
+    directory.write("in/a.xyz", header + "1;101;1\n");
+    directory.write("in/b.xyz", header + "101;1;1\n");
+    directory.write("in/c.xyz", header + "500;500;1\n");
+    directory.write("in/d.xyz", header + "bad\n");
+    for (const InputFile& file : report(square(0, 100)).files) {
+        EXPECT_EQ(file.name == "b.xyz", file.looksExchanged) << file.name;
+    }
+}
+
+TEST_F(Report, doesNotCallFileExchangedThatOverlapsEitherWay) {
+    directory.write("in/a.xyz", header + "9;8;1\n");
+    EXPECT_FALSE(report(square(0, 0)).files[0].looksExchanged);
+}
+
+TEST_F(Report, neverCallsFileWithOutputExchanged) {
+    directory.write("in/b.xyz", header + "101;1;1\n");
+    directory.write("out/b.xyz", header + "101;1;1\n");
+    EXPECT_FALSE(report(square(0, 100)).files[0].looksExchanged);
+}
+
+TEST_F(Report, explainsThatNothingWasKept) {
+    directory.write("in/a.xyz", header + "101;1;1\n102;2;2\n");
+    EXPECT_EQ(NothingKeptReason::exchanged, report(square(0, 100)).nothingKept->reason);
+    EXPECT_EQ(NothingKeptReason::apart, report(square(50, 50)).nothingKept->reason);
+    EXPECT_EQ(NothingKeptReason::outside, report(square(100, 0)).nothingKept->reason);
+    EXPECT_EQ(NothingKeptReason::noPolygon, report("<VADELSIM><VadeDGM/></VADELSIM>").nothingKept->reason);
+    EXPECT_EQ(102.0, report(square(0, 100)).nothingKept->nodes.maxX);
+    directory.write("in/a.xyz", header + "bad\n");
+    EXPECT_EQ(NothingKeptReason::noPosition, report(square(0, 100)).nothingKept->reason);
+}
+
+TEST(InputSentences, namesAtMostFiveEntries) {
+    InputReport report;
+    report.entries = 7;
+    for (const char* const name : {"1", "2", "3", "4", "5", "6"}) {
+        report.passedOver.push_back({name, PassedOver::suffix});
+    }
+    EXPECT_EQ(
+        std::vector<std::string>{
+            "6 of 7 entries passed over, the suffix is not .txt, .xyz or .csv: 1, 2, 3, 4, 5, ..."},
+        inputSentences(report));
+}
+
+TEST(InputSentences, sayEveryReason) {
+    InputReport report;
+    for (int reason = 0; reason <= static_cast<int>(PassedOver::columns); ++reason) {
+        report.passedOver.push_back({"a", static_cast<PassedOver>(reason)});
+    }
+    EXPECT_EQ(9U, inputSentences(report).size());
+}
+
+TEST(BoundaryFacts, saysWhyExistingFileIsNotFound) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("bad.xml", "<a>\n <b></c>\n</a>");
+    EXPECT_EQ("The boundary file " + path + " exists, but cannot be read: Start-end tags mismatch, line 2, column 7.",
+              whyBoundaryNotFound(path));
+    EXPECT_EQ("", whyBoundaryNotFound(directory.write("good.xml", square(0, 0))));
+    EXPECT_EQ("", whyBoundaryNotFound(directory.pathOf("none")));
+    EXPECT_EQ("The boundary file " + directory.path() + " exists, but cannot be read: it is a directory.",
+              whyBoundaryNotFound(directory.path()));
+}
+
+} // namespace vadelwatch

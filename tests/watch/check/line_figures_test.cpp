@@ -1,0 +1,102 @@
+#include "watch/check/line_figures.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vadelwatch {
+
+using vadelclip::TemporaryDirectory;
+
+namespace {
+
+LineFigures figuresOf(const std::string& content, PositionsToRead positions = PositionsToRead::all) {
+    const TemporaryDirectory directory;
+    return readLineFigures(directory.write("a", content), positions, false).value();
+}
+
+std::string repeated(const std::string& text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+} // namespace
+
+TEST(LineFigures, countsLinesThatDoNotParse) {
+    for (const PositionsToRead positions : {PositionsToRead::some, PositionsToRead::all}) {
+        const LineFigures figures = figuresOf("x;y;z\r\n1;1;1\r\n2;2\r\n\r\n3;3;3\r\n4", positions);
+        EXPECT_EQ(4U, figures.count.nodeLines());
+        EXPECT_EQ(2U, figures.unparsable.count);
+        EXPECT_EQ(3U, figures.unparsable.first);
+        EXPECT_EQ(0U, figures.decimalCommas.count);
+        EXPECT_FALSE(figures.count.endsInLineFeed);
+    }
+}
+
+TEST(LineFigures, dropsCarriageReturnOfLineEndOnly) {
+    // Something must follow y; the first carriage return is such a byte, the second is part of the line end.
+    EXPECT_EQ(1U, figuresOf("x;y;z\n1;1\r\n").unparsable.count);
+    EXPECT_EQ(0U, figuresOf("x;y;z\n1;1\r\r\n").unparsable.count);
+}
+
+TEST(LineFigures, findsDecimalCommas) {
+    struct Case {
+        std::string content;
+        std::uint64_t count;
+        std::uint64_t first;
+    };
+    for (const Case& each :
+         {Case{"x;y;z\n1;1;1\n387000,5;5638000,5;1\n1;2,5;1\n", 2, 3}, Case{"x;y;z\n1;1;1,5\n1, 2;3 ,;4\n", 0, 0},
+          Case{"x y z\n387000,5 5638000,5 1\n", 1, 2}, Case{"x,y,z\n1,2,3\n1,2,3,4\n387000,5,5638000,5,1\n", 1, 4},
+          Case{"x,y,z,g\n1,2,3,4,5\n1,5,2,5,3,4\n", 1, 3}}) {
+        const LineFigures figures = figuresOf(each.content, PositionsToRead::some);
+        EXPECT_EQ(each.count, figures.decimalCommas.count) << each.content;
+        EXPECT_EQ(each.first, figures.decimalCommas.first) << each.content;
+    }
+}
+
+TEST(LineFigures, countsTheSameInAllPositions) {
+    const std::string content = "x;y;z\n" + repeated("1;1;1\n2.5;-2.5;2\nbad\n3,5;3;3\n+4;4;4\n5;5\n", 20000);
+    for (const PositionsToRead positions : {PositionsToRead::some, PositionsToRead::all}) {
+        const LineFigures figures = figuresOf(content, positions);
+        EXPECT_EQ(120000U, figures.count.nodeLines());
+        EXPECT_EQ(40000U, figures.unparsable.count);
+        EXPECT_EQ(4U, figures.unparsable.first);
+        EXPECT_EQ(20000U, figures.decimalCommas.count);
+        EXPECT_EQ(content.size(), figures.count.bytes);
+    }
+}
+
+TEST(LineFigures, hasExtentOfPositions) {
+    const std::string content = "x;y;z\n" + repeated("1;2;1\n", 100) + "-9;8;1\n" + repeated("1;2;1\n", 100);
+    const LineFigures all = figuresOf(content);
+    EXPECT_EQ(-9.0, all.positions.minX);
+    EXPECT_EQ(1.0, all.positions.maxX);
+    EXPECT_EQ(2.0, all.positions.minY);
+    EXPECT_EQ(8.0, all.positions.maxY);
+    EXPECT_EQ(1.0, figuresOf(content, PositionsToRead::some).positions.minX);
+    EXPECT_EQ(7.0, figuresOf("x;y;z\n7;2;1\n", PositionsToRead::some).positions.minX);
+    EXPECT_TRUE(isEmpty(figuresOf("x;y;z\nbad\n").positions));
+}
+
+TEST(LineFigures, readsVeryLongLines) {
+    const std::string longText(3U << 20U, 'a');
+    const LineFigures figures = figuresOf("x;y;z\n1;1;" + longText + "\n" + longText + "\n1;1;1\n");
+    EXPECT_EQ(3U, figures.count.nodeLines());
+    EXPECT_EQ(1U, figures.unparsable.count);
+    EXPECT_EQ(3U, figures.unparsable.first);
+}
+
+TEST(LineFigures, needHeader) {
+    const TemporaryDirectory directory;
+    EXPECT_FALSE(readLineFigures(directory.write("a", "remark\n"), PositionsToRead::all, false));
+    EXPECT_FALSE(readLineFigures(directory.pathOf("none"), PositionsToRead::all, false));
+    EXPECT_FALSE(readLineFigures(directory.write("b", "x;y;z\n"), PositionsToRead::all, true));
+}
+
+} // namespace vadelwatch
