@@ -1,7 +1,9 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
+#ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#endif
 #include "watch/show/messages.hpp"
 
 #include <CLI/CLI.hpp>
@@ -25,9 +27,11 @@ std::string requireFileName(const std::string& path) {
     return path.empty() ? "needs the name of a file" : "";
 }
 
+#ifdef VADELWATCH_MAP
 std::string requirePictureFileName(const std::string& path) {
     return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
 }
+#endif
 
 void addArguments(CLI::App& app, WatchOptions& options) {
     app.add_option("input-directory-path", options.inputDirectoryPath, "Directory of node files, with its parent")
@@ -46,10 +50,12 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")
         ->check(requireFileName);
+#ifdef VADELWATCH_MAP
     app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")
         ->type_name("FILE")
         ->check(requireFileName)
         ->check(requirePictureFileName);
+#endif
 }
 
 } // namespace

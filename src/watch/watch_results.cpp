@@ -1,7 +1,9 @@
 #include "watch/watch_results.hpp"
 
 #include "watch/exit_status.hpp"
+#ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#endif
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
@@ -45,6 +47,7 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
     }
 }
 
+#ifdef VADELWATCH_MAP
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     if (watch.options.mapPath.empty()) {
         return;
@@ -61,6 +64,9 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         reportFailure(watch, summary, "Vadelwatch: " + problem);
     }
 }
+#else
+void drawWantedMap(WatchContext&, RunSummary&) {}
+#endif
 
 void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {

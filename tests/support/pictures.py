@@ -1,4 +1,4 @@
-"""Finished pictures of the map, taken apart: the shapes and texts of an SVG picture, the pixels of a PNG picture."""
+"""Reads pictures of the map: the shapes and texts of an SVG picture, the pixels of a PNG picture."""
 import re
 import struct
 import xml.etree.ElementTree
@@ -34,8 +34,7 @@ class SvgPicture:
         return [lines for stroke, lines in self.strokes if stroke == colour]
 
     def holdsTexts(self, expected):
-        """Whether the texts are these, in their order. Letters are shapes: in one font every letter has its own shape,
-        and every shape its own letter."""
+        """Returns true if the texts are these, in this order. Letters are shapes: each letter of a font has its own shape."""
         letters = {}
         shapes = {}
         for (_, _, glyphs), text in zip(self.texts, expected):
@@ -49,12 +48,12 @@ class SvgPicture:
 
 
 def colourOf(text):
-    """Red, green and blue from 0 to 255."""
+    """Returns red, green and blue from 0 to 255."""
     return tuple(round(float(share) * 2.55) for share in re.findall(r"([0-9.]+)%", text))
 
 
 def linesOf(path):
-    """The points of each line of a path; a closed one ends where it began."""
+    """Returns the points of each line of a path. A closed line ends where it began."""
     lines = []
     for command, x, y in re.findall(r"([MLZ])(?: ([-0-9.]+) ([-0-9.]+))?", path):
         if command == "M":
@@ -67,7 +66,7 @@ def linesOf(path):
 
 
 class PngPicture:
-    """Eight bits for each of red, green and blue."""
+    """A picture with eight bits for each of red, green and blue."""
 
     def __init__(self, content):
         self.width, self.height = struct.unpack(">II", content[16:24])
@@ -92,7 +91,7 @@ class PngPicture:
 
 
 def unfiltered(kind, row, above):
-    """A row of a PNG picture from its differences to its neighbours, three bytes to the left and above."""
+    """Returns a row of a PNG picture, computed from its differences to the pixels on the left and above."""
     if kind == 0:
         return row
     if kind == 2:

@@ -2,22 +2,14 @@
 
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <utf8.h>
 
 #include <cstddef>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 
 namespace vadelwatch {
-
-struct MapCanvas::Surface {
-    PictureFormat format;
-    /// The part of an SVG picture that has been written.
-    std::string bytes;
-    cairo_surface_t* target;
-    cairo_t* context;
-    /// The status of an image that could not be made.
-    cairo_status_t imageStatus;
-};
 
 namespace {
 
@@ -69,7 +61,20 @@ cairo_surface_t* copyImage(const PixelImage& image) {
     return copy;
 }
 
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+constexpr std::string_view ellipsis = "\xE2\x80\xA6";
+
 } // namespace
+
+struct MapCanvas::Surface {
+    PictureFormat format;
+    /// The part of an SVG picture that has been written.
+    std::string bytes;
+    cairo_surface_t* target;
+    cairo_t* context;
+    /// The status of an image that could not be made.
+    cairo_status_t imageStatus;
+};
 
 MapCanvas::MapCanvas(PictureFormat format, int width, int height)
     : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS})) {
@@ -187,6 +192,36 @@ std::string MapCanvas::finish(std::string& bytes) {
     }
     bytes = std::move(surface->bytes);
     return status == CAIRO_STATUS_SUCCESS ? "" : cairo_status_to_string(status);
+}
+
+std::string readableText(std::string_view bytes) {
+    std::string text;
+    for (const char byte : utf8::replace_invalid(bytes)) {
+        const bool isControl = static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
+        text += isControl ? replacement : std::string_view(&byte, 1);
+    }
+    return text;
+}
+
+std::string fitText(std::string text, double widest, const std::function<double(const std::string&)>& widthOfText) {
+    if (widthOfText(text) <= widest) {
+        return text;
+    }
+    while (!text.empty() && widthOfText(text + std::string(ellipsis)) > widest) {
+        auto lastCharacter = text.end();
+        utf8::prior(lastCharacter, text.begin());
+        text.erase(lastCharacter, text.end());
+    }
+    return text + std::string(ellipsis);
+}
+
+double fittingSize(double size, double widthAtSize, double widest) {
+    return widthAtSize <= widest ? size : size * widest / widthAtSize;
+}
+
+std::string lastComponent(const std::string& path) {
+    const std::filesystem::path whole(path);
+    return (whole.has_filename() ? whole : whole.parent_path()).filename().string();
 }
 
 } // namespace vadelwatch

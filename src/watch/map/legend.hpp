@@ -3,12 +3,42 @@
 #pragma once
 
 #include "watch/map/canvas.hpp"
-#include "watch/map/legend_words.hpp"
-#include "watch/map/view.hpp"
+#include "watch/map/layout.hpp"
+#include "watch/map/points.hpp"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace vadelwatch {
+
+/// The numbers in the legend.
+struct MapLegend {
+    NodeCounts counts;
+    std::uint64_t outside = 0; ///< Nodes outside the part that is shown.
+    std::size_t polygons = 0;
+    bool showsDensity = false; ///< Darker means more nodes.
+};
+
+/// The name of a colour or a line, and the number of things drawn with it.
+struct LegendEntry {
+    std::string name;
+    std::string count;
+
+    bool operator==(const LegendEntry&) const = default;
+};
+
+struct LegendWords {
+    LegendEntry kept; ///< With the share of all data lines, if there are any.
+    LegendEntry dropped;
+    LegendEntry boundary;
+    bool showsDensity = false;
+    std::vector<std::string> notes; ///< Each is a line.
+    std::string unit;               ///< Of the scale bar.
+};
+
+LegendWords wordsOf(const MapLegend& legend);
 
 constexpr MapColour outlineColour{208, 72, 0};
 

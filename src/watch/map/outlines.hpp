@@ -4,7 +4,7 @@
 /// The map has its own reader, more lenient than the tool's: the tool has accepted the file before a map is drawn.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 
 #include <string>
 #include <vector>

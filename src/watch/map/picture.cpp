@@ -1,15 +1,12 @@
 #include "watch/map/picture.hpp"
 
 #include "watch/map/canvas.hpp"
-#include "watch/map/density.hpp"
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 #include "watch/map/legend.hpp"
 #include "watch/map/outlines.hpp"
 #include "watch/map/points.hpp"
 #include "watch/map/raster.hpp"
 #include "watch/map/shading.hpp"
-#include "watch/map/text.hpp"
-#include "watch/map/view.hpp"
 #include "watch/show/messages.hpp"
 
 #include <cerrno>

@@ -3,24 +3,27 @@
 #include "clip/input_selection.hpp"
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
-#include "watch/map/node_lines.hpp"
+#include "watch/check/node_files.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace vadelwatch {
 
 namespace {
 
-/// One file of the output directory, beside the input file of the same name.
+/// The lines of one output file, which are compared with those of the input file of the same name.
 class KeptLines {
 public:
-    /// A missing output file keeps nothing. One with another header does not come from clipping: an input file may be
-    /// called total_node_count.txt, and its output is then overwritten by the count.
+    /// A missing output file has no lines. One with another header was not made by clipping: the tool overwrites the output
+    /// of an input file named total_node_count.txt with the count.
     KeptLines(const std::string& path, std::string_view header) : reader(path) {
         std::string_view outputHeader;
         if (reader.next(outputHeader) && outputHeader == header) {
@@ -28,7 +31,7 @@ public:
         }
     }
 
-    /// Each output line is given away once, to the first input line that equals it.
+    /// Returns true if the input line equals the next output line, and goes to the one after it.
     bool take(std::string_view inputLine) {
         if (!open || line != inputLine) {
             return false;
@@ -45,7 +48,7 @@ private:
     bool open = false;
 };
 
-/// The names of the files that may be node files, sorted.
+/// Lists the names of the files that may be node files, sorted.
 /// @return false if the directory cannot be read.
 bool listFiles(const std::string& directory, std::vector<std::string>& names) {
     std::error_code error;
@@ -53,7 +56,7 @@ bool listFiles(const std::string& directory, std::vector<std::string>& names) {
     while (!error && entry != std::filesystem::directory_iterator()) {
         std::error_code statusError;
         const std::string name = entry->path().filename().string();
-        // A status that cannot be told is that of no regular file.
+        // If the status cannot be read, this is false.
         if (vadelclip::hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
             names.push_back(name);
         }
@@ -67,7 +70,7 @@ std::string joinPath(const std::string& directory, const std::string& name) {
     return (std::filesystem::path(directory) / name).string();
 }
 
-/// @return false if the output file holds other lines than the input file.
+/// @return false if the output file has lines that the input file does not have.
 bool visitFile(const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
                const NodeVisitor& visit) {
     NodeLineReader input(inputPath);
@@ -99,6 +102,45 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
 }
 
 } // namespace
+
+// Space for the longest line and a block of the same size after it.
+NodeLineReader::NodeLineReader(const std::string& path) : descriptor(openRegularFile(path)), buffer(2 * longestLine) {}
+
+NodeLineReader::~NodeLineReader() {
+    if (descriptor != -1) {
+        close(descriptor);
+    }
+}
+
+bool NodeLineReader::next(std::string_view& line) {
+    std::size_t searched = lineStart;
+    while (true) {
+        const void* const lineFeed = std::memchr(buffer.data() + searched, '\n', filled - searched);
+        if (lineFeed != nullptr) {
+            const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - buffer.data());
+            line = std::string_view(buffer.data() + lineStart, std::min(lineEnd - lineStart, longestLine));
+            line.remove_suffix(line.size() - (line.find_last_not_of('\r') + 1));
+            lineStart = lineEnd + 1;
+            return true;
+        }
+        // The incomplete line moves to the front, and is truncated there.
+        searched = std::min(filled - lineStart, longestLine);
+        if (!readBlock()) {
+            return false;
+        }
+    }
+}
+
+/// Moves the incomplete line to the front, truncated, and reads the next block after it.
+bool NodeLineReader::readBlock() {
+    const std::size_t incomplete = std::min(filled - lineStart, longestLine);
+    std::memmove(buffer.data(), buffer.data() + lineStart, incomplete);
+    lineStart = 0;
+    filled = incomplete;
+    const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
+    filled += received > 0 ? static_cast<std::size_t>(received) : 0;
+    return received > 0;
+}
 
 std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
                        const NodeVisitor& visit) {

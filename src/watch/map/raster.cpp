@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace vadelwatch {
@@ -29,6 +30,53 @@ double nodesOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
         }
     }
     return nodes;
+}
+
+/// The average of a cell includes this many cells on each of its sides.
+constexpr int reach = 2;
+constexpr float evenTone = 0.5F;
+
+/// Tones differ from this ratio of the 98th to the 2nd percentile on.
+constexpr float unevenRatio = 4.0F;
+
+/// Returns the mean of the cells with nodes around a cell, the cell included.
+float averageAround(const MapRaster& raster, int column, int row) {
+    float nodes = 0.0F;
+    float cells = 0.0F;
+    for (int y = std::max(0, row - reach); y <= std::min(raster.height - 1, row + reach); ++y) {
+        const RasterCell* const cellsOfRow = raster.cells.data() + static_cast<std::ptrdiff_t>(y) * raster.width;
+        for (int x = std::max(0, column - reach); x <= std::min(raster.width - 1, column + reach); ++x) {
+            nodes += static_cast<float>(cellsOfRow[x].nodes);
+            cells += cellsOfRow[x].nodes > 0 ? 1.0F : 0.0F;
+        }
+    }
+    return nodes / cells;
+}
+
+std::vector<float> averageCounts(const MapRaster& raster) {
+    std::vector<float> averages(raster.cells.size());
+    std::size_t index = 0;
+    for (int row = 0; row < raster.height; ++row) {
+        for (int column = 0; column < raster.width; ++column) {
+            if (raster.cells[index].nodes > 0) {
+                averages[index] = averageAround(raster, column, row);
+            }
+            ++index;
+        }
+    }
+    return averages;
+}
+
+/// @param sample not empty; is reordered.
+float percentile(std::vector<float>& sample, double share) {
+    const auto place = static_cast<std::ptrdiff_t>(share * static_cast<double>(sample.size() - 1));
+    std::nth_element(sample.begin(), sample.begin() + place, sample.end());
+    return sample[static_cast<std::size_t>(place)];
+}
+
+/// Logarithmic, so that ten times the density is the same difference in tone everywhere.
+float toneOf(float average, float low, float high) {
+    return std::clamp(std::log(average / low) / std::log(high / low), 0.0F, 1.0F);
 }
 
 } // namespace
@@ -74,6 +122,26 @@ double nodeSpacing(const MapRaster& raster) {
         }
     }
     return nodes > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / nodes) : 0.0;
+}
+
+MapDensity measureDensity(const MapRaster& raster) {
+    MapDensity density;
+    density.tones = averageCounts(raster);
+    std::vector<float> sample;
+    std::copy_if(density.tones.begin(), density.tones.end(), std::back_inserter(sample),
+                 [](float average) { return average > 0.0F; });
+    if (sample.empty()) {
+        return density;
+    }
+    const float low = percentile(sample, 0.02);
+    const float high = percentile(sample, 0.98);
+    density.uneven = high >= unevenRatio * low;
+    for (float& tone : density.tones) {
+        if (tone > 0.0F) {
+            tone = density.uneven ? toneOf(tone, low, high) : evenTone;
+        }
+    }
+    return density;
 }
 
 } // namespace vadelwatch

@@ -1,8 +1,9 @@
 /// \file
-/// The number of nodes on each pixel of the map. Its memory does not depend on the number of nodes.
+/// The number of nodes on each pixel of the map, and how dark each pixel is drawn. Memory does not depend on the
+/// number of nodes.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,5 +39,16 @@ std::size_t occupiedCells(const MapRaster& raster);
 /// Returns the distance between neighbouring nodes, in cells, as if they were spread evenly over the part of the raster
 /// that has nodes nearby. Returns 0 if there are no nodes.
 double nodeSpacing(const MapRaster& raster);
+
+struct MapDensity {
+    /// False if nodes are sparse or evenly spread. All tones are the same then.
+    bool uneven = false;
+    /// One for each cell, from 0 (light) to 1 (dark). 0 for a cell without nodes.
+    std::vector<float> tones;
+};
+
+/// Averages the counts over small squares, because a regular grid of nodes and the grid of pixels make a moiré
+/// pattern. Then spreads their logarithms from the 2nd to the 98th percentile over all tones.
+MapDensity measureDensity(const MapRaster& raster);
 
 } // namespace vadelwatch

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "watch/map/canvas.hpp"
-#include "watch/map/density.hpp"
 #include "watch/map/raster.hpp"
 
 namespace vadelwatch {

@@ -1,4 +1,4 @@
-"""The map of Vadelwatch beside everything else that it says: a map that fails swallows nothing."""
+"""The other output of Vadelwatch does not depend on the map, also if the map fails."""
 import errno
 import json
 import os
@@ -15,7 +15,7 @@ from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest
 INSIDE = b"1;1;5\n"
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 
-# Finishes with an output of its own kind beside the count.
+# Finishes with an output that is not a regular file, and the count.
 FINISHES = """
 finish(count={count})
 os.{call}(*{arguments}, os.path.join(os.path.dirname(sys.argv[1]), sys.argv[2], 'a.xyz'))
@@ -28,7 +28,7 @@ class Map(WatchTest):
         self.giveJob({"a.xyz": HEADER + INSIDE})
 
     def expectDifference(self, script):
-        """The same words and status with a map as without one."""
+        """Expects the same messages and status with a map and without one."""
         for options in ([], ["--map", "map.png"]):
             with self.subTest(options=options):
                 self.standIn(script)
@@ -39,33 +39,33 @@ class Map(WatchTest):
                 os.remove(self.path("base/out/a.xyz"))
         self.assertTrue(self.content("map.png").startswith(b"\x89PNG"))
 
-    def test_an_output_that_is_a_fifo(self):
+    def test_outputIsAFifo(self):
         self.expectDifference(FINISHES.format(count=1, call="mkfifo", arguments=()))
 
-    def test_an_output_that_leads_to_a_device(self):
+    def test_outputIsALinkToADevice(self):
         self.expectDifference(FINISHES.format(count=1, call="symlink", arguments=("/dev/full",)))
 
     def withoutPicture(self, *options):
-        """A run whose picture goes to a FIFO that nobody reads, up to where it waits for a reader."""
+        """Starts a run whose picture is a FIFO without a reader, and waits for its summary."""
         os.mkfifo(self.path("map.svg"))
         process = self.start(*JOB, "--map", "map.svg", *options)
         os.set_blocking(process.stdout.fileno(), False)
         output = b""
         limit = time.monotonic() + TIME_LIMIT
         while not output.endswith(b"\n"):
-            self.assertLess(time.monotonic(), limit, "the summary was not to be seen")
+            self.assertLess(time.monotonic(), limit, "there was no summary")
             output += process.stdout.read() or b""
             time.sleep(0.01)
         return process, output
 
-    def test_a_signal_while_the_map_is_drawn_does_not_swallow_the_summary(self):
+    def test_summaryPrecedesSignalDuringMap(self):
         process, output = self.withoutPicture("--json", "--quiet")
         self.assertEqual(1, json.loads(output)["nodes_kept"])
         process.send_signal(signal.SIGTERM)
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
 
-    @unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
-    def test_a_map_without_memory_is_told_behind_the_summary(self):
+    @unittest.skipIf(SANITIZED, "sanitizers replace the functions for memory")
+    def test_reportsMissingMemoryAfterSummary(self):
         # Only the picture and what it is counted in take blocks of this size.
         settings = {**failingMemory(failsForever(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000"}
         watched = self.job("--quiet", "--json", "--map", "map.png", "--lang=en", environment=settings)

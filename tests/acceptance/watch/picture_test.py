@@ -1,4 +1,4 @@
-"""What a finished map holds: outlines, nodes, axes, scale bar and legend, read back from the picture."""
+"""Reads outlines, nodes, axes, scale bar and legend back from finished pictures."""
 import os
 import sys
 import unittest
@@ -11,7 +11,7 @@ from watching import HEADER, SANITIZED, JOB, WatchTest
 KEPT, DROPPED, OUTLINE, INK = (65, 128, 186), (186, 186, 186), (208, 72, 0), (34, 34, 34)
 WHITE, GRID = (255, 255, 255), (232, 232, 232)
 
-# Two kept ones within the square from 0 to 10, three dropped ones; one line without a position.
+# Two kept nodes in the square from 0 to 10, three dropped nodes, and a line without a position.
 NODES = HEADER + b"5;5;1\n15;5;1\n2;8;1\n14;2;1\nnonsense\n14;9;1\n"
 
 
@@ -25,7 +25,7 @@ class Picture(WatchTest):
         return SvgPicture(self.draw("map.svg", *options))
 
     def ground(self, picture):
-        """A function from pixels to coordinates, from the first and the last grid line of each axis."""
+        """Returns a function from pixels to coordinates, found from the first and last grid line of each axis."""
         lines = [line for [line] in picture.strokesOf(GRID)]
         xs = [line[0][0] for line in lines if line[0][0] == line[1][0]]
         ys = [line[0][1] for line in lines if line[0][1] == line[1][1]]
@@ -35,7 +35,7 @@ class Picture(WatchTest):
         self.assertAlmostEqual(scale, 10 / (ys[0] - ys[-1]), 4)
         return lambda x, y: (round((x - xs[0]) * scale, 1) + 0.0, round((ys[0] - y) * scale, 1) + 0.0)
 
-    def test_outline_and_nodes_stand_where_they_are(self):
+    def test_outlineAndNodesHaveTheirCoordinates(self):
         picture = self.svg("--lang=en")
         ground = self.ground(picture)
         outline, legend = picture.strokesOf(OUTLINE)
@@ -46,14 +46,14 @@ class Picture(WatchTest):
             [discs] = picture.strokesOf(colour)
             self.assertEqual(expected, sorted(ground(*disc[0]) for disc in discs))
 
-    def test_kept_nodes_lie_over_dropped_ones_and_outlines_over_both(self):
+    def test_drawsDroppedThenKeptNodesThenOutlines(self):
         colours = [colour for colour, _ in self.svg().strokes]
         self.assertLess(colours.index(GRID), colours.index(DROPPED))
         self.assertLess(colours.index(DROPPED), colours.index(KEPT))
         self.assertLess(colours.index(KEPT), colours.index(OUTLINE))
         self.assertLess(colours.index(OUTLINE), colours.index(INK))
 
-    def test_title_labels_and_legend(self):
+    def test_drawsTitleLabelsAndLegend(self):
         axes = [*map(str, range(0, 15, 2)), *map(str, range(0, 11, 2)), "x", "y"]
         english = ["data clipped to area.xml", *axes, "Kept (33.3 %)", "2 nodes", "Dropped", "3 nodes", "Boundary",
                    "1 polygon", "1 line without a position", "0", "2", "in units of the coordinates"]
@@ -64,10 +64,10 @@ class Picture(WatchTest):
         picture = self.svg()
         self.assertTrue(picture.holdsTexts(german))
         self.assertFalse(picture.holdsTexts(english))
-        # Each wrong letter would be found.
+        # One wrong letter makes a difference.
         self.assertFalse(picture.holdsTexts([text.replace("33,3", "33,2") for text in german]))
 
-    def test_labels_stand_at_their_ticks(self):
+    def test_labelsAreAtTheirTicks(self):
         picture = self.svg()
         ground = self.ground(picture)
         ticks = [line for [line] in picture.strokesOf(INK) if abs(line[0][0] - line[1][0] + line[0][1] - line[1][1]) == 8]
@@ -81,7 +81,7 @@ class Picture(WatchTest):
             self.assertAlmostEqual(line[0][1], y, delta=8)
         self.assertEqual([(x, 0) for x in range(0, 15, 2)], [(ground(*line[0])[0], 0) for line in ticks[:8]])
 
-    def test_the_scale_bar_is_as_long_as_it_says(self):
+    def test_scaleBarHasTheLengthOfItsLabel(self):
         picture = self.svg()
         ground = self.ground(picture)
         bar = picture.strokesOf(INK)[-1][0]
@@ -89,7 +89,7 @@ class Picture(WatchTest):
         half = [lines[0] for colour, lines in picture.fills if colour == INK][-1]
         self.assertAlmostEqual(1.0, ground(*half[1])[0] - ground(*half[0])[0], 1)
 
-    def test_the_colours_of_the_pixels(self):
+    def test_pixelsHaveTheColoursOfTheLegend(self):
         ground = SvgPicture(self.draw("map.svg"))
         [kept], [dropped] = ground.strokesOf(KEPT), ground.strokesOf(DROPPED)
         outline = ground.strokesOf(OUTLINE)[0][0]
@@ -101,10 +101,10 @@ class Picture(WatchTest):
                 self.assertEqual(colour, picture.pixel(x, y))
                 self.assertEqual((WHITE, WHITE), (picture.pixel(x + 9, y + 9), picture.pixel(x - 9, y + 9)))
         for (x, y), (nextX, nextY) in zip(outline, outline[1:]):
-            # Off the grid lines, which the outline would cover anyway.
+            # Not on a grid line.
             self.assertEqual(OUTLINE, picture.pixel(0.7 * x + 0.3 * nextX, 0.7 * y + 0.3 * nextY))
 
-    def test_a_kept_node_colours_the_pixel_that_it_shares_with_a_dropped_one(self):
+    def test_keptNodeColoursPixelSharedWithDroppedNode(self):
         self.standIn("""
 finish(count=2)
 open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
@@ -116,16 +116,16 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         [(x, y)] = {disc[0] for disc in kept} & {disc[0] for disc in dropped}
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
         self.assertEqual(KEPT, PngPicture(self.content("map.png")).pixel(x, y))
-        # Both are counted all the same.
+        # The legend counts both.
         picture.texts = picture.texts[-9:]
         self.assertTrue(picture.holdsTexts(["Kept (50.0 %)", "2 nodes", "Dropped", "2 nodes", "Boundary", "1 polygon",
                                             "0", "2", "in units of the coordinates"]))
 
 
-@unittest.skipIf(SANITIZED, "a sanitized process takes other memory")
+@unittest.skipIf(SANITIZED, "sanitizers need memory")
 class Memory(WatchTest):
     def peakOf(self, copies):
-        """KiB that a run with a map takes at the most, over two node files with so many times 50,000 lines."""
+        """Returns the peak memory in KiB of a run with a map over two node files with `copies` times 50,000 lines each."""
         self.setUp()
         lines = b"".join(b"%d;%d;1\n" % (i % 60 * 500, i % 49 * 400) for i in range(50000))
         self.giveJob({f"{name}.xyz": HEADER + lines * copies for name in "ab"})
@@ -138,16 +138,16 @@ finish(count=%d)
 """ % (100000 * copies))
         os.mkfifo(self.path("map.svg"))
         process = self.start(*JOB, "--quiet", "--map", "map.svg")
-        # It can be opened when the picture is ready to be written.
+        # Opening waits until the picture is drawn.
         with open(self.path("map.svg"), "rb") as picture:
             with open(f"/proc/{process.pid}/status", encoding="ascii") as status:
                 [peak] = [int(line.split()[1]) for line in status if line.startswith("VmHWM")]
-            # More than a pipe takes at once, so the process was still there.
+            # More than fits into a pipe, so the process was still running.
             self.assertGreater(len(picture.read()), 65536)
         self.expect(self.finish(process), status=0)
         return peak
 
-    def test_it_does_not_grow_with_the_number_of_nodes(self):
+    def test_doesNotGrowWithNumberOfNodes(self):
         few = self.peakOf(2)
         many = self.peakOf(40)
         # Four million nodes would take 61 MiB as pairs of doubles, and their lines 34 MiB.

@@ -20,7 +20,7 @@ std::size_t countOf(const std::string& part, const std::string& text) {
     return count;
 }
 
-/// Kept nodes side by side, in these tones, as they are drawn.
+/// Draws adjacent kept nodes in these tones and returns the picture.
 std::string discsOf(const std::vector<float>& tones) {
     MapRaster raster = makeRaster(static_cast<int>(tones.size()), 1, {0, 0, static_cast<double>(tones.size()), 1});
     for (std::size_t i = 0; i < tones.size(); ++i) {
@@ -37,7 +37,7 @@ std::string discsOf(const std::vector<float>& tones) {
 
 } // namespace
 
-TEST(MapCanvas, anImageThatIsTooLargeIsSaidAtTheEnd) {
+TEST(MapCanvas, reportsTooLargeImageAtTheEnd) {
     for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg}) {
         MapCanvas canvas(format, 10, 10);
         constexpr int width = 40000; // Cairo's images end at 32767.
@@ -47,17 +47,65 @@ TEST(MapCanvas, anImageThatIsTooLargeIsSaidAtTheEnd) {
     }
 }
 
-TEST(MapCanvas, aPictureThatIsTooLargeIsSaidAtTheEnd) {
+TEST(MapCanvas, reportsTooLargePictureAtTheEnd) {
     MapCanvas canvas(PictureFormat::png, 40000, 1);
     std::string picture;
     EXPECT_NE("", canvas.finish(picture));
 }
 
-TEST(MapCanvas, discsOfOneColourThatFollowOneAnotherAreOneShape) {
+TEST(MapCanvas, drawsConsecutiveDiscsOfOneColourAsOneShape) {
     EXPECT_EQ(1U, countOf("<path", discsOf({0.5F, 0.5F, 0.5F})));
     EXPECT_EQ(3U, countOf("<path", discsOf({0.5F, 0.0F, 0.0F, 0.5F})));
-    // From each tone to the next another part of the colour changes, by one: red, green, blue.
+    // Each tone differs from the one before in one component of the colour, by 1: red, green, blue.
     EXPECT_EQ(4U, countOf("<path", discsOf({0.00435F, 0.0044F, 0.0045F, 0.00545F})));
+}
+
+TEST(MapText, keepsValidText) {
+    for (const char* const text : {"", "road.xml", "Gel\xC3\xA4nde", "\xE6\x97\xA5", "\xF0\x9F\x97\xBA", "a & <b>"}) {
+        EXPECT_EQ(text, readableText(text));
+    }
+}
+
+TEST(MapText, replacesInvalidBytesAndControls) {
+    EXPECT_EQ("a\xEF\xBF\xBD"
+              "b",
+              readableText("a\xFF"
+                           "b"));
+    EXPECT_EQ("a\xEF\xBF\xBD"
+              "b",
+              readableText("a\nb"));
+    EXPECT_EQ("\xEF\xBF\xBD", readableText("\x7F"));
+    EXPECT_EQ("\xEF\xBF\xBD", readableText("\xC3"));
+    EXPECT_EQ("\xEF\xBF\xBDz", readableText("\xC3z"));
+    // Each sequence becomes one U+FFFD: overlong, a surrogate, beyond the last character.
+    for (const char* const sequence : {"\xC0\x80", "\xED\xA0\x80", "\xE0\x80\x80", "\xF4\x90\x80\x80"}) {
+        EXPECT_EQ("\xEF\xBF\xBD", readableText(sequence));
+    }
+    EXPECT_EQ("\xEF\xBF\xBD", readableText(std::string(1, '\0')));
+}
+
+TEST(MapText, shortensTextBetweenCharacters) {
+    const auto bytes = [](const std::string& text) { return static_cast<double>(text.size()); };
+    EXPECT_EQ("abcdef", fitText("abcdef", 6.0, bytes));
+    EXPECT_EQ("ab\xE2\x80\xA6", fitText("abcdef", 5.0, bytes));
+    EXPECT_EQ("a\xE2\x80\xA6", fitText("a\xC3\xA4"
+                                       "bcd",
+                                       5.0, bytes));
+    EXPECT_EQ("\xE2\x80\xA6", fitText("abc", 0.0, bytes));
+}
+
+TEST(MapText, findsLastComponentOfPath) {
+    EXPECT_EQ("nodes", lastComponent("base/nodes"));
+    EXPECT_EQ("nodes", lastComponent("base/nodes/"));
+    EXPECT_EQ("nodes", lastComponent("nodes"));
+    EXPECT_EQ("a b.xml", lastComponent("/x/a b.xml"));
+    EXPECT_EQ("", lastComponent("/"));
+}
+
+TEST(MapText, shrinksTooWideText) {
+    EXPECT_EQ(20.0, fittingSize(20.0, 300.0, 300.0));
+    EXPECT_EQ(20.0, fittingSize(20.0, 0.0, 300.0));
+    EXPECT_DOUBLE_EQ(15.0, fittingSize(20.0, 400.0, 300.0));
 }
 
 } // namespace vadelwatch

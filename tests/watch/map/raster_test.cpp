@@ -1,6 +1,5 @@
 #include "watch/map/raster.hpp"
 
-#include "watch/map/density.hpp"
 #include "watch/map/shading.hpp"
 
 #include <gtest/gtest.h>
@@ -40,7 +39,7 @@ MapRaster gridRaster(int side, int distance) {
 
 } // namespace
 
-TEST(MapRaster, nodesAreCountedInTheirCells) {
+TEST(MapRaster, countsNodesInTheirCells) {
     MapRaster raster = makeRaster(3, 2, {10, 20, 16, 24});
     countNode(raster, {10, 20}, false);
     countNode(raster, {11.9, 21.9}, false);
@@ -53,7 +52,7 @@ TEST(MapRaster, nodesAreCountedInTheirCells) {
     EXPECT_EQ(0U, raster.outside);
 }
 
-TEST(MapRaster, nodesBeyondTheMapAreCountedApart) {
+TEST(MapRaster, countsNodesOutsideSeparately) {
     MapRaster raster = makeRaster(2, 2, {0, 0, 2, 2});
     for (const MapPosition position : {MapPosition{-0.001, 1}, {1, 2.001}, {1e308, 1}, {1, -1e308}, {NAN, 1}}) {
         countNode(raster, position, true);
@@ -63,14 +62,14 @@ TEST(MapRaster, nodesBeyondTheMapAreCountedApart) {
     EXPECT_EQ(0U, occupiedCells(raster));
 }
 
-TEST(MapRaster, aFullCellStaysFull) {
+TEST(MapRaster, fullCellStaysFull) {
     MapRaster raster = makeRaster(1, 1, {0, 0, 1, 1});
     raster.cells[0].nodes = std::numeric_limits<std::uint32_t>::max();
     countNode(raster, {0.5, 0.5}, true);
     EXPECT_EQ("4294967295k/", describe(raster));
 }
 
-TEST(MapRaster, spacingIsThatOfAnEvenSpread) {
+TEST(MapRaster, spacingMatchesEvenSpread) {
     EXPECT_EQ(0.0, nodeSpacing(makeRaster(64, 64, {0, 0, 1, 1})));
     EXPECT_DOUBLE_EQ(1.0, nodeSpacing(gridRaster(64, 1)));
     EXPECT_DOUBLE_EQ(4.0, nodeSpacing(gridRaster(64, 4)));
@@ -93,7 +92,7 @@ TEST(MapDensity, evenNodesHaveOneTone) {
     EXPECT_FALSE(measureDensity(makeRaster(4, 4, {0, 0, 1, 1})).uneven);
 }
 
-TEST(MapDensity, aRegularGridDoesNotBeatAgainstThePixels) {
+TEST(MapDensity, regularGridMakesNoMoire) {
     // 27 nodes over 10 pixels: 2 or 3 in each direction, 4 to 9 in a pixel.
     MapRaster raster = makeRaster(100, 100, {0, 0, 100, 100});
     for (int y = 0; y < 270; ++y) {
@@ -104,7 +103,7 @@ TEST(MapDensity, aRegularGridDoesNotBeatAgainstThePixels) {
     EXPECT_FALSE(measureDensity(raster).uneven);
 }
 
-TEST(MapDensity, tonesFollowTheLogarithmOfTheNumberOfNodes) {
+TEST(MapDensity, tonesFollowLogarithmOfCount) {
     MapRaster raster = makeRaster(300, 10, {0, 0, 300, 10});
     for (int i = 0; i < 3000; ++i) {
         const int column = i % 300;
@@ -117,7 +116,7 @@ TEST(MapDensity, tonesFollowTheLogarithmOfTheNumberOfNodes) {
     EXPECT_NEAR(1.0, density.tones[250], 1e-6);
 }
 
-TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
+TEST(MapShading, discsLeaveNoGapsInEvenSpread) {
     for (const int distance : {1, 2, 3, 4}) {
         const MapRaster raster = gridRaster(48, distance);
         const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
@@ -130,7 +129,7 @@ TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
     }
 }
 
-TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
+TEST(MapShading, discsLeaveNoGapsInRandomCrowd) {
     constexpr int side = 200;
     std::mt19937 random(5);
     for (const double nodesOfPixel : {2.0, 4.5, 7.0}) {
@@ -146,7 +145,7 @@ TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
     }
 }
 
-TEST(MapShading, keptNodesLieOverDroppedOnes) {
+TEST(MapShading, drawsKeptNodesOverDroppedOnes) {
     MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {0.5, 0.5}, false);
@@ -155,7 +154,7 @@ TEST(MapShading, keptNodesLieOverDroppedOnes) {
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0xFFBABABAU, 0U}), image.pixels);
 }
 
-TEST(MapShading, theNearerNodeColoursAPixel) {
+TEST(MapShading, nearerNodeColoursPixel) {
     MapRaster raster = makeRaster(7, 1, {0, 0, 7, 1});
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {4.5, 0.5}, false);
@@ -165,7 +164,7 @@ TEST(MapShading, theNearerNodeColoursAPixel) {
     EXPECT_EQ((std::vector<std::uint32_t>{kept, kept, kept, dropped, dropped, dropped, dropped}), image.pixels);
 }
 
-TEST(MapShading, radiusIsLimited) {
+TEST(MapShading, limitsRadius) {
     EXPECT_EQ(1.5, discRadius(0.0));
     EXPECT_EQ(1.5, discRadius(0.5));
     EXPECT_EQ(discRadius(2.0), discRadius(0.51));

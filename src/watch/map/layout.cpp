@@ -1,7 +1,8 @@
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace vadelwatch {
 
@@ -31,6 +32,69 @@ double largestMagnitude(const MapExtent& extent) {
 /// A double has about 16 digits. If 12 of them are larger than the frame, about a thousand steps across it remain.
 double smallestResolvedSize(const MapExtent& extent) {
     return std::max(largestMagnitude(extent) * 1e-12, 1e-290);
+}
+
+/// Margins of the map in pixels: for the title above, the labels of x below, the legend on the right.
+constexpr double topSpace = 70.0;
+constexpr double bottomSpace = 92.0;
+constexpr double rightSpace = 350.0;
+/// The left margin without the labels of y: the name of the axis, the ticks, and space.
+constexpr double leftSpace = 72.0;
+
+/// The legend needs the smaller height. The larger one fits on a screen.
+constexpr double lowestPlot = 480.0;
+constexpr double highestPlot = 1400.0;
+
+/// Minimum distances between two ticks and between two adjacent labels.
+constexpr double tickDistance = 90.0;
+constexpr double labelGap = 36.0;
+
+/// The minimum number of ticks on the y axis.
+constexpr std::size_t fewestTicks = 4;
+
+struct LabelStyle {
+    const LabelWidth& width;
+    char decimalPoint;
+};
+
+double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
+    double widest = 0.0;
+    for (const MapTick& tick : ticks) {
+        widest = std::max(widest, labelWidth(tick.label));
+    }
+    return widest;
+}
+
+/// Chooses the smallest step at which neither the ticks nor the labels of x are crowded. Both axes have the same step,
+/// so that the grid has squares. In a flat map, where y would have too few ticks, y has smaller steps.
+void chooseTicks(MapView& view, const LabelStyle& style) {
+    TickStep step = stepAtLeast(tickDistance / scaleOf(view));
+    while (true) {
+        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, style.decimalPoint);
+        const double stepWidth = valueOf(step) * scaleOf(view);
+        if (view.xTicks.size() < 2 || stepWidth >= widestLabel(view.xTicks, style.width) + labelGap) {
+            break;
+        }
+        step = stepAbove(step);
+    }
+    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+    while (view.yTicks.size() < fewestTicks) {
+        step = stepBelow(step);
+        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+    }
+}
+
+MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
+    MapView view;
+    view.plot.left = std::ceil(leftSpace + yLabelWidth);
+    view.plot.top = topSpace;
+    view.plot.width = view.pictureWidth - rightSpace - view.plot.left;
+    const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
+    view.plot.height = std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+    view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
+    view.shown = fitAspect(frame, view.plot.height / view.plot.width);
+    chooseTicks(view, style);
+    return view;
 }
 
 } // namespace
@@ -101,6 +165,27 @@ MapExtent fitAspect(const MapExtent& frame, double aspect) {
     const double addedX = (width - widthOf(frame)) / 2.0;
     const double addedY = (width * aspect - heightOf(frame)) / 2.0;
     return {frame.minX - addedX, frame.minY - addedY, frame.maxX + addedX, frame.maxY + addedY};
+}
+
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
+    const LabelStyle style{labelWidth, decimalPoint};
+    // The space for the labels of y depends on the labels, and the labels on the space. A few rounds settle it.
+    double yLabelWidth = 80.0;
+    MapView view = layOutBeside(frame, style, yLabelWidth);
+    for (int round = 0; round < 3; ++round) {
+        yLabelWidth = widestLabel(view.yTicks, labelWidth);
+        view = layOutBeside(frame, style, yLabelWidth);
+    }
+    return view;
+}
+
+double scaleOf(const MapView& view) {
+    return view.plot.width / widthOf(view.shown);
+}
+
+PixelPosition toPixel(const MapView& view, MapPosition position) {
+    return {view.plot.left + (position.x - view.shown.minX) * scaleOf(view),
+            view.plot.top + (view.shown.maxY - position.y) * scaleOf(view)};
 }
 
 } // namespace vadelwatch

@@ -1,4 +1,4 @@
-#include "watch/map/legend_words.hpp"
+#include "watch/map/legend.hpp"
 
 #include "support/german_messages.hpp"
 
@@ -19,7 +19,7 @@ const MapLegend nothing{};
 
 } // namespace
 
-TEST(MapLegendWords, inEnglish) {
+TEST(MapLegend, textsInEnglish) {
     const LegendWords words = wordsOf(much);
     EXPECT_EQ((LegendEntry{"Kept (7.7 %)", "10 315 nodes"}), words.kept);
     EXPECT_EQ((LegendEntry{"Dropped", "123 148 nodes"}), words.dropped);
@@ -31,7 +31,7 @@ TEST(MapLegendWords, inEnglish) {
     EXPECT_TRUE(words.showsDensity);
 }
 
-TEST(MapLegendWords, inGermanWithTheNumbersOfTheSummary) {
+TEST(MapLegend, textsInGerman) {
     const GermanMessages catalogue;
     const LegendWords words = wordsOf(much);
     EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Knoten"}), words.kept);
@@ -43,7 +43,7 @@ TEST(MapLegendWords, inGermanWithTheNumbersOfTheSummary) {
     EXPECT_EQ("in der Einheit der Koordinaten", words.unit);
 }
 
-TEST(MapLegendWords, oneOfEach) {
+TEST(MapLegend, textsForOneOfEach) {
     const LegendWords english = wordsOf(one);
     EXPECT_EQ((LegendEntry{"Kept (33.3 %)", "1 node"}), english.kept);
     EXPECT_EQ("1 polygon", english.boundary.count);
@@ -55,7 +55,7 @@ TEST(MapLegendWords, oneOfEach) {
     EXPECT_EQ((Notes{"1 Knoten außerhalb der Karte", "1 Zeile ohne Koordinaten"}), german.notes);
 }
 
-TEST(MapLegendWords, withoutLinesThereIsNoShareAndNothingToNote) {
+TEST(MapLegend, hasNoShareAndNoNotesWithoutLines) {
     const LegendWords words = wordsOf(nothing);
     EXPECT_EQ((LegendEntry{"Kept", "0 nodes"}), words.kept);
     EXPECT_EQ("0 polygons", words.boundary.count);
