@@ -9,6 +9,7 @@
 #include "watch/map/shading.hpp"
 #include "watch/show/messages.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <fstream>
@@ -21,25 +22,39 @@ namespace {
 /// Up to this many cells with nodes are drawn as separate discs, more of them as one image.
 constexpr std::size_t maxDiscs = 3000;
 
+/// Up to this many nodes stay in memory between the search for their extent and the count for each pixel. More of them
+/// are read a second time: 24 bytes for each would soon be more than the rest of the process.
+constexpr std::size_t maxNodesInMemory = 1'000'000;
+
 /// The data of the map.
 struct MapContent {
     MapOutlines outlines;
     NodeCounts counts;
     MapExtent points;
+    std::vector<MapNode> nodes; ///< Empty unless all are in memory.
+    bool hasAllNodes = true;
 };
 
 PictureFormat formatOf(const std::string& pictureFile) {
     return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
 }
 
-/// Reads the outlines, and counts the nodes and finds their extent in a first pass.
+/// Reads the outlines, counts the nodes and finds their extent.
 std::string readContent(const MapRequest& request, MapContent& content) {
-    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
-    if (error.empty()) {
-        error = visitNodes(request.inputDirectory, request.outputDirectory, content.counts,
-                           [&content](MapPosition position, bool) { includePosition(content.points, position); });
+    const std::string error = readMapOutlines(request.boundaryFile, content.outlines);
+    if (!error.empty()) {
+        return error;
     }
-    return error;
+    return visitNodes(request.inputDirectory, request.outputDirectory, content.counts, [&content](const MapNode& node) {
+        includePosition(content.points, node.position);
+        if (content.nodes.size() == maxNodesInMemory) {
+            content.hasAllNodes = false;
+            content.nodes = {};
+        }
+        if (content.hasAllNodes) {
+            content.nodes.push_back(node);
+        }
+    });
 }
 
 /// Shows all nodes if none was kept, because the user then wants to see where they are.
@@ -56,11 +71,15 @@ MapView layOut(const MapExtent& frame) {
     return layOutMap(addMargin(frame), labelWidth, decimalSign());
 }
 
-/// Counts the nodes of each pixel in a second pass.
-std::string countNodes(const MapRequest& request, MapRaster& raster) {
+/// Counts the nodes of each pixel.
+std::string countNodes(const MapRequest& request, const MapContent& content, MapRaster& raster) {
+    const auto count = [&raster](const MapNode& node) { countNode(raster, node.position, node.kept); };
+    if (content.hasAllNodes) {
+        std::for_each(content.nodes.begin(), content.nodes.end(), count);
+        return "";
+    }
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, counts,
-                      [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
+    return visitNodes(request.inputDirectory, request.outputDirectory, counts, count);
 }
 
 void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const MapDensity& density) {
@@ -160,7 +179,7 @@ std::string drawMap(const MapRequest& request) {
     }
     const MapView view = layOut(frame);
     MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
-    error = countNodes(request, raster);
+    error = countNodes(request, content, raster);
     if (!error.empty()) {
         return error;
     }

@@ -18,7 +18,7 @@ struct MapRequest {
 /// Returns true if a name ends in ".png" or ".svg". Another name is refused before a run.
 bool isPictureFileName(std::string_view name);
 
-/// Draws the map of a finished run. Reads the node files twice, in bounded memory.
+/// Draws the map of a finished run in bounded memory. Reads the node files once up to a million nodes, otherwise twice.
 ///
 /// @return an error message if no picture was written, empty on success.
 std::string drawMap(const MapRequest& request);

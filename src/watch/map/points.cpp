@@ -24,28 +24,33 @@ class KeptLines {
 public:
     /// A missing output file has no lines. One with another header was not made by clipping: the tool overwrites the output
     /// of an input file named total_node_count.txt with the count.
-    KeptLines(const std::string& path, std::string_view header) : reader(path) {
+    void open(const std::string& path, std::string_view header) {
+        reader.open(path);
         std::string_view outputHeader;
-        if (reader.next(outputHeader) && outputHeader == header) {
-            open = reader.next(line);
-        }
+        isOpen = reader.next(outputHeader) && outputHeader == header && reader.next(line);
     }
 
     /// Returns true if the input line equals the next output line, and goes to the one after it.
     bool take(std::string_view inputLine) {
-        if (!open || line != inputLine) {
+        if (!isOpen || line != inputLine) {
             return false;
         }
-        open = reader.next(line);
+        isOpen = reader.next(line);
         return true;
     }
 
-    bool allTaken() const { return !open; }
+    bool allTaken() const { return !isOpen; }
 
 private:
     NodeLineReader reader;
     std::string_view line;
-    bool open = false;
+    bool isOpen = false;
+};
+
+/// Reads the files of the input directory and those of the output directory.
+struct NodeReaders {
+    NodeLineReader input;
+    KeptLines output;
 };
 
 /// Lists the names of the files that may be node files, sorted.
@@ -71,20 +76,21 @@ std::string joinPath(const std::string& directory, const std::string& name) {
 }
 
 /// @return false if the output file has lines that the input file does not have.
-bool visitFile(const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
+bool visitFile(NodeReaders& readers, const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
                const NodeVisitor& visit) {
-    NodeLineReader input(inputPath);
+    readers.input.open(inputPath);
     std::string_view line;
     char separator = 0;
     std::int32_t nodeFormat = 0;
     std::string errorText;
-    if (!input.next(line) || !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
+    if (!readers.input.next(line) ||
+        !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
         return true;
     }
     ++counts.files;
-    KeptLines keptLines(outputPath, line);
-    while (input.next(line)) {
-        const bool kept = keptLines.take(line);
+    readers.output.open(outputPath, line);
+    while (readers.input.next(line)) {
+        const bool kept = readers.output.take(line);
         vadelclip::Point2D point{};
         const bool readable = vadelclip::readNodeLine(line, separator, point);
         if (kept) {
@@ -95,21 +101,28 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
             ++counts.unreadable;
         }
         if (readable) {
-            visit({point.x, point.y}, kept);
+            visit({{point.x, point.y}, kept});
         }
     }
-    return keptLines.allTaken();
+    return readers.output.allTaken();
 }
 
 } // namespace
 
 // Space for the longest line and a block of the same size after it.
-NodeLineReader::NodeLineReader(const std::string& path) : descriptor(openRegularFile(path)), buffer(2 * longestLine) {}
+NodeLineReader::NodeLineReader() : buffer(2 * longestLine) {}
 
 NodeLineReader::~NodeLineReader() {
+    open("");
+}
+
+void NodeLineReader::open(const std::string& path) {
     if (descriptor != -1) {
         close(descriptor);
     }
+    descriptor = path.empty() ? -1 : openRegularFile(path);
+    lineStart = 0;
+    filled = 0;
 }
 
 bool NodeLineReader::next(std::string_view& line) {
@@ -153,9 +166,10 @@ std::string visitNodes(const std::string& inputDirectory, const std::string& out
     if (!std::filesystem::is_directory(outputDirectory, error)) {
         return formatMessage("The output directory {0} cannot be read.", outputDirectory);
     }
+    NodeReaders readers;
     for (const std::string& name : names) {
         const std::string outputPath = joinPath(outputDirectory, name);
-        if (!visitFile(joinPath(inputDirectory, name), outputPath, counts, visit)) {
+        if (!visitFile(readers, joinPath(inputDirectory, name), outputPath, counts, visit)) {
             return formatMessage("The file {0} holds lines that its input file does not hold.", outputPath);
         }
     }

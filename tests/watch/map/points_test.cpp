@@ -19,7 +19,8 @@ using Lines = std::vector<std::string>;
 
 Lines nodeLinesOf(const std::string& content) {
     const TemporaryDirectory directory;
-    NodeLineReader reader(directory.write("a.txt", content));
+    NodeLineReader reader;
+    reader.open(directory.write("a.txt", content));
     Lines lines;
     std::string_view line;
     while (reader.next(line)) {
@@ -44,8 +45,8 @@ struct FilesOfRun {
 std::string visit(const FilesOfRun& run) {
     std::ostringstream text;
     NodeCounts counts;
-    const std::string error = visitNodes(run.input, run.output, counts, [&text](MapPosition position, bool kept) {
-        text << (kept ? "+" : "-") << position.x << " ";
+    const std::string error = visitNodes(run.input, run.output, counts, [&text](const MapNode& node) {
+        text << (node.kept ? "+" : "-") << node.position.x << " ";
     });
     text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
          << counts.unreadable << " unreadable";
@@ -61,7 +62,8 @@ TEST(MapNodeLines, endsLinesAtLineFeeds) {
     EXPECT_EQ((Lines{"a", "", "b\rc", "d"}), nodeLinesOf("a\n\nb\rc\r\nd\r\r\nlost"));
     EXPECT_EQ(Lines{}, nodeLinesOf(""));
     EXPECT_EQ(Lines{}, nodeLinesOf("no line feed"));
-    NodeLineReader missing("/no/such/file.txt");
+    NodeLineReader missing;
+    missing.open("/no/such/file.txt");
     std::string_view line;
     EXPECT_FALSE(missing.next(line));
 }
@@ -71,7 +73,8 @@ TEST(MapNodeLines, readsOnlyRegularFiles) {
     const std::string fifo = directory.pathOf("fifo");
     ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
     for (const std::string& path : {fifo, directory.path(), directory.makeLink("endless", "/dev/zero")}) {
-        NodeLineReader reader(path);
+        NodeLineReader reader;
+        reader.open(path);
         std::string_view line;
         EXPECT_FALSE(reader.next(line)) << path;
     }
@@ -94,6 +97,18 @@ TEST(MapNodeLines, readsLinesAcrossAndBeyondBlocks) {
         many += expected.back() + "\n";
     }
     EXPECT_EQ(expected, nodeLinesOf(many));
+}
+
+TEST(MapNodeLines, nextFileBeginsAnew) {
+    const TemporaryDirectory directory;
+    NodeLineReader reader;
+    reader.open(directory.write("a.txt", "a\nb\nincomplete"));
+    std::string_view line;
+    EXPECT_TRUE(reader.next(line));
+    reader.open(directory.write("b.txt", "c\n"));
+    EXPECT_TRUE(reader.next(line));
+    EXPECT_EQ("c", line);
+    EXPECT_FALSE(reader.next(line));
 }
 
 TEST(MapPoints, nodesInOutputFileAreKept) {
@@ -180,7 +195,7 @@ TEST(MapPoints, rejectsOutputFileOfAnotherInput) {
 TEST(MapPoints, reportsMissingDirectories) {
     const FilesOfRun run;
     NodeCounts counts;
-    const NodeVisitor ignore = [](MapPosition, bool) {};
+    const NodeVisitor ignore = [](const MapNode&) {};
     EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
     EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
     EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
