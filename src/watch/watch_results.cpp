@@ -3,13 +3,16 @@
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#include "watch/map/picture_file.hpp"
 #endif
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -49,16 +52,26 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
 
 #ifdef VADELWATCH_MAP
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
-    if (watch.options.mapPath.empty()) {
+    const std::string& map = watch.options.mapPath;
+    std::error_code error;
+    if (!summary.finished && !map.empty() && std::filesystem::is_regular_file(map, error)) {
+        writeErrors(watch, {formatMessage("Vadelwatch: no map was drawn; {0} is from an earlier run.", map)});
+    }
+    if (!summary.finished || map.empty()) {
         return;
+    }
+    const DrawingSignals signals(formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map) + "\n");
+    MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
+    if (!summary.addsUp) {
+        request.warning =
+            translateMessage("Do not rely on this map: the output does not add up to total_node_count.txt");
     }
     std::string problem;
     try {
-        problem = drawMap(
-            {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
-    } catch (const std::exception& error) {
-        // For example without memory. The run itself has finished.
-        problem = formatMessage("The map {0} cannot be drawn: {1}.", watch.options.mapPath, error.what());
+        problem = drawMap(request);
+    } catch (const std::exception& failure) {
+        // For example without memory. The summary is already printed.
+        problem = formatMessage("The map {0} cannot be drawn: {1}.", map, failure.what());
     }
     if (!problem.empty()) {
         reportFailure(watch, summary, "Vadelwatch: " + problem);

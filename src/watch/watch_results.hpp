@@ -38,7 +38,7 @@ void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 /// Writes the rest of the log.
 void closeLog(WatchContext& watch, RunSummary& summary);
 
-/// Draws the map of a finished run, if the options have one.
+/// Draws the map of a finished run, if the options have one. After any other run, reports a map of an earlier run.
 void drawWantedMap(WatchContext& watch, RunSummary& summary);
 
 /// Prints the summary as the options say. A reader that has gone is not a failure.

@@ -167,6 +167,7 @@ int watchRun(const WatchOptions& options) {
         summary.finished = false;
         closeLog(watch, summary);
         printSummary(watch, summary);
+        drawWantedMap(watch, summary);
         return summary.exitStatus;
     }
     writeErrors(watch, endingLines(record, watch.directories.output));
@@ -178,9 +179,7 @@ int watchRun(const WatchOptions& options) {
     printSummary(watch, summary);
     writeErrors(watch, difference);
     // Last, because it needs the most time and memory: if it fails, everything else is written.
-    if (summary.finished) {
-        drawWantedMap(watch, summary);
-    }
+    drawWantedMap(watch, summary);
     return summary.exitStatus;
 }
 

@@ -165,7 +165,7 @@ void MapCanvas::drawText(const std::string& text, PixelPosition baseline, const 
         left -= textWidth(text, style) * (style.anchor == TextAnchor::middle ? 0.5 : 1.0);
     }
     setFont(surface->context, style);
-    setColour(surface->context, {34, 34, 34});
+    setColour(surface->context, style.colour);
     cairo_move_to(surface->context, left, baseline.y);
     cairo_show_text(surface->context, text.c_str());
     cairo_new_path(surface->context);

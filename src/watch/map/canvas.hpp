@@ -46,6 +46,7 @@ struct TextStyle {
     double size = 20.0;
     TextAnchor anchor = TextAnchor::left;
     bool bold = false;
+    MapColour colour{34, 34, 34};
 };
 
 class MapCanvas {

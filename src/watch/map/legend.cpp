@@ -60,7 +60,7 @@ constexpr double longestScaleBar = 250.0;
 /// Between the legend and the right edge of the picture.
 constexpr double rightMargin = 16.0;
 
-constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left};
 
 double legendLeft(const MapView& view) {
     return view.plot.left + view.plot.width + legendGap;
@@ -77,7 +77,7 @@ void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text
 void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
     const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
     drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
-    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left, false});
+    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left});
 }
 
 using ColourOfTone = MapColour (*)(float);
@@ -115,8 +115,8 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
     const PixelRectangle bar{left, top, pixels, 9.0};
     canvas.fillRectangle({left, top, pixels / 2.0, 9.0}, ink);
     canvas.strokeRectangle(bar, ink, 1.5);
-    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
-    const TextStyle style{labelSize, TextAnchor::middle, false};
+    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
+    const TextStyle style{labelSize, TextAnchor::middle};
     const std::string label = formatLength(length, decimalSign());
     const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
@@ -164,12 +164,12 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
     for (const MapTick& tick : view.xTicks) {
         const double x = toPixel(view, {tick.value, view.shown.minY}).x;
         canvas.strokeLine({{x, bottom}, {x, bottom + 8.0}}, ink, 1.5);
-        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle, false});
+        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle});
     }
     for (const MapTick& tick : view.yTicks) {
         const double y = toPixel(view, {view.shown.minX, tick.value}).y;
         canvas.strokeLine({{view.plot.left - 8.0, y}, {view.plot.left, y}}, ink, 1.5);
-        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right, false});
+        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right});
     }
     canvas.strokeRectangle(view.plot, ink, 1.5);
     canvas.drawText("x", {view.plot.left + view.plot.width / 2.0, bottom + 66.0},
@@ -186,6 +186,14 @@ void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words
     drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
     top = drawNotes(canvas, view, words.notes, top + entryHeight);
     drawScaleBar(canvas, view, words, top + 24.0);
+}
+
+void drawWarning(MapCanvas& canvas, const MapView& view, const std::string& warning) {
+    constexpr double height = 52.0;
+    canvas.fillRectangle({view.plot.left, view.plot.top, view.plot.width, height}, warningColour);
+    TextStyle style{labelSize + 2.0, TextAnchor::middle, true, {255, 255, 255}};
+    style.size = fittingSize(style.size, canvas.textWidth(warning, style), view.plot.width - rightMargin);
+    canvas.drawText(warning, {view.plot.left + view.plot.width / 2.0, view.plot.top + height / 2.0 + 8.0}, style);
 }
 
 } // namespace vadelwatch

@@ -41,6 +41,7 @@ struct LegendWords {
 LegendWords wordsOf(const MapLegend& legend);
 
 constexpr MapColour outlineColour{208, 72, 0};
+constexpr MapColour warningColour{176, 0, 32};
 
 void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title);
 
@@ -49,6 +50,9 @@ void drawGrid(MapCanvas& canvas, const MapView& view);
 
 /// Draws the frame of the map with ticks, labels and the names of the axes.
 void drawAxes(MapCanvas& canvas, const MapView& view);
+
+/// Draws a red banner over the top of the map.
+void drawWarning(MapCanvas& canvas, const MapView& view, const std::string& warning);
 
 /// Draws the legend to the right of the map: the meaning of each colour, the number of its nodes, and the scale bar.
 /// The length of the scale bar is in the unit of the coordinates, which the files do not name.

@@ -4,16 +4,15 @@
 #include "watch/map/layout.hpp"
 #include "watch/map/legend.hpp"
 #include "watch/map/outlines.hpp"
+#include "watch/map/picture_file.hpp"
 #include "watch/map/points.hpp"
 #include "watch/map/raster.hpp"
 #include "watch/map/shading.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <fstream>
-#include <system_error>
+#include <cstring>
 
 namespace vadelwatch {
 
@@ -66,7 +65,7 @@ MapExtent frameOf(const MapContent& content) {
 MapView layOut(const MapExtent& frame) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     const auto labelWidth = [&scratch](const std::string& label) {
-        return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
+        return scratch.textWidth(label, {labelSize, TextAnchor::left});
     };
     return layOutMap(addMargin(frame), labelWidth, decimalSign());
 }
@@ -136,10 +135,10 @@ std::string titleOf(const MapRequest& request) {
                          readableText(lastComponent(request.boundaryFile)));
 }
 
-void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
+void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
                  const MapRaster& raster) {
     const MapDensity density = measureDensity(raster);
-    drawTitle(canvas, view, title);
+    drawTitle(canvas, view, titleOf(request));
     drawGrid(canvas, view);
     drawNodes(canvas, view, raster, density);
     const double outlineWidth = outlineWidthOf(content.outlines);
@@ -147,18 +146,14 @@ void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& vie
     drawAxes(canvas, view);
     const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
     drawLegend(canvas, view, wordsOf(legend), outlineWidth);
+    if (!request.warning.empty()) {
+        drawWarning(canvas, view, request.warning);
+    }
 }
 
 std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
-    errno = 0;
-    std::ofstream output(pictureFile, std::ios::binary);
-    output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    output.close();
-    if (output.fail()) {
-        return formatMessage("The map {0} cannot be written: {1}.", pictureFile,
-                             std::generic_category().message(errno));
-    }
-    return "";
+    const int error = writePictureFile(pictureFile, bytes);
+    return error == 0 ? "" : formatMessage("The map {0} cannot be written: {1}.", pictureFile, std::strerror(error));
 }
 
 } // namespace
@@ -168,6 +163,7 @@ bool isPictureFileName(std::string_view name) {
 }
 
 std::string drawMap(const MapRequest& request) {
+    removeOldPicture(request.pictureFile);
     MapContent content;
     std::string error = readContent(request, content);
     if (!error.empty()) {
@@ -184,7 +180,7 @@ std::string drawMap(const MapRequest& request) {
         return error;
     }
     MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
-    drawPicture(canvas, titleOf(request), view, content, raster);
+    drawPicture(canvas, request, view, content, raster);
     std::string bytes;
     error = canvas.finish(bytes);
     return error.empty() ? writePicture(request.pictureFile, bytes)

@@ -11,8 +11,10 @@ struct MapRequest {
     std::string inputDirectory;
     std::string outputDirectory;
     std::string boundaryFile;
-    /// Ends in ".png" or ".svg" (see `isPictureFileName`); an existing file is replaced.
+    /// Ends in ".png" or ".svg" (see `isPictureFileName`). An existing file is removed before anything is drawn.
     std::string pictureFile;
+    /// Why the output of the run is not reliable: drawn in a red banner. Empty for none.
+    std::string warning = {};
 };
 
 /// Returns true if a name ends in ".png" or ".svg". Another name is refused before a run.
