@@ -28,8 +28,8 @@ cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::s
     return surface;
 }
 
-void setColour(cairo_t* context, MapColour colour) {
-    cairo_set_source_rgb(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+void setColour(cairo_t* context, MapColour colour, double opacity = 1.0) {
+    cairo_set_source_rgba(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0, opacity);
 }
 
 void addColourStop(cairo_pattern_t* gradient, double place, MapColour colour) {
@@ -125,12 +125,20 @@ void MapCanvas::fillGradient(const PixelRectangle& rectangle, MapColour left, Ma
     cairo_pattern_destroy(gradient);
 }
 
-void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth) {
+void MapCanvas::strokeCircle(PixelPosition centre, double radius, MapColour colour, double lineWidth) {
+    constexpr double wholeTurn = 6.283185307179586;
+    setColour(surface->context, colour);
+    cairo_set_line_width(surface->context, lineWidth);
+    cairo_arc(surface->context, centre.x, centre.y, radius, 0.0, wholeTurn);
+    cairo_stroke(surface->context);
+}
+
+void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth, double opacity) {
     for (const PixelPosition& position : line) {
         // The first call begins the line, because there is no current point.
         cairo_line_to(surface->context, position.x, position.y);
     }
-    setColour(surface->context, colour);
+    setColour(surface->context, colour, opacity);
     cairo_set_line_width(surface->context, lineWidth);
     cairo_stroke(surface->context);
 }

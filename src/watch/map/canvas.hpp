@@ -68,7 +68,9 @@ public:
     void fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right);
 
     /// Draws a line with round joins and ends, so a line of length 0 is a dot.
-    void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth);
+    void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth, double opacity = 1.0);
+
+    void strokeCircle(PixelPosition centre, double radius, MapColour colour, double lineWidth);
 
     /// Fills discs of one radius and colour, as one shape.
     void fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour);

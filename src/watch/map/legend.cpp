@@ -31,14 +31,24 @@ std::string keptName(const NodeCounts& counts) {
     if (all == 0) {
         return translateMessage("Kept");
     }
-    const double percent = 100.0 * static_cast<double>(counts.kept) / static_cast<double>(all);
-    return formatMessage("Kept ({0} %)", decimalNumber(percent, 1));
+    return formatMessage("Kept ({0} %)", percentNumber(counts.kept, all));
 }
 
 std::vector<std::string> notesOf(const MapLegend& legend) {
     std::vector<std::string> notes;
     if (legend.showsDensity) {
         notes.push_back(translateMessage("Darker: more nodes in one place"));
+    }
+    if (legend.hasMarkers) {
+        notes.push_back(translateMessage("Circle: smaller than 10 pixels"));
+    } else if (legend.outlines.small > 0) {
+        notes.push_back(formatMessage("{0} smaller than 10 pixels", polygonsText(legend.outlines.small)));
+    }
+    if (legend.outlines.beyond > 0) {
+        notes.push_back(formatMessage("{0} reaching beyond the map", polygonsText(legend.outlines.beyond)));
+    }
+    if (legend.outlines.tooShort > 0) {
+        notes.push_back(formatMessage("{0} with fewer than 3 vertices", polygonsText(legend.outlines.tooShort)));
     }
     if (legend.outside > 0) {
         notes.push_back(formatMessage("{0} outside the map", nodesText(legend.outside)));
@@ -129,7 +139,7 @@ LegendWords wordsOf(const MapLegend& legend) {
     LegendWords words;
     words.kept = {keptName(legend.counts), nodesText(legend.counts.kept)};
     words.dropped = {translateMessage("Dropped"), nodesText(legend.counts.dropped)};
-    words.boundary = {translateMessage("Boundary"), polygonsText(legend.polygons)};
+    words.boundary = {translateMessage("Boundary"), polygonsText(legend.outlines.all)};
     words.showsDensity = legend.showsDensity;
     words.notes = notesOf(legend);
     words.unit = translateMessage("in units of the coordinates");

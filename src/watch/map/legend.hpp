@@ -4,6 +4,7 @@
 
 #include "watch/map/canvas.hpp"
 #include "watch/map/layout.hpp"
+#include "watch/map/outline_layer.hpp"
 #include "watch/map/points.hpp"
 
 #include <cstddef>
@@ -17,8 +18,9 @@ namespace vadelwatch {
 struct MapLegend {
     NodeCounts counts;
     std::uint64_t outside = 0; ///< Nodes outside the part that is shown.
-    std::size_t polygons = 0;
+    OutlineCounts outlines;
     bool showsDensity = false; ///< Darker means more nodes.
+    bool hasMarkers = false;   ///< Circles around what is too small to be seen.
 };
 
 /// The name of a colour or a line, and the number of things drawn with it.
@@ -40,7 +42,6 @@ struct LegendWords {
 
 LegendWords wordsOf(const MapLegend& legend);
 
-constexpr MapColour outlineColour{208, 72, 0};
 constexpr MapColour warningColour{176, 0, 32};
 
 void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title);

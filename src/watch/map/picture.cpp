@@ -3,6 +3,7 @@
 #include "watch/map/canvas.hpp"
 #include "watch/map/layout.hpp"
 #include "watch/map/legend.hpp"
+#include "watch/map/outline_layer.hpp"
 #include "watch/map/outlines.hpp"
 #include "watch/map/picture_file.hpp"
 #include "watch/map/points.hpp"
@@ -11,7 +12,6 @@
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace vadelwatch {
@@ -29,7 +29,8 @@ constexpr std::size_t maxNodesInMemory = 1'000'000;
 struct MapContent {
     MapOutlines outlines;
     NodeCounts counts;
-    MapExtent points;
+    MapExtent kept;
+    MapExtent dropped;
     std::vector<MapNode> nodes; ///< Empty unless all are in memory.
     bool hasAllNodes = true;
 };
@@ -45,7 +46,7 @@ std::string readContent(const MapRequest& request, MapContent& content) {
         return error;
     }
     return visitNodes(request.inputDirectory, request.outputDirectory, content.counts, [&content](const MapNode& node) {
-        includePosition(content.points, node.position);
+        includePosition(node.kept ? content.kept : content.dropped, node.position);
         if (content.nodes.size() == maxNodesInMemory) {
             content.hasAllNodes = false;
             content.nodes = {};
@@ -59,7 +60,8 @@ std::string readContent(const MapRequest& request, MapContent& content) {
 /// Shows all nodes if none was kept, because the user then wants to see where they are.
 MapExtent frameOf(const MapContent& content) {
     const MapExtent outlines = extentOf(content.outlines);
-    return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
+    const MapExtent points = joinExtents(content.kept, content.dropped);
+    return content.counts.kept == 0 ? joinExtents(points, outlines) : chooseFrame(points, outlines);
 }
 
 MapView layOut(const MapExtent& frame) {
@@ -93,41 +95,14 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     canvas.endClip();
 }
 
-/// Returns the vertices in pixels, without those too close to the one before to be seen: an outline may have more
-/// vertices than the picture has pixels.
-std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
-    constexpr double minStep = 0.4;
-    std::vector<PixelPosition> pixels{toPixel(view, line.front())};
-    for (std::size_t i = 1; i < line.size(); ++i) {
-        const PixelPosition next = toPixel(view, line[i]);
-        const double step = std::hypot(next.x - pixels.back().x, next.y - pixels.back().y);
-        if (step >= minStep || i + 1 == line.size()) {
-            pixels.push_back(next);
-        }
-    }
-    return pixels;
-}
-
-/// Returns a smaller width for outlines of so much detail that wide lines would fill their bays.
-double outlineWidthOf(const MapOutlines& outlines) {
-    constexpr std::size_t manyVertices = 2000;
-    std::size_t vertices = 0;
-    for (const std::vector<MapPosition>& outline : outlines) {
-        vertices += outline.size();
-    }
-    return vertices > manyVertices ? 1.2 : 2.4;
-}
-
-void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
-    // Clipped a little outside the map, so that the cut ends are not visible.
-    const MapExtent window = addMargin(view.shown);
-    canvas.beginClip(view.plot);
-    for (const std::vector<MapPosition>& outline : outlines) {
-        for (const std::vector<MapPosition>& line : clipOutline(outline, window)) {
-            canvas.strokeLine(lineInPixels(view, line), outlineColour, lineWidth);
-        }
-    }
-    canvas.endClip();
+/// Draws circles around what is too small to be seen.
+/// @return true if there is any.
+bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content) {
+    bool hasMarkers = drawMarker(canvas, view, content.dropped, droppedColour(1.0F), translateMessage("Dropped"));
+    hasMarkers = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || hasMarkers;
+    const MapExtent outlines = extentOf(content.outlines);
+    return drawMarker(canvas, view, outlines, outlineColour, translateMessage("Boundary")) ||
+           markSmallOutlines(canvas, view, content.outlines) || hasMarkers;
 }
 
 std::string titleOf(const MapRequest& request) {
@@ -143,8 +118,13 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
     drawNodes(canvas, view, raster, density);
     const double outlineWidth = outlineWidthOf(content.outlines);
     drawOutlines(canvas, view, content.outlines, outlineWidth);
+    if (occupiedCells(raster) > maxDiscs) {
+        canvas.drawImage(shadeKeptCells(raster, density, 0.75F), {view.plot.left, view.plot.top});
+    }
+    const bool hasMarkers = drawMarkers(canvas, view, content);
     drawAxes(canvas, view);
-    const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
+    const MapLegend legend{content.counts, raster.outside, countOutlines(content.outlines, view), density.uneven,
+                           hasMarkers};
     drawLegend(canvas, view, wordsOf(legend), outlineWidth);
     if (!request.warning.empty()) {
         drawWarning(canvas, view, request.warning);

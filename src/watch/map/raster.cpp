@@ -21,15 +21,15 @@ int cellOf(double distance, double length, int cells) {
     return std::clamp(static_cast<int>(distance / length * cells), 0, cells - 1);
 }
 
-/// Adds up the cells of the block at this corner, which the end of the raster may cut.
-double nodesOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
-    double nodes = 0.0;
+/// Returns the number of cells with a node in the block at this corner. The block may extend beyond the raster.
+double occupiedCellsOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
+    double occupied = 0.0;
     for (int row = firstRow; row < std::min(firstRow + blockSide, raster.height); ++row) {
         for (int column = firstColumn; column < std::min(firstColumn + blockSide, raster.width); ++column) {
-            nodes += raster.cells[indexOf(raster, column, row)].nodes;
+            occupied += raster.cells[indexOf(raster, column, row)].nodes > 0 ? 1.0 : 0.0;
         }
     }
-    return nodes;
+    return occupied;
 }
 
 /// The average of a cell includes this many cells on each of its sides.
@@ -112,16 +112,16 @@ std::size_t occupiedCells(const MapRaster& raster) {
 }
 
 double nodeSpacing(const MapRaster& raster) {
-    double nodes = 0.0;
+    double occupied = 0.0;
     double coveredBlocks = 0.0;
     for (int row = 0; row < raster.height; row += blockSide) {
         for (int column = 0; column < raster.width; column += blockSide) {
-            const double nodesHere = nodesOfBlock(raster, column, row);
-            nodes += nodesHere;
-            coveredBlocks += nodesHere > 0.0 ? 1.0 : 0.0;
+            const double occupiedHere = occupiedCellsOfBlock(raster, column, row);
+            occupied += occupiedHere;
+            coveredBlocks += occupiedHere > 0.0 ? 1.0 : 0.0;
         }
     }
-    return nodes > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / nodes) : 0.0;
+    return occupied > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / occupied) : 0.0;
 }
 
 MapDensity measureDensity(const MapRaster& raster) {

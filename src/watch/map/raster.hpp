@@ -36,8 +36,8 @@ void countNode(MapRaster& raster, MapPosition position, bool kept);
 /// Returns the number of cells with a node.
 std::size_t occupiedCells(const MapRaster& raster);
 
-/// Returns the distance between neighbouring nodes, in cells, as if they were spread evenly over the part of the raster
-/// that has nodes nearby. Returns 0 if there are no nodes.
+/// Returns the distance between neighbouring cells with nodes, in cells, as if they were spread evenly over the part of the
+/// raster that has nodes nearby. Nodes in the same cell make no difference. Returns 0 if there are no nodes.
 double nodeSpacing(const MapRaster& raster);
 
 struct MapDensity {

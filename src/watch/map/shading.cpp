@@ -126,13 +126,8 @@ MapColour droppedColour(float tone) {
 }
 
 double discRadius(double nodeSpacing) {
-    // Crowded nodes at random positions leave some pixels empty: a share of e^-n for n nodes a pixel. From four nodes
-    // on, it is enough that a disc covers the four pixels around its own. From one node on, it must cover the eight
-    // around it, as it does for a spacing of 2.
-    constexpr double toNextPixel = 1.5;
-    if (nodeSpacing <= 0.5) {
-        return toNextPixel;
-    }
+    // At least the eight pixels around a node, because crowded nodes at random positions leave some pixels empty: a share of
+    // e^-n for n nodes per pixel.
     const double spacing = std::max(std::ceil(nodeSpacing), 2.0);
     // Discs around the corners of a square cover it if their radius is at least half its diagonal. Centres are whole
     // pixels, so at a spacing of 3.1 some are 4 apart.
@@ -156,6 +151,16 @@ PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double
         } else {
             blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
             blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+        }
+    }
+    return image;
+}
+
+PixelImage shadeKeptCells(const MapRaster& raster, const MapDensity& density, float opacity) {
+    PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        if (raster.cells[i].anyKept) {
+            blend(image.pixels[i], keptColour(density.tones[i]), opacity);
         }
     }
     return image;

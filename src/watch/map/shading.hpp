@@ -18,6 +18,9 @@ double discRadius(double nodeSpacing);
 /// Draws the nodes as an image of the raster's size, transparent where there are none.
 PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius);
 
+/// Draws only the pixels of kept nodes. Drawn over the outlines, so that these do not hide the nodes of a narrow polygon.
+PixelImage shadeKeptCells(const MapRaster& raster, const MapDensity& density, float opacity);
+
 /// Draws one disc for each cell with nodes. For few cells this is small and sharp in SVG.
 void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
                PixelPosition corner);

@@ -165,11 +165,28 @@ TEST(MapShading, nearerNodeColoursPixel) {
 }
 
 TEST(MapShading, limitsRadius) {
-    EXPECT_EQ(1.5, discRadius(0.0));
-    EXPECT_EQ(1.5, discRadius(0.5));
-    EXPECT_EQ(discRadius(2.0), discRadius(0.51));
+    EXPECT_EQ(discRadius(2.0), discRadius(0.0));
+    EXPECT_EQ(discRadius(2.0), discRadius(1.01));
     EXPECT_EQ(4.0, discRadius(10.0));
     EXPECT_EQ(6.0, discRadius(16.0));
+}
+
+TEST(MapShading, discsKeepTheirSizeWhereNodesCoincide) {
+    MapRaster raster = gridRaster(64, 8);
+    const double radius = discRadius(nodeSpacing(raster));
+    for (int i = 0; i < 5000; ++i) {
+        countNode(raster, {0.5, 0.5}, true);
+    }
+    EXPECT_EQ(radius, discRadius(nodeSpacing(raster)));
+}
+
+TEST(MapShading, keptCellsAreSinglePixels) {
+    MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
+    countNode(raster, {0.5, 0.5}, true);
+    countNode(raster, {1.5, 0.5}, false);
+    EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0U, 0U}),
+              shadeKeptCells(raster, measureDensity(raster), 1.0F).pixels);
+    EXPECT_EQ(0x80U, shadeKeptCells(raster, measureDensity(raster), 0.5F).pixels[0] >> 24U);
 }
 
 } // namespace vadelwatch
