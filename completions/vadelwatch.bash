@@ -25,7 +25,7 @@ _vadelwatch() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     case $ended${COMP_WORDS[index]} in
     --) ended="behind " ;;
-    --lang | --log | --map)
+    --lang | --log | --map | --map-colour)
       # The value, and an equals sign in front of it.
       [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
       ((index++))
@@ -40,6 +40,10 @@ _vadelwatch() {
     mapfile -t COMPREPLY < <(compgen -W "de en" -- "$current")
     return
     ;;
+  --map-colour)
+    mapfile -t COMPREPLY < <(compgen -W "density elevation" -- "$current")
+    return
+    ;;
   --log | --map)
     _vadelwatch_offer_files -f -- "$current"
     return
@@ -47,7 +51,7 @@ _vadelwatch() {
   esac
 
   if [[ $ended$current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --quiet --version -h" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --map-colour --quiet --version -h" -- "$current")
     return
   fi
 

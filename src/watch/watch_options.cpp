@@ -55,6 +55,10 @@ void addOptions(CLI::App& app, WatchOptions& options) {
         ->type_name("FILE")
         ->check(requireFileName)
         ->check(requirePictureFileName);
+    app.add_option("--map-colour", options.mapColour, "What colours the kept points: density or elevation")
+        ->type_name("BY")
+        ->check(CLI::IsMember({"density", "elevation"}))
+        ->needs("--map");
 #endif
 }
 

@@ -18,8 +18,9 @@ struct WatchOptions {
     std::optional<std::string> language;
     bool quiet = false;
     bool json = false;
-    std::string logPath; ///< Empty for no log.
-    std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
+    std::string logPath;               ///< Empty for no log.
+    std::string mapPath;               ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
+    std::string mapColour = "density"; ///< Or "elevation".
 };
 
 /// What reading the command line led to: options, or the end of the process.

@@ -62,6 +62,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     }
     const DrawingSignals signals(formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map) + "\n");
     MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
+    request.showsElevation = watch.options.mapColour == "elevation";
     if (!summary.addsUp) {
         request.warning =
             translateMessage("Do not rely on this map: the output does not add up to total_node_count.txt");

@@ -150,6 +150,10 @@ TEST(WatchOptions, acceptsPictureNames) {
     const CommandLineOutcome outcome = read({"a", "--map", "m.svg", "b", "c"});
     ASSERT_TRUE(outcome.options) << outcome.standardError;
     EXPECT_EQ("m.svg", outcome.options->mapPath);
+    EXPECT_EQ("density", outcome.options->mapColour);
+    const CommandLineOutcome elevation = read({"a", "--map", "m.svg", "b", "c", "--map-colour=elevation"});
+    ASSERT_TRUE(elevation.options) << elevation.standardError;
+    EXPECT_EQ("elevation", elevation.options->mapColour);
 }
 
 TEST(WatchOptions, refusesNamesOfNoPicture) {
@@ -158,6 +162,8 @@ TEST(WatchOptions, refusesNamesOfNoPicture) {
     EXPECT_EQ("--map: the name must end in .png or .svg: m.jpg\nRun with --help for more information.\n",
               read({"a", "b", "c", "--map", "m.jpg"}).standardError);
     EXPECT_FALSE(read({"a", "b", "c", "--map="}).options);
+    EXPECT_FALSE(read({"a", "b", "c", "--map-colour=elevation"}).options);
+    EXPECT_FALSE(read({"a", "b", "c", "--map=m.png", "--map-colour=height"}).options);
 }
 #else
 TEST(WatchOptions, hasNoMapWithoutItsLibrary) {

@@ -114,11 +114,13 @@ void MapCanvas::strokeRectangle(const PixelRectangle& rectangle, MapColour colou
     cairo_stroke(surface->context);
 }
 
-void MapCanvas::fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right) {
+void MapCanvas::fillGradient(const PixelRectangle& rectangle, const std::vector<MapColour>& colours) {
     cairo_pattern_t* const gradient =
         cairo_pattern_create_linear(rectangle.left, 0.0, rectangle.left + rectangle.width, 0.0);
-    addColourStop(gradient, 0.0, left);
-    addColourStop(gradient, 1.0, right);
+    const auto last = static_cast<double>(colours.size() - 1);
+    for (std::size_t i = 0; i < colours.size(); ++i) {
+        addColourStop(gradient, static_cast<double>(i) / last, colours[i]);
+    }
     cairo_set_source(surface->context, gradient);
     addRectangle(surface->context, rectangle);
     cairo_fill(surface->context);

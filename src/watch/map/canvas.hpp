@@ -65,7 +65,8 @@ public:
     void strokeRectangle(const PixelRectangle& rectangle, MapColour colour, double lineWidth);
 
     /// Fills a rectangle with colours that change evenly from its left to its right side.
-    void fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right);
+    /// @param colours at least two.
+    void fillGradient(const PixelRectangle& rectangle, const std::vector<MapColour>& colours);
 
     /// Draws a line with round joins and ends, so a line of length 0 is a dot.
     void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth, double opacity = 1.0);

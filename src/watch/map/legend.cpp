@@ -5,6 +5,7 @@
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vadelwatch {
 
@@ -36,9 +37,6 @@ std::string keptName(const NodeCounts& counts) {
 
 std::vector<std::string> notesOf(const MapLegend& legend) {
     std::vector<std::string> notes;
-    if (legend.showsDensity) {
-        notes.push_back(translateMessage("Darker: more nodes in one place"));
-    }
     if (legend.hasMarkers) {
         notes.push_back(translateMessage("Circle: smaller than 10 pixels"));
     } else if (legend.outlines.small > 0) {
@@ -53,10 +51,19 @@ std::vector<std::string> notesOf(const MapLegend& legend) {
     if (legend.outside > 0) {
         notes.push_back(formatMessage("{0} outside the map", nodesText(legend.outside)));
     }
+    if (legend.counts.withoutElevation > 0) {
+        notes.push_back(formatMessage("{0} kept without elevation", nodesText(legend.counts.withoutElevation)));
+    }
     if (legend.counts.unreadable > 0) {
         notes.push_back(unreadableText(legend.counts.unreadable));
     }
     return notes;
+}
+
+/// Returns the number with as many decimals as a range needs.
+std::string rampNumber(float number, float range) {
+    const int decimals = range > 0.0F ? std::clamp(2 - static_cast<int>(std::floor(std::log10(range))), 0, 6) : 2;
+    return decimalNumber(static_cast<double>(number), decimals);
 }
 
 constexpr double legendGap = 44.0;
@@ -90,12 +97,10 @@ void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const Leg
     drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left});
 }
 
-using ColourOfTone = MapColour (*)(float);
-
 void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
                    const LegendEntry& entry) {
     const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
-    canvas.fillGradient(swatch, colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F));
+    canvas.fillGradient(swatch, {colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F)});
     drawEntryText(canvas, view, top, entry);
 }
 
@@ -114,6 +119,35 @@ double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::
         top += lineHeight;
     }
     return top;
+}
+
+std::vector<MapColour> elevationRamp() {
+    std::vector<MapColour> colours;
+    for (int i = 0; i <= 8; ++i) {
+        colours.push_back(elevationColour(static_cast<float>(i) / 8.0F));
+    }
+    return colours;
+}
+
+/// Draws the colours of elevations, or those of kept over those of dropped nodes, with the numbers at both ends.
+/// @return the top of the next item.
+double drawRamp(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
+    constexpr double width = 250.0;
+    constexpr double height = 20.0;
+    const double left = legendLeft(view);
+    drawFitting(canvas, view, words.ramp, {left, top + 17.0}, noteStyle);
+    const PixelRectangle bar{left, top + lineHeight, width, height};
+    if (words.showsElevation) {
+        canvas.fillGradient(bar, elevationRamp());
+    } else {
+        canvas.fillGradient({bar.left, bar.top, width, height / 2.0}, {keptColour(0.0F), keptColour(1.0F)});
+        canvas.fillGradient({bar.left, bar.top + height / 2.0, width, height / 2.0},
+                            {droppedColour(0.0F), droppedColour(1.0F)});
+    }
+    const double baseline = bar.top + height + 22.0;
+    canvas.drawText(words.low, {left, baseline}, noteStyle);
+    canvas.drawText(words.high, {left + width, baseline}, {noteStyle.size, TextAnchor::right});
+    return baseline + 20.0;
 }
 
 /// Draws two halves, filled and empty, with the length in the unit of the data.
@@ -141,6 +175,16 @@ LegendWords wordsOf(const MapLegend& legend) {
     words.dropped = {translateMessage("Dropped"), nodesText(legend.counts.dropped)};
     words.boundary = {translateMessage("Boundary"), polygonsText(legend.outlines.all)};
     words.showsDensity = legend.showsDensity;
+    words.showsElevation = legend.showsElevation;
+    if (legend.showsElevation) {
+        words.ramp = translateMessage("Elevation of kept nodes");
+        words.low = rampNumber(legend.low, legend.high - legend.low);
+        words.high = rampNumber(legend.high, legend.high - legend.low);
+    } else if (legend.showsDensity) {
+        words.ramp = translateMessage("Nodes per pixel");
+        words.low = rampNumber(legend.low, std::max(legend.low, 10.0F));
+        words.high = rampNumber(legend.high, std::max(legend.low, 10.0F));
+    }
     words.notes = notesOf(legend);
     words.unit = translateMessage("in units of the coordinates");
     return words;
@@ -189,12 +233,21 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
 
 void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
     double top = view.plot.top;
-    drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
+    if (words.showsElevation) {
+        canvas.fillGradient({legendLeft(view), top, swatchWidth, swatchHeight}, elevationRamp());
+        drawEntryText(canvas, view, top, words.kept);
+    } else {
+        drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
+    }
     top += entryHeight;
     drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
     top += entryHeight;
     drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
-    top = drawNotes(canvas, view, words.notes, top + entryHeight);
+    top += entryHeight;
+    if (!words.ramp.empty()) {
+        top = drawRamp(canvas, view, words, top);
+    }
+    top = drawNotes(canvas, view, words.notes, top);
     drawScaleBar(canvas, view, words, top + 24.0);
 }
 

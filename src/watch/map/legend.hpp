@@ -21,6 +21,10 @@ struct MapLegend {
     OutlineCounts outlines;
     bool showsDensity = false; ///< Darker means more nodes.
     bool hasMarkers = false;   ///< Circles around what is too small to be seen.
+    bool showsElevation = false;
+    /// The numbers at the ends of the ramp: elevations, or nodes per pixel.
+    float low = 0.0F;
+    float high = 0.0F;
 };
 
 /// The name of a colour or a line, and the number of things drawn with it.
@@ -36,6 +40,10 @@ struct LegendWords {
     LegendEntry dropped;
     LegendEntry boundary;
     bool showsDensity = false;
+    bool showsElevation = false;
+    std::string ramp; ///< What the numbers at its ends are. Empty for no ramp.
+    std::string low;
+    std::string high;
     std::vector<std::string> notes; ///< Each is a line.
     std::string unit;               ///< Of the scale bar.
 };

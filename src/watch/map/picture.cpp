@@ -45,16 +45,19 @@ std::string readContent(const MapRequest& request, MapContent& content) {
     if (!error.empty()) {
         return error;
     }
-    return visitNodes(request.inputDirectory, request.outputDirectory, content.counts, [&content](const MapNode& node) {
-        includePosition(node.kept ? content.kept : content.dropped, node.position);
-        if (content.nodes.size() == maxNodesInMemory) {
-            content.hasAllNodes = false;
-            content.nodes = {};
-        }
-        if (content.hasAllNodes) {
-            content.nodes.push_back(node);
-        }
-    });
+    return visitNodes(
+        request.inputDirectory, request.outputDirectory, content.counts,
+        [&content](const MapNode& node) {
+            includePosition(node.kept ? content.kept : content.dropped, node.position);
+            if (content.nodes.size() == maxNodesInMemory) {
+                content.hasAllNodes = false;
+                content.nodes = {};
+            }
+            if (content.hasAllNodes) {
+                content.nodes.push_back(node);
+            }
+        },
+        request.showsElevation);
 }
 
 /// Shows all nodes if none was kept, because the user then wants to see where they are.
@@ -74,23 +77,23 @@ MapView layOut(const MapExtent& frame) {
 
 /// Counts the nodes of each pixel.
 std::string countNodes(const MapRequest& request, const MapContent& content, MapRaster& raster) {
-    const auto count = [&raster](const MapNode& node) { countNode(raster, node.position, node.kept); };
+    const auto count = [&raster](const MapNode& node) { countNode(raster, node.position, node.kept, node.elevation); };
     if (content.hasAllNodes) {
         std::for_each(content.nodes.begin(), content.nodes.end(), count);
         return "";
     }
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, counts, count);
+    return visitNodes(request.inputDirectory, request.outputDirectory, counts, count, request.showsElevation);
 }
 
-void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const MapDensity& density) {
+void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const NodeShades& shades) {
     const double radius = discRadius(nodeSpacing(raster));
     const PixelPosition corner{view.plot.left, view.plot.top};
     canvas.beginClip(view.plot);
     if (occupiedCells(raster) <= maxDiscs) {
-        drawDiscs(canvas, raster, density, radius, corner);
+        drawDiscs(canvas, raster, shades, radius, corner);
     } else {
-        canvas.drawImage(shadeNodes(raster, density, radius), corner);
+        canvas.drawImage(shadeNodes(raster, shades, radius), corner);
     }
     canvas.endClip();
 }
@@ -113,18 +116,23 @@ std::string titleOf(const MapRequest& request) {
 void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
                  const MapRaster& raster) {
     const MapDensity density = measureDensity(raster);
+    const MapElevations elevations = measureElevations(raster);
+    const bool showsElevation = !elevations.tones.empty();
+    const NodeShades shades = showsElevation ? NodeShades(density, elevations) : NodeShades(density);
     drawTitle(canvas, view, titleOf(request));
     drawGrid(canvas, view);
-    drawNodes(canvas, view, raster, density);
+    drawNodes(canvas, view, raster, shades);
     const double outlineWidth = outlineWidthOf(content.outlines);
     drawOutlines(canvas, view, content.outlines, outlineWidth);
     if (occupiedCells(raster) > maxDiscs) {
-        canvas.drawImage(shadeKeptCells(raster, density, 0.75F), {view.plot.left, view.plot.top});
+        canvas.drawImage(shadeKeptCells(raster, shades, 0.75F), {view.plot.left, view.plot.top});
     }
     const bool hasMarkers = drawMarkers(canvas, view, content);
     drawAxes(canvas, view);
-    const MapLegend legend{content.counts, raster.outside, countOutlines(content.outlines, view), density.uneven,
-                           hasMarkers};
+    MapLegend legend{content.counts, raster.outside, countOutlines(content.outlines, view),
+                     density.uneven, hasMarkers,     showsElevation};
+    legend.low = showsElevation ? elevations.low : density.low;
+    legend.high = showsElevation ? elevations.high : density.high;
     drawLegend(canvas, view, wordsOf(legend), outlineWidth);
     if (!request.warning.empty()) {
         drawWarning(canvas, view, request.warning);
@@ -154,7 +162,8 @@ std::string drawMap(const MapRequest& request) {
         return translateMessage("There is nothing to draw: no node has a position and the boundary has no vertex.");
     }
     const MapView view = layOut(frame);
-    MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
+    MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown,
+                                  request.showsElevation);
     error = countNodes(request, content, raster);
     if (!error.empty()) {
         return error;

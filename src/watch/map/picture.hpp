@@ -15,6 +15,8 @@ struct MapRequest {
     std::string pictureFile;
     /// Why the output of the run is not reliable: drawn in a red banner. Empty for none.
     std::string warning = {};
+    /// Colours kept nodes by their elevation, not by their density.
+    bool showsElevation = false;
 };
 
 /// Returns true if a name ends in ".png" or ".svg". Another name is refused before a run.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
@@ -49,6 +51,7 @@ private:
 
 /// Reads the files of the input directory and those of the output directory.
 struct NodeReaders {
+    bool readElevations;
     NodeLineReader input;
     KeptLines output;
 };
@@ -101,7 +104,12 @@ bool visitFile(NodeReaders& readers, const std::string& inputPath, const std::st
             ++counts.unreadable;
         }
         if (readable) {
-            visit({{point.x, point.y}, kept});
+            MapNode node{{point.x, point.y}, kept};
+            if (kept && readers.readElevations) {
+                node.elevation = elevationOf(line, separator);
+                counts.withoutElevation += std::isnan(node.elevation) ? 1U : 0U;
+            }
+            visit(node);
         }
     }
     return readers.output.allTaken();
@@ -155,8 +163,30 @@ bool NodeLineReader::readBlock() {
     return received > 0;
 }
 
+float elevationOf(std::string_view line, char separator) {
+    constexpr const char* whiteSpace = " \t\r\v\f";
+    const auto skipWhiteSpace = [&line] {
+        line.remove_prefix(std::min(line.find_first_not_of(whiteSpace), line.size()));
+    };
+    for (int column = 0; column < 2; ++column) {
+        skipWhiteSpace();
+        line.remove_prefix(std::min(line.find(separator), line.size() - 1) + 1);
+    }
+    skipWhiteSpace();
+    if (line.starts_with('+')) {
+        line.remove_prefix(1);
+    }
+    float elevation = 0.0F;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), elevation);
+    line.remove_prefix(static_cast<std::size_t>(end - line.data()));
+    const bool isWhole = line.empty() || line.front() == separator ||
+                         std::string_view(whiteSpace).find(line.front()) != std::string_view::npos;
+    return error == std::errc() && isWhole && std::isfinite(elevation) ? elevation
+                                                                       : std::numeric_limits<float>::quiet_NaN();
+}
+
 std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
-                       const NodeVisitor& visit) {
+                       const NodeVisitor& visit, bool readElevations) {
     counts = NodeCounts();
     std::vector<std::string> names;
     if (!listFiles(inputDirectory, names)) {
@@ -166,7 +196,7 @@ std::string visitNodes(const std::string& inputDirectory, const std::string& out
     if (!std::filesystem::is_directory(outputDirectory, error)) {
         return formatMessage("The output directory {0} cannot be read.", outputDirectory);
     }
-    NodeReaders readers;
+    NodeReaders readers{readElevations, {}, {}};
     for (const std::string& name : names) {
         const std::string outputPath = joinPath(outputDirectory, name);
         if (!visitFile(readers, joinPath(inputDirectory, name), outputPath, counts, visit)) {

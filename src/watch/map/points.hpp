@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,12 +51,19 @@ struct NodeCounts {
     std::uint64_t kept = 0;
     std::uint64_t dropped = 0;
     std::uint64_t unreadable = 0;
+    /// Kept nodes whose third column is not a number. 0 unless elevations are read.
+    std::uint64_t withoutElevation = 0;
 };
 
 struct MapNode {
     MapPosition position;
     bool kept = false;
+    /// NaN for a node without elevation, and for all nodes unless elevations are read.
+    float elevation = std::numeric_limits<float>::quiet_NaN();
 };
+
+/// Returns the number in the third column of a node line, or NaN if there is none.
+float elevationOf(std::string_view line, char separator);
 
 using NodeVisitor = std::function<void(const MapNode& node)>;
 
@@ -71,6 +79,6 @@ using NodeVisitor = std::function<void(const MapNode& node)>;
 ///         input file does not have, so that the two do not belong to one run. Part of the nodes may have been visited
 ///         then.
 std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
-                       const NodeVisitor& visit);
+                       const NodeVisitor& visit, bool readElevations = false);
 
 } // namespace vadelwatch

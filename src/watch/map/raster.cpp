@@ -81,16 +81,17 @@ float toneOf(float average, float low, float high) {
 
 } // namespace
 
-MapRaster makeRaster(int width, int height, const MapExtent& shown) {
+MapRaster makeRaster(int width, int height, const MapExtent& shown, bool showsElevation) {
     MapRaster raster;
     raster.width = width;
     raster.height = height;
     raster.shown = shown;
     raster.cells.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    raster.elevations.resize(showsElevation ? raster.cells.size() : 0);
     return raster;
 }
 
-void countNode(MapRaster& raster, MapPosition position, bool kept) {
+void countNode(MapRaster& raster, MapPosition position, bool kept, float elevation) {
     const MapExtent& shown = raster.shown;
     if (!holds(shown, position)) {
         ++raster.outside;
@@ -98,12 +99,18 @@ void countNode(MapRaster& raster, MapPosition position, bool kept) {
     }
     const int column = cellOf(position.x - shown.minX, widthOf(shown), raster.width);
     const int row = cellOf(shown.maxY - position.y, heightOf(shown), raster.height);
-    RasterCell& cell = raster.cells[indexOf(raster, column, row)];
+    const std::size_t index = indexOf(raster, column, row);
+    RasterCell& cell = raster.cells[index];
     if (cell.nodes < std::numeric_limits<std::uint32_t>::max()) {
         ++cell.nodes;
     }
     cell.anyKept = cell.anyKept || kept;
     cell.anyDropped = cell.anyDropped || !kept;
+    if (!raster.elevations.empty() && !std::isnan(elevation)) {
+        CellElevation& mean = raster.elevations[index];
+        ++mean.nodes;
+        mean.mean += (elevation - mean.mean) / static_cast<float>(mean.nodes);
+    }
 }
 
 std::size_t occupiedCells(const MapRaster& raster) {
@@ -135,6 +142,8 @@ MapDensity measureDensity(const MapRaster& raster) {
     }
     const float low = percentile(sample, 0.02);
     const float high = percentile(sample, 0.98);
+    density.low = low;
+    density.high = high;
     density.uneven = high >= unevenRatio * low;
     for (float& tone : density.tones) {
         if (tone > 0.0F) {
@@ -142,6 +151,27 @@ MapDensity measureDensity(const MapRaster& raster) {
         }
     }
     return density;
+}
+
+MapElevations measureElevations(const MapRaster& raster) {
+    MapElevations elevations;
+    std::vector<float> sample;
+    for (const CellElevation& cell : raster.elevations) {
+        if (cell.nodes > 0) {
+            sample.push_back(cell.mean);
+        }
+    }
+    if (sample.empty()) {
+        return elevations;
+    }
+    elevations.low = percentile(sample, 0.02);
+    elevations.high = percentile(sample, 0.98);
+    const float range = elevations.high - elevations.low;
+    for (const CellElevation& cell : raster.elevations) {
+        const float tone = range > 0.0F ? std::clamp((cell.mean - elevations.low) / range, 0.0F, 1.0F) : evenTone;
+        elevations.tones.push_back(cell.nodes > 0 ? tone : -1.0F);
+    }
+    return elevations;
 }
 
 } // namespace vadelwatch

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace vadelwatch {
@@ -18,20 +19,30 @@ struct RasterCell {
     bool anyDropped = false;
 };
 
+/// The mean elevation of the kept nodes in a cell.
+struct CellElevation {
+    float mean = 0.0F;
+    std::uint32_t nodes = 0;
+};
+
 /// Cells in rows from top to bottom: the first row has the largest y.
 struct MapRaster {
     int width = 0;
     int height = 0;
     MapExtent shown;
     std::vector<RasterCell> cells;
+    /// One for each cell, or empty if elevations are not shown.
+    std::vector<CellElevation> elevations;
     /// Nodes outside `shown`.
     std::uint64_t outside = 0;
 };
 
 /// @param shown the data at the limits of the raster. Its width and height are greater than 0.
-MapRaster makeRaster(int width, int height, const MapExtent& shown);
+MapRaster makeRaster(int width, int height, const MapExtent& shown, bool showsElevation = false);
 
-void countNode(MapRaster& raster, MapPosition position, bool kept);
+/// @param elevation NaN for none.
+void countNode(MapRaster& raster, MapPosition position, bool kept,
+               float elevation = std::numeric_limits<float>::quiet_NaN());
 
 /// Returns the number of cells with a node.
 std::size_t occupiedCells(const MapRaster& raster);
@@ -45,10 +56,25 @@ struct MapDensity {
     bool uneven = false;
     /// One for each cell, from 0 (light) to 1 (dark). 0 for a cell without nodes.
     std::vector<float> tones;
+    /// Nodes per cell at tones 0 and 1.
+    float low = 0.0F;
+    float high = 0.0F;
 };
 
 /// Averages the counts over small squares, because a regular grid of nodes and the grid of pixels make a moiré
 /// pattern. Then spreads their logarithms from the 2nd to the 98th percentile over all tones.
 MapDensity measureDensity(const MapRaster& raster);
+
+/// How kept nodes are coloured by their elevation.
+struct MapElevations {
+    /// One for each cell, from 0 to 1; -1 for a cell without elevation. Empty if there is no elevation at all.
+    std::vector<float> tones;
+    /// Elevations at tones 0 and 1: the 2nd and the 98th percentile of the cells, so that a few wrong values do not take all
+    /// colours.
+    float low = 0.0F;
+    float high = 0.0F;
+};
+
+MapElevations measureElevations(const MapRaster& raster);
 
 } // namespace vadelwatch

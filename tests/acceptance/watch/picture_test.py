@@ -140,6 +140,15 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
                           for x in range(300, 1100))
         self.assertGreater(blueColumns, 700)
 
+    def test_elevationColoursKeptNodes(self):
+        self.giveJob({"a.xyz": HEADER + b"2;2;10\n5;5;20\n8;8;?\n20;5;30\n"})
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.svg", "--map-colour=elevation"), status=0)
+        picture = SvgPicture(self.content("map.svg"))
+        # The lowest, those of the mean and above, and one without elevation.
+        for colour in ((33, 144, 141), (60, 60, 60), DROPPED):
+            self.assertEqual(1, len(picture.strokesOf(colour)), colour)
+        self.assertEqual([], picture.strokesOf(KEPT))
+
     def test_tinyBoundaryHasACircle(self):
         picture = self.drawJob([[(500000, 0), (500010, 0), (500010, 10)]], [(x, x % 7) for x in range(50)])
         colours = [picture.pixel(x, y) for y in range(71, 540) for x in range(160, 1245)]

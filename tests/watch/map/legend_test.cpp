@@ -2,6 +2,7 @@
 
 #include "support/german_messages.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -24,9 +25,9 @@ TEST(MapLegend, textsInEnglish) {
     EXPECT_EQ((LegendEntry{"Kept (7.7 %)", "10 315 nodes"}), words.kept);
     EXPECT_EQ((LegendEntry{"Dropped", "123 148 nodes"}), words.dropped);
     EXPECT_EQ((LegendEntry{"Boundary", "12 polygons"}), words.boundary);
-    EXPECT_EQ((Notes{"Darker: more nodes in one place", "40 polygons smaller than 10 pixels",
-                     "2 polygons reaching beyond the map", "3 polygons with fewer than 3 vertices",
-                     "5 678 nodes outside the map", "1 234 lines without a position"}),
+    EXPECT_EQ((Notes{"40 polygons smaller than 10 pixels", "2 polygons reaching beyond the map",
+                     "3 polygons with fewer than 3 vertices", "5 678 nodes outside the map",
+                     "1 234 lines without a position"}),
               words.notes);
     EXPECT_EQ("in units of the coordinates", words.unit);
     EXPECT_TRUE(words.showsDensity);
@@ -38,9 +39,9 @@ TEST(MapLegend, textsInGerman) {
     EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Knoten"}), words.kept);
     EXPECT_EQ((LegendEntry{"Verworfen", "123 148 Knoten"}), words.dropped);
     EXPECT_EQ((LegendEntry{"Grenze", "12 Polygone"}), words.boundary);
-    EXPECT_EQ((Notes{"Dunkler: Knoten liegen dichter", "40 Polygone kleiner als 10 Pixel",
-                     "2 Polygone teilweise außerhalb der Karte", "3 Polygone mit weniger als 3 Ecken",
-                     "5 678 Knoten außerhalb der Karte", "1 234 Zeilen ohne Koordinaten"}),
+    EXPECT_EQ((Notes{"40 Polygone kleiner als 10 Pixel", "2 Polygone teilweise außerhalb der Karte",
+                     "3 Polygone mit weniger als 3 Ecken", "5 678 Knoten außerhalb der Karte",
+                     "1 234 Zeilen ohne Koordinaten"}),
               words.notes);
     EXPECT_EQ("in der Einheit der Koordinaten", words.unit);
 }
@@ -81,6 +82,23 @@ TEST(MapLegend, shareIsZeroOrAllOnlyIfExact) {
     EXPECT_EQ("Kept (100.0 %)", nameFor(5, 0));
     const GermanMessages catalogue;
     EXPECT_EQ("Behalten (<0,1 %)", nameFor(1, 9999));
+}
+
+TEST(MapLegend, rampHasNumbersOfDensityOrElevation) {
+    MapLegend legend = much;
+    legend.low = 1.25F;
+    legend.high = 300.0F;
+    const LegendWords density = wordsOf(legend);
+    EXPECT_EQ("Nodes per pixel 1.2 300.0", density.ramp + " " + density.low + " " + density.high);
+    legend.showsElevation = true;
+    legend.low = -1200.4F;
+    const LegendWords elevation = wordsOf(legend);
+    EXPECT_EQ("Elevation of kept nodes -1200 300", elevation.ramp + " " + elevation.low + " " + elevation.high);
+    legend.low = 299.91F;
+    EXPECT_EQ("299.9100", wordsOf(legend).low);
+    legend.counts.withoutElevation = 2;
+    EXPECT_THAT(wordsOf(legend).notes, testing::Contains("2 nodes kept without elevation"));
+    EXPECT_EQ("", wordsOf(one).ramp);
 }
 
 } // namespace vadelwatch

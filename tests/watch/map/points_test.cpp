@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
@@ -199,6 +200,33 @@ TEST(MapPoints, reportsMissingDirectories) {
     EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
     EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
     EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
+}
+
+TEST(MapPoints, readsElevationFromThirdColumn) {
+    EXPECT_EQ(3.5F, elevationOf("1;2;3.5", ';'));
+    EXPECT_EQ(3.5F, elevationOf("1 m; 2 ; +3.5;9", ';'));
+    EXPECT_EQ(-4e2F, elevationOf("  1  2   -4e2 x", ' '));
+    EXPECT_EQ(7.0F, elevationOf("1\t2\t7 m", '\t'));
+    for (const char* const line :
+         {"", "1;2", "1;2;", "1;2;x", "1;2;3,5", "1;2;nan", "1;2;inf", "1;2;1e99", "1;2;--3"}) {
+        EXPECT_TRUE(std::isnan(elevationOf(line, ';'))) << line;
+    }
+}
+
+TEST(MapPoints, countsKeptNodesWithoutElevation) {
+    const FilesOfRun run;
+    run.write("a.xyz", "x;y;z\n1;1;5\n2;1;?\n3;1;?\n", "x;y;z\n1;1;5\n2;1;?\n");
+    NodeCounts counts;
+    std::vector<float> elevations;
+    const NodeVisitor visit = [&elevations](const MapNode& node) { elevations.push_back(node.elevation); };
+    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit, true));
+    EXPECT_EQ(1U, counts.withoutElevation);
+    ASSERT_EQ(3U, elevations.size());
+    EXPECT_EQ(5.0F, elevations[0]);
+    EXPECT_TRUE(std::isnan(elevations[1]) && std::isnan(elevations[2]));
+    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit));
+    EXPECT_EQ(0U, counts.withoutElevation);
+    EXPECT_TRUE(std::isnan(elevations[3]));
 }
 
 } // namespace vadelwatch

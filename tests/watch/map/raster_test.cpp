@@ -189,4 +189,52 @@ TEST(MapShading, keptCellsAreSinglePixels) {
     EXPECT_EQ(0x80U, shadeKeptCells(raster, measureDensity(raster), 0.5F).pixels[0] >> 24U);
 }
 
+TEST(MapElevation, tonesFollowMeanElevationOfCells) {
+    MapRaster raster = makeRaster(4, 1, {0, 0, 4, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 100.0F);
+    countNode(raster, {1.5, 0.5}, true, 100.0F);
+    countNode(raster, {1.5, 0.5}, true, 200.0F);
+    countNode(raster, {2.5, 0.5}, true, 300.0F);
+    countNode(raster, {3.5, 0.5}, true);
+    const MapElevations elevations = measureElevations(raster);
+    // The 98th percentile of three cells is the second one.
+    EXPECT_EQ(100.0F, elevations.low);
+    EXPECT_EQ(150.0F, elevations.high);
+    EXPECT_EQ((std::vector<float>{0.0F, 1.0F, 1.0F, -1.0F}), elevations.tones);
+}
+
+TEST(MapElevation, equalElevationsHaveOneTone) {
+    MapRaster raster = makeRaster(2, 1, {0, 0, 2, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 7.0F);
+    countNode(raster, {1.5, 0.5}, true, 7.0F);
+    EXPECT_EQ((std::vector<float>{0.5F, 0.5F}), measureElevations(raster).tones);
+}
+
+TEST(MapElevation, fewWrongValuesDoNotTakeAllColours) {
+    MapRaster raster = makeRaster(100, 1, {0, 0, 100, 1}, true);
+    for (int i = 0; i < 100; ++i) {
+        countNode(raster, {i + 0.5, 0.5}, true, i == 50 ? -9999.0F : static_cast<float>(i));
+    }
+    EXPECT_LE(0.0F, measureElevations(raster).low);
+}
+
+TEST(MapElevation, isEmptyWithoutElevations) {
+    MapRaster raster = makeRaster(1, 1, {0, 0, 1, 1}, true);
+    countNode(raster, {0.5, 0.5}, true);
+    EXPECT_TRUE(measureElevations(raster).tones.empty());
+    EXPECT_TRUE(measureElevations(makeRaster(1, 1, {0, 0, 1, 1})).tones.empty());
+}
+
+TEST(MapShading, elevationHasColoursOfViridis) {
+    MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 1.0F);
+    countNode(raster, {1.5, 0.5}, true, 2.0F);
+    countNode(raster, {2.5, 0.5}, true);
+    const MapDensity density = measureDensity(raster);
+    MapElevations elevations = measureElevations(raster);
+    elevations.tones[1] = 1.0F;
+    const PixelImage image = shadeNodes(raster, {density, elevations}, 0.5);
+    EXPECT_EQ((std::vector<std::uint32_t>{0xFF21908DU, 0xFFFDE725U, 0xFF3C3C3CU}), image.pixels);
+}
+
 } // namespace vadelwatch
