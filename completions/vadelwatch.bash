@@ -25,7 +25,7 @@ _vadelwatch() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     case $ended${COMP_WORDS[index]} in
     --) ended="behind " ;;
-    --lang | --log | --map | --map-colour)
+    --lang | --log | --map | --map-colour | --map-size)
       # The value, and an equals sign in front of it.
       [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
       ((index++))
@@ -51,7 +51,7 @@ _vadelwatch() {
   esac
 
   if [[ $ended$current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --map-colour --quiet --version -h" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --map-colour --map-size --quiet --version -h" -- "$current")
     return
   fi
 

@@ -7,7 +7,7 @@
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
-  nlohmann-json3-dev libcli11-dev libcairo2-dev libutfcpp-dev pkgconf)
+  nlohmann-json3-dev libcli11-dev libcairo2-dev libpango1.0-dev libutfcpp-dev pkgconf)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgeos++-dev locales python3 clang-format
   clang-tidy cppcheck valgrind)
 coverage_packages=("${test_packages[@]}" gcovr)

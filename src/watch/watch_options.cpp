@@ -31,6 +31,10 @@ std::string requireFileName(const std::string& path) {
 std::string requirePictureFileName(const std::string& path) {
     return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
 }
+
+std::string requirePictureSize(const std::string& size) {
+    return readPictureSize(size) ? "" : "must be WIDTHxHEIGHT, from 800x600 to 4096x4096: " + size;
+}
 #endif
 
 void addArguments(CLI::App& app, WatchOptions& options) {
@@ -59,6 +63,10 @@ void addOptions(CLI::App& app, WatchOptions& options) {
         ->type_name("BY")
         ->check(CLI::IsMember({"density", "elevation"}))
         ->needs("--map");
+    app.add_option("--map-size", options.mapSize, "Size of the map in pixels, from 800x600 to 4096x4096")
+        ->type_name("WIDTHxHEIGHT")
+        ->check(requirePictureSize)
+        ->needs("--map");
 #endif
 }
 
@@ -80,6 +88,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     CommandLineOutcome outcome;
     try {
         app.parse(argc, argv);
+#ifdef VADELWATCH_MAP
+        options.worldFilePath = worldFileOf(options.mapPath);
+#endif
         outcome.options = options;
     } catch (const CLI::ParseError& error) {
         std::ostringstream output;

@@ -8,7 +8,10 @@
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
+#include <fmt/chrono.h>
+
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <filesystem>
 #include <limits>
@@ -63,6 +66,9 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     const DrawingSignals signals(formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map) + "\n");
     MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
+    request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());
+    const std::time_t now = std::time(nullptr);
+    request.date = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(now));
     if (!summary.addsUp) {
         request.warning =
             translateMessage("Do not rely on this map: the output does not add up to total_node_count.txt");

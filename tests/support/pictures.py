@@ -5,7 +5,6 @@ import xml.etree.ElementTree
 import zlib
 
 NAMESPACE = "{http://www.w3.org/2000/svg}"
-LINK = "{http://www.w3.org/1999/xlink}href"
 
 
 class SvgPicture:
@@ -13,7 +12,8 @@ class SvgPicture:
         root = xml.etree.ElementTree.fromstring(content)
         self.strokes = []  # (colour, points of each line) in the order of drawing, as are all of these
         self.fills = []
-        self.texts = []  # (x, y, glyphs)
+        self.texts = []  # (x, y, text)
+        self.title = root.find(NAMESPACE + "title").text
         for element in root:
             if element.tag != NAMESPACE + "defs":
                 self.read(element)
@@ -24,27 +24,16 @@ class SvgPicture:
             stroked = style["stroke"] != "none"
             (self.strokes if stroked else self.fills).append(
                 (colourOf(style["stroke" if stroked else "fill"]), linesOf(element.get("d"))))
-        uses = element.findall(NAMESPACE + "use")
-        if uses:
-            self.texts.append((float(uses[0].get("x")), float(uses[0].get("y")), [use.get(LINK) for use in uses]))
+        if element.tag == NAMESPACE + "text":
+            self.texts.append((float(element.get("x")), float(element.get("y")), element.text))
         for child in element:
             self.read(child)
 
     def strokesOf(self, colour):
         return [lines for stroke, lines in self.strokes if stroke == colour]
 
-    def holdsTexts(self, expected):
-        """Returns true if the texts are these, in this order. Letters are shapes: each letter of a font has its own shape."""
-        letters = {}
-        shapes = {}
-        for (_, _, glyphs), text in zip(self.texts, expected):
-            if len(glyphs) != len(text):
-                return False
-            for glyph, letter in zip(glyphs, text):
-                font = glyph.split("-")[0]
-                if letters.setdefault(glyph, letter) != letter or shapes.setdefault((font, letter), glyph) != glyph:
-                    return False
-        return len(self.texts) == len(expected)
+    def words(self):
+        return [text for _, _, text in self.texts]
 
 
 def colourOf(text):

@@ -151,6 +151,10 @@ TEST(WatchOptions, acceptsPictureNames) {
     ASSERT_TRUE(outcome.options) << outcome.standardError;
     EXPECT_EQ("m.svg", outcome.options->mapPath);
     EXPECT_EQ("density", outcome.options->mapColour);
+    EXPECT_EQ("", outcome.options->mapSize + outcome.options->worldFilePath);
+    const CommandLineOutcome sized = read({"a", "--map", "d/m.png", "b", "c", "--map-size", "900x800"});
+    ASSERT_TRUE(sized.options) << sized.standardError;
+    EXPECT_EQ("900x800 d/m.pgw", sized.options->mapSize + " " + sized.options->worldFilePath);
     const CommandLineOutcome elevation = read({"a", "--map", "m.svg", "b", "c", "--map-colour=elevation"});
     ASSERT_TRUE(elevation.options) << elevation.standardError;
     EXPECT_EQ("elevation", elevation.options->mapColour);
@@ -164,6 +168,9 @@ TEST(WatchOptions, refusesNamesOfNoPicture) {
     EXPECT_FALSE(read({"a", "b", "c", "--map="}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map-colour=elevation"}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map=m.png", "--map-colour=height"}).options);
+    EXPECT_EQ(
+        "--map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\nRun with --help for more information.\n",
+        read({"a", "b", "c", "--map=m.png", "--map-size=9x9"}).standardError);
 }
 #else
 TEST(WatchOptions, hasNoMapWithoutItsLibrary) {

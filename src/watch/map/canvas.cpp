@@ -2,8 +2,11 @@
 
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <fmt/format.h>
+#include <pango/pangocairo.h>
 #include <utf8.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <filesystem>
@@ -40,10 +43,49 @@ void addRectangle(cairo_t* context, const PixelRectangle& rectangle) {
     cairo_rectangle(context, rectangle.left, rectangle.top, rectangle.width, rectangle.height);
 }
 
-void setFont(cairo_t* context, const TextStyle& style) {
-    cairo_select_font_face(context, "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(context, style.size);
+struct FreeObject {
+    void operator()(void* object) const { g_object_unref(object); }
+};
+
+using TextLayout = std::unique_ptr<PangoLayout, FreeObject>;
+
+TextLayout layOutText(cairo_t* context, const std::string& text, const TextStyle& style) {
+    TextLayout layout(pango_cairo_create_layout(context));
+    PangoFontDescription* const font = pango_font_description_from_string("sans-serif");
+    pango_font_description_set_absolute_size(font, style.size * PANGO_SCALE);
+    pango_font_description_set_weight(font, style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+    pango_layout_set_font_description(layout.get(), font);
+    pango_font_description_free(font);
+    pango_layout_set_text(layout.get(), text.c_str(), -1);
+    return layout;
+}
+
+std::string escapedForXml(const std::string& text) {
+    char* const escaped = g_markup_escape_text(text.c_str(), -1);
+    std::string result(escaped);
+    g_free(escaped);
+    return result;
+}
+
+/// Returns a text element of SVG. The library for drawing writes letters as shapes, so that no program could search them.
+std::string textElement(const std::string& text, PixelPosition baseline, const TextStyle& style) {
+    constexpr std::array anchors{"start", "middle", "end"};
+    return fmt::format(
+        "<text x=\"{:.2f}\" y=\"{:.2f}\" font-family=\"sans-serif\" font-size=\"{:.2f}\" font-weight=\"{}\" "
+        "text-anchor=\"{}\" fill=\"#{:02x}{:02x}{:02x}\">{}</text>\n",
+        baseline.x, baseline.y, style.size, style.bold ? "bold" : "normal",
+        anchors.at(static_cast<std::size_t>(style.anchor)), style.colour.red, style.colour.green, style.colour.blue,
+        escapedForXml(text));
+}
+
+/// Inserts the title after the start tag of an SVG picture, and the texts before its end tag.
+void insertTexts(std::string& bytes, const std::string& title, const std::string& texts) {
+    const std::size_t end = bytes.rfind("</svg>");
+    const std::size_t start = bytes.find('>', bytes.find("<svg"));
+    if (end != std::string::npos && start != std::string::npos) {
+        bytes.insert(end, texts);
+        bytes.insert(start + 1, "\n<title>" + escapedForXml(title) + "</title>");
+    }
 }
 
 cairo_surface_t* copyImage(const PixelImage& image) {
@@ -74,10 +116,14 @@ struct MapCanvas::Surface {
     cairo_t* context;
     /// The status of an image that could not be made.
     cairo_status_t imageStatus;
+    std::string title;
+    /// The text elements of an SVG picture.
+    std::string texts;
 };
 
-MapCanvas::MapCanvas(PictureFormat format, int width, int height)
-    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS})) {
+MapCanvas::MapCanvas(PictureFormat format, int width, int height, std::string title)
+    : surface(std::make_unique<Surface>(
+          Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS, std::move(title), {}})) {
     surface->target = makeSurface(format, width, height, surface->bytes);
     surface->context = cairo_create(surface->target);
     cairo_set_line_join(surface->context, CAIRO_LINE_JOIN_ROUND);
@@ -170,22 +216,27 @@ void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
 }
 
 void MapCanvas::drawText(const std::string& text, PixelPosition baseline, const TextStyle& style) {
+    if (surface->format == PictureFormat::svg) {
+        surface->texts += textElement(text, baseline, style);
+        return;
+    }
     double left = baseline.x;
     if (style.anchor != TextAnchor::left) {
         left -= textWidth(text, style) * (style.anchor == TextAnchor::middle ? 0.5 : 1.0);
     }
-    setFont(surface->context, style);
+    const TextLayout layout = layOutText(surface->context, text, style);
+    const double ascent = static_cast<double>(pango_layout_get_baseline(layout.get())) / PANGO_SCALE;
     setColour(surface->context, style.colour);
-    cairo_move_to(surface->context, left, baseline.y);
-    cairo_show_text(surface->context, text.c_str());
+    cairo_move_to(surface->context, left, baseline.y - ascent);
+    pango_cairo_show_layout(surface->context, layout.get());
     cairo_new_path(surface->context);
 }
 
 double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
-    setFont(surface->context, style);
-    cairo_text_extents_t extents;
-    cairo_text_extents(surface->context, text.c_str(), &extents);
-    return extents.x_advance;
+    const TextLayout layout = layOutText(surface->context, text, style);
+    int width = 0;
+    pango_layout_get_size(layout.get(), &width, nullptr);
+    return static_cast<double>(width) / PANGO_SCALE;
 }
 
 std::string MapCanvas::finish(std::string& bytes) {
@@ -201,6 +252,9 @@ std::string MapCanvas::finish(std::string& bytes) {
         status = cairo_surface_status(surface->target);
     }
     bytes = std::move(surface->bytes);
+    if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::svg) {
+        insertTexts(bytes, surface->title, surface->texts);
+    }
     return status == CAIRO_STATUS_SUCCESS ? "" : cairo_status_to_string(status);
 }
 
@@ -217,12 +271,29 @@ std::string fitText(std::string text, double widest, const std::function<double(
     if (widthOfText(text) <= widest) {
         return text;
     }
-    while (!text.empty() && widthOfText(text + std::string(ellipsis)) > widest) {
-        auto lastCharacter = text.end();
-        utf8::prior(lastCharacter, text.begin());
-        text.erase(lastCharacter, text.end());
+    // The characters before and after the ellipsis. Each time the longer part loses the one next to it.
+    std::string after;
+    std::swap(text, after);
+    const auto length = utf8::distance(after.begin(), after.end());
+    auto middle = after.begin();
+    utf8::advance(middle, length / 2, after.end());
+    text.assign(after.begin(), middle);
+    after.erase(after.begin(), middle);
+    while (!text.empty() || !after.empty()) {
+        if (text.size() > after.size()) {
+            auto last = text.end();
+            utf8::prior(last, text.begin());
+            text.erase(last, text.end());
+        } else {
+            auto first = after.begin();
+            utf8::next(first, after.end());
+            after.erase(after.begin(), first);
+        }
+        if (widthOfText(text + std::string(ellipsis) + after) <= widest) {
+            break;
+        }
     }
-    return text + std::string(ellipsis);
+    return text + std::string(ellipsis) + after;
 }
 
 double fittingSize(double size, double widthAtSize, double widest) {

@@ -52,7 +52,8 @@ struct TextStyle {
 class MapCanvas {
 public:
     /// Makes a white picture. An SVG picture has one user unit for each pixel.
-    MapCanvas(PictureFormat format, int width, int height);
+    /// @param title valid UTF-8: the title element of an SVG picture. Not drawn.
+    MapCanvas(PictureFormat format, int width, int height, std::string title = {});
     MapCanvas(const MapCanvas&) = delete;
     MapCanvas& operator=(const MapCanvas&) = delete;
     ~MapCanvas();
@@ -79,11 +80,14 @@ public:
     /// Draws an image with its top left corner at a position, pixel by pixel.
     void drawImage(const PixelImage& image, PixelPosition corner);
 
+    /// Draws a text over everything else of an SVG picture, as a text element in the sans-serif font of the viewer. In a PNG
+    /// picture, characters that the font does not have are in another one.
+    ///
     /// @param text     valid UTF-8 in one line; see `readableText`.
     /// @param baseline position of the anchor on the baseline of the letters.
     void drawText(const std::string& text, PixelPosition baseline, const TextStyle& style);
 
-    /// Returns the distance from the start of the text to the start of the next letter. Ignores the anchor.
+    /// Returns the width in the font of this system. Ignores the anchor.
     double textWidth(const std::string& text, const TextStyle& style);
 
     /// Ends the drawing; nothing may be drawn afterwards.
@@ -100,7 +104,7 @@ private:
 /// and one that is not UTF-8 would make the drawing fail.
 std::string readableText(std::string_view bytes);
 
-/// Shortens valid UTF-8 with an ellipsis at its end until it is at most `widest` wide.
+/// Shortens valid UTF-8 with an ellipsis in its middle until it is at most `widest` wide.
 std::string fitText(std::string text, double widest, const std::function<double(const std::string&)>& widthOfText);
 
 /// Returns the size at which a text is at most `widest` wide: `size`, or less if the text is wider at that size.

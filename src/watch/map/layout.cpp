@@ -35,7 +35,7 @@ double smallestResolvedSize(const MapExtent& extent) {
 }
 
 /// Margins of the map in pixels: for the title above, the labels of x below, the legend on the right.
-constexpr double topSpace = 70.0;
+constexpr double topSpace = 92.0;
 constexpr double bottomSpace = 92.0;
 constexpr double rightSpace = 350.0;
 /// The left margin without the labels of y: the name of the axis, the ticks, and space.
@@ -55,6 +55,7 @@ constexpr std::size_t fewestTicks = 4;
 struct LabelStyle {
     const LabelWidth& width;
     char decimalPoint;
+    PictureSize size;
 };
 
 double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
@@ -86,11 +87,13 @@ void chooseTicks(MapView& view, const LabelStyle& style) {
 
 MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
     MapView view;
+    view.pictureWidth = style.size.width;
     view.plot.left = std::ceil(leftSpace + yLabelWidth);
     view.plot.top = topSpace;
     view.plot.width = view.pictureWidth - rightSpace - view.plot.left;
     const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
-    view.plot.height = std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+    view.plot.height = style.size.height > 0 ? style.size.height - topSpace - bottomSpace
+                                             : std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
     view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
     view.shown = fitAspect(frame, view.plot.height / view.plot.width);
     chooseTicks(view, style);
@@ -167,8 +170,8 @@ MapExtent fitAspect(const MapExtent& frame, double aspect) {
     return {frame.minX - addedX, frame.minY - addedY, frame.maxX + addedX, frame.maxY + addedY};
 }
 
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
-    const LabelStyle style{labelWidth, decimalPoint};
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint, PictureSize size) {
+    const LabelStyle style{labelWidth, decimalPoint, size};
     // The space for the labels of y depends on the labels, and the labels on the space. A few rounds settle it.
     double yLabelWidth = 80.0;
     MapView view = layOutBeside(frame, style, yLabelWidth);

@@ -62,9 +62,9 @@ MapExtent fitAspect(const MapExtent& frame, double aspect);
 /// Returns the width of a text at the size of the tick labels, in pixels.
 using LabelWidth = std::function<double(const std::string&)>;
 
-/// The picture is 1600 pixels wide, and its height depends on the data. Both axes have the same scale.
+/// Both axes have the same scale.
 struct MapView {
-    int pictureWidth = 1600;
+    int pictureWidth = 0;
     int pictureHeight = 0;
     /// The map within the picture, in whole pixels.
     PixelRectangle plot;
@@ -74,13 +74,19 @@ struct MapView {
     std::vector<MapTick> yTicks;
 };
 
+/// Width and height of a picture in pixels.
+struct PictureSize {
+    int width = 1600;
+    int height = 0; ///< 0 for a height that depends on the data.
+};
+
 /// Size of the tick labels and all plain texts, in pixels.
 constexpr double labelSize = 20.0;
 
 /// @param frame        the part of the data that must be visible; not empty. The map shows more if the frame is too
 ///                     wide or too high for the picture.
 /// @param decimalPoint the decimal sign of the labels.
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint = '.');
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint = '.', PictureSize size = {});
 
 /// Returns the number of pixels for one unit of the data.
 double scaleOf(const MapView& view);

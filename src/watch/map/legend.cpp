@@ -190,12 +190,24 @@ LegendWords wordsOf(const MapLegend& legend) {
     return words;
 }
 
-void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title) {
+std::string titleText(const std::string& input, const std::string& boundary) {
+    return formatMessage("{0} clipped to {1}", input, boundary);
+}
+
+void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title) {
     const TextStyle style{labelSize + 6.0, TextAnchor::left, true};
+    const TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
+    const auto widthOf = [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); };
     const double widest = view.pictureWidth - view.plot.left - legendGap;
-    const std::string fitting =
-        fitText(title, widest, [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); });
-    canvas.drawText(fitting, {view.plot.left, view.plot.top - 24.0}, style);
+    const double widestNames = widest - widthOf(titleText("", ""));
+    const double inputWidth = std::max(widestNames / 2.0, widestNames - widthOf(title.boundary));
+    const std::string input = fitText(title.input, inputWidth, widthOf);
+    const std::string boundary = fitText(title.boundary, widestNames - widthOf(input), widthOf);
+    canvas.drawText(titleText(input, boundary), {view.plot.left, view.plot.top - 46.0}, style);
+    const std::string details = fitText(title.details, widest, [&canvas, &detailStyle](const std::string& text) {
+        return canvas.textWidth(text, detailStyle);
+    });
+    canvas.drawText(details, {view.plot.left, view.plot.top - 18.0}, detailStyle);
 }
 
 void drawGrid(MapCanvas& canvas, const MapView& view) {

@@ -52,7 +52,18 @@ LegendWords wordsOf(const MapLegend& legend);
 
 constexpr MapColour warningColour{176, 0, 32};
 
-void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title);
+/// Names and paths for the title, in valid UTF-8.
+struct MapTitle {
+    std::string input;
+    std::string boundary;
+    std::string details; ///< In small letters below the title.
+};
+
+/// Returns the text of the title.
+std::string titleText(const std::string& input, const std::string& boundary);
+
+/// Draws the title. Shortens long names, and keeps the words between them.
+void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title);
 
 /// Draws faint lines at the ticks. Called before everything else of the map is drawn.
 void drawGrid(MapCanvas& canvas, const MapView& view);

@@ -11,8 +11,12 @@
 #include "watch/map/shading.hpp"
 #include "watch/show/messages.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <charconv>
 #include <cstring>
+#include <system_error>
 
 namespace vadelwatch {
 
@@ -67,12 +71,12 @@ MapExtent frameOf(const MapContent& content) {
     return content.counts.kept == 0 ? joinExtents(points, outlines) : chooseFrame(points, outlines);
 }
 
-MapView layOut(const MapExtent& frame) {
+MapView layOut(const MapExtent& frame, PictureSize size) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     const auto labelWidth = [&scratch](const std::string& label) {
         return scratch.textWidth(label, {labelSize, TextAnchor::left});
     };
-    return layOutMap(addMargin(frame), labelWidth, decimalSign());
+    return layOutMap(addMargin(frame), labelWidth, decimalSign(), size);
 }
 
 /// Counts the nodes of each pixel.
@@ -108,9 +112,17 @@ bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& conte
            markSmallOutlines(canvas, view, content.outlines) || hasMarkers;
 }
 
-std::string titleOf(const MapRequest& request) {
-    return formatMessage("{0} clipped to {1}", readableText(lastComponent(request.inputDirectory)),
-                         readableText(lastComponent(request.boundaryFile)));
+MapTitle titleOf(const MapRequest& request) {
+    return {readableText(lastComponent(request.inputDirectory)), readableText(lastComponent(request.boundaryFile)),
+            formatMessage("Input {0}, output {1}, boundary {2}, {3}", readableText(request.inputDirectory),
+                          readableText(request.outputDirectory), readableText(request.boundaryFile), request.date)};
+}
+
+/// Returns the six lines of a world file: size of a pixel, rotation, and position of the middle of the top left pixel.
+std::string worldFileText(const MapView& view) {
+    const double unit = 1.0 / scaleOf(view);
+    return fmt::format("{}\n0\n0\n{}\n{}\n{}\n", unit, -unit, view.shown.minX + (0.5 - view.plot.left) * unit,
+                       view.shown.maxY - (0.5 - view.plot.top) * unit);
 }
 
 void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
@@ -150,8 +162,27 @@ bool isPictureFileName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".svg");
 }
 
+std::string worldFileOf(const std::string& pictureFile) {
+    constexpr std::string_view suffix = ".png";
+    return pictureFile.ends_with(suffix) ? pictureFile.substr(0, pictureFile.size() - suffix.size()) + ".pgw" : "";
+}
+
+std::optional<PictureSize> readPictureSize(std::string_view text) {
+    PictureSize size;
+    const char* const end = text.data() + text.size();
+    const auto width = std::from_chars(text.data(), end, size.width);
+    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') {
+        return std::nullopt;
+    }
+    const auto height = std::from_chars(width.ptr + 1, end, size.height);
+    const bool isInRange = size.width >= 800 && size.width <= 4096 && size.height >= 600 && size.height <= 4096;
+    return height.ec == std::errc() && height.ptr == end && isInRange ? std::optional(size) : std::nullopt;
+}
+
 std::string drawMap(const MapRequest& request) {
+    const std::string worldFile = worldFileOf(request.pictureFile);
     removeOldPicture(request.pictureFile);
+    removeOldPicture(worldFile);
     MapContent content;
     std::string error = readContent(request, content);
     if (!error.empty()) {
@@ -161,19 +192,24 @@ std::string drawMap(const MapRequest& request) {
     if (isEmpty(frame)) {
         return translateMessage("There is nothing to draw: no node has a position and the boundary has no vertex.");
     }
-    const MapView view = layOut(frame);
+    const MapView view = layOut(frame, request.size);
     MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown,
                                   request.showsElevation);
     error = countNodes(request, content, raster);
     if (!error.empty()) {
         return error;
     }
-    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
+    const MapTitle title = titleOf(request);
+    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight,
+                     titleText(title.input, title.boundary));
     drawPicture(canvas, request, view, content, raster);
     std::string bytes;
     error = canvas.finish(bytes);
-    return error.empty() ? writePicture(request.pictureFile, bytes)
-                         : formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
+    if (!error.empty()) {
+        return formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
+    }
+    error = writePicture(request.pictureFile, bytes);
+    return error.empty() && !worldFile.empty() ? writePicture(worldFile, worldFileText(view)) : error;
 }
 
 } // namespace vadelwatch

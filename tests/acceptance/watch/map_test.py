@@ -41,11 +41,11 @@ class Map(WatchTest):
                                   "  a.xyz: not a regular file, its lines cannot be counted"], watched.errorLines())
                 os.remove(self.path("base/out/a.xyz"))
         picture = PngPicture(self.content("map.png"))
-        self.assertEqual(WARNING, picture.pixel(800, 75))
+        self.assertEqual(WARNING, picture.pixel(800, 100))
 
     def test_pictureOfCorrectOutputHasNoWarning(self):
         self.expect(self.job("--quiet", "--map", "map.png"), status=0)
-        self.assertNotEqual(WARNING, PngPicture(self.content("map.png")).pixel(800, 75))
+        self.assertNotEqual(WARNING, PngPicture(self.content("map.png")).pixel(800, 100))
         self.assertEqual([], [name for name in os.listdir(self.directory) if "part" in name])
 
     def test_failedRunNamesTheOldPicture(self):

@@ -54,8 +54,8 @@ TEST(MapAxes, stepsFollowEachOtherUpAndDown) {
 }
 
 TEST(MapAxes, labelsMetricCoordinates) {
-    EXPECT_EQ((Labels{"382250", "382300", "382350"}), labelsBetween(382211.4, 382399.9, {5, 1}));
-    EXPECT_EQ((Labels{"6354400.0", "6354400.2", "6354400.4"}), labelsBetween(6354399.95, 6354400.45, {2, -1}));
+    EXPECT_EQ((Labels{"382 250", "382 300", "382 350"}), labelsBetween(382211.4, 382399.9, {5, 1}));
+    EXPECT_EQ((Labels{"6 354 400.0", "6 354 400.2", "6 354 400.4"}), labelsBetween(6354399.95, 6354400.45, {2, -1}));
 }
 
 TEST(MapAxes, labelsDegrees) {
@@ -81,7 +81,7 @@ TEST(MapAxes, longNumbersShareOnePowerOfTen) {
     EXPECT_EQ((Labels{"-0.5e-20", "0", "0.5e-20", "1.0e-20"}), labelsBetween(-6e-21, 1.2e-20, {5, -21}));
     EXPECT_EQ((Labels{"1.000000001e+12", "1.000000002e+12"}), labelsBetween(1.0000000005e12, 1.0000000025e12, {1, 3}));
     EXPECT_EQ((Labels{"0.999999999e+12", "1.000000000e+12"}), labelsBetween(9.999999985e11, 1.0000000005e12, {1, 3}));
-    EXPECT_EQ((Labels{"500000000000"}), labelsBetween(4e11, 6e11, {5, 11}));
+    EXPECT_EQ((Labels{"500 000 000 000"}), labelsBetween(4e11, 6e11, {5, 11}));
 }
 
 TEST(MapAxes, omitsPowerOfTenThatSavesNoDigit) {
@@ -89,7 +89,7 @@ TEST(MapAxes, omitsPowerOfTenThatSavesNoDigit) {
               labelsBetween(1.0000000000003, 1.0000000000007, {2, -13}));
     EXPECT_EQ((Labels{"-1.0000000000002", "-1.0000000000000"}),
               labelsBetween(-1.0000000000003, -0.9999999999999, {2, -13}));
-    EXPECT_EQ((Labels{"382250.0000002", "382250.0000004"}), labelsBetween(382250.00000015, 382250.00000045, {2, -7}));
+    EXPECT_EQ((Labels{"382 250.0000002", "382 250.0000004"}), labelsBetween(382250.00000015, 382250.00000045, {2, -7}));
 }
 
 TEST(MapAxes, labelsLengths) {

@@ -87,10 +87,14 @@ TEST(MapText, replacesInvalidBytesAndControls) {
 TEST(MapText, shortensTextBetweenCharacters) {
     const auto bytes = [](const std::string& text) { return static_cast<double>(text.size()); };
     EXPECT_EQ("abcdef", fitText("abcdef", 6.0, bytes));
-    EXPECT_EQ("ab\xE2\x80\xA6", fitText("abcdef", 5.0, bytes));
-    EXPECT_EQ("a\xE2\x80\xA6", fitText("a\xC3\xA4"
-                                       "bcd",
-                                       5.0, bytes));
+    EXPECT_EQ("a\xE2\x80\xA6"
+              "f",
+              fitText("abcdef", 5.0, bytes));
+    EXPECT_EQ("ab\xE2\x80\xA6"
+              "gh",
+              fitText("abcdefgh", 7.0, bytes));
+    // Never part of a character.
+    EXPECT_EQ("\xC3\xA4\xE2\x80\xA6", fitText("\xC3\xA4\xC3\xA4\xC3\xA4", 5.0, bytes));
     EXPECT_EQ("\xE2\x80\xA6", fitText("abc", 0.0, bytes));
 }
 
@@ -106,6 +110,26 @@ TEST(MapText, shrinksTooWideText) {
     EXPECT_EQ(20.0, fittingSize(20.0, 300.0, 300.0));
     EXPECT_EQ(20.0, fittingSize(20.0, 0.0, 300.0));
     EXPECT_DOUBLE_EQ(15.0, fittingSize(20.0, 400.0, 300.0));
+}
+
+TEST(MapCanvas, svgHasTitleAndTextsAsText) {
+    MapCanvas canvas(PictureFormat::svg, 100, 100, "a & <b>");
+    canvas.drawText("c < d", {10.0, 20.0}, {15.0, TextAnchor::right, true, {255, 0, 16}});
+    std::string picture;
+    EXPECT_EQ("", canvas.finish(picture));
+    EXPECT_NE(std::string::npos, picture.find("<title>a &amp; &lt;b&gt;</title>"));
+    EXPECT_NE(std::string::npos,
+              picture.find("<text x=\"10.00\" y=\"20.00\" font-family=\"sans-serif\" font-size=\"15.00\" "
+                           "font-weight=\"bold\" text-anchor=\"end\" fill=\"#ff0010\">c &lt; d</text>\n</svg>"));
+}
+
+TEST(MapCanvas, widthOfTextGrowsWithTextAndSize) {
+    MapCanvas canvas(PictureFormat::png, 1, 1);
+    const double width = canvas.textWidth("www", {20.0});
+    EXPECT_GT(width, 30.0);
+    EXPECT_NEAR(2.0 * width, canvas.textWidth("wwwwww", {20.0}), 1.0);
+    EXPECT_NEAR(2.0 * width, canvas.textWidth("www", {40.0}), 4.0);
+    EXPECT_LT(width, canvas.textWidth("www", {20.0, TextAnchor::left, true}));
 }
 
 } // namespace vadelwatch

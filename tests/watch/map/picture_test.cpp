@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
+#include <optional>
 #include <string>
 
 namespace vadelwatch {
@@ -235,6 +236,40 @@ TEST(MapPicture, reportsUnwritablePicture) {
     run.request.pictureFile = run.directory.makeLink("full.svg", "/dev/full");
     EXPECT_EQ("The map " + run.request.pictureFile + " cannot be written: No space left on device.",
               drawMap(run.request));
+}
+
+TEST(MapPicture, readsPictureSize) {
+    const std::optional<PictureSize> size = readPictureSize("1200x900");
+    ASSERT_TRUE(size);
+    EXPECT_EQ(1200, size->width);
+    EXPECT_EQ(900, size->height);
+    EXPECT_TRUE(readPictureSize("800x600") && readPictureSize("4096x4096"));
+    for (const char* const text : {"", "1200", "1200x", "x900", "799x600", "800x599", "4097x900", "900x4097",
+                                   "1200X900", "1200x900 ", "-1200x900", "99999999999x900"}) {
+        EXPECT_FALSE(readPictureSize(text)) << text;
+    }
+}
+
+TEST(MapPicture, namesWorldFileOfPng) {
+    EXPECT_EQ("a/b.pgw", worldFileOf("a/b.png"));
+    EXPECT_EQ("", worldFileOf("a/b.svg"));
+    EXPECT_EQ("", worldFileOf(""));
+}
+
+TEST(MapPicture, worldFileFailsWithItsName) {
+    DrawnRun run;
+    run.write("x;y;z\n5;5;1\n", "");
+    run.directory.makeDirectory("map.pgw");
+    EXPECT_EQ("The map " + run.directory.pathOf("map.pgw") + " cannot be written: Is a directory.",
+              drawMap(run.request));
+}
+
+TEST(MapPicture, hasAskedSize) {
+    DrawnRun run;
+    run.request.size = {900, 700};
+    const std::string bytes = run.draw("map.png");
+    EXPECT_EQ(900U, bigEndian(bytes, 16));
+    EXPECT_EQ(700U, bigEndian(bytes, 20));
 }
 
 } // namespace vadelwatch
