@@ -2,6 +2,7 @@
 
 #include "watch/map/canvas.hpp"
 #include "watch/map/shading.hpp"
+#include "watch/map/text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>

@@ -9,6 +9,7 @@
 #include "watch/map/points.hpp"
 #include "watch/map/raster.hpp"
 #include "watch/map/shading.hpp"
+#include "watch/map/text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <fmt/format.h>
