@@ -25,7 +25,7 @@ _vadelwatch() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     case $ended${COMP_WORDS[index]} in
     --) ended="behind " ;;
-    --lang | --log | --map | --progress)
+    --lang | --log | --map | --map-colour | --map-size | --progress)
       # The value, and an equals sign in front of it.
       [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
       ((index++))
@@ -44,6 +44,10 @@ _vadelwatch() {
     mapfile -t COMPREPLY < <(compgen -W "auto bar plain none" -- "$current")
     return
     ;;
+  --map-colour)
+    mapfile -t COMPREPLY < <(compgen -W "density elevation" -- "$current")
+    return
+    ;;
   --log | --map)
     _vadelwatch_offer_files -f -- "$current"
     return
@@ -51,7 +55,7 @@ _vadelwatch() {
   esac
 
   if [[ $ended$current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --progress --quiet --verbose --version -h" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "--help --json --lang --log --map --map-colour --map-size --progress --quiet --verbose --version -h" -- "$current")
     return
   fi
 

@@ -9,7 +9,7 @@
 set -euo pipefail
 
 build=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
-  nlohmann-json3-dev libcli11-dev libcairo2-dev libutfcpp-dev pkgconf)
+  nlohmann-json3-dev libcli11-dev libcairo2-dev libpango1.0-dev libutfcpp-dev pkgconf)
 test=(libgtest-dev libgmock-dev locales python3 python3-jsonschema clang-14 llvm-14 libclang-rt-14-dev bash-completion man-db)
 package=(binutils dpkg-dev file gzip)
 check=("${test[@]}" "${package[@]}" libbenchmark-dev libgeos++-dev clang-format clang-tidy cppcheck shellcheck valgrind

@@ -1,7 +1,9 @@
 #include "watch/watch_options.hpp"
 
 #include "watch/exit_status.hpp"
+#ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#endif
 #include "watch/show/messages.hpp"
 
 #include <CLI/CLI.hpp>
@@ -29,9 +31,15 @@ std::string requireFileName(const std::string& path) {
     return path.empty() ? "needs the name of a file" : "";
 }
 
+#ifdef VADELWATCH_MAP
 std::string requirePictureFileName(const std::string& path) {
     return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
 }
+
+std::string requirePictureSize(const std::string& size) {
+    return readPictureSize(size) ? "" : "must be WIDTHxHEIGHT, from 800x600 to 4096x4096: " + size;
+}
+#endif
 
 std::string requireProgress(const std::string& word) {
     const bool isKnown = word == "auto" || word == "bar" || word == "plain" || word == "none";
@@ -59,10 +67,20 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")
         ->check(requireFileName);
+#ifdef VADELWATCH_MAP
     app.add_option("--map", options.mapPath, "Draw boundary and points to this file, .png or .svg")
         ->type_name("FILE")
         ->check(requireFileName)
         ->check(requirePictureFileName);
+    app.add_option("--map-colour", options.mapColour, "What colours the kept points: density or elevation")
+        ->type_name("BY")
+        ->check(CLI::IsMember({"density", "elevation"}))
+        ->needs("--map");
+    app.add_option("--map-size", options.mapSize, "Size of the map in pixels, from 800x600 to 4096x4096")
+        ->type_name("WIDTHxHEIGHT")
+        ->check(requirePictureSize)
+        ->needs("--map");
+#endif
 }
 
 /// Returns a hint if an argument is an option of ours with one hyphen, as the tool spells its options.
@@ -102,6 +120,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     CommandLineOutcome outcome;
     try {
         app.parse(argc, argv);
+#ifdef VADELWATCH_MAP
+        options.worldFilePath = worldFileOf(options.mapPath);
+#endif
         outcome.options = options;
     } catch (const CLI::ParseError& error) {
         std::ostringstream output;

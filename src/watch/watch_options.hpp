@@ -20,8 +20,11 @@ struct WatchOptions {
     std::string progress = "auto"; ///< Or "bar", "plain", "none".
     bool json = false;
     bool verbose = false;
-    std::string logPath; ///< Empty for no log.
-    std::string mapPath; ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
+    std::string logPath;               ///< Empty for no log.
+    std::string mapPath;               ///< Empty for no map. Otherwise it ends in ".png" or ".svg".
+    std::string worldFilePath;         ///< Of the map. Empty for none.
+    std::string mapSize;               ///< As in "1200x900". Empty for a size that depends on the data.
+    std::string mapColour = "density"; ///< Or "elevation".
 };
 
 /// What reading the command line led to: options, or the end of the process.

@@ -1,14 +1,22 @@
 #include "watch/watch_results.hpp"
 
 #include "watch/exit_status.hpp"
+#ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#include "watch/map/picture_file.hpp"
+#endif
 #include "watch/run/phase_watch.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 
+#include <fmt/chrono.h>
+
 #include <cstring>
+#include <ctime>
 #include <exception>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -47,27 +55,45 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
     }
 }
 
+#ifdef VADELWATCH_MAP
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
-    if (watch.options.mapPath.empty() || !summary.finished) {
-        summary.whyNoMap = watch.options.mapPath.empty() ? "not asked for" : "the run did not finish";
+    const std::string& map = watch.options.mapPath;
+    std::error_code error;
+    if (!summary.finished && !map.empty() && std::filesystem::is_regular_file(map, error)) {
+        writeErrors(watch, {formatMessage("Vadelwatch: no map was drawn; {0} is from an earlier run.", map)});
+    }
+    if (!summary.finished || map.empty()) {
+        summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
         return;
+    }
+    // `drawing` below reports a signal. This one removes the unfinished file.
+    const DrawingSignals signals("");
+    MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
+    request.showsElevation = watch.options.mapColour == "elevation";
+    request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());
+    const std::time_t now = std::time(nullptr);
+    request.date = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(now));
+    if (!summary.addsUp) {
+        request.warning =
+            translateMessage("Do not rely on this map: the output does not add up to total_node_count.txt");
     }
     std::string problem;
     try {
-        const PhaseWatch drawing(
-            watch.progressMode, watch.errors, translateMessage("drawing"),
-            formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", watch.options.mapPath));
-        problem = drawMap(
-            {watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, watch.options.mapPath});
-    } catch (const std::exception& error) {
-        // For example without memory. The run itself has finished.
-        problem = formatMessage("The map {0} cannot be drawn: {1}.", watch.options.mapPath, error.what());
+        const PhaseWatch drawing(watch.progressMode, watch.errors, translateMessage("drawing"),
+                                 formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
+        problem = drawMap(request);
+    } catch (const std::exception& failure) {
+        // For example without memory. The summary is already printed.
+        problem = formatMessage("The map {0} cannot be drawn: {1}.", map, failure.what());
     }
     summary.whyNoMap = problem;
     if (!problem.empty()) {
         reportFailure(watch, summary, "Vadelwatch: " + problem);
     }
 }
+#else
+void drawWantedMap(WatchContext&, RunSummary&) {}
+#endif
 
 void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {

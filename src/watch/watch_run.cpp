@@ -67,8 +67,10 @@ bool prepareLog(WatchContext& watch, const std::string& log) {
     if (!reason.empty()) {
         return refuse(watch, log, reason);
     }
-    if (!watch.options.mapPath.empty() && isSameFile(log, watch.options.mapPath)) {
-        return refuse(watch, log, translateMessage("the map is written there"));
+    for (const std::string& path : {watch.options.mapPath, watch.options.worldFilePath}) {
+        if (!path.empty() && isSameFile(log, path)) {
+            return refuse(watch, log, translateMessage("the map is written there"));
+        }
     }
     const int error = watch.log.open(log);
     if (error != 0) {
@@ -84,7 +86,9 @@ bool prepareLog(WatchContext& watch, const std::string& log) {
 bool prepareFiles(WatchContext& watch) {
     const std::string& map = watch.options.mapPath;
     const std::string& log = watch.options.logPath;
-    return (map.empty() || prepareMap(watch, map)) && (log.empty() || prepareLog(watch, log));
+    const std::string& worldFile = watch.options.worldFilePath;
+    return (map.empty() || prepareMap(watch, map)) && (worldFile.empty() || prepareMap(watch, worldFile)) &&
+           (log.empty() || prepareLog(watch, log));
 }
 
 /// @return false after a report, if the tool cannot be started.
@@ -238,6 +242,7 @@ int watchRun(const WatchOptions& options) {
         summary.finished = false;
         closeLog(watch, summary);
         printSummary(watch, summary);
+        drawWantedMap(watch, summary);
         return summary.exitStatus;
     }
     writeErrors(watch, endingLines(record, watch.directories.output));

@@ -1,11 +1,10 @@
-"""Finished pictures of the map, taken apart: the shapes and texts of an SVG picture, the pixels of a PNG picture."""
+"""Reads pictures of the map: the shapes and texts of an SVG picture, the pixels of a PNG picture."""
 import re
 import struct
 import xml.etree.ElementTree
 import zlib
 
 NAMESPACE = "{http://www.w3.org/2000/svg}"
-LINK = "{http://www.w3.org/1999/xlink}href"
 
 
 class SvgPicture:
@@ -13,7 +12,8 @@ class SvgPicture:
         root = xml.etree.ElementTree.fromstring(content)
         self.strokes = []  # (colour, points of each line) in the order of drawing, as are all of these
         self.fills = []
-        self.texts = []  # (x, y, glyphs)
+        self.texts = []  # (x, y, text)
+        self.title = root.find(NAMESPACE + "title").text
         for element in root:
             if element.tag != NAMESPACE + "defs":
                 self.read(element)
@@ -24,37 +24,25 @@ class SvgPicture:
             stroked = style["stroke"] != "none"
             (self.strokes if stroked else self.fills).append(
                 (colourOf(style["stroke" if stroked else "fill"]), linesOf(element.get("d"))))
-        uses = element.findall(NAMESPACE + "use")
-        if uses:
-            self.texts.append((float(uses[0].get("x")), float(uses[0].get("y")), [use.get(LINK) for use in uses]))
+        if element.tag == NAMESPACE + "text":
+            self.texts.append((float(element.get("x")), float(element.get("y")), element.text))
         for child in element:
             self.read(child)
 
     def strokesOf(self, colour):
         return [lines for stroke, lines in self.strokes if stroke == colour]
 
-    def holdsTexts(self, expected):
-        """Whether the texts are these, in their order. Letters are shapes: in one font every letter has its own shape,
-        and every shape its own letter."""
-        letters = {}
-        shapes = {}
-        for (_, _, glyphs), text in zip(self.texts, expected):
-            if len(glyphs) != len(text):
-                return False
-            for glyph, letter in zip(glyphs, text):
-                font = glyph.split("-")[0]
-                if letters.setdefault(glyph, letter) != letter or shapes.setdefault((font, letter), glyph) != glyph:
-                    return False
-        return len(self.texts) == len(expected)
+    def words(self):
+        return [text for _, _, text in self.texts]
 
 
 def colourOf(text):
-    """Red, green and blue from 0 to 255."""
+    """Returns red, green and blue from 0 to 255."""
     return tuple(round(float(share) * 2.55) for share in re.findall(r"([0-9.]+)%", text))
 
 
 def linesOf(path):
-    """The points of each line of a path; a closed one ends where it began."""
+    """Returns the points of each line of a path. A closed line ends where it began."""
     lines = []
     for command, x, y in re.findall(r"([MLZ])(?: ([-0-9.]+) ([-0-9.]+))?", path):
         if command == "M":
@@ -67,7 +55,7 @@ def linesOf(path):
 
 
 class PngPicture:
-    """Eight bits for each of red, green and blue."""
+    """A picture with eight bits for each of red, green and blue."""
 
     def __init__(self, content):
         self.width, self.height = struct.unpack(">II", content[16:24])
@@ -92,7 +80,7 @@ class PngPicture:
 
 
 def unfiltered(kind, row, above):
-    """A row of a PNG picture from its differences to its neighbours, three bytes to the left and above."""
+    """Returns a row of a PNG picture, computed from its differences to the pixels on the left and above."""
     if kind == 0:
         return row
     if kind == 2:

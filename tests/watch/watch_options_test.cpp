@@ -35,16 +35,13 @@ TEST(WatchOptions, acceptsThreeArguments) {
 }
 
 TEST(WatchOptions, optionsMayBeAnywhere) {
-    const CommandLineOutcome outcome =
-        read({"--quiet", "-x", "--lang=fr", "out", "--json", "--log", "l", "--map", "m.svg", "b"});
+    const CommandLineOutcome outcome = read({"--quiet", "-x", "--lang=fr", "out", "--json", "--log", "l", "b"});
     EXPECT_FALSE(outcome.options);
-    const CommandLineOutcome good =
-        read({"--quiet", "data", "--lang=fr", "--json", "--log", "l", "--map", "m.svg", "--", "-out", "b"});
+    const CommandLineOutcome good = read({"--quiet", "data", "--lang=fr", "--json", "--log", "l", "--", "-out", "b"});
     ASSERT_TRUE(good.options);
     EXPECT_EQ("-out", good.options->outputDirectoryName);
     EXPECT_TRUE(good.options->quiet && good.options->json);
     EXPECT_EQ("l", good.options->logPath);
-    EXPECT_EQ("m.svg", good.options->mapPath);
     EXPECT_EQ((std::vector<std::string>{"data", "-out", "b", "-pipe", "-lang=fr"}), toolArguments(*good.options));
 }
 
@@ -103,7 +100,7 @@ TEST(WatchOptions, refusesStandardOutputAsFile) {
 }
 
 TEST(WatchOptions, nothingAfterEqualsSignIsNotAValue) {
-    for (const char* const option : {"--lang=", "--log=", "--map="}) {
+    for (const char* const option : {"--lang=", "--log="}) {
         const CommandLineOutcome outcome = read({"a", "b", "c", option});
         EXPECT_FALSE(outcome.options) << option;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
@@ -112,12 +109,10 @@ TEST(WatchOptions, nothingAfterEqualsSignIsNotAValue) {
 }
 
 TEST(WatchOptions, refusesEmptyFileNames) {
-    for (const std::string option : {"--log", "--map"}) {
-        const CommandLineOutcome outcome = read({option.c_str(), "", "a", "b", "c"});
-        EXPECT_FALSE(outcome.options) << option;
-        EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << option;
-        EXPECT_EQ(option + ": needs the name of a file\n" + usageEnd, outcome.standardError);
-    }
+    const CommandLineOutcome outcome = read({"--log", "", "a", "b", "c"});
+    EXPECT_FALSE(outcome.options);
+    EXPECT_EQ(usageErrorStatus, outcome.exitStatus);
+    EXPECT_EQ("--log: needs the name of a file\n" + usageEnd, outcome.standardError);
 }
 
 TEST(WatchOptions, equalsSignAfterEndOfOptionsIsPartOfName) {
@@ -146,8 +141,7 @@ TEST(WatchOptions, errorsNameTheArgument) {
     for (const Case& each :
          {Case{{}, "input-directory-path"}, Case{{"a", "b"}, "boundary-file-path"}, Case{{"a", "b", "c", "d"}, "d"},
           Case{{"a", "b", "c", "--no"}, "--no"}, Case{{"a", "b", "c", "--lang"}, "--lang"},
-          Case{{"a", "b", "c", "--progress", "fast"}, "fast"}, Case{{"a", "b", "c", "--log="}, "--log"},
-          Case{{"a", "b", "c", "--map", "m.jpg"}, "m.jpg"}}) {
+          Case{{"a", "b", "c", "--progress", "fast"}, "fast"}, Case{{"a", "b", "c", "--log="}, "--log"}}) {
         const CommandLineOutcome outcome = read(each.arguments);
         EXPECT_FALSE(outcome.options) << each.words;
         EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << each.words;
@@ -196,5 +190,39 @@ TEST(RunDirectories, areThoseOfTheTool) {
         EXPECT_EQ(each.output, directories.output) << each.inputPath << " and " << each.outputName;
     }
 }
+
+#ifdef VADELWATCH_MAP
+TEST(WatchOptions, acceptsPictureNames) {
+    const CommandLineOutcome outcome = read({"a", "--map", "m.svg", "b", "c"});
+    ASSERT_TRUE(outcome.options) << outcome.standardError;
+    EXPECT_EQ("m.svg", outcome.options->mapPath);
+    EXPECT_EQ("density", outcome.options->mapColour);
+    EXPECT_EQ("", outcome.options->mapSize + outcome.options->worldFilePath);
+    const CommandLineOutcome sized = read({"a", "--map", "d/m.png", "b", "c", "--map-size", "900x800"});
+    ASSERT_TRUE(sized.options) << sized.standardError;
+    EXPECT_EQ("900x800 d/m.pgw", sized.options->mapSize + " " + sized.options->worldFilePath);
+    const CommandLineOutcome elevation = read({"a", "--map", "m.svg", "b", "c", "--map-colour=elevation"});
+    ASSERT_TRUE(elevation.options) << elevation.standardError;
+    EXPECT_EQ("elevation", elevation.options->mapColour);
+}
+
+TEST(WatchOptions, refusesNamesOfNoPicture) {
+    EXPECT_EQ("--map: needs the name of a file\nRun with --help for more information.\n",
+              read({"a", "b", "c", "--map", ""}).standardError);
+    EXPECT_EQ("--map: the name must end in .png or .svg: m.jpg\nRun with --help for more information.\n",
+              read({"a", "b", "c", "--map", "m.jpg"}).standardError);
+    EXPECT_FALSE(read({"a", "b", "c", "--map="}).options);
+    EXPECT_FALSE(read({"a", "b", "c", "--map-colour=elevation"}).options);
+    EXPECT_FALSE(read({"a", "b", "c", "--map=m.png", "--map-colour=height"}).options);
+    EXPECT_EQ(
+        "--map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\nRun with --help for more information.\n",
+        read({"a", "b", "c", "--map=m.png", "--map-size=9x9"}).standardError);
+}
+#else
+TEST(WatchOptions, hasNoMapWithoutItsLibrary) {
+    EXPECT_EQ("The following argument was not expected: --map=m.png\nRun with --help for more information.\n",
+              read({"a", "b", "c", "--map=m.png"}).standardError);
+}
+#endif
 
 } // namespace vadelwatch

@@ -1,6 +1,6 @@
 #include "watch/check/boundary_facts.hpp"
 
-#include "watch/map/outlines.hpp"
+#include "watch/check/outlines.hpp"
 #include "watch/show/messages.hpp"
 
 #include <pugixml.hpp>

@@ -2,7 +2,7 @@
 /// What the boundary file of a run says about its result: the extent of its polygons, or why it cannot be read.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/check/extent.hpp"
 
 #include <cstddef>
 #include <string>

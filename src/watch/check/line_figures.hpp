@@ -2,7 +2,7 @@
 /// What one pass over a node file finds: lines that the tool drops because they do not parse, and suspect lines.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/check/extent.hpp"
 
 #include <atomic>
 #include <cstdint>

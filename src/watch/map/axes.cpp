@@ -23,6 +23,15 @@ int placeOf(double value) {
     return value == 0.0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value))));
 }
 
+/// Separates the digits before the decimal sign in groups of three, as `groupedNumber` does.
+std::string withGroups(std::string number) {
+    const std::size_t firstDigit = number.starts_with('-') ? 1 : 0;
+    for (std::size_t at = std::min(number.find('.'), number.size()); at > firstDigit + 3; at -= 3) {
+        number.insert(at - 3, 1, ' ');
+    }
+    return number;
+}
+
 std::string withDecimalPoint(std::string number, char decimalPoint) {
     std::replace(number.begin(), number.end(), '.', decimalPoint);
     return number;
@@ -61,7 +70,7 @@ std::string formatTick(double units, TickStep step, LabelForm form, char decimal
     }
     if (form.plain) {
         const double value = multipleOf({1, step.exponent}, units);
-        return withDecimalPoint(fmt::format("{:.{}f}", value, form.decimals), decimalPoint);
+        return withDecimalPoint(withGroups(fmt::format("{:.{}f}", value, form.decimals)), decimalPoint);
     }
     // The decimal sign is inserted into the digits, because a double may not be able to hold the common power of ten.
     std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);

@@ -2,22 +2,15 @@
 
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <fmt/format.h>
+#include <pango/pangocairo.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <utility>
 
 namespace vadelwatch {
-
-struct MapCanvas::Surface {
-    PictureFormat format;
-    /// The part of an SVG picture that has been written.
-    std::string bytes;
-    cairo_surface_t* target;
-    cairo_t* context;
-    /// The status of an image that could not be made.
-    cairo_status_t imageStatus;
-};
 
 namespace {
 
@@ -36,8 +29,8 @@ cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::s
     return surface;
 }
 
-void setColour(cairo_t* context, MapColour colour) {
-    cairo_set_source_rgb(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+void setColour(cairo_t* context, MapColour colour, double opacity = 1.0) {
+    cairo_set_source_rgba(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0, opacity);
 }
 
 void addColourStop(cairo_pattern_t* gradient, double place, MapColour colour) {
@@ -48,10 +41,49 @@ void addRectangle(cairo_t* context, const PixelRectangle& rectangle) {
     cairo_rectangle(context, rectangle.left, rectangle.top, rectangle.width, rectangle.height);
 }
 
-void setFont(cairo_t* context, const TextStyle& style) {
-    cairo_select_font_face(context, "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(context, style.size);
+struct FreeObject {
+    void operator()(void* object) const { g_object_unref(object); }
+};
+
+using TextLayout = std::unique_ptr<PangoLayout, FreeObject>;
+
+TextLayout layOutText(cairo_t* context, const std::string& text, const TextStyle& style) {
+    TextLayout layout(pango_cairo_create_layout(context));
+    PangoFontDescription* const font = pango_font_description_from_string("sans-serif");
+    pango_font_description_set_absolute_size(font, style.size * PANGO_SCALE);
+    pango_font_description_set_weight(font, style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+    pango_layout_set_font_description(layout.get(), font);
+    pango_font_description_free(font);
+    pango_layout_set_text(layout.get(), text.c_str(), -1);
+    return layout;
+}
+
+std::string escapedForXml(const std::string& text) {
+    char* const escaped = g_markup_escape_text(text.c_str(), -1);
+    std::string result(escaped);
+    g_free(escaped);
+    return result;
+}
+
+/// Returns a text element of SVG. The library for drawing writes letters as shapes, so that no program could search them.
+std::string textElement(const std::string& text, PixelPosition baseline, const TextStyle& style) {
+    constexpr std::array anchors{"start", "middle", "end"};
+    return fmt::format(
+        "<text x=\"{:.2f}\" y=\"{:.2f}\" font-family=\"sans-serif\" font-size=\"{:.2f}\" font-weight=\"{}\" "
+        "text-anchor=\"{}\" fill=\"#{:02x}{:02x}{:02x}\">{}</text>\n",
+        baseline.x, baseline.y, style.size, style.bold ? "bold" : "normal",
+        anchors.at(static_cast<std::size_t>(style.anchor)), style.colour.red, style.colour.green, style.colour.blue,
+        escapedForXml(text));
+}
+
+/// Inserts the title after the start tag of an SVG picture, and the texts before its end tag.
+void insertTexts(std::string& bytes, const std::string& title, const std::string& texts) {
+    const std::size_t end = bytes.rfind("</svg>");
+    const std::size_t start = bytes.find('>', bytes.find("<svg"));
+    if (end != std::string::npos && start != std::string::npos) {
+        bytes.insert(end, texts);
+        bytes.insert(start + 1, "\n<title>" + escapedForXml(title) + "</title>");
+    }
 }
 
 cairo_surface_t* copyImage(const PixelImage& image) {
@@ -71,8 +103,22 @@ cairo_surface_t* copyImage(const PixelImage& image) {
 
 } // namespace
 
-MapCanvas::MapCanvas(PictureFormat format, int width, int height)
-    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS})) {
+struct MapCanvas::Surface {
+    PictureFormat format;
+    /// The part of an SVG picture that has been written.
+    std::string bytes;
+    cairo_surface_t* target;
+    cairo_t* context;
+    /// The status of an image that could not be made.
+    cairo_status_t imageStatus;
+    std::string title;
+    /// The text elements of an SVG picture.
+    std::string texts;
+};
+
+MapCanvas::MapCanvas(PictureFormat format, int width, int height, std::string title)
+    : surface(std::make_unique<Surface>(
+          Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS, std::move(title), {}})) {
     surface->target = makeSurface(format, width, height, surface->bytes);
     surface->context = cairo_create(surface->target);
     cairo_set_line_join(surface->context, CAIRO_LINE_JOIN_ROUND);
@@ -109,23 +155,33 @@ void MapCanvas::strokeRectangle(const PixelRectangle& rectangle, MapColour colou
     cairo_stroke(surface->context);
 }
 
-void MapCanvas::fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right) {
+void MapCanvas::fillGradient(const PixelRectangle& rectangle, const std::vector<MapColour>& colours) {
     cairo_pattern_t* const gradient =
         cairo_pattern_create_linear(rectangle.left, 0.0, rectangle.left + rectangle.width, 0.0);
-    addColourStop(gradient, 0.0, left);
-    addColourStop(gradient, 1.0, right);
+    const auto last = static_cast<double>(colours.size() - 1);
+    for (std::size_t i = 0; i < colours.size(); ++i) {
+        addColourStop(gradient, static_cast<double>(i) / last, colours[i]);
+    }
     cairo_set_source(surface->context, gradient);
     addRectangle(surface->context, rectangle);
     cairo_fill(surface->context);
     cairo_pattern_destroy(gradient);
 }
 
-void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth) {
+void MapCanvas::strokeCircle(PixelPosition centre, double radius, MapColour colour, double lineWidth) {
+    constexpr double wholeTurn = 6.283185307179586;
+    setColour(surface->context, colour);
+    cairo_set_line_width(surface->context, lineWidth);
+    cairo_arc(surface->context, centre.x, centre.y, radius, 0.0, wholeTurn);
+    cairo_stroke(surface->context);
+}
+
+void MapCanvas::strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth, double opacity) {
     for (const PixelPosition& position : line) {
         // The first call begins the line, because there is no current point.
         cairo_line_to(surface->context, position.x, position.y);
     }
-    setColour(surface->context, colour);
+    setColour(surface->context, colour, opacity);
     cairo_set_line_width(surface->context, lineWidth);
     cairo_stroke(surface->context);
 }
@@ -155,22 +211,27 @@ void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
 }
 
 void MapCanvas::drawText(const std::string& text, PixelPosition baseline, const TextStyle& style) {
+    if (surface->format == PictureFormat::svg) {
+        surface->texts += textElement(text, baseline, style);
+        return;
+    }
     double left = baseline.x;
     if (style.anchor != TextAnchor::left) {
         left -= textWidth(text, style) * (style.anchor == TextAnchor::middle ? 0.5 : 1.0);
     }
-    setFont(surface->context, style);
-    setColour(surface->context, {34, 34, 34});
-    cairo_move_to(surface->context, left, baseline.y);
-    cairo_show_text(surface->context, text.c_str());
+    const TextLayout layout = layOutText(surface->context, text, style);
+    const double ascent = static_cast<double>(pango_layout_get_baseline(layout.get())) / PANGO_SCALE;
+    setColour(surface->context, style.colour);
+    cairo_move_to(surface->context, left, baseline.y - ascent);
+    pango_cairo_show_layout(surface->context, layout.get());
     cairo_new_path(surface->context);
 }
 
 double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
-    setFont(surface->context, style);
-    cairo_text_extents_t extents;
-    cairo_text_extents(surface->context, text.c_str(), &extents);
-    return extents.x_advance;
+    const TextLayout layout = layOutText(surface->context, text, style);
+    int width = 0;
+    pango_layout_get_size(layout.get(), &width, nullptr);
+    return static_cast<double>(width) / PANGO_SCALE;
 }
 
 std::string MapCanvas::finish(std::string& bytes) {
@@ -186,6 +247,9 @@ std::string MapCanvas::finish(std::string& bytes) {
         status = cairo_surface_status(surface->target);
     }
     bytes = std::move(surface->bytes);
+    if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::svg) {
+        insertTexts(bytes, surface->title, surface->texts);
+    }
     return status == CAIRO_STATUS_SUCCESS ? "" : cairo_status_to_string(status);
 }
 

@@ -44,12 +44,14 @@ struct TextStyle {
     double size = 20.0;
     TextAnchor anchor = TextAnchor::left;
     bool bold = false;
+    MapColour colour{34, 34, 34};
 };
 
 class MapCanvas {
 public:
     /// Makes a white picture. An SVG picture has one user unit for each pixel.
-    MapCanvas(PictureFormat format, int width, int height);
+    /// @param title valid UTF-8: the title element of an SVG picture. Not drawn.
+    MapCanvas(PictureFormat format, int width, int height, std::string title = {});
     MapCanvas(const MapCanvas&) = delete;
     MapCanvas& operator=(const MapCanvas&) = delete;
     ~MapCanvas();
@@ -62,10 +64,13 @@ public:
     void strokeRectangle(const PixelRectangle& rectangle, MapColour colour, double lineWidth);
 
     /// Fills a rectangle with colours that change evenly from its left to its right side.
-    void fillGradient(const PixelRectangle& rectangle, MapColour left, MapColour right);
+    /// @param colours at least two.
+    void fillGradient(const PixelRectangle& rectangle, const std::vector<MapColour>& colours);
 
     /// Draws a line with round joins and ends, so a line of length 0 is a dot.
-    void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth);
+    void strokeLine(const std::vector<PixelPosition>& line, MapColour colour, double lineWidth, double opacity = 1.0);
+
+    void strokeCircle(PixelPosition centre, double radius, MapColour colour, double lineWidth);
 
     /// Fills discs of one radius and colour, as one shape.
     void fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour);
@@ -73,11 +78,14 @@ public:
     /// Draws an image with its top left corner at a position, pixel by pixel.
     void drawImage(const PixelImage& image, PixelPosition corner);
 
+    /// Draws a text over everything else of an SVG picture, as a text element in the sans-serif font of the viewer. In a PNG
+    /// picture, characters that the font does not have are in another one.
+    ///
     /// @param text     valid UTF-8 in one line; see `readableText`.
     /// @param baseline position of the anchor on the baseline of the letters.
     void drawText(const std::string& text, PixelPosition baseline, const TextStyle& style);
 
-    /// Returns the distance from the start of the text to the start of the next letter. Ignores the anchor.
+    /// Returns the width in the font of this system. Ignores the anchor.
     double textWidth(const std::string& text, const TextStyle& style);
 
     /// Ends the drawing; nothing may be drawn afterwards.

@@ -1,14 +1,71 @@
 #include "watch/map/legend.hpp"
 
+#include "watch/map/canvas.hpp"
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vadelwatch {
 
 namespace {
+
+std::string nodesText(std::uint64_t nodes) {
+    const std::string count = groupedNumber(nodes);
+    return nodes == 1 ? formatMessage("{0} node", count) : formatMessage("{0} nodes", count);
+}
+
+std::string polygonsText(std::uint64_t polygons) {
+    const std::string count = groupedNumber(polygons);
+    return polygons == 1 ? formatMessage("{0} polygon", count) : formatMessage("{0} polygons", count);
+}
+
+std::string unreadableText(std::uint64_t lines) {
+    const std::string count = groupedNumber(lines);
+    return lines == 1 ? formatMessage("{0} line without a position", count)
+                      : formatMessage("{0} lines without a position", count);
+}
+
+std::string keptName(const NodeCounts& counts) {
+    const std::uint64_t all = counts.kept + counts.dropped + counts.unreadable;
+    if (all == 0) {
+        return translateMessage("Kept");
+    }
+    return formatMessage("Kept ({0} %)", percentNumber(counts.kept, all));
+}
+
+std::vector<std::string> notesOf(const MapLegend& legend) {
+    std::vector<std::string> notes;
+    if (legend.hasMarkers) {
+        notes.push_back(translateMessage("Circle: smaller than 10 pixels"));
+    } else if (legend.outlines.small > 0) {
+        notes.push_back(formatMessage("{0} smaller than 10 pixels", polygonsText(legend.outlines.small)));
+    }
+    if (legend.outlines.beyond > 0) {
+        notes.push_back(formatMessage("{0} reaching beyond the map", polygonsText(legend.outlines.beyond)));
+    }
+    if (legend.outlines.tooShort > 0) {
+        notes.push_back(formatMessage("{0} with fewer than 3 vertices", polygonsText(legend.outlines.tooShort)));
+    }
+    if (legend.outside > 0) {
+        notes.push_back(formatMessage("{0} outside the map", nodesText(legend.outside)));
+    }
+    if (legend.counts.withoutElevation > 0) {
+        notes.push_back(formatMessage("{0} kept without elevation", nodesText(legend.counts.withoutElevation)));
+    }
+    if (legend.counts.unreadable > 0) {
+        notes.push_back(unreadableText(legend.counts.unreadable));
+    }
+    return notes;
+}
+
+/// Returns the number with as many decimals as a range needs.
+std::string rampNumber(float number, float range) {
+    const int decimals = range > 0.0F ? std::clamp(2 - static_cast<int>(std::floor(std::log10(range))), 0, 6) : 2;
+    return decimalNumber(static_cast<double>(number), decimals);
+}
 
 constexpr double legendGap = 44.0;
 constexpr double swatchWidth = 44.0;
@@ -21,7 +78,7 @@ constexpr double longestScaleBar = 250.0;
 /// Between the legend and the right edge of the picture.
 constexpr double rightMargin = 16.0;
 
-constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left, false};
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left};
 
 double legendLeft(const MapView& view) {
     return view.plot.left + view.plot.width + legendGap;
@@ -38,15 +95,13 @@ void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text
 void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
     const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
     drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
-    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left, false});
+    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left});
 }
-
-using ColourOfTone = MapColour (*)(float);
 
 void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
                    const LegendEntry& entry) {
     const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
-    canvas.fillGradient(swatch, colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F));
+    canvas.fillGradient(swatch, {colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F)});
     drawEntryText(canvas, view, top, entry);
 }
 
@@ -67,6 +122,35 @@ double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::
     return top;
 }
 
+std::vector<MapColour> elevationRamp() {
+    std::vector<MapColour> colours;
+    for (int i = 0; i <= 8; ++i) {
+        colours.push_back(elevationColour(static_cast<float>(i) / 8.0F));
+    }
+    return colours;
+}
+
+/// Draws the colours of elevations, or those of kept over those of dropped nodes, with the numbers at both ends.
+/// @return the top of the next item.
+double drawRamp(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
+    constexpr double width = 250.0;
+    constexpr double height = 20.0;
+    const double left = legendLeft(view);
+    drawFitting(canvas, view, words.ramp, {left, top + 17.0}, noteStyle);
+    const PixelRectangle bar{left, top + lineHeight, width, height};
+    if (words.showsElevation) {
+        canvas.fillGradient(bar, elevationRamp());
+    } else {
+        canvas.fillGradient({bar.left, bar.top, width, height / 2.0}, {keptColour(0.0F), keptColour(1.0F)});
+        canvas.fillGradient({bar.left, bar.top + height / 2.0, width, height / 2.0},
+                            {droppedColour(0.0F), droppedColour(1.0F)});
+    }
+    const double baseline = bar.top + height + 22.0;
+    canvas.drawText(words.low, {left, baseline}, noteStyle);
+    canvas.drawText(words.high, {left + width, baseline}, {noteStyle.size, TextAnchor::right});
+    return baseline + 20.0;
+}
+
 /// Draws two halves, filled and empty, with the length in the unit of the data.
 void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
     const double left = legendLeft(view);
@@ -76,8 +160,8 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
     const PixelRectangle bar{left, top, pixels, 9.0};
     canvas.fillRectangle({left, top, pixels / 2.0, 9.0}, ink);
     canvas.strokeRectangle(bar, ink, 1.5);
-    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left, false});
-    const TextStyle style{labelSize, TextAnchor::middle, false};
+    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
+    const TextStyle style{labelSize, TextAnchor::middle};
     const std::string label = formatLength(length, decimalSign());
     const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
     canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
@@ -86,12 +170,45 @@ void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& wor
 
 } // namespace
 
-void drawTitle(MapCanvas& canvas, const MapView& view, const std::string& title) {
+LegendWords wordsOf(const MapLegend& legend) {
+    LegendWords words;
+    words.kept = {keptName(legend.counts), nodesText(legend.counts.kept)};
+    words.dropped = {translateMessage("Dropped"), nodesText(legend.counts.dropped)};
+    words.boundary = {translateMessage("Boundary"), polygonsText(legend.outlines.all)};
+    words.showsDensity = legend.showsDensity;
+    words.showsElevation = legend.showsElevation;
+    if (legend.showsElevation) {
+        words.ramp = translateMessage("Elevation of kept nodes");
+        words.low = rampNumber(legend.low, legend.high - legend.low);
+        words.high = rampNumber(legend.high, legend.high - legend.low);
+    } else if (legend.showsDensity) {
+        words.ramp = translateMessage("Nodes per pixel");
+        words.low = rampNumber(legend.low, std::max(legend.low, 10.0F));
+        words.high = rampNumber(legend.high, std::max(legend.low, 10.0F));
+    }
+    words.notes = notesOf(legend);
+    words.unit = translateMessage("in units of the coordinates");
+    return words;
+}
+
+std::string titleText(const std::string& input, const std::string& boundary) {
+    return formatMessage("{0} clipped to {1}", input, boundary);
+}
+
+void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title) {
     const TextStyle style{labelSize + 6.0, TextAnchor::left, true};
+    const TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
+    const auto widthOf = [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); };
     const double widest = view.pictureWidth - view.plot.left - legendGap;
-    const std::string fitting =
-        fitText(title, widest, [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); });
-    canvas.drawText(fitting, {view.plot.left, view.plot.top - 24.0}, style);
+    const double widestNames = widest - widthOf(titleText("", ""));
+    const double inputWidth = std::max(widestNames / 2.0, widestNames - widthOf(title.boundary));
+    const std::string input = fitText(title.input, inputWidth, widthOf);
+    const std::string boundary = fitText(title.boundary, widestNames - widthOf(input), widthOf);
+    canvas.drawText(titleText(input, boundary), {view.plot.left, view.plot.top - 46.0}, style);
+    const std::string details = fitText(title.details, widest, [&canvas, &detailStyle](const std::string& text) {
+        return canvas.textWidth(text, detailStyle);
+    });
+    canvas.drawText(details, {view.plot.left, view.plot.top - 18.0}, detailStyle);
 }
 
 void drawGrid(MapCanvas& canvas, const MapView& view) {
@@ -114,12 +231,12 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
     for (const MapTick& tick : view.xTicks) {
         const double x = toPixel(view, {tick.value, view.shown.minY}).x;
         canvas.strokeLine({{x, bottom}, {x, bottom + 8.0}}, ink, 1.5);
-        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle, false});
+        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle});
     }
     for (const MapTick& tick : view.yTicks) {
         const double y = toPixel(view, {view.shown.minX, tick.value}).y;
         canvas.strokeLine({{view.plot.left - 8.0, y}, {view.plot.left, y}}, ink, 1.5);
-        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right, false});
+        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right});
     }
     canvas.strokeRectangle(view.plot, ink, 1.5);
     canvas.drawText("x", {view.plot.left + view.plot.width / 2.0, bottom + 66.0},
@@ -129,13 +246,30 @@ void drawAxes(MapCanvas& canvas, const MapView& view) {
 
 void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
     double top = view.plot.top;
-    drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
+    if (words.showsElevation) {
+        canvas.fillGradient({legendLeft(view), top, swatchWidth, swatchHeight}, elevationRamp());
+        drawEntryText(canvas, view, top, words.kept);
+    } else {
+        drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
+    }
     top += entryHeight;
     drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
     top += entryHeight;
     drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
-    top = drawNotes(canvas, view, words.notes, top + entryHeight);
+    top += entryHeight;
+    if (!words.ramp.empty()) {
+        top = drawRamp(canvas, view, words, top);
+    }
+    top = drawNotes(canvas, view, words.notes, top);
     drawScaleBar(canvas, view, words, top + 24.0);
+}
+
+void drawWarning(MapCanvas& canvas, const MapView& view, const std::string& warning) {
+    constexpr double height = 52.0;
+    canvas.fillRectangle({view.plot.left, view.plot.top, view.plot.width, height}, warningColour);
+    TextStyle style{labelSize + 2.0, TextAnchor::middle, true, {255, 255, 255}};
+    style.size = fittingSize(style.size, canvas.textWidth(warning, style), view.plot.width - rightMargin);
+    canvas.drawText(warning, {view.plot.left + view.plot.width / 2.0, view.plot.top + height / 2.0 + 8.0}, style);
 }
 
 } // namespace vadelwatch

@@ -1,20 +1,22 @@
 #include "watch/map/picture.hpp"
 
+#include "watch/check/outlines.hpp"
 #include "watch/map/canvas.hpp"
-#include "watch/map/density.hpp"
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 #include "watch/map/legend.hpp"
-#include "watch/map/outlines.hpp"
+#include "watch/map/outline_layer.hpp"
+#include "watch/map/picture_file.hpp"
 #include "watch/map/points.hpp"
 #include "watch/map/raster.hpp"
 #include "watch/map/shading.hpp"
 #include "watch/map/text.hpp"
-#include "watch/map/view.hpp"
 #include "watch/show/messages.hpp"
 
-#include <cerrno>
-#include <cmath>
-#include <fstream>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
 #include <system_error>
 
 namespace vadelwatch {
@@ -24,125 +26,135 @@ namespace {
 /// Up to this many cells with nodes are drawn as separate discs, more of them as one image.
 constexpr std::size_t maxDiscs = 3000;
 
+/// Up to this many nodes stay in memory between the search for their extent and the count for each pixel. More of them
+/// are read a second time: 24 bytes for each would soon be more than the rest of the process.
+constexpr std::size_t maxNodesInMemory = 1'000'000;
+
 /// The data of the map.
 struct MapContent {
     MapOutlines outlines;
     NodeCounts counts;
-    MapExtent points;
+    MapExtent kept;
+    MapExtent dropped;
+    std::vector<MapNode> nodes; ///< Empty unless all are in memory.
+    bool hasAllNodes = true;
 };
 
 PictureFormat formatOf(const std::string& pictureFile) {
     return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
 }
 
-/// Reads the outlines, and counts the nodes and finds their extent in a first pass.
+/// Reads the outlines, counts the nodes and finds their extent.
 std::string readContent(const MapRequest& request, MapContent& content) {
-    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
-    if (error.empty()) {
-        error = visitNodes(request.inputDirectory, request.outputDirectory, content.counts,
-                           [&content](MapPosition position, bool) { includePosition(content.points, position); });
+    const std::string error = readMapOutlines(request.boundaryFile, content.outlines);
+    if (!error.empty()) {
+        return error;
     }
-    return error;
+    return visitNodes(
+        request.inputDirectory, request.outputDirectory, content.counts,
+        [&content](const MapNode& node) {
+            includePosition(node.kept ? content.kept : content.dropped, node.position);
+            if (content.nodes.size() == maxNodesInMemory) {
+                content.hasAllNodes = false;
+                content.nodes = {};
+            }
+            if (content.hasAllNodes) {
+                content.nodes.push_back(node);
+            }
+        },
+        request.showsElevation);
 }
 
 /// Shows all nodes if none was kept, because the user then wants to see where they are.
 MapExtent frameOf(const MapContent& content) {
     const MapExtent outlines = extentOf(content.outlines);
-    return content.counts.kept == 0 ? joinExtents(content.points, outlines) : chooseFrame(content.points, outlines);
+    const MapExtent points = joinExtents(content.kept, content.dropped);
+    return content.counts.kept == 0 ? joinExtents(points, outlines) : chooseFrame(points, outlines);
 }
 
-MapView layOut(const MapExtent& frame) {
+MapView layOut(const MapExtent& frame, PictureSize size) {
     MapCanvas scratch(PictureFormat::png, 1, 1);
     const auto labelWidth = [&scratch](const std::string& label) {
-        return scratch.textWidth(label, {labelSize, TextAnchor::left, false});
+        return scratch.textWidth(label, {labelSize, TextAnchor::left});
     };
-    return layOutMap(addMargin(frame), labelWidth, decimalSign());
+    return layOutMap(addMargin(frame), labelWidth, decimalSign(), size);
 }
 
-/// Counts the nodes of each pixel in a second pass.
-std::string countNodes(const MapRequest& request, MapRaster& raster) {
+/// Counts the nodes of each pixel.
+std::string countNodes(const MapRequest& request, const MapContent& content, MapRaster& raster) {
+    const auto count = [&raster](const MapNode& node) { countNode(raster, node.position, node.kept, node.elevation); };
+    if (content.hasAllNodes) {
+        std::for_each(content.nodes.begin(), content.nodes.end(), count);
+        return "";
+    }
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, counts,
-                      [&raster](MapPosition position, bool kept) { countNode(raster, position, kept); });
+    return visitNodes(request.inputDirectory, request.outputDirectory, counts, count, request.showsElevation);
 }
 
-void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const MapDensity& density) {
+void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const NodeShades& shades) {
     const double radius = discRadius(nodeSpacing(raster));
     const PixelPosition corner{view.plot.left, view.plot.top};
     canvas.beginClip(view.plot);
     if (occupiedCells(raster) <= maxDiscs) {
-        drawDiscs(canvas, raster, density, radius, corner);
+        drawDiscs(canvas, raster, shades, radius, corner);
     } else {
-        canvas.drawImage(shadeNodes(raster, density, radius), corner);
+        canvas.drawImage(shadeNodes(raster, shades, radius), corner);
     }
     canvas.endClip();
 }
 
-/// Returns the vertices in pixels, without those too close to the one before to be seen: an outline may have more
-/// vertices than the picture has pixels.
-std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
-    constexpr double minStep = 0.4;
-    std::vector<PixelPosition> pixels{toPixel(view, line.front())};
-    for (std::size_t i = 1; i < line.size(); ++i) {
-        const PixelPosition next = toPixel(view, line[i]);
-        const double step = std::hypot(next.x - pixels.back().x, next.y - pixels.back().y);
-        if (step >= minStep || i + 1 == line.size()) {
-            pixels.push_back(next);
-        }
-    }
-    return pixels;
+/// Draws circles around what is too small to be seen.
+/// @return true if there is any.
+bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content) {
+    bool hasMarkers = drawMarker(canvas, view, content.dropped, droppedColour(1.0F), translateMessage("Dropped"));
+    hasMarkers = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || hasMarkers;
+    const MapExtent outlines = extentOf(content.outlines);
+    return drawMarker(canvas, view, outlines, outlineColour, translateMessage("Boundary")) ||
+           markSmallOutlines(canvas, view, content.outlines) || hasMarkers;
 }
 
-/// Returns a smaller width for outlines of so much detail that wide lines would fill their bays.
-double outlineWidthOf(const MapOutlines& outlines) {
-    constexpr std::size_t manyVertices = 2000;
-    std::size_t vertices = 0;
-    for (const std::vector<MapPosition>& outline : outlines) {
-        vertices += outline.size();
-    }
-    return vertices > manyVertices ? 1.2 : 2.4;
+MapTitle titleOf(const MapRequest& request) {
+    return {readableText(lastComponent(request.inputDirectory)), readableText(lastComponent(request.boundaryFile)),
+            formatMessage("Input {0}, output {1}, boundary {2}, {3}", readableText(request.inputDirectory),
+                          readableText(request.outputDirectory), readableText(request.boundaryFile), request.date)};
 }
 
-void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
-    // Clipped a little outside the map, so that the cut ends are not visible.
-    const MapExtent window = addMargin(view.shown);
-    canvas.beginClip(view.plot);
-    for (const std::vector<MapPosition>& outline : outlines) {
-        for (const std::vector<MapPosition>& line : clipOutline(outline, window)) {
-            canvas.strokeLine(lineInPixels(view, line), outlineColour, lineWidth);
-        }
-    }
-    canvas.endClip();
+/// Returns the six lines of a world file: size of a pixel, rotation, and position of the middle of the top left pixel.
+std::string worldFileText(const MapView& view) {
+    const double unit = 1.0 / scaleOf(view);
+    return fmt::format("{}\n0\n0\n{}\n{}\n{}\n", unit, -unit, view.shown.minX + (0.5 - view.plot.left) * unit,
+                       view.shown.maxY - (0.5 - view.plot.top) * unit);
 }
 
-std::string titleOf(const MapRequest& request) {
-    return formatMessage("{0} clipped to {1}", readableText(lastComponent(request.inputDirectory)),
-                         readableText(lastComponent(request.boundaryFile)));
-}
-
-void drawPicture(MapCanvas& canvas, const std::string& title, const MapView& view, const MapContent& content,
+void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
                  const MapRaster& raster) {
     const MapDensity density = measureDensity(raster);
-    drawTitle(canvas, view, title);
+    const MapElevations elevations = measureElevations(raster);
+    const bool showsElevation = !elevations.tones.empty();
+    const NodeShades shades = showsElevation ? NodeShades(density, elevations) : NodeShades(density);
+    drawTitle(canvas, view, titleOf(request));
     drawGrid(canvas, view);
-    drawNodes(canvas, view, raster, density);
+    drawNodes(canvas, view, raster, shades);
     const double outlineWidth = outlineWidthOf(content.outlines);
     drawOutlines(canvas, view, content.outlines, outlineWidth);
+    if (occupiedCells(raster) > maxDiscs) {
+        canvas.drawImage(shadeKeptCells(raster, shades, 0.75F), {view.plot.left, view.plot.top});
+    }
+    const bool hasMarkers = drawMarkers(canvas, view, content);
     drawAxes(canvas, view);
-    const MapLegend legend{content.counts, raster.outside, content.outlines.size(), density.uneven};
+    MapLegend legend{content.counts, raster.outside, countOutlines(content.outlines, view),
+                     density.uneven, hasMarkers,     showsElevation};
+    legend.low = showsElevation ? elevations.low : density.low;
+    legend.high = showsElevation ? elevations.high : density.high;
     drawLegend(canvas, view, wordsOf(legend), outlineWidth);
+    if (!request.warning.empty()) {
+        drawWarning(canvas, view, request.warning);
+    }
 }
 
 std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
-    errno = 0;
-    std::ofstream output(pictureFile, std::ios::binary);
-    output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    output.close();
-    if (output.fail()) {
-        return formatMessage("The map {0} cannot be written: {1}.", pictureFile,
-                             std::generic_category().message(errno));
-    }
-    return "";
+    const int error = writePictureFile(pictureFile, bytes);
+    return error == 0 ? "" : formatMessage("The map {0} cannot be written: {1}.", pictureFile, std::strerror(error));
 }
 
 } // namespace
@@ -151,7 +163,27 @@ bool isPictureFileName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".svg");
 }
 
+std::string worldFileOf(const std::string& pictureFile) {
+    constexpr std::string_view suffix = ".png";
+    return pictureFile.ends_with(suffix) ? pictureFile.substr(0, pictureFile.size() - suffix.size()) + ".pgw" : "";
+}
+
+std::optional<PictureSize> readPictureSize(std::string_view text) {
+    PictureSize size;
+    const char* const end = text.data() + text.size();
+    const auto width = std::from_chars(text.data(), end, size.width);
+    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') {
+        return std::nullopt;
+    }
+    const auto height = std::from_chars(width.ptr + 1, end, size.height);
+    const bool isInRange = size.width >= 800 && size.width <= 4096 && size.height >= 600 && size.height <= 4096;
+    return height.ec == std::errc() && height.ptr == end && isInRange ? std::optional(size) : std::nullopt;
+}
+
 std::string drawMap(const MapRequest& request) {
+    const std::string worldFile = worldFileOf(request.pictureFile);
+    removeOldPicture(request.pictureFile);
+    removeOldPicture(worldFile);
     MapContent content;
     std::string error = readContent(request, content);
     if (!error.empty()) {
@@ -161,18 +193,24 @@ std::string drawMap(const MapRequest& request) {
     if (isEmpty(frame)) {
         return translateMessage("There is nothing to draw: no node has a position and the boundary has no vertex.");
     }
-    const MapView view = layOut(frame);
-    MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown);
-    error = countNodes(request, raster);
+    const MapView view = layOut(frame, request.size);
+    MapRaster raster = makeRaster(static_cast<int>(view.plot.width), static_cast<int>(view.plot.height), view.shown,
+                                  request.showsElevation);
+    error = countNodes(request, content, raster);
     if (!error.empty()) {
         return error;
     }
-    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight);
-    drawPicture(canvas, titleOf(request), view, content, raster);
+    const MapTitle title = titleOf(request);
+    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight,
+                     titleText(title.input, title.boundary));
+    drawPicture(canvas, request, view, content, raster);
     std::string bytes;
     error = canvas.finish(bytes);
-    return error.empty() ? writePicture(request.pictureFile, bytes)
-                         : formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
+    if (!error.empty()) {
+        return formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
+    }
+    error = writePicture(request.pictureFile, bytes);
+    return error.empty() && !worldFile.empty() ? writePicture(worldFile, worldFileText(view)) : error;
 }
 
 } // namespace vadelwatch

@@ -3,49 +3,60 @@
 #include "clip/input_selection.hpp"
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
-#include "watch/map/node_lines.hpp"
+#include "watch/check/node_files.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace vadelwatch {
 
 namespace {
 
-/// One file of the output directory, beside the input file of the same name.
+/// The lines of one output file, which are compared with those of the input file of the same name.
 class KeptLines {
 public:
-    /// A missing output file keeps nothing. One with another header does not come from clipping: an input file may be
-    /// called total_node_count.txt, and its output is then overwritten by the count.
-    KeptLines(const std::string& path, std::string_view header) : reader(path) {
+    /// A missing output file has no lines. One with another header was not made by clipping: the tool overwrites the output
+    /// of an input file named total_node_count.txt with the count.
+    void open(const std::string& path, std::string_view header) {
+        reader.open(path);
         std::string_view outputHeader;
-        if (reader.next(outputHeader) && outputHeader == header) {
-            open = reader.next(line);
-        }
+        isOpen = reader.next(outputHeader) && outputHeader == header && reader.next(line);
     }
 
-    /// Each output line is given away once, to the first input line that equals it.
+    /// Returns true if the input line equals the next output line, and goes to the one after it.
     bool take(std::string_view inputLine) {
-        if (!open || line != inputLine) {
+        if (!isOpen || line != inputLine) {
             return false;
         }
-        open = reader.next(line);
+        isOpen = reader.next(line);
         return true;
     }
 
-    bool allTaken() const { return !open; }
+    bool allTaken() const { return !isOpen; }
 
 private:
     NodeLineReader reader;
     std::string_view line;
-    bool open = false;
+    bool isOpen = false;
 };
 
-/// The names of the files that may be node files, sorted.
+/// Reads the files of the input directory and those of the output directory.
+struct NodeReaders {
+    bool readElevations;
+    NodeLineReader input;
+    KeptLines output;
+};
+
+/// Lists the names of the files that may be node files, sorted.
 /// @return false if the directory cannot be read.
 bool listFiles(const std::string& directory, std::vector<std::string>& names) {
     std::error_code error;
@@ -53,7 +64,7 @@ bool listFiles(const std::string& directory, std::vector<std::string>& names) {
     while (!error && entry != std::filesystem::directory_iterator()) {
         std::error_code statusError;
         const std::string name = entry->path().filename().string();
-        // A status that cannot be told is that of no regular file.
+        // If the status cannot be read, this is false.
         if (vadelclip::hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
             names.push_back(name);
         }
@@ -67,21 +78,22 @@ std::string joinPath(const std::string& directory, const std::string& name) {
     return (std::filesystem::path(directory) / name).string();
 }
 
-/// @return false if the output file holds other lines than the input file.
-bool visitFile(const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
+/// @return false if the output file has lines that the input file does not have.
+bool visitFile(NodeReaders& readers, const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
                const NodeVisitor& visit) {
-    NodeLineReader input(inputPath);
+    readers.input.open(inputPath);
     std::string_view line;
     char separator = 0;
     std::int32_t nodeFormat = 0;
     std::string errorText;
-    if (!input.next(line) || !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
+    if (!readers.input.next(line) ||
+        !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
         return true;
     }
     ++counts.files;
-    KeptLines keptLines(outputPath, line);
-    while (input.next(line)) {
-        const bool kept = keptLines.take(line);
+    readers.output.open(outputPath, line);
+    while (readers.input.next(line)) {
+        const bool kept = readers.output.take(line);
         vadelclip::Point2D point{};
         const bool readable = vadelclip::readNodeLine(line, separator, point);
         if (kept) {
@@ -92,16 +104,89 @@ bool visitFile(const std::string& inputPath, const std::string& outputPath, Node
             ++counts.unreadable;
         }
         if (readable) {
-            visit({point.x, point.y}, kept);
+            MapNode node{{point.x, point.y}, kept};
+            if (kept && readers.readElevations) {
+                node.elevation = elevationOf(line, separator);
+                counts.withoutElevation += std::isnan(node.elevation) ? 1U : 0U;
+            }
+            visit(node);
         }
     }
-    return keptLines.allTaken();
+    return readers.output.allTaken();
 }
 
 } // namespace
 
+// Space for the longest line and a block of the same size after it.
+NodeLineReader::NodeLineReader() : buffer(2 * longestLine) {}
+
+NodeLineReader::~NodeLineReader() {
+    open("");
+}
+
+void NodeLineReader::open(const std::string& path) {
+    if (descriptor != -1) {
+        close(descriptor);
+    }
+    descriptor = path.empty() ? -1 : openRegularFile(path);
+    lineStart = 0;
+    filled = 0;
+}
+
+bool NodeLineReader::next(std::string_view& line) {
+    std::size_t searched = lineStart;
+    while (true) {
+        const void* const lineFeed = std::memchr(buffer.data() + searched, '\n', filled - searched);
+        if (lineFeed != nullptr) {
+            const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - buffer.data());
+            line = std::string_view(buffer.data() + lineStart, std::min(lineEnd - lineStart, longestLine));
+            line.remove_suffix(line.size() - (line.find_last_not_of('\r') + 1));
+            lineStart = lineEnd + 1;
+            return true;
+        }
+        // The incomplete line moves to the front, and is truncated there.
+        searched = std::min(filled - lineStart, longestLine);
+        if (!readBlock()) {
+            return false;
+        }
+    }
+}
+
+/// Moves the incomplete line to the front, truncated, and reads the next block after it.
+bool NodeLineReader::readBlock() {
+    const std::size_t incomplete = std::min(filled - lineStart, longestLine);
+    std::memmove(buffer.data(), buffer.data() + lineStart, incomplete);
+    lineStart = 0;
+    filled = incomplete;
+    const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
+    filled += received > 0 ? static_cast<std::size_t>(received) : 0;
+    return received > 0;
+}
+
+float elevationOf(std::string_view line, char separator) {
+    constexpr const char* whiteSpace = " \t\r\v\f";
+    const auto skipWhiteSpace = [&line] {
+        line.remove_prefix(std::min(line.find_first_not_of(whiteSpace), line.size()));
+    };
+    for (int column = 0; column < 2; ++column) {
+        skipWhiteSpace();
+        line.remove_prefix(std::min(line.find(separator), line.size() - 1) + 1);
+    }
+    skipWhiteSpace();
+    if (line.starts_with('+')) {
+        line.remove_prefix(1);
+    }
+    float elevation = 0.0F;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), elevation);
+    line.remove_prefix(static_cast<std::size_t>(end - line.data()));
+    const bool isWhole = line.empty() || line.front() == separator ||
+                         std::string_view(whiteSpace).find(line.front()) != std::string_view::npos;
+    return error == std::errc() && isWhole && std::isfinite(elevation) ? elevation
+                                                                       : std::numeric_limits<float>::quiet_NaN();
+}
+
 std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
-                       const NodeVisitor& visit) {
+                       const NodeVisitor& visit, bool readElevations) {
     counts = NodeCounts();
     std::vector<std::string> names;
     if (!listFiles(inputDirectory, names)) {
@@ -111,9 +196,10 @@ std::string visitNodes(const std::string& inputDirectory, const std::string& out
     if (!std::filesystem::is_directory(outputDirectory, error)) {
         return formatMessage("The output directory {0} cannot be read.", outputDirectory);
     }
+    NodeReaders readers{readElevations, {}, {}};
     for (const std::string& name : names) {
         const std::string outputPath = joinPath(outputDirectory, name);
-        if (!visitFile(joinPath(inputDirectory, name), outputPath, counts, visit)) {
+        if (!visitFile(readers, joinPath(inputDirectory, name), outputPath, counts, visit)) {
             return formatMessage("The file {0} holds lines that its input file does not hold.", outputPath);
         }
     }

@@ -2,36 +2,83 @@
 /// The points of a run for the map: every node of the input directory, kept or dropped.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/map/layout.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace vadelwatch {
 
-/// How many data lines there are. `unreadable` ones have no position; they are neither kept nor dropped here, although
-/// a run drops them.
+/// Reads the lines of regular files, one file after another. A file that cannot be read, or that is no regular file, has no
+/// lines: reading a device or a FIFO might never end.
+class NodeLineReader {
+public:
+    /// Longer lines are truncated, so memory stays bounded even in a file without a line feed.
+    static constexpr std::size_t longestLine = std::size_t{1} << 20U;
+
+    NodeLineReader();
+    NodeLineReader(const NodeLineReader&) = delete;
+    NodeLineReader& operator=(const NodeLineReader&) = delete;
+    ~NodeLineReader();
+
+    /// Opens a file in place of the one before. The buffer stays: making one for each file takes 100 times as long as
+    /// reading a small file.
+    void open(const std::string& path);
+
+    /// @param line receives the next line without its line feed and the carriage returns before it, because input and
+    ///             output of a run may differ in these. Valid until the next call.
+    /// @return false at end of file. Ignores a last line without a line feed, as the tool does.
+    bool next(std::string_view& line);
+
+private:
+    bool readBlock();
+
+    int descriptor = -1;
+    std::vector<char> buffer;
+    std::size_t lineStart = 0;
+    std::size_t filled = 0;
+};
+
+/// The numbers of data lines. Lines without a position are `unreadable`: neither kept nor dropped here, although the tool
+/// drops them.
 struct NodeCounts {
     std::uint64_t files = 0;
     std::uint64_t kept = 0;
     std::uint64_t dropped = 0;
     std::uint64_t unreadable = 0;
+    /// Kept nodes whose third column is not a number. 0 unless elevations are read.
+    std::uint64_t withoutElevation = 0;
 };
 
-using NodeVisitor = std::function<void(MapPosition position, bool kept)>;
+struct MapNode {
+    MapPosition position;
+    bool kept = false;
+    /// NaN for a node without elevation, and for all nodes unless elevations are read.
+    float elevation = std::numeric_limits<float>::quiet_NaN();
+};
+
+/// Returns the number in the third column of a node line, or NaN if there is none.
+float elevationOf(std::string_view line, char separator);
+
+using NodeVisitor = std::function<void(const MapNode& node)>;
 
 /// Visits all nodes of a finished run, file by file in the order of the names, in bounded memory.
 ///
-/// A node is kept if its line stands in the file of the same name in the output directory. The lines of an output file
-/// are some of the lines of its input file, in their order, and equal lines have an equal fate, so both files are
-/// walked in step and the geometry is not asked again. Input files are the ones a run takes, except those that are no
-/// regular files: a FIFO gives its lines only once.
+/// A node is kept if its line is in the file of the same name in the output directory. The lines of an output file are a
+/// subsequence of those of its input file, and equal lines are all kept or all dropped, so both files are read in step
+/// and no geometry is computed again. Reads the input files that the tool takes, except those that are no regular files:
+/// a FIFO can be read only once.
 ///
-/// @param counts receives the numbers, whether or not a line's position can be drawn.
-/// @return empty on success, else a sentence: a directory cannot be read, or an output file holds lines that its input
-///         file does not hold, so that the two do not belong to one run. Part of the nodes may have been visited then.
+/// @param counts receives the numbers, including nodes that cannot be drawn.
+/// @return empty on success, otherwise an error message: a directory cannot be read, or an output file has lines that its
+///         input file does not have, so that the two do not belong to one run. Part of the nodes may have been visited
+///         then.
 std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
-                       const NodeVisitor& visit);
+                       const NodeVisitor& visit, bool readElevations = false);
 
 } // namespace vadelwatch

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace vadelwatch {
@@ -20,29 +21,77 @@ int cellOf(double distance, double length, int cells) {
     return std::clamp(static_cast<int>(distance / length * cells), 0, cells - 1);
 }
 
-/// Adds up the cells of the block at this corner, which the end of the raster may cut.
-double nodesOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
-    double nodes = 0.0;
+/// Returns the number of cells with a node in the block at this corner. The block may extend beyond the raster.
+double occupiedCellsOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
+    double occupied = 0.0;
     for (int row = firstRow; row < std::min(firstRow + blockSide, raster.height); ++row) {
         for (int column = firstColumn; column < std::min(firstColumn + blockSide, raster.width); ++column) {
-            nodes += raster.cells[indexOf(raster, column, row)].nodes;
+            occupied += raster.cells[indexOf(raster, column, row)].nodes > 0 ? 1.0 : 0.0;
         }
     }
-    return nodes;
+    return occupied;
+}
+
+/// The average of a cell includes this many cells on each of its sides.
+constexpr int reach = 2;
+constexpr float evenTone = 0.5F;
+
+/// Tones differ from this ratio of the 98th to the 2nd percentile on.
+constexpr float unevenRatio = 4.0F;
+
+/// Returns the mean of the cells with nodes around a cell, the cell included.
+float averageAround(const MapRaster& raster, int column, int row) {
+    float nodes = 0.0F;
+    float cells = 0.0F;
+    for (int y = std::max(0, row - reach); y <= std::min(raster.height - 1, row + reach); ++y) {
+        const RasterCell* const cellsOfRow = raster.cells.data() + static_cast<std::ptrdiff_t>(y) * raster.width;
+        for (int x = std::max(0, column - reach); x <= std::min(raster.width - 1, column + reach); ++x) {
+            nodes += static_cast<float>(cellsOfRow[x].nodes);
+            cells += cellsOfRow[x].nodes > 0 ? 1.0F : 0.0F;
+        }
+    }
+    return nodes / cells;
+}
+
+std::vector<float> averageCounts(const MapRaster& raster) {
+    std::vector<float> averages(raster.cells.size());
+    std::size_t index = 0;
+    for (int row = 0; row < raster.height; ++row) {
+        for (int column = 0; column < raster.width; ++column) {
+            if (raster.cells[index].nodes > 0) {
+                averages[index] = averageAround(raster, column, row);
+            }
+            ++index;
+        }
+    }
+    return averages;
+}
+
+/// @param sample not empty; is reordered.
+float percentile(std::vector<float>& sample, double share) {
+    const auto place = static_cast<std::ptrdiff_t>(share * static_cast<double>(sample.size() - 1));
+    std::nth_element(sample.begin(), sample.begin() + place, sample.end());
+    return sample[static_cast<std::size_t>(place)];
+}
+
+/// Logarithmic, so that ten times the density is the same difference in tone everywhere.
+float toneOf(float average, float low, float high) {
+    return std::clamp(std::log(average / low) / std::log(high / low), 0.0F, 1.0F);
 }
 
 } // namespace
 
-MapRaster makeRaster(int width, int height, const MapExtent& shown) {
+MapRaster makeRaster(int width, int height, const MapExtent& shown, bool showsElevation) {
     MapRaster raster;
     raster.width = width;
     raster.height = height;
     raster.shown = shown;
     raster.cells.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    raster.elevations.resize(showsElevation ? raster.cells.size() : 0);
     return raster;
 }
 
-void countNode(MapRaster& raster, MapPosition position, bool kept) {
+void countNode(MapRaster& raster, MapPosition position, bool kept, float elevation) {
     const MapExtent& shown = raster.shown;
     if (!holds(shown, position)) {
         ++raster.outside;
@@ -50,12 +99,18 @@ void countNode(MapRaster& raster, MapPosition position, bool kept) {
     }
     const int column = cellOf(position.x - shown.minX, widthOf(shown), raster.width);
     const int row = cellOf(shown.maxY - position.y, heightOf(shown), raster.height);
-    RasterCell& cell = raster.cells[indexOf(raster, column, row)];
+    const std::size_t index = indexOf(raster, column, row);
+    RasterCell& cell = raster.cells[index];
     if (cell.nodes < std::numeric_limits<std::uint32_t>::max()) {
         ++cell.nodes;
     }
     cell.anyKept = cell.anyKept || kept;
     cell.anyDropped = cell.anyDropped || !kept;
+    if (!raster.elevations.empty() && !std::isnan(elevation)) {
+        CellElevation& mean = raster.elevations[index];
+        ++mean.nodes;
+        mean.mean += (elevation - mean.mean) / static_cast<float>(mean.nodes);
+    }
 }
 
 std::size_t occupiedCells(const MapRaster& raster) {
@@ -64,16 +119,59 @@ std::size_t occupiedCells(const MapRaster& raster) {
 }
 
 double nodeSpacing(const MapRaster& raster) {
-    double nodes = 0.0;
+    double occupied = 0.0;
     double coveredBlocks = 0.0;
     for (int row = 0; row < raster.height; row += blockSide) {
         for (int column = 0; column < raster.width; column += blockSide) {
-            const double nodesHere = nodesOfBlock(raster, column, row);
-            nodes += nodesHere;
-            coveredBlocks += nodesHere > 0.0 ? 1.0 : 0.0;
+            const double occupiedHere = occupiedCellsOfBlock(raster, column, row);
+            occupied += occupiedHere;
+            coveredBlocks += occupiedHere > 0.0 ? 1.0 : 0.0;
         }
     }
-    return nodes > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / nodes) : 0.0;
+    return occupied > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / occupied) : 0.0;
+}
+
+MapDensity measureDensity(const MapRaster& raster) {
+    MapDensity density;
+    density.tones = averageCounts(raster);
+    std::vector<float> sample;
+    std::copy_if(density.tones.begin(), density.tones.end(), std::back_inserter(sample),
+                 [](float average) { return average > 0.0F; });
+    if (sample.empty()) {
+        return density;
+    }
+    const float low = percentile(sample, 0.02);
+    const float high = percentile(sample, 0.98);
+    density.low = low;
+    density.high = high;
+    density.uneven = high >= unevenRatio * low;
+    for (float& tone : density.tones) {
+        if (tone > 0.0F) {
+            tone = density.uneven ? toneOf(tone, low, high) : evenTone;
+        }
+    }
+    return density;
+}
+
+MapElevations measureElevations(const MapRaster& raster) {
+    MapElevations elevations;
+    std::vector<float> sample;
+    for (const CellElevation& cell : raster.elevations) {
+        if (cell.nodes > 0) {
+            sample.push_back(cell.mean);
+        }
+    }
+    if (sample.empty()) {
+        return elevations;
+    }
+    elevations.low = percentile(sample, 0.02);
+    elevations.high = percentile(sample, 0.98);
+    const float range = elevations.high - elevations.low;
+    for (const CellElevation& cell : raster.elevations) {
+        const float tone = range > 0.0F ? std::clamp((cell.mean - elevations.low) / range, 0.0F, 1.0F) : evenTone;
+        elevations.tones.push_back(cell.nodes > 0 ? tone : -1.0F);
+    }
+    return elevations;
 }
 
 } // namespace vadelwatch

@@ -1,6 +1,7 @@
 #include "watch/map/shading.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -16,7 +17,7 @@ struct LayerPixel {
     int distance = std::numeric_limits<int>::max();
 };
 
-/// One layer of discs. Each pixel has the largest opacity and the darkest tone of the discs that cover part of it.
+/// One layer of discs. Each pixel has the largest opacity and the nearest tone of the discs that cover part of it.
 using NodeLayer = std::vector<LayerPixel>;
 
 /// Which part of each pixel of a small square around its centre a disc covers.
@@ -53,18 +54,21 @@ void stampDisc(NodeLayer& layer, const MapRaster& raster, const DiscMask& mask, 
             LayerPixel& pixel = layer[static_cast<std::size_t>(y) * static_cast<std::size_t>(raster.width) +
                                       static_cast<std::size_t>(x)];
             pixel.opacity = std::max(pixel.opacity, coverage);
-            pixel.tone = std::max(pixel.tone, tone);
-            pixel.distance = std::min(pixel.distance, (x - column) * (x - column) + (y - row) * (y - row));
+            const int distance = (x - column) * (x - column) + (y - row) * (y - row);
+            if (distance < pixel.distance) {
+                pixel.distance = distance;
+                pixel.tone = tone;
+            }
         }
     }
 }
 
-NodeLayer makeLayer(const MapRaster& raster, const MapDensity& density, const DiscMask& mask,
+NodeLayer makeLayer(const MapRaster& raster, std::span<const float> tones, const DiscMask& mask,
                     bool RasterCell::*belongs) {
     NodeLayer layer(raster.cells.size());
     for (std::size_t cell = 0; cell < raster.cells.size(); ++cell) {
         if (raster.cells[cell].*belongs) {
-            stampDisc(layer, raster, mask, static_cast<std::ptrdiff_t>(cell), density.tones[cell]);
+            stampDisc(layer, raster, mask, static_cast<std::ptrdiff_t>(cell), tones[cell]);
         }
     }
     return layer;
@@ -93,8 +97,7 @@ bool isSameColour(MapColour first, MapColour second) {
 }
 
 /// Draws consecutive discs of the same colour together.
-template <typename ColourOfTone>
-void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
+void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, std::span<const float> tones, double radius,
                     PixelPosition corner, bool RasterCell::*belongs, ColourOfTone colourOfTone) {
     std::vector<PixelPosition> centres;
     MapColour colour;
@@ -102,7 +105,7 @@ void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity
         if (!(raster.cells[cell].*belongs)) {
             continue;
         }
-        const MapColour next = colourOfTone(density.tones[cell]);
+        const MapColour next = colourOfTone(tones[cell]);
         if (!isSameColour(next, colour)) {
             canvas.fillDiscs(centres, radius, colour);
             centres.clear();
@@ -125,14 +128,29 @@ MapColour droppedColour(float tone) {
     return mix({222, 222, 222}, {150, 150, 150}, tone);
 }
 
-double discRadius(double nodeSpacing) {
-    // Crowded nodes at random positions leave some pixels empty: a share of e^-n for n nodes a pixel. From four nodes
-    // on, it is enough that a disc covers the four pixels around its own. From one node on, it must cover the eight
-    // around it, as it does for a spacing of 2.
-    constexpr double toNextPixel = 1.5;
-    if (nodeSpacing <= 0.5) {
-        return toNextPixel;
+MapColour elevationColour(float tone) {
+    // Every 32nd colour of viridis, which is perceptually uniform and safe for the colour-blind: by Nathaniel Smith, Stefan van
+    // der Walt and Eric Firing for matplotlib, CC0.
+    constexpr std::array<MapColour, 9> viridis{{{68, 1, 84},
+                                                {71, 44, 122},
+                                                {59, 81, 139},
+                                                {44, 113, 142},
+                                                {33, 144, 141},
+                                                {39, 173, 129},
+                                                {92, 200, 99},
+                                                {170, 220, 50},
+                                                {253, 231, 37}}};
+    if (tone < 0.0F) {
+        return {60, 60, 60};
     }
+    const float place = tone * (viridis.size() - 1);
+    const std::size_t below = std::min(static_cast<std::size_t>(place), viridis.size() - 2);
+    return mix(viridis[below], viridis[below + 1], place - static_cast<float>(below));
+}
+
+double discRadius(double nodeSpacing) {
+    // At least the eight pixels around a node, because crowded nodes at random positions leave some pixels empty: a share of
+    // e^-n for n nodes per pixel.
     const double spacing = std::max(std::ceil(nodeSpacing), 2.0);
     // Discs around the corners of a square cover it if their radius is at least half its diagonal. Centres are whole
     // pixels, so at a spacing of 3.1 some are 4 apart.
@@ -142,29 +160,39 @@ double discRadius(double nodeSpacing) {
     return std::min(spacing * halfDiagonal + softEdge, largest);
 }
 
-PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius) {
+PixelImage shadeNodes(const MapRaster& raster, const NodeShades& shades, double radius) {
     PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
     const DiscMask mask = makeMask(radius);
-    const NodeLayer dropped = makeLayer(raster, density, mask, &RasterCell::anyDropped);
-    const NodeLayer kept = makeLayer(raster, density, mask, &RasterCell::anyKept);
+    const NodeLayer dropped = makeLayer(raster, shades.dropped, mask, &RasterCell::anyDropped);
+    const NodeLayer kept = makeLayer(raster, shades.kept, mask, &RasterCell::anyKept);
     for (std::size_t i = 0; i < image.pixels.size(); ++i) {
         // Kept nodes are on top, unless a dropped one is nearer. Otherwise the discs, which are larger than the area of
         // their nodes, would show the colour of kept ones on the other side of the outline.
         if (dropped[i].distance < kept[i].distance) {
-            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+            blend(image.pixels[i], shades.colourOfKept(kept[i].tone), kept[i].opacity);
             blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
         } else {
             blend(image.pixels[i], droppedColour(dropped[i].tone), dropped[i].opacity);
-            blend(image.pixels[i], keptColour(kept[i].tone), kept[i].opacity);
+            blend(image.pixels[i], shades.colourOfKept(kept[i].tone), kept[i].opacity);
         }
     }
     return image;
 }
 
-void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
+PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades, float opacity) {
+    PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        if (raster.cells[i].anyKept) {
+            blend(image.pixels[i], shades.colourOfKept(shades.kept[i]), opacity);
+        }
+    }
+    return image;
+}
+
+void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const NodeShades& shades, double radius,
                PixelPosition corner) {
-    drawLayerDiscs(canvas, raster, density, radius, corner, &RasterCell::anyDropped, droppedColour);
-    drawLayerDiscs(canvas, raster, density, radius, corner, &RasterCell::anyKept, keptColour);
+    drawLayerDiscs(canvas, raster, shades.dropped, radius, corner, &RasterCell::anyDropped, droppedColour);
+    drawLayerDiscs(canvas, raster, shades.kept, radius, corner, &RasterCell::anyKept, shades.colourOfKept);
 }
 
 } // namespace vadelwatch

@@ -3,8 +3,9 @@
 #pragma once
 
 #include "watch/map/canvas.hpp"
-#include "watch/map/density.hpp"
 #include "watch/map/raster.hpp"
+
+#include <span>
 
 namespace vadelwatch {
 
@@ -12,15 +13,36 @@ namespace vadelwatch {
 MapColour keptColour(float tone);
 MapColour droppedColour(float tone);
 
+/// Returns the colour of kept nodes for an elevation from 0 to 1, or for -1 that of nodes without elevation.
+MapColour elevationColour(float tone);
+
+using ColourOfTone = MapColour (*)(float);
+
+/// The tones of nodes, one for each cell of the raster. Refers to a density or elevations that must outlive it.
+struct NodeShades {
+    // Converts, because a density alone is the usual case.
+    NodeShades(const MapDensity& density) // NOLINT(google-explicit-constructor)
+        : dropped(density.tones), kept(density.tones) {}
+    NodeShades(const MapDensity& density, const MapElevations& elevations)
+        : dropped(density.tones), kept(elevations.tones), colourOfKept(elevationColour) {}
+
+    std::span<const float> dropped;
+    std::span<const float> kept;
+    ColourOfTone colourOfKept = keptColour;
+};
+
 /// Returns the radius of the discs of nodes, in pixels: within limits, the smallest that leaves no gaps between evenly
 /// spread nodes.
 double discRadius(double nodeSpacing);
 
 /// Draws the nodes as an image of the raster's size, transparent where there are none.
-PixelImage shadeNodes(const MapRaster& raster, const MapDensity& density, double radius);
+PixelImage shadeNodes(const MapRaster& raster, const NodeShades& shades, double radius);
+
+/// Draws only the pixels of kept nodes. Drawn over the outlines, so that these do not hide the nodes of a narrow polygon.
+PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades, float opacity);
 
 /// Draws one disc for each cell with nodes. For few cells this is small and sharp in SVG.
-void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const MapDensity& density, double radius,
+void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const NodeShades& shades, double radius,
                PixelPosition corner);
 
 } // namespace vadelwatch

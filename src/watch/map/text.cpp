@@ -3,6 +3,7 @@
 #include <utf8.h>
 
 #include <filesystem>
+#include <utility>
 
 namespace vadelwatch {
 
@@ -26,12 +27,29 @@ std::string fitText(std::string text, double widest, const std::function<double(
     if (widthOfText(text) <= widest) {
         return text;
     }
-    while (!text.empty() && widthOfText(text + std::string(ellipsis)) > widest) {
-        auto lastCharacter = text.end();
-        utf8::prior(lastCharacter, text.begin());
-        text.erase(lastCharacter, text.end());
+    // The characters before and after the ellipsis. Each time the longer part loses the one next to it.
+    std::string after;
+    std::swap(text, after);
+    const auto length = utf8::distance(after.begin(), after.end());
+    auto middle = after.begin();
+    utf8::advance(middle, length / 2, after.end());
+    text.assign(after.begin(), middle);
+    after.erase(after.begin(), middle);
+    while (!text.empty() || !after.empty()) {
+        if (text.size() > after.size()) {
+            auto last = text.end();
+            utf8::prior(last, text.begin());
+            text.erase(last, text.end());
+        } else {
+            auto first = after.begin();
+            utf8::next(first, after.end());
+            after.erase(after.begin(), first);
+        }
+        if (widthOfText(text + std::string(ellipsis) + after) <= widest) {
+            break;
+        }
     }
-    return text + std::string(ellipsis);
+    return text + std::string(ellipsis) + after;
 }
 
 double fittingSize(double size, double widthAtSize, double widest) {

@@ -12,7 +12,7 @@ namespace vadelwatch {
 /// and one that is not UTF-8 would make the drawing fail.
 std::string readableText(std::string_view bytes);
 
-/// Shortens valid UTF-8 with an ellipsis at its end until it is at most `widest` wide.
+/// Shortens valid UTF-8 with an ellipsis in its middle until it is at most `widest` wide.
 std::string fitText(std::string text, double widest, const std::function<double(const std::string&)>& widthOfText);
 
 /// Returns the size at which a text is at most `widest` wide: `size`, or less if the text is wider at that size.

@@ -106,4 +106,15 @@ std::string decimalNumber(double number, int decimals) {
     return digits;
 }
 
+std::string percentNumber(std::uint64_t part, std::uint64_t whole) {
+    const double percent = 100.0 * static_cast<double>(part) / static_cast<double>(whole);
+    if (part > 0 && percent < 0.05) {
+        return fmt::format("<{}", decimalNumber(0.1, 1));
+    }
+    if (part < whole && percent >= 99.95) {
+        return fmt::format(">{}", decimalNumber(99.9, 1));
+    }
+    return decimalNumber(percent, 1);
+}
+
 } // namespace vadelwatch

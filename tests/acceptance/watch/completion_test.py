@@ -41,10 +41,10 @@ class WatchCompletion(CompletionTest):
 
     def test_every_option_of_the_help(self):
         helpText = self.run_("--help").output
-        options = set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", helpText.split("Options:")[1]))
+        options = set(re.findall(r"(?<![\w-])(--[a-z-]+|-h)\b", helpText.split("Options:")[1]))
         self.assertEqual(sorted(options), self.complete("-"))
         for option in options - {"-h"}:
-            self.assertEqual([option], self.complete(option))
+            self.assertIn(option, self.complete(option))
             self.assertIn(option, self.complete("a", "b", option[:3]))
 
     def test_languages(self):

@@ -9,6 +9,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import dropPowersOfRoot
+from pictures import SvgPicture
 from watching import HEADER, WATCH, WatchTest
 
 INSIDE = b"1;1;5\n"
@@ -43,6 +44,7 @@ class OwnFiles(WatchTest):
                 (["--log", "area.xml"], "area.xml", run), (["--log", "base/data/a.xyz"], "base/data/a.xyz", run),
                 (["--log", "hard.log"], "hard.log", run), (["--map", "link.png"], "link.png", run),
                 (["--log", "x.png", "--map", "./x.png"], "x.png", "the map is written there"),
+                (["--log", "x.pgw", "--map", "x.png"], "x.pgw", "the map is written there"),
                 (["--log", "base/./out"], "base/./out", output),
                 (["--log", "old.log", "--map", "absent/x.png"], "absent/x.png", "No such file or directory")):
             with self.subTest(options=options):
@@ -127,8 +129,8 @@ class OwnFiles(WatchTest):
         pictures = set()
         for options in ([], ["--lang=de"], ["--lang=en"]):
             subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
-            self.expect(self.job("--quiet", "--map", "map.png", *options), status=0)
-            pictures.add(self.content("map.png"))
+            self.expect(self.job("--quiet", "--map", "map.svg", *options), status=0)
+            pictures.add(SvgPicture(self.content("map.svg")).title)
         self.assertEqual(2, len(pictures))
         self.giveJob({"a.xyz": HEADER, "b.txt": HEADER, "c.csv": HEADER})
         self.give({"area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})

@@ -1,7 +1,8 @@
-"""The map of Vadelwatch beside everything else that it says: a map that fails swallows nothing."""
+"""The other output of Vadelwatch does not depend on the map, also if the map fails."""
 import errno
 import json
 import os
+import resource
 import signal
 import sys
 import time
@@ -10,12 +11,14 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from fault_checks import failingMemory, failsForever
+from pictures import PngPicture
 from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest
 
 INSIDE = b"1;1;5\n"
+WARNING = (176, 0, 32)
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 
-# Finishes with an output of its own kind beside the count.
+# Finishes with an output that is not a regular file, and the count.
 FINISHES = """
 finish(count={count})
 os.{call}(*{arguments}, os.path.join(os.path.dirname(sys.argv[1]), sys.argv[2], 'a.xyz'))
@@ -28,7 +31,7 @@ class Map(WatchTest):
         self.giveJob({"a.xyz": HEADER + INSIDE})
 
     def expectDifference(self, script):
-        """The same words and status with a map as without one."""
+        """Expects the same messages and status with a map and without one."""
         for options in ([], ["--map", "map.png"]):
             with self.subTest(options=options):
                 self.standIn(script)
@@ -37,35 +40,83 @@ class Map(WatchTest):
                 self.assertEqual(["Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
                                   "  a.xyz: not a regular file, its lines cannot be counted"], watched.errorLines())
                 os.remove(self.path("base/out/a.xyz"))
-        self.assertTrue(self.content("map.png").startswith(b"\x89PNG"))
+        picture = PngPicture(self.content("map.png"))
+        self.assertEqual(WARNING, picture.pixel(800, 100))
 
-    def test_an_output_that_is_a_fifo(self):
+    def test_pictureOfCorrectOutputHasNoWarning(self):
+        self.expect(self.job("--quiet", "--map", "map.png"), status=0)
+        self.assertNotEqual(WARNING, PngPicture(self.content("map.png")).pixel(800, 100))
+        self.assertEqual([], [name for name in os.listdir(self.directory) if "part" in name])
+
+    def test_failedRunNamesTheOldPicture(self):
+        os.mkdir(self.path("base/out"))
+        self.give({"map.png": b"old"})
+        watched = self.run_(*JOB, "--map", "map.png")
+        self.assertEqual((1, "Vadelwatch: no map was drawn; map.png is from an earlier run."),
+                         (watched.status, watched.errorLines()[-1]))
+        self.assertEqual(b"old", self.content("map.png"))
+        self.assertNotIn("map", self.run_(*JOB, "--map", "new.png").errors)
+
+    def test_noOldPictureRemainsIfDrawingFails(self):
+        self.give({"map.png": b"old", "area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
+        self.give({"base/data/a.xyz": HEADER})
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=2, errors=[
+            "Vadelwatch: There is nothing to draw: no node has a position and the boundary has no vertex."])
+        self.assertFalse(os.path.exists(self.path("map.png")))
+
+    def test_noPartOfAPictureRemainsOnAFullDisk(self):
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
+
+        self.give({"map.png": b"old"})
+        before = set(os.listdir(self.directory)) - {"map.png"}
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.png", preexec_fn=limit), status=2,
+                    errors=["Vadelwatch: The map map.png cannot be written: File too large."])
+        self.assertEqual(before, set(os.listdir(self.directory)))
+
+    def test_linkToAPictureIsReplaced(self):
+        self.give({"other.png": b"old"})
+        os.symlink("other.png", self.path("map.png"))
+        self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
+        self.assertTrue(self.content("map.png").startswith(b"\x89PNG"))
+        self.assertFalse(os.path.exists(self.path("other.png")))
+
+    def test_outputIsAFifo(self):
         self.expectDifference(FINISHES.format(count=1, call="mkfifo", arguments=()))
 
-    def test_an_output_that_leads_to_a_device(self):
+    def test_outputIsALinkToADevice(self):
         self.expectDifference(FINISHES.format(count=1, call="symlink", arguments=("/dev/full",)))
 
-    def withoutPicture(self, *options):
-        """A run whose picture goes to a FIFO that nobody reads, up to where it waits for a reader."""
+    def withoutPicture(self, *options, **settings):
+        """Starts a run whose picture is a FIFO without a reader, and waits for its summary."""
         os.mkfifo(self.path("map.svg"))
-        process = self.start(*JOB, "--map", "map.svg", *options)
+        process = self.start(*JOB, "--map", "map.svg", *options, **settings)
         os.set_blocking(process.stdout.fileno(), False)
         output = b""
         limit = time.monotonic() + TIME_LIMIT
         while not output.endswith(b"\n"):
-            self.assertLess(time.monotonic(), limit, "the summary was not to be seen")
+            self.assertLess(time.monotonic(), limit, "there was no summary")
             output += process.stdout.read() or b""
             time.sleep(0.01)
         return process, output
 
-    def test_a_signal_while_the_map_is_drawn_does_not_swallow_the_summary(self):
+    def test_summaryPrecedesSignalDuringMap(self):
         process, output = self.withoutPicture("--json", "--quiet")
         self.assertEqual(1, json.loads(output)["nodes_kept"])
         process.send_signal(signal.SIGTERM)
-        self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
+        self.assertEqual(b"Vadelwatch: interrupted, so the map map.svg was not drawn.\n", process.communicate()[1])
+        self.assertEqual(-signal.SIGTERM, process.returncode)
 
-    @unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
-    def test_a_map_without_memory_is_told_behind_the_summary(self):
+    def test_ignoredSignalDoesNotEndDrawing(self):
+        process, _ = self.withoutPicture("--json", "--quiet",
+                                         preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        process.send_signal(signal.SIGHUP)
+        self.assertTrue(self.content("map.svg").startswith(b"<?xml"))
+        self.assertEqual(0, process.wait(TIME_LIMIT))
+
+    @unittest.skipIf(SANITIZED, "sanitizers replace the functions for memory")
+    def test_reportsMissingMemoryAfterSummary(self):
         # Only the picture and what it is counted in take blocks of this size.
         settings = {**failingMemory(failsForever(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000"}
         watched = self.job("--quiet", "--json", "--map", "map.png", "--lang=en", environment=settings)

@@ -20,7 +20,7 @@ std::size_t countOf(const std::string& part, const std::string& text) {
     return count;
 }
 
-/// Kept nodes side by side, in these tones, as they are drawn.
+/// Draws adjacent kept nodes in these tones and returns the picture.
 std::string discsOf(const std::vector<float>& tones) {
     MapRaster raster = makeRaster(static_cast<int>(tones.size()), 1, {0, 0, static_cast<double>(tones.size()), 1});
     for (std::size_t i = 0; i < tones.size(); ++i) {
@@ -37,7 +37,7 @@ std::string discsOf(const std::vector<float>& tones) {
 
 } // namespace
 
-TEST(MapCanvas, anImageThatIsTooLargeIsSaidAtTheEnd) {
+TEST(MapCanvas, reportsTooLargeImageAtTheEnd) {
     for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg}) {
         MapCanvas canvas(format, 10, 10);
         constexpr int width = 40000; // Cairo's images end at 32767.
@@ -47,17 +47,37 @@ TEST(MapCanvas, anImageThatIsTooLargeIsSaidAtTheEnd) {
     }
 }
 
-TEST(MapCanvas, aPictureThatIsTooLargeIsSaidAtTheEnd) {
+TEST(MapCanvas, reportsTooLargePictureAtTheEnd) {
     MapCanvas canvas(PictureFormat::png, 40000, 1);
     std::string picture;
     EXPECT_NE("", canvas.finish(picture));
 }
 
-TEST(MapCanvas, discsOfOneColourThatFollowOneAnotherAreOneShape) {
+TEST(MapCanvas, drawsConsecutiveDiscsOfOneColourAsOneShape) {
     EXPECT_EQ(1U, countOf("<path", discsOf({0.5F, 0.5F, 0.5F})));
     EXPECT_EQ(3U, countOf("<path", discsOf({0.5F, 0.0F, 0.0F, 0.5F})));
-    // From each tone to the next another part of the colour changes, by one: red, green, blue.
+    // Each tone differs from the one before in one component of the colour, by 1: red, green, blue.
     EXPECT_EQ(4U, countOf("<path", discsOf({0.00435F, 0.0044F, 0.0045F, 0.00545F})));
+}
+
+TEST(MapCanvas, svgHasTitleAndTextsAsText) {
+    MapCanvas canvas(PictureFormat::svg, 100, 100, "a & <b>");
+    canvas.drawText("c < d", {10.0, 20.0}, {15.0, TextAnchor::right, true, {255, 0, 16}});
+    std::string picture;
+    EXPECT_EQ("", canvas.finish(picture));
+    EXPECT_NE(std::string::npos, picture.find("<title>a &amp; &lt;b&gt;</title>"));
+    EXPECT_NE(std::string::npos,
+              picture.find("<text x=\"10.00\" y=\"20.00\" font-family=\"sans-serif\" font-size=\"15.00\" "
+                           "font-weight=\"bold\" text-anchor=\"end\" fill=\"#ff0010\">c &lt; d</text>\n</svg>"));
+}
+
+TEST(MapCanvas, widthOfTextGrowsWithTextAndSize) {
+    MapCanvas canvas(PictureFormat::png, 1, 1);
+    const double width = canvas.textWidth("www", {20.0});
+    EXPECT_GT(width, 30.0);
+    EXPECT_NEAR(2.0 * width, canvas.textWidth("wwwwww", {20.0}), 1.0);
+    EXPECT_NEAR(2.0 * width, canvas.textWidth("www", {40.0}), 4.0);
+    EXPECT_LT(width, canvas.textWidth("www", {20.0, TextAnchor::left, true}));
 }
 
 } // namespace vadelwatch

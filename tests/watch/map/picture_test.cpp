@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
+#include <optional>
 #include <string>
 
 namespace vadelwatch {
@@ -19,7 +20,7 @@ constexpr const char* squareFile = "<VADELSIM><VadeDGM><group type='boundaries'>
                                    "<point x='10' y='0'/><point x='10' y='10'/><point x='0' y='10'/></polygon></group>"
                                    "</VadeDGM></VADELSIM>";
 
-/// As SVG writes the colour of dropped nodes that lie as close as any.
+/// The darkest colour of dropped nodes, as SVG writes it.
 constexpr const char* droppedAtItsDarkest = "58.8235";
 
 /// A run of a few nodes, ready to be drawn.
@@ -33,7 +34,7 @@ struct DrawnRun {
         directory.write("out/a.xyz", outputText);
     }
 
-    /// Draws and returns the bytes of the picture; the test fails if there is none.
+    /// Draws and returns the bytes of the picture. Fails on an error message.
     std::string draw(const std::string& pictureName) {
         request.pictureFile = directory.pathOf(pictureName);
         EXPECT_EQ("", drawMap(request));
@@ -51,7 +52,7 @@ unsigned int bigEndian(const std::string& bytes, std::size_t place) {
     return number;
 }
 
-/// Lines on both sides of the square's right edge, so that half of them are kept.
+/// Writes nodes on both sides of the right edge of the square: half of them are kept.
 DrawnRun& withManyNodes(DrawnRun& run, int side) {
     std::string input = "x;y;z\n";
     std::string output = input;
@@ -65,7 +66,7 @@ DrawnRun& withManyNodes(DrawnRun& run, int side) {
     return run;
 }
 
-/// How many images an SVG picture holds; the test fails if it is not well-formed or has another size.
+/// Returns the number of images in an SVG picture. Fails if it is not well-formed or has another size.
 int imagesInSvg(const std::string& bytes) {
     pugi::xml_document document;
     EXPECT_TRUE(document.load_buffer(bytes.data(), bytes.size()));
@@ -77,7 +78,7 @@ int imagesInSvg(const std::string& bytes) {
 
 } // namespace
 
-TEST(MapPicture, nameDecidesTheFormat) {
+TEST(MapPicture, nameSelectsFormat) {
     EXPECT_TRUE(isPictureFileName("a.png"));
     EXPECT_TRUE(isPictureFileName("/b/a.svg"));
     for (const char* const name : {"", "png", "a.PNG", "a.png ", "a.jpg", "a.svgz"}) {
@@ -95,7 +96,7 @@ TEST(MapPicture, pngHasSignatureAndSize) {
     EXPECT_EQ("IEND", bytes.substr(bytes.size() - 8, 4));
 }
 
-TEST(MapPicture, svgHoldsFewNodesAsShapesAndManyAsAnImage) {
+TEST(MapPicture, svgHasShapesForFewNodesAndImageForMany) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n15;5;1\n", "x;y;z\n5;5;1\n");
     EXPECT_EQ(0, imagesInSvg(run.draw("map.svg")));
@@ -104,7 +105,7 @@ TEST(MapPicture, svgHoldsFewNodesAsShapesAndManyAsAnImage) {
     EXPECT_LT(many.size(), 400000U);
 }
 
-TEST(MapPicture, crowdedNodesAreDrawnDarkerAndTheLegendSaysSo) {
+TEST(MapPicture, drawsCrowdedNodesDarkerAndExplainsIt) {
     DrawnRun run;
     std::string even = "x;y;z\n";
     for (int i = 0; i < 400; ++i) {
@@ -123,7 +124,7 @@ TEST(MapPicture, crowdedNodesAreDrawnDarkerAndTheLegendSaysSo) {
     EXPECT_NE(std::string::npos, crowdedPicture.find(droppedAtItsDarkest));
 }
 
-TEST(MapPicture, outlinesOfManyVerticesAreThinner) {
+TEST(MapPicture, drawsOutlinesOfManyVerticesThinner) {
     DrawnRun run;
     const auto outlineOf = [](int vertices) {
         std::string text = "<VADELSIM><VadeDGM><group type='boundaries'><polygon id='1'>";
@@ -133,18 +134,18 @@ TEST(MapPicture, outlinesOfManyVerticesAreThinner) {
         return text + "</polygon></group></VadeDGM></VADELSIM>";
     };
     run.directory.write("b.xml", outlineOf(2000));
-    EXPECT_EQ(std::string::npos, run.draw("few.svg").find("stroke-width:1.2;"));
+    EXPECT_NE(std::string::npos, run.draw("few.svg").find("stroke-width:1.4;"));
     run.directory.write("b.xml", outlineOf(2001));
-    EXPECT_NE(std::string::npos, run.draw("many.svg").find("stroke-width:1.2;"));
+    EXPECT_EQ(std::string::npos, run.draw("many.svg").find("stroke-width:1.4;"));
 }
 
-TEST(MapPicture, theSamePictureIsDrawnAgain) {
+TEST(MapPicture, drawsSamePictureAgain) {
     DrawnRun run;
     withManyNodes(run, 40);
     EXPECT_EQ(run.draw("a.png"), run.draw("b.png"));
 }
 
-TEST(MapPicture, theLanguageMakesADifference) {
+TEST(MapPicture, drawsTextsInLanguage) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n15;5;1\n", "x;y;z\n5;5;1\n");
     const std::string english = run.draw("a.png");
@@ -152,7 +153,7 @@ TEST(MapPicture, theLanguageMakesADifference) {
     EXPECT_NE(english, run.draw("b.png"));
 }
 
-TEST(MapPicture, sentencesInGerman) {
+TEST(MapPicture, reportsErrorsInGerman) {
     const GermanMessages german;
     DrawnRun run;
     MapRequest request = run.request;
@@ -177,7 +178,7 @@ TEST(MapPicture, sentencesInGerman) {
     EXPECT_EQ("Die Karte /no/map.png kann nicht geschrieben werden: No such file or directory.", drawMap(run.request));
 }
 
-TEST(MapPicture, keptNodesMakeADifference) {
+TEST(MapPicture, drawsKeptNodesDifferently) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n6;6;1\n", "x;y;z\n5;5;1\n");
     const std::string first = run.draw("a.png");
@@ -185,7 +186,7 @@ TEST(MapPicture, keptNodesMakeADifference) {
     EXPECT_NE(first, run.draw("b.png"));
 }
 
-TEST(MapPicture, oddInputIsDrawn) {
+TEST(MapPicture, drawsOddInput) {
     DrawnRun run;
     EXPECT_GT(run.draw("only-outlines.png").size(), 1000U);
     run.write("x;y;z\n500000.5;6000000.25;1\n", "");
@@ -201,20 +202,20 @@ TEST(MapPicture, oddInputIsDrawn) {
     EXPECT_GT(run.draw("upright-line.png").size(), 1000U);
 }
 
-TEST(MapPicture, namesOfAnyBytesAreDrawn) {
+TEST(MapPicture, drawsNamesOfAnyBytes) {
     DrawnRun run;
     run.request.boundaryFile = run.directory.write("\xFF\n<&" + std::string(200, 'w') + ".xml", squareFile);
     EXPECT_EQ(0, imagesInSvg(run.draw("map.svg")));
 }
 
-TEST(MapPicture, nothingToDrawIsSaid) {
+TEST(MapPicture, reportsNothingToDraw) {
     DrawnRun run;
     run.directory.write("b.xml", "<VADELSIM/>");
     EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.", drawMap(run.request));
     EXPECT_FALSE(run.hasPicture());
 }
 
-TEST(MapPicture, unreadableInputIsSaid) {
+TEST(MapPicture, reportsUnreadableInput) {
     DrawnRun run;
     MapRequest request = run.request;
     request.boundaryFile = "/no/b.xml";
@@ -228,13 +229,47 @@ TEST(MapPicture, unreadableInputIsSaid) {
     EXPECT_FALSE(run.hasPicture());
 }
 
-TEST(MapPicture, aPictureThatCannotBeWrittenIsSaid) {
+TEST(MapPicture, reportsUnwritablePicture) {
     DrawnRun run;
     run.request.pictureFile = "/no/map.png";
     EXPECT_EQ("The map /no/map.png cannot be written: No such file or directory.", drawMap(run.request));
     run.request.pictureFile = run.directory.makeLink("full.svg", "/dev/full");
     EXPECT_EQ("The map " + run.request.pictureFile + " cannot be written: No space left on device.",
               drawMap(run.request));
+}
+
+TEST(MapPicture, readsPictureSize) {
+    const std::optional<PictureSize> size = readPictureSize("1200x900");
+    ASSERT_TRUE(size);
+    EXPECT_EQ(1200, size->width);
+    EXPECT_EQ(900, size->height);
+    EXPECT_TRUE(readPictureSize("800x600") && readPictureSize("4096x4096"));
+    for (const char* const text : {"", "1200", "1200x", "x900", "799x600", "800x599", "4097x900", "900x4097",
+                                   "1200X900", "1200x900 ", "-1200x900", "99999999999x900"}) {
+        EXPECT_FALSE(readPictureSize(text)) << text;
+    }
+}
+
+TEST(MapPicture, namesWorldFileOfPng) {
+    EXPECT_EQ("a/b.pgw", worldFileOf("a/b.png"));
+    EXPECT_EQ("", worldFileOf("a/b.svg"));
+    EXPECT_EQ("", worldFileOf(""));
+}
+
+TEST(MapPicture, worldFileFailsWithItsName) {
+    DrawnRun run;
+    run.write("x;y;z\n5;5;1\n", "");
+    run.directory.makeDirectory("map.pgw");
+    EXPECT_EQ("The map " + run.directory.pathOf("map.pgw") + " cannot be written: Is a directory.",
+              drawMap(run.request));
+}
+
+TEST(MapPicture, hasAskedSize) {
+    DrawnRun run;
+    run.request.size = {900, 700};
+    const std::string bytes = run.draw("map.png");
+    EXPECT_EQ(900U, bigEndian(bytes, 16));
+    EXPECT_EQ(700U, bigEndian(bytes, 20));
 }
 
 } // namespace vadelwatch

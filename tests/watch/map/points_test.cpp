@@ -3,16 +3,32 @@
 #include "support/file_support.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include <cmath>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
+#include <vector>
 
 namespace vadelwatch {
 
 using vadelclip::TemporaryDirectory;
 
 namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines nodeLinesOf(const std::string& content) {
+    const TemporaryDirectory directory;
+    NodeLineReader reader;
+    reader.open(directory.write("a.txt", content));
+    Lines lines;
+    std::string_view line;
+    while (reader.next(line)) {
+        lines.emplace_back(line);
+    }
+    return lines;
+}
 
 /// Input and output directory of a run.
 struct FilesOfRun {
@@ -26,12 +42,12 @@ struct FilesOfRun {
     }
 };
 
-/// What a visit gives: "+" for a kept and "-" for a dropped node with its x, then the counts, then the error.
+/// Returns "+" for each kept and "-" for each dropped node with its x, then the counts, then the error.
 std::string visit(const FilesOfRun& run) {
     std::ostringstream text;
     NodeCounts counts;
-    const std::string error = visitNodes(run.input, run.output, counts, [&text](MapPosition position, bool kept) {
-        text << (kept ? "+" : "-") << position.x << " ";
+    const std::string error = visitNodes(run.input, run.output, counts, [&text](const MapNode& node) {
+        text << (node.kept ? "+" : "-") << node.position.x << " ";
     });
     text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
          << counts.unreadable << " unreadable";
@@ -43,13 +59,66 @@ std::string visit(const FilesOfRun& run) {
 
 } // namespace
 
-TEST(MapPoints, keptNodesAreThoseInTheOutputFile) {
+TEST(MapNodeLines, endsLinesAtLineFeeds) {
+    EXPECT_EQ((Lines{"a", "", "b\rc", "d"}), nodeLinesOf("a\n\nb\rc\r\nd\r\r\nlost"));
+    EXPECT_EQ(Lines{}, nodeLinesOf(""));
+    EXPECT_EQ(Lines{}, nodeLinesOf("no line feed"));
+    NodeLineReader missing;
+    missing.open("/no/such/file.txt");
+    std::string_view line;
+    EXPECT_FALSE(missing.next(line));
+}
+
+TEST(MapNodeLines, readsOnlyRegularFiles) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.pathOf("fifo");
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    for (const std::string& path : {fifo, directory.path(), directory.makeLink("endless", "/dev/zero")}) {
+        NodeLineReader reader;
+        reader.open(path);
+        std::string_view line;
+        EXPECT_FALSE(reader.next(line)) << path;
+    }
+}
+
+TEST(MapNodeLines, readsLinesAcrossAndBeyondBlocks) {
+    constexpr std::size_t longest = NodeLineReader::longestLine;
+    for (const std::size_t length : {longest - 2, longest - 1, longest, longest + 1, 2 * longest - 1, 2 * longest,
+                                     2 * longest + 1, 3 * longest, 5 * longest + 7}) {
+        const std::string line(length, 'b');
+        const std::string expected = line.substr(0, longest);
+        EXPECT_EQ((Lines{"a", expected, "c"}), nodeLinesOf("a\n" + line + "\nc\n")) << length;
+        EXPECT_EQ((Lines{expected, expected, "c"}), nodeLinesOf(line + "\n" + line + "\r\nc\n")) << length;
+        EXPECT_EQ(Lines{"a"}, nodeLinesOf("a\n" + line)) << length;
+    }
+    std::string many;
+    Lines expected;
+    for (int i = 0; i < 300000; ++i) {
+        expected.push_back(std::to_string(i) + ";1;2");
+        many += expected.back() + "\n";
+    }
+    EXPECT_EQ(expected, nodeLinesOf(many));
+}
+
+TEST(MapNodeLines, nextFileBeginsAnew) {
+    const TemporaryDirectory directory;
+    NodeLineReader reader;
+    reader.open(directory.write("a.txt", "a\nb\nincomplete"));
+    std::string_view line;
+    EXPECT_TRUE(reader.next(line));
+    reader.open(directory.write("b.txt", "c\n"));
+    EXPECT_TRUE(reader.next(line));
+    EXPECT_EQ("c", line);
+    EXPECT_FALSE(reader.next(line));
+}
+
+TEST(MapPoints, nodesInOutputFileAreKept) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n3;1;0\n4;1;0\n", "x;y;z\n2;1;0\n4;1;0\n");
     EXPECT_EQ("-1 +2 -3 +4 | 1 files, 2 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, anOutputThatIsNoRegularFileKeepsNothing) {
+TEST(MapPoints, outputFileThatIsNotRegularKeepsNothing) {
     const FilesOfRun run;
     run.directory.write("in/a.xyz", "x;y;z\n1;1;0\n");
     run.directory.write("in/b.xyz", "x;y;z\n2;1;0\n");
@@ -58,7 +127,7 @@ TEST(MapPoints, anOutputThatIsNoRegularFileKeepsNothing) {
     EXPECT_EQ("-1 -2 | 2 files, 0 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, equalLinesAreTakenOneByOne) {
+TEST(MapPoints, matchesEqualLinesOneByOne) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n1;1;0\n1;1;0\n", "x;y;z\n1;1;0\n1;1;0\n1;1;0\n");
     EXPECT_EQ("+1 -2 +1 +1 | 1 files, 3 kept, 1 dropped, 0 unreadable", visit(run));
@@ -70,7 +139,7 @@ TEST(MapPoints, lineEndsMayDiffer) {
     EXPECT_EQ("+1 +2 -3 | 1 files, 2 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, filesGoInTheOrderOfTheirNamesAndMayKeepNothing) {
+TEST(MapPoints, visitsFilesInOrderOfNames) {
     const FilesOfRun run;
     run.directory.write("in/c.csv", "x y z\n5 1 0\n");
     run.write("b.txt", "x;y;z\n2;1;0\n", "x;y;z\n2;1;0\n");
@@ -78,19 +147,19 @@ TEST(MapPoints, filesGoInTheOrderOfTheirNamesAndMayKeepNothing) {
     EXPECT_EQ("-1 +2 -5 | 3 files, 1 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, linesWithoutAPositionAreCountedApart) {
+TEST(MapPoints, countsLinesWithoutPositionSeparately) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n\n# remark\n1;1;0\n2;1\n3;1;0", "x;y;z\n1;1;0\n");
     EXPECT_EQ("+1 | 1 files, 1 kept, 0 dropped, 3 unreadable", visit(run));
 }
 
-TEST(MapPoints, positionsAreReadAsTheToolReadsThem) {
+TEST(MapPoints, readsPositionsAsToolDoes) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n +1 m; 1.;0\n+-2;1;0\n3;1\n4;inf;0\n0x5;1;0\n1e999;1;0\n", "x;y;z\n");
     EXPECT_EQ("-1 -0 | 1 files, 0 kept, 2 dropped, 4 unreadable", visit(run));
 }
 
-TEST(MapPoints, whatARunDoesNotTakeIsPassedOver) {
+TEST(MapPoints, ignoresFilesThatToolIgnores) {
     const FilesOfRun run;
     run.directory.write("in/a.dat", "x;y;z\n1;1;0\n");
     run.directory.write("in/no-header.txt", "1;1;0\n");
@@ -99,24 +168,24 @@ TEST(MapPoints, whatARunDoesNotTakeIsPassedOver) {
     run.directory.makeLink("in/link.txt", run.directory.write("elsewhere.bin", "x;y;z\n7;1;0\n"));
     run.directory.makeLink("in/dangling.txt", "missing");
     run.directory.makeLink("in/loop.txt", "loop.txt");
-    // Opening it would wait for ever.
+    // Opening it would block.
     ASSERT_EQ(0, mkfifo((run.input + "/fifo.txt").c_str(), 0600));
     EXPECT_EQ("-7 | 1 files, 0 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, anInputFileThatTheCountHasOverwrittenKeepsNothing) {
+TEST(MapPoints, inputFileOverwrittenByCountKeepsNothing) {
     const FilesOfRun run;
     run.write("total_node_count.txt", "x;y;z\n1;1;0\n", "1\n");
     EXPECT_EQ("-1 | 1 files, 0 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, aLineCutShortByAFullDiskIsNoKeptLine) {
+TEST(MapPoints, cutOffLineIsNotKept) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n1;1;0\n2;1");
     EXPECT_EQ("+1 -2 | 1 files, 1 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
-TEST(MapPoints, anOutputFileOfAnotherInputIsAnError) {
+TEST(MapPoints, rejectsOutputFileOfAnotherInput) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n2;1;0\n1;1;0\n");
     EXPECT_EQ("-1 +2 | 1 files, 1 kept, 1 dropped, 0 unreadable | The file " + run.output +
@@ -124,13 +193,40 @@ TEST(MapPoints, anOutputFileOfAnotherInputIsAnError) {
               visit(run));
 }
 
-TEST(MapPoints, missingDirectoriesAreErrors) {
+TEST(MapPoints, reportsMissingDirectories) {
     const FilesOfRun run;
     NodeCounts counts;
-    const NodeVisitor ignore = [](MapPosition, bool) {};
+    const NodeVisitor ignore = [](const MapNode&) {};
     EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
     EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
     EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
+}
+
+TEST(MapPoints, readsElevationFromThirdColumn) {
+    EXPECT_EQ(3.5F, elevationOf("1;2;3.5", ';'));
+    EXPECT_EQ(3.5F, elevationOf("1 m; 2 ; +3.5;9", ';'));
+    EXPECT_EQ(-4e2F, elevationOf("  1  2   -4e2 x", ' '));
+    EXPECT_EQ(7.0F, elevationOf("1\t2\t7 m", '\t'));
+    for (const char* const line :
+         {"", "1;2", "1;2;", "1;2;x", "1;2;3,5", "1;2;nan", "1;2;inf", "1;2;1e99", "1;2;--3"}) {
+        EXPECT_TRUE(std::isnan(elevationOf(line, ';'))) << line;
+    }
+}
+
+TEST(MapPoints, countsKeptNodesWithoutElevation) {
+    const FilesOfRun run;
+    run.write("a.xyz", "x;y;z\n1;1;5\n2;1;?\n3;1;?\n", "x;y;z\n1;1;5\n2;1;?\n");
+    NodeCounts counts;
+    std::vector<float> elevations;
+    const NodeVisitor visit = [&elevations](const MapNode& node) { elevations.push_back(node.elevation); };
+    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit, true));
+    EXPECT_EQ(1U, counts.withoutElevation);
+    ASSERT_EQ(3U, elevations.size());
+    EXPECT_EQ(5.0F, elevations[0]);
+    EXPECT_TRUE(std::isnan(elevations[1]) && std::isnan(elevations[2]));
+    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit));
+    EXPECT_EQ(0U, counts.withoutElevation);
+    EXPECT_TRUE(std::isnan(elevations[3]));
 }
 
 } // namespace vadelwatch

@@ -1,6 +1,5 @@
 #include "watch/map/raster.hpp"
 
-#include "watch/map/density.hpp"
 #include "watch/map/shading.hpp"
 
 #include <gtest/gtest.h>
@@ -40,7 +39,7 @@ MapRaster gridRaster(int side, int distance) {
 
 } // namespace
 
-TEST(MapRaster, nodesAreCountedInTheirCells) {
+TEST(MapRaster, countsNodesInTheirCells) {
     MapRaster raster = makeRaster(3, 2, {10, 20, 16, 24});
     countNode(raster, {10, 20}, false);
     countNode(raster, {11.9, 21.9}, false);
@@ -53,7 +52,7 @@ TEST(MapRaster, nodesAreCountedInTheirCells) {
     EXPECT_EQ(0U, raster.outside);
 }
 
-TEST(MapRaster, nodesBeyondTheMapAreCountedApart) {
+TEST(MapRaster, countsNodesOutsideSeparately) {
     MapRaster raster = makeRaster(2, 2, {0, 0, 2, 2});
     for (const MapPosition position : {MapPosition{-0.001, 1}, {1, 2.001}, {1e308, 1}, {1, -1e308}, {NAN, 1}}) {
         countNode(raster, position, true);
@@ -63,14 +62,14 @@ TEST(MapRaster, nodesBeyondTheMapAreCountedApart) {
     EXPECT_EQ(0U, occupiedCells(raster));
 }
 
-TEST(MapRaster, aFullCellStaysFull) {
+TEST(MapRaster, fullCellStaysFull) {
     MapRaster raster = makeRaster(1, 1, {0, 0, 1, 1});
     raster.cells[0].nodes = std::numeric_limits<std::uint32_t>::max();
     countNode(raster, {0.5, 0.5}, true);
     EXPECT_EQ("4294967295k/", describe(raster));
 }
 
-TEST(MapRaster, spacingIsThatOfAnEvenSpread) {
+TEST(MapRaster, spacingMatchesEvenSpread) {
     EXPECT_EQ(0.0, nodeSpacing(makeRaster(64, 64, {0, 0, 1, 1})));
     EXPECT_DOUBLE_EQ(1.0, nodeSpacing(gridRaster(64, 1)));
     EXPECT_DOUBLE_EQ(4.0, nodeSpacing(gridRaster(64, 4)));
@@ -93,7 +92,7 @@ TEST(MapDensity, evenNodesHaveOneTone) {
     EXPECT_FALSE(measureDensity(makeRaster(4, 4, {0, 0, 1, 1})).uneven);
 }
 
-TEST(MapDensity, aRegularGridDoesNotBeatAgainstThePixels) {
+TEST(MapDensity, regularGridMakesNoMoire) {
     // 27 nodes over 10 pixels: 2 or 3 in each direction, 4 to 9 in a pixel.
     MapRaster raster = makeRaster(100, 100, {0, 0, 100, 100});
     for (int y = 0; y < 270; ++y) {
@@ -104,7 +103,7 @@ TEST(MapDensity, aRegularGridDoesNotBeatAgainstThePixels) {
     EXPECT_FALSE(measureDensity(raster).uneven);
 }
 
-TEST(MapDensity, tonesFollowTheLogarithmOfTheNumberOfNodes) {
+TEST(MapDensity, tonesFollowLogarithmOfCount) {
     MapRaster raster = makeRaster(300, 10, {0, 0, 300, 10});
     for (int i = 0; i < 3000; ++i) {
         const int column = i % 300;
@@ -117,7 +116,7 @@ TEST(MapDensity, tonesFollowTheLogarithmOfTheNumberOfNodes) {
     EXPECT_NEAR(1.0, density.tones[250], 1e-6);
 }
 
-TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
+TEST(MapShading, discsLeaveNoGapsInEvenSpread) {
     for (const int distance : {1, 2, 3, 4}) {
         const MapRaster raster = gridRaster(48, distance);
         const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
@@ -130,7 +129,7 @@ TEST(MapShading, discsLeaveNoGapsInAnEvenSpread) {
     }
 }
 
-TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
+TEST(MapShading, discsLeaveNoGapsInRandomCrowd) {
     constexpr int side = 200;
     std::mt19937 random(5);
     for (const double nodesOfPixel : {2.0, 4.5, 7.0}) {
@@ -146,7 +145,7 @@ TEST(MapShading, nodesThatAreCrowdedAtRandomLeaveNoGapsEither) {
     }
 }
 
-TEST(MapShading, keptNodesLieOverDroppedOnes) {
+TEST(MapShading, drawsKeptNodesOverDroppedOnes) {
     MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {0.5, 0.5}, false);
@@ -155,7 +154,7 @@ TEST(MapShading, keptNodesLieOverDroppedOnes) {
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0xFFBABABAU, 0U}), image.pixels);
 }
 
-TEST(MapShading, theNearerNodeColoursAPixel) {
+TEST(MapShading, nearerNodeColoursPixel) {
     MapRaster raster = makeRaster(7, 1, {0, 0, 7, 1});
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {4.5, 0.5}, false);
@@ -165,12 +164,77 @@ TEST(MapShading, theNearerNodeColoursAPixel) {
     EXPECT_EQ((std::vector<std::uint32_t>{kept, kept, kept, dropped, dropped, dropped, dropped}), image.pixels);
 }
 
-TEST(MapShading, radiusIsLimited) {
-    EXPECT_EQ(1.5, discRadius(0.0));
-    EXPECT_EQ(1.5, discRadius(0.5));
-    EXPECT_EQ(discRadius(2.0), discRadius(0.51));
+TEST(MapShading, limitsRadius) {
+    EXPECT_EQ(discRadius(2.0), discRadius(0.0));
+    EXPECT_EQ(discRadius(2.0), discRadius(1.01));
     EXPECT_EQ(4.0, discRadius(10.0));
     EXPECT_EQ(6.0, discRadius(16.0));
+}
+
+TEST(MapShading, discsKeepTheirSizeWhereNodesCoincide) {
+    MapRaster raster = gridRaster(64, 8);
+    const double radius = discRadius(nodeSpacing(raster));
+    for (int i = 0; i < 5000; ++i) {
+        countNode(raster, {0.5, 0.5}, true);
+    }
+    EXPECT_EQ(radius, discRadius(nodeSpacing(raster)));
+}
+
+TEST(MapShading, keptCellsAreSinglePixels) {
+    MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1});
+    countNode(raster, {0.5, 0.5}, true);
+    countNode(raster, {1.5, 0.5}, false);
+    EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0U, 0U}),
+              shadeKeptCells(raster, measureDensity(raster), 1.0F).pixels);
+    EXPECT_EQ(0x80U, shadeKeptCells(raster, measureDensity(raster), 0.5F).pixels[0] >> 24U);
+}
+
+TEST(MapElevation, tonesFollowMeanElevationOfCells) {
+    MapRaster raster = makeRaster(4, 1, {0, 0, 4, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 100.0F);
+    countNode(raster, {1.5, 0.5}, true, 100.0F);
+    countNode(raster, {1.5, 0.5}, true, 200.0F);
+    countNode(raster, {2.5, 0.5}, true, 300.0F);
+    countNode(raster, {3.5, 0.5}, true);
+    const MapElevations elevations = measureElevations(raster);
+    // The 98th percentile of three cells is the second one.
+    EXPECT_EQ(100.0F, elevations.low);
+    EXPECT_EQ(150.0F, elevations.high);
+    EXPECT_EQ((std::vector<float>{0.0F, 1.0F, 1.0F, -1.0F}), elevations.tones);
+}
+
+TEST(MapElevation, equalElevationsHaveOneTone) {
+    MapRaster raster = makeRaster(2, 1, {0, 0, 2, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 7.0F);
+    countNode(raster, {1.5, 0.5}, true, 7.0F);
+    EXPECT_EQ((std::vector<float>{0.5F, 0.5F}), measureElevations(raster).tones);
+}
+
+TEST(MapElevation, fewWrongValuesDoNotTakeAllColours) {
+    MapRaster raster = makeRaster(100, 1, {0, 0, 100, 1}, true);
+    for (int i = 0; i < 100; ++i) {
+        countNode(raster, {i + 0.5, 0.5}, true, i == 50 ? -9999.0F : static_cast<float>(i));
+    }
+    EXPECT_LE(0.0F, measureElevations(raster).low);
+}
+
+TEST(MapElevation, isEmptyWithoutElevations) {
+    MapRaster raster = makeRaster(1, 1, {0, 0, 1, 1}, true);
+    countNode(raster, {0.5, 0.5}, true);
+    EXPECT_TRUE(measureElevations(raster).tones.empty());
+    EXPECT_TRUE(measureElevations(makeRaster(1, 1, {0, 0, 1, 1})).tones.empty());
+}
+
+TEST(MapShading, elevationHasColoursOfViridis) {
+    MapRaster raster = makeRaster(3, 1, {0, 0, 3, 1}, true);
+    countNode(raster, {0.5, 0.5}, true, 1.0F);
+    countNode(raster, {1.5, 0.5}, true, 2.0F);
+    countNode(raster, {2.5, 0.5}, true);
+    const MapDensity density = measureDensity(raster);
+    MapElevations elevations = measureElevations(raster);
+    elevations.tones[1] = 1.0F;
+    const PixelImage image = shadeNodes(raster, {density, elevations}, 0.5);
+    EXPECT_EQ((std::vector<std::uint32_t>{0xFF21908DU, 0xFFFDE725U, 0xFF3C3C3CU}), image.pixels);
 }
 
 } // namespace vadelwatch

@@ -167,7 +167,7 @@ TEST(RunSummary, isJsonOfFailedRun) {
     summary.exitStatus = 1;
     summary.outputDirectory = "caf\xE9";
     summary.errors = {"a", "b"};
-    summary.failure = "a";
+    summary.failure = std::string("a");
     summary.signal = 9;
     summary.suspects = {{"b.xyz", "b.xyz: empty"}, {"", "No space"}};
     EXPECT_EQ(0U, summaryJson(summary).find(

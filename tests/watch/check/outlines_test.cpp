@@ -1,4 +1,4 @@
-#include "watch/map/outlines.hpp"
+#include "watch/check/outlines.hpp"
 
 #include "support/file_support.hpp"
 
@@ -25,7 +25,7 @@ std::string describe(const MapOutlines& outlines) {
     return text.str();
 }
 
-/// The outlines of a file with this in its VadeDGM element, or the error without the path.
+/// Returns the outlines of a file with this content, or the error message with FILE in place of the path.
 std::string outlinesOf(const std::string& content) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("b.xml", content);
@@ -45,7 +45,7 @@ const std::vector<MapPosition> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 
 } // namespace
 
-TEST(MapOutlines, polygonsOfBoundaryGroupsAreRead) {
+TEST(MapOutlines, readsPolygonsOfBoundaryGroups) {
     EXPECT_EQ(
         "[ 1,2 -3,40 ][ ][ 5,6 ]",
         readModel("<group type='boundaries'><polygon id='1'><point x='1' y=' +2m'/><point y='4e1' x='-3'/></polygon>"
@@ -54,12 +54,12 @@ TEST(MapOutlines, polygonsOfBoundaryGroupsAreRead) {
     EXPECT_EQ("", outlinesOf("<other/>"));
 }
 
-TEST(MapOutlines, coordinatesBeyondTheDrawableAreMovedToItsLimit) {
+TEST(MapOutlines, clampsCoordinatesToDrawableLimit) {
     EXPECT_EQ("[ 1e+300,-1e+300 ]",
               readModel("<group type='boundaries'><polygon><point x='1e301' y='-1e305'/></polygon></group>"));
 }
 
-TEST(MapOutlines, unreadableFilesAreNamed) {
+TEST(MapOutlines, namesUnreadableFiles) {
     MapOutlines outlines;
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.",
               readMapOutlines("/no/b.xml", outlines));
@@ -72,7 +72,7 @@ TEST(MapOutlines, unreadableFilesAreNamed) {
     }
 }
 
-TEST(MapOutlines, extent) {
+TEST(MapOutlines, findsExtent) {
     EXPECT_TRUE(isEmpty(extentOf({})));
     EXPECT_TRUE(isEmpty(extentOf({{}, {}})));
     const MapExtent extent = extentOf({{{1, 2}}, {{-5, 7}, {0, 0}}});
@@ -82,14 +82,14 @@ TEST(MapOutlines, extent) {
     EXPECT_EQ(7, extent.maxY);
 }
 
-TEST(MapOutlines, anOutlineInTheWindowIsClosed) {
+TEST(MapOutlines, closesOutlineInWindow) {
     EXPECT_EQ("[ 0,0 10,0 10,10 0,10 0,0 ]", describe(clipOutline(square, {-1, -1, 11, 11})));
     EXPECT_EQ("[ 0,0 10,0 0,0 ]", describe(clipOutline({{0, 0}, {10, 0}}, {-1, -1, 11, 11})));
     EXPECT_EQ("[ 3,3 3,3 ]", describe(clipOutline({{3, 3}}, {-1, -1, 11, 11})));
     EXPECT_EQ("", describe(clipOutline({}, {-1, -1, 11, 11})));
 }
 
-TEST(MapOutlines, whatIsBeyondTheWindowIsCutOff) {
+TEST(MapOutlines, clipsOutlineToWindow) {
     EXPECT_EQ("[ 5,0 10,0 10,10 5,10 ]", describe(clipOutline(square, {5, -1, 11, 11})));
     EXPECT_EQ("[ 2,0 4,0 ][ 4,10 2,10 ]", describe(clipOutline(square, {2, -5, 4, 15})));
     EXPECT_EQ("", describe(clipOutline(square, {2, 2, 8, 8})));
@@ -99,7 +99,7 @@ TEST(MapOutlines, whatIsBeyondTheWindowIsCutOff) {
     EXPECT_EQ("[ -1,0 1,0 ][ 1,0 -1,0 ]", describe(clipOutline({{-1e9, 0}, {1e9, 0}}, {-1, -1, 1, 1})));
 }
 
-TEST(MapOutlines, noCutLiesBesideTheWindowHoweverLongTheEdge) {
+TEST(MapOutlines, clipsHugeEdgesIntoWindow) {
     const MapExtent window{-1, -1, 2, 2};
     for (const double reach : {1e3, 1e17, 1e150, 1e300}) {
         const MapOutlines lines = clipOutline({{-reach, -reach}, {reach, reach}, {0.5, reach}, {-reach, 0.3}}, window);

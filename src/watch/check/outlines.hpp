@@ -1,10 +1,10 @@
 /// \file
-/// The outlines of the boundary file for the map, and the part of them in a window.
+/// The outlines of the boundary file, and the part of them in a window.
 ///
-/// The map has its own reader, more lenient than the tool's: the tool has accepted the file before a map is drawn.
+/// This reader is more lenient than the tool's, which has read the file before.
 #pragma once
 
-#include "watch/map/extent.hpp"
+#include "watch/check/extent.hpp"
 
 #include <string>
 #include <vector>

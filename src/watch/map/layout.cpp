@@ -1,4 +1,4 @@
-#include "watch/map/view.hpp"
+#include "watch/map/layout.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +8,34 @@ namespace vadelwatch {
 
 namespace {
 
+constexpr double largestSizeRatio = 4.0;
+constexpr double marginShare = 0.04;
+
+/// Returns the longer side.
+double sizeOf(const MapExtent& extent) {
+    return std::max(widthOf(extent), heightOf(extent));
+}
+
+MapExtent grow(const MapExtent& extent, double distance) {
+    return {extent.minX - distance, extent.minY - distance, extent.maxX + distance, extent.maxY + distance};
+}
+
+MapExtent intersect(const MapExtent& first, const MapExtent& second) {
+    return {std::max(first.minX, second.minX), std::max(first.minY, second.minY), std::min(first.maxX, second.maxX),
+            std::min(first.maxY, second.maxY)};
+}
+
+double largestMagnitude(const MapExtent& extent) {
+    return std::max({std::abs(extent.minX), std::abs(extent.maxX), std::abs(extent.minY), std::abs(extent.maxY)});
+}
+
+/// A double has about 16 digits. If 12 of them are larger than the frame, about a thousand steps across it remain.
+double smallestResolvedSize(const MapExtent& extent) {
+    return std::max(largestMagnitude(extent) * 1e-12, 1e-290);
+}
+
 /// Margins of the map in pixels: for the title above, the labels of x below, the legend on the right.
-constexpr double topSpace = 70.0;
+constexpr double topSpace = 92.0;
 constexpr double bottomSpace = 92.0;
 constexpr double rightSpace = 350.0;
 /// The left margin without the labels of y: the name of the axis, the ticks, and space.
@@ -29,6 +55,7 @@ constexpr std::size_t fewestTicks = 4;
 struct LabelStyle {
     const LabelWidth& width;
     char decimalPoint;
+    PictureSize size;
 };
 
 double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
@@ -60,11 +87,13 @@ void chooseTicks(MapView& view, const LabelStyle& style) {
 
 MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
     MapView view;
+    view.pictureWidth = style.size.width;
     view.plot.left = std::ceil(leftSpace + yLabelWidth);
     view.plot.top = topSpace;
     view.plot.width = view.pictureWidth - rightSpace - view.plot.left;
     const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
-    view.plot.height = std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+    view.plot.height = style.size.height > 0 ? style.size.height - topSpace - bottomSpace
+                                             : std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
     view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
     view.shown = fitAspect(frame, view.plot.height / view.plot.width);
     chooseTicks(view, style);
@@ -73,8 +102,38 @@ MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLa
 
 } // namespace
 
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint) {
-    const LabelStyle style{labelWidth, decimalPoint};
+MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines) {
+    const MapExtent all = joinExtents(points, outlines);
+    if (isEmpty(points) || isEmpty(outlines)) {
+        return all;
+    }
+    const bool pointsAreSmaller = sizeOf(points) < sizeOf(outlines);
+    const MapExtent& smaller = pointsAreSmaller ? points : outlines;
+    // Extents without overlap are both shown, because the user must see how far apart they are.
+    const bool apart = isEmpty(intersect(points, outlines));
+    if (apart || sizeOf(smaller) <= 0.0 || sizeOf(all) <= largestSizeRatio * sizeOf(smaller)) {
+        return all;
+    }
+    return intersect(grow(smaller, sizeOf(smaller) / 2.0), all);
+}
+
+MapExtent addMargin(const MapExtent& frame) {
+    const double size = sizeOf(frame);
+    if (size > 0.0) {
+        return grow(frame, std::max(size * marginShare, (smallestResolvedSize(frame) - size) / 2.0));
+    }
+    return grow(frame, std::max(0.5, largestMagnitude(frame) * 1e-9));
+}
+
+MapExtent fitAspect(const MapExtent& frame, double aspect) {
+    const double width = std::max(widthOf(frame), heightOf(frame) / aspect);
+    const double addedX = (width - widthOf(frame)) / 2.0;
+    const double addedY = (width * aspect - heightOf(frame)) / 2.0;
+    return {frame.minX - addedX, frame.minY - addedY, frame.maxX + addedX, frame.maxY + addedY};
+}
+
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint, PictureSize size) {
+    const LabelStyle style{labelWidth, decimalPoint, size};
     // The space for the labels of y depends on the labels, and the labels on the space. A few rounds settle it.
     double yLabelWidth = 80.0;
     MapView view = layOutBeside(frame, style, yLabelWidth);

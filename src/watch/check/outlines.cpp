@@ -1,4 +1,4 @@
-#include "watch/map/outlines.hpp"
+#include "watch/check/outlines.hpp"
 
 #include "watch/show/messages.hpp"
 

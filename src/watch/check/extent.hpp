@@ -1,5 +1,5 @@
 /// \file
-/// Rectangles of the map in the unit of the data, and the choice of the part of the data that a picture shows.
+/// Positions of nodes and vertices, and the rectangles that contain them.
 #pragma once
 
 #include <limits>
@@ -38,21 +38,5 @@ void includePosition(MapExtent& extent, MapPosition position);
 
 /// Returns the smallest extent that contains both. Either may be empty.
 MapExtent joinExtents(const MapExtent& first, const MapExtent& second);
-
-/// Chooses the part of the data that the picture shows, without a margin.
-///
-/// This is points and outlines together. If they overlap and are together more than four times as large as the smaller
-/// one, it is the smaller one with half its size around it. So a distant point, or a small area in a large survey, does
-/// not leave the picture nearly empty.
-///
-/// @return an empty extent only if both are empty.
-MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines);
-
-/// Adds a margin of 4 % of the longer side on each side. A frame of size 0 gets a size that doubles can resolve at its
-/// coordinates, so that positions in it are different numbers.
-MapExtent addMargin(const MapExtent& frame);
-
-/// Extends the frame in one direction, equally on both sides, until height divided by width is `aspect`.
-MapExtent fitAspect(const MapExtent& frame, double aspect);
 
 } // namespace vadelwatch

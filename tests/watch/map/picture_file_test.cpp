@@ -1,0 +1,57 @@
+#include "watch/map/picture_file.hpp"
+
+#include "support/file_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vadelwatch {
+
+using vadelclip::readFile;
+using vadelclip::TemporaryDirectory;
+
+TEST(MapPictureFile, replacesFileInOneStep) {
+    const TemporaryDirectory directory;
+    const std::string picture = directory.write("map.png", "old");
+    const std::string oldFile = directory.pathOf("old");
+    ASSERT_EQ(0, link(picture.c_str(), oldFile.c_str()));
+    EXPECT_EQ(0, writePictureFile(picture, "new"));
+    EXPECT_EQ("new", readFile(picture));
+    // Writing to the old file itself would change it here too.
+    EXPECT_EQ("old", readFile(oldFile));
+    EXPECT_EQ(2U, directory.tree().size());
+}
+
+TEST(MapPictureFile, newFileHasTheUsualMode) {
+    const TemporaryDirectory directory;
+    const mode_t mask = umask(022);
+    EXPECT_EQ(0, writePictureFile(directory.pathOf("map.png"), "new"));
+    umask(mask);
+    struct stat status {};
+    ASSERT_EQ(0, stat(directory.pathOf("map.png").c_str(), &status));
+    EXPECT_EQ(0644U, status.st_mode & 0777U);
+}
+
+TEST(MapPictureFile, returnsReasonOfFailure) {
+    EXPECT_EQ(ENOENT, writePictureFile("/no/map.png", "new"));
+    EXPECT_EQ(EISDIR, writePictureFile("/", "new"));
+    EXPECT_EQ(ENOSPC, writePictureFile("/dev/full", "new"));
+}
+
+TEST(MapPictureFile, removesOnlyRegularFiles) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.pathOf("map.svg");
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    removeOldPicture(fifo);
+    removeOldPicture(directory.pathOf("missing.png"));
+    removeOldPicture(directory.write("map.png", "old"));
+    EXPECT_TRUE(std::filesystem::exists(fifo));
+    EXPECT_FALSE(std::filesystem::exists(directory.pathOf("map.png")));
+}
+
+} // namespace vadelwatch
