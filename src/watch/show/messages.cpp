@@ -24,10 +24,10 @@ bool turnsText(char32_t character) {
            (character >= 0x202AU && character <= 0x202EU) || (character >= 0x2066U && character <= 0x2069U);
 }
 
-std::string inHexadecimal(const char* bytes, const char* end) {
+std::string inHexadecimal(const char* begin, const char* end) {
     std::string text;
-    for (; bytes != end; ++bytes) {
-        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*bytes));
+    for (const char* byte = begin; byte != end; ++byte) {
+        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*byte));
     }
     return text;
 }
