@@ -49,7 +49,7 @@ endforeach()
 # Documents keep their places in the source tree, so that the links between them work.
 install(FILES README.md packaging/copyright DESTINATION ${documents})
 install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents} changelog)
-install(DIRECTORY docs DESTINATION ${documents} FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN man EXCLUDE)
+install(DIRECTORY docs DESTINATION ${documents} FILES_MATCHING PATTERN *.md PATTERN *.json PATTERN *.png PATTERN man EXCLUDE)
 
 # Examples file by file: a run in the source tree leaves its output directory in examples/.
 install(FILES examples/README.md DESTINATION ${documents}/examples)

@@ -66,8 +66,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
         return;
     }
-    // `drawing` below reports a signal. This one removes the unfinished file.
-    const DrawingSignals signals("");
+    const DrawingSignals signals; // removes an unfinished file; `drawing` below reports the signal
     MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
     request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());

@@ -207,20 +207,18 @@ TEST(WatchOptions, acceptsPictureNames) {
 }
 
 TEST(WatchOptions, refusesNamesOfNoPicture) {
-    EXPECT_EQ("--map: needs the name of a file\nRun with --help for more information.\n",
-              read({"a", "b", "c", "--map", ""}).standardError);
-    EXPECT_EQ("--map: the name must end in .png or .svg: m.jpg\nRun with --help for more information.\n",
+    EXPECT_EQ("--map: needs the name of a file\n" + usageEnd, read({"a", "b", "c", "--map", ""}).standardError);
+    EXPECT_EQ("--map: the name must end in .png or .svg: m.jpg\n" + usageEnd,
               read({"a", "b", "c", "--map", "m.jpg"}).standardError);
     EXPECT_FALSE(read({"a", "b", "c", "--map="}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map-colour=elevation"}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map=m.png", "--map-colour=height"}).options);
-    EXPECT_EQ(
-        "--map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\nRun with --help for more information.\n",
-        read({"a", "b", "c", "--map=m.png", "--map-size=9x9"}).standardError);
+    EXPECT_EQ("--map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\n" + usageEnd,
+              read({"a", "b", "c", "--map=m.png", "--map-size=9x9"}).standardError);
 }
 #else
 TEST(WatchOptions, hasNoMapWithoutItsLibrary) {
-    EXPECT_EQ("The following argument was not expected: --map=m.png\nRun with --help for more information.\n",
+    EXPECT_EQ("The following argument was not expected: --map=m.png\n" + usageEnd,
               read({"a", "b", "c", "--map=m.png"}).standardError);
 }
 #endif

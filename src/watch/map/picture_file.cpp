@@ -16,12 +16,9 @@ namespace {
 constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 // Read by the signal handler, which must not allocate memory.
-std::string signalMessage;
 std::string temporaryFile;
 
 extern "C" void endDrawing(int number) {
-    // The process ends, so nothing can be done about an error.
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, signalMessage.data(), signalMessage.size());
     if (!temporaryFile.empty()) {
         unlink(temporaryFile.c_str());
     }
@@ -79,8 +76,7 @@ int writePictureFile(const std::string& path, const std::string& bytes) {
     return failure;
 }
 
-DrawingSignals::DrawingSignals(const std::string& message) {
-    signalMessage = message;
+DrawingSignals::DrawingSignals() {
     for (const int number : endingSignals) {
         struct sigaction action {};
         if (sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {

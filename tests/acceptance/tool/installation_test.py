@@ -22,7 +22,7 @@ def treeFiles(*places):
 
 
 def expectedFiles():
-    documents = [name for name in treeFiles("docs") if name.endswith(".md")] + treeFiles("docs", "images")
+    documents = [name for name in treeFiles("docs") if name.endswith((".md", ".json"))] + treeFiles("docs", "images")
     for exampleSet in ("merewether", "coast"):
         documents += treeFiles("examples", exampleSet) + treeFiles("examples", exampleSet, "nodes")
     documents += ["README.md", "copyright", "changelog.gz", "examples/README.md"]

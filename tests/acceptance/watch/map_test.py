@@ -102,14 +102,14 @@ class Map(WatchTest):
         return process, output
 
     def test_summaryPrecedesSignalDuringMap(self):
-        process, output = self.withoutPicture("--json", "--quiet")
-        self.assertEqual(1, json.loads(output)["nodes_kept"])
+        process, output = self.withoutPicture("--progress=none")
+        self.assertIn(b"1 of ", output)
         process.send_signal(signal.SIGTERM)
         self.assertEqual(b"Vadelwatch: interrupted, so the map map.svg was not drawn.\n", process.communicate()[1])
         self.assertEqual(-signal.SIGTERM, process.returncode)
 
     def test_ignoredSignalDoesNotEndDrawing(self):
-        process, _ = self.withoutPicture("--json", "--quiet",
+        process, _ = self.withoutPicture("--progress=none",
                                          preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
         process.send_signal(signal.SIGHUP)
         self.assertTrue(self.content("map.svg").startswith(b"<?xml"))
