@@ -179,12 +179,12 @@ void NodeLineCount::start(const std::string& directory) {
 
 void NodeLineCount::count(const std::string& directory) {
     found = findNodeFiles(directory);
-    std::uint64_t bytes = 0;
+    std::uint64_t size = 0;
     for (const NodeFile& file : found.files) {
-        bytes += static_cast<std::uint64_t>(file.state.bytes);
+        size += static_cast<std::uint64_t>(file.state.bytes);
     }
     fileCount = found.files.size() + found.unread.size();
-    byteCount = bytes;
+    byteCount = size;
     const std::optional<std::uint64_t> lines = readNodeFiles(found, stopped);
     total = lines.value_or(0);
     known = lines.has_value();

@@ -198,12 +198,12 @@ std::string titleText(const std::string& input, const std::string& boundary) {
 void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title) {
     const TextStyle style{labelSize + 6.0, TextAnchor::left, true};
     const TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
-    const auto widthOf = [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); };
+    const auto textWidth = [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); };
     const double widest = view.pictureWidth - view.plot.left - legendGap;
-    const double widestNames = widest - widthOf(titleText("", ""));
-    const double inputWidth = std::max(widestNames / 2.0, widestNames - widthOf(title.boundary));
-    const std::string input = fitText(title.input, inputWidth, widthOf);
-    const std::string boundary = fitText(title.boundary, widestNames - widthOf(input), widthOf);
+    const double widestNames = widest - textWidth(titleText("", ""));
+    const double inputWidth = std::max(widestNames / 2.0, widestNames - textWidth(title.boundary));
+    const std::string input = fitText(title.input, inputWidth, textWidth);
+    const std::string boundary = fitText(title.boundary, widestNames - textWidth(input), textWidth);
     canvas.drawText(titleText(input, boundary), {view.plot.left, view.plot.top - 46.0}, style);
     const std::string details = fitText(title.details, widest, [&canvas, &detailStyle](const std::string& text) {
         return canvas.textWidth(text, detailStyle);

@@ -20,9 +20,7 @@ using ColourOfTone = MapColour (*)(float);
 
 /// The tones of nodes, one for each cell of the raster. Refers to a density or elevations that must outlive it.
 struct NodeShades {
-    // Converts, because a density alone is the usual case.
-    NodeShades(const MapDensity& density) // NOLINT(google-explicit-constructor)
-        : dropped(density.tones), kept(density.tones) {}
+    explicit NodeShades(const MapDensity& density) : dropped(density.tones), kept(density.tones) {}
     NodeShades(const MapDensity& density, const MapElevations& elevations)
         : dropped(density.tones), kept(elevations.tones), colourOfKept(elevationColour) {}
 

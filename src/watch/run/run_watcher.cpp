@@ -33,6 +33,12 @@ constexpr int pollMilliseconds = 100;
 /// Shorter, because the tool may be blocked until our own output is written.
 constexpr int backlogMilliseconds = 5;
 
+/// Returns the absolute path without links, or an empty string if the system does not know it.
+std::string realPath(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::canonical(path, error).string();
+}
+
 } // namespace
 
 RunWatcher::Source::Source(int pipe) : descriptor(pipe), block(pipeBlockSize) {}
@@ -65,10 +71,7 @@ void RunWatcher::Source::endAfterWrittenBytes() {
 RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
                        MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory)
     : tool(toolProcess), display(progressDisplay), shown(displayOutput), log(messageLog), lineCount(nodeLineCount),
-      channel(tool.channel()), console(tool.console()) {
-    std::error_code error;
-    directory = std::filesystem::canonical(nodeDirectory, error).string();
-}
+      directory(realPath(nodeDirectory)), channel(tool.channel()), console(tool.console()) {}
 
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {

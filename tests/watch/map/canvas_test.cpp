@@ -29,7 +29,7 @@ std::string discsOf(const std::vector<float>& tones) {
     MapCanvas canvas(PictureFormat::svg, 100, 100);
     MapDensity density;
     density.tones = tones;
-    drawDiscs(canvas, raster, density, 1.0, {0.0, 0.0});
+    drawDiscs(canvas, raster, NodeShades(density), 1.0, {0.0, 0.0});
     std::string picture;
     EXPECT_EQ("", canvas.finish(picture));
     return picture;

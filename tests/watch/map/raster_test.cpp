@@ -119,7 +119,8 @@ TEST(MapDensity, tonesFollowLogarithmOfCount) {
 TEST(MapShading, discsLeaveNoGapsInEvenSpread) {
     for (const int distance : {1, 2, 3, 4}) {
         const MapRaster raster = gridRaster(48, distance);
-        const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
+        const PixelImage image =
+            shadeNodes(raster, NodeShades(measureDensity(raster)), discRadius(nodeSpacing(raster)));
         for (int y = 12; y < 36; ++y) {
             for (int x = 12; x < 36; ++x) {
                 EXPECT_EQ(0xFFBABABAU, image.pixels[static_cast<std::size_t>(y * 48 + x)])
@@ -140,7 +141,8 @@ TEST(MapShading, discsLeaveNoGapsInRandomCrowd) {
             countNode(raster, {x, y}, false);
         }
         ASSERT_LT(occupiedCells(raster), raster.cells.size());
-        const PixelImage image = shadeNodes(raster, measureDensity(raster), discRadius(nodeSpacing(raster)));
+        const PixelImage image =
+            shadeNodes(raster, NodeShades(measureDensity(raster)), discRadius(nodeSpacing(raster)));
         EXPECT_EQ(std::vector<std::uint32_t>(raster.cells.size(), 0xFFBABABAU), image.pixels) << nodesOfPixel;
     }
 }
@@ -150,7 +152,7 @@ TEST(MapShading, drawsKeptNodesOverDroppedOnes) {
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {0.5, 0.5}, false);
     countNode(raster, {1.5, 0.5}, false);
-    const PixelImage image = shadeNodes(raster, measureDensity(raster), 0.5);
+    const PixelImage image = shadeNodes(raster, NodeShades(measureDensity(raster)), 0.5);
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0xFFBABABAU, 0U}), image.pixels);
 }
 
@@ -158,7 +160,7 @@ TEST(MapShading, nearerNodeColoursPixel) {
     MapRaster raster = makeRaster(7, 1, {0, 0, 7, 1});
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {4.5, 0.5}, false);
-    const PixelImage image = shadeNodes(raster, measureDensity(raster), 4.0);
+    const PixelImage image = shadeNodes(raster, NodeShades(measureDensity(raster)), 4.0);
     constexpr std::uint32_t kept = 0xFF4180BAU;
     constexpr std::uint32_t dropped = 0xFFBABABAU;
     EXPECT_EQ((std::vector<std::uint32_t>{kept, kept, kept, dropped, dropped, dropped, dropped}), image.pixels);
@@ -185,8 +187,8 @@ TEST(MapShading, keptCellsAreSinglePixels) {
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {1.5, 0.5}, false);
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0U, 0U}),
-              shadeKeptCells(raster, measureDensity(raster), 1.0F).pixels);
-    EXPECT_EQ(0x80U, shadeKeptCells(raster, measureDensity(raster), 0.5F).pixels[0] >> 24U);
+              shadeKeptCells(raster, NodeShades(measureDensity(raster)), 1.0F).pixels);
+    EXPECT_EQ(0x80U, shadeKeptCells(raster, NodeShades(measureDensity(raster)), 0.5F).pixels[0] >> 24U);
 }
 
 TEST(MapElevation, tonesFollowMeanElevationOfCells) {
