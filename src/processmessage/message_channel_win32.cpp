@@ -47,7 +47,7 @@ void hideFromChildren(int descriptor) {
 void MessageChannel::open() {
     const InvalidParametersAnswered guard;
     // The run-time has no query for "open for writing": if it is not, the first write fails and closes the channel.
-    descriptor = ::isOpen(channelDescriptor) ? _dup(channelDescriptor) : -1;
+    descriptor = vadelclip::isOpen(channelDescriptor) ? _dup(channelDescriptor) : -1;
     if (isOpen()) {
         hideFromChildren(descriptor);
         // Messages have the same bytes on every platform: a line ends with a line feed only.
