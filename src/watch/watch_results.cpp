@@ -3,7 +3,6 @@
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
-#include "watch/map/picture_file.hpp"
 #endif
 #include "watch/run/phase_watch.hpp"
 #include "watch/show/messages.hpp"
@@ -66,7 +65,6 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
         return;
     }
-    const DrawingSignals signals; // removes an unfinished file; `drawing` below reports the signal
     MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
     request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());
@@ -82,7 +80,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
                                  formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
         problem = drawMap(request);
     } catch (const std::exception& failure) {
-        // For example without memory. The summary is already printed.
+        // For example without memory. The run itself has finished.
         problem = formatMessage("The map {0} cannot be drawn: {1}.", map, failure.what());
     }
     summary.whyNoMap = problem;
@@ -91,7 +89,9 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     }
 }
 #else
-void drawWantedMap(WatchContext&, RunSummary&) {}
+void drawWantedMap(WatchContext&, RunSummary& summary) {
+    summary.whyNoMap = "not asked for";
+}
 #endif
 
 void printSummary(WatchContext& watch, RunSummary& summary) {

@@ -43,8 +43,8 @@ void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 /// Writes the rest of the log.
 void closeLog(WatchContext& watch, RunSummary& summary);
 
-/// Draws the map of a finished run, if the options have one, and notes in the summary why there is no map. After any other
-/// run, reports a map of an earlier run.
+/// Draws the map of a finished run, if the options have one. Notes in the summary why there is no map. After a run that did
+/// not finish, reports a map of an earlier run.
 void drawWantedMap(WatchContext& watch, RunSummary& summary);
 
 /// Prints the summary as the options say. A reader that has gone is not a failure.

@@ -237,12 +237,11 @@ int watchRun(const WatchOptions& options) {
     summary.startTime = startTime;
     if (!watched) {
         summary.failure = watch.failure;
-        summary.whyNoMap = "the run did not finish";
         summary.exitStatus = abnormalEndStatus;
         summary.finished = false;
         closeLog(watch, summary);
-        printSummary(watch, summary);
         drawWantedMap(watch, summary);
+        printSummary(watch, summary);
         return summary.exitStatus;
     }
     writeErrors(watch, endingLines(record, watch.directories.output));

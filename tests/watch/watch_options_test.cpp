@@ -84,7 +84,7 @@ TEST(WatchOptions, toolGetsLanguageWithoutCharacterSet) {
 }
 
 TEST(WatchOptions, suggestsTwoHyphens) {
-    for (const char* const option : {"-lang=en", "-quiet", "-map"}) {
+    for (const char* const option : {"-lang=en", "-quiet"}) {
         EXPECT_EQ("The following argument was not expected: " + std::string(option) + "\nDid you mean -" + option +
                       "?\n" + usageEnd,
                   read({"a", "b", "c", option}).standardError);

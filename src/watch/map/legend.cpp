@@ -33,7 +33,8 @@ std::string keptName(const NodeCounts& counts) {
     if (all == 0) {
         return translateMessage("Kept");
     }
-    return formatMessage("Kept ({0} %)", percentNumber(counts.kept, all));
+    return formatMessage("Kept ({0} %)",
+                         shareText(100.0 * static_cast<double>(counts.kept) / static_cast<double>(all)));
 }
 
 std::vector<std::string> notesOf(const MapLegend& legend) {

@@ -15,14 +15,4 @@ void removeOldPicture(const std::string& path);
 /// @return 0 on success, otherwise an errno.
 int writePictureFile(const std::string& path, const std::string& bytes);
 
-/// Catches signals while a map is drawn. A signal removes the temporary file and ends the process by the same signal. Signals
-/// that are ignored stay ignored. There may be one object at a time.
-class DrawingSignals {
-public:
-    DrawingSignals();
-    DrawingSignals(const DrawingSignals&) = delete;
-    DrawingSignals& operator=(const DrawingSignals&) = delete;
-    ~DrawingSignals();
-};
-
 } // namespace vadelwatch

@@ -24,10 +24,10 @@ bool turnsText(char32_t character) {
            (character >= 0x202AU && character <= 0x202EU) || (character >= 0x2066U && character <= 0x2069U);
 }
 
-std::string inHexadecimal(const char* begin, const char* end) {
+std::string inHexadecimal(const char* bytes, const char* end) {
     std::string text;
-    for (const char* byte = begin; byte != end; ++byte) {
-        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*byte));
+    for (; bytes != end; ++bytes) {
+        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*bytes));
     }
     return text;
 }
@@ -106,15 +106,11 @@ std::string decimalNumber(double number, int decimals) {
     return digits;
 }
 
-std::string percentNumber(std::uint64_t part, std::uint64_t whole) {
-    const double percent = 100.0 * static_cast<double>(part) / static_cast<double>(whole);
-    if (part > 0 && percent < 0.05) {
+std::string shareText(double percent) {
+    if (percent > 0.0 && percent < 0.1) {
         return fmt::format("<{}", decimalNumber(0.1, 1));
     }
-    if (part < whole && percent >= 99.95) {
-        return fmt::format(">{}", decimalNumber(99.9, 1));
-    }
-    return decimalNumber(percent, 1);
+    return percent > 99.9 && percent < 100.0 ? fmt::format(">{}", decimalNumber(99.9, 1)) : decimalNumber(percent, 1);
 }
 
 } // namespace vadelwatch

@@ -45,10 +45,7 @@ std::string groupedNumber(std::uint64_t number);
 /// Returns the number rounded to this many decimals, with the decimal sign of the language.
 std::string decimalNumber(double number, int decimals);
 
-/// Returns a share in percent with one decimal, without the sign. It is 0.0 or 100.0 only if that is exact, otherwise <0.1 or
-/// >99.9.
-///
-/// @param whole greater than 0.
-std::string percentNumber(std::uint64_t part, std::uint64_t whole);
+/// Returns a share with one decimal. One that is not exactly 0 or 100 is never shown as such: "<0.1" and ">99.9".
+std::string shareText(double percent);
 
 } // namespace vadelwatch

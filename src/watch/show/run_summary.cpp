@@ -174,13 +174,6 @@ OrderedJson suspectsJson(const std::vector<Suspect>& suspects) {
 
 } // namespace
 
-std::string shareText(double percent) {
-    if (percent > 0.0 && percent < 0.1) {
-        return fmt::format("<{}", decimalNumber(0.1, 1));
-    }
-    return percent > 99.9 && percent < 100.0 ? fmt::format(">{}", decimalNumber(99.9, 1)) : decimalNumber(percent, 1);
-}
-
 std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour) {
     const std::string_view verdict = summary.addsUp ? "\033[32m" : "\033[31m";
     const std::string check = summary.addsUp ? translateMessage("the lines add up to total_node_count.txt")

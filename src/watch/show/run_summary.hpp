@@ -37,9 +37,6 @@ struct RunSummary {
     WatchOptions options;
 };
 
-/// Returns a share with one decimal. One that is not exactly 0 or 100 is never shown as such: "<0.1" and ">99.9".
-std::string shareText(double percent);
-
 /// Returns lines for people, each with its line feed. Only for a finished run.
 ///
 /// @param columns width of the window. If the table is wider, each value is below its label, and sentences are wrapped

@@ -76,8 +76,8 @@ TEST(MapLegend, shareIsZeroOrAllOnlyIfExact) {
     };
     EXPECT_EQ("Kept (0.0 %)", nameFor(0, 5));
     EXPECT_EQ("Kept (<0.1 %)", nameFor(1, 9999));
-    EXPECT_EQ("Kept (0.1 %)", nameFor(1, 1999));
-    EXPECT_EQ("Kept (99.9 %)", nameFor(9994, 6));
+    EXPECT_EQ("Kept (0.1 %)", nameFor(1, 999));
+    EXPECT_EQ("Kept (99.9 %)", nameFor(999, 1));
     EXPECT_EQ("Kept (>99.9 %)", nameFor(9995, 5));
     EXPECT_EQ("Kept (100.0 %)", nameFor(5, 0));
     const GermanMessages catalogue;
