@@ -216,38 +216,26 @@ void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
     }
 }
 
-} // namespace
-
-int watchRun(const WatchOptions& options) {
-    WatchContext watch(options);
-    if (!prepareFiles(watch)) {
-        return usageErrorStatus;
-    }
+void reportToolLanguage(WatchContext& watch) {
+    const WatchOptions& options = watch.options;
     if (!options.quiet && toolLanguage(options) != options.language) {
         writeErrors(watch, {formatMessage("Vadelwatch: Vadelclip gets -lang={0}, because it does not accept {1}.",
                                           *toolLanguage(options), *options.language)});
     }
-    std::error_code error;
-    const bool outputExisted = std::filesystem::exists(watch.directories.output, error);
-    const std::string startTime = timeText(std::time(nullptr));
-    RunRecord record;
-    const bool watched = watchTool(watch, record);
-    watch.errors.write({});
-    RunSummary summary = summaryOf(record, watch);
-    summary.startTime = startTime;
-    if (!watched) {
-        summary.failure = watch.failure;
-        summary.exitStatus = abnormalEndStatus;
-        summary.finished = false;
-        closeLog(watch, summary);
-        drawWantedMap(watch, summary);
-        printSummary(watch, summary);
-        return summary.exitStatus;
-    }
-    writeErrors(watch, endingLines(record, watch.directories.output));
-    if (outputExisted && summary.exitStatus == toolFailedStatus) {
-        hintAtOldOutput(watch, record);
-    }
+}
+
+/// Concludes a run whose tool could not be started or not be watched to its end.
+void concludeUnwatchedRun(WatchContext& watch, RunSummary& summary) {
+    summary.failure = watch.failure;
+    summary.exitStatus = abnormalEndStatus;
+    summary.finished = false;
+    closeLog(watch, summary);
+    drawWantedMap(watch, summary);
+    printSummary(watch, summary);
+}
+
+/// Checks the output of a finished run, closes the log, prints the summary and draws the map.
+void concludeRun(WatchContext& watch, const RunRecord& record, RunSummary& summary) {
     std::vector<std::string> difference;
     if (summary.finished) {
         difference = checkFinishedRun(record, watch, summary);
@@ -265,6 +253,33 @@ int watchRun(const WatchOptions& options) {
     if (watch.options.json) {
         printSummary(watch, summary);
     }
+}
+
+} // namespace
+
+int watchRun(const WatchOptions& options) {
+    WatchContext watch(options);
+    if (!prepareFiles(watch)) {
+        return usageErrorStatus;
+    }
+    reportToolLanguage(watch);
+    std::error_code error;
+    const bool outputExisted = std::filesystem::exists(watch.directories.output, error);
+    const std::string startTime = timeText(std::time(nullptr));
+    RunRecord record;
+    const bool watched = watchTool(watch, record);
+    watch.errors.write({});
+    RunSummary summary = summaryOf(record, watch);
+    summary.startTime = startTime;
+    if (!watched) {
+        concludeUnwatchedRun(watch, summary);
+        return summary.exitStatus;
+    }
+    writeErrors(watch, endingLines(record, watch.directories.output));
+    if (outputExisted && summary.exitStatus == toolFailedStatus) {
+        hintAtOldOutput(watch, record);
+    }
+    concludeRun(watch, record, summary);
     return summary.exitStatus;
 }
 

@@ -96,6 +96,7 @@ private:
 /// Reads from the position of the descriptor to the end of the file.
 std::optional<LineFigures> passOver(int descriptor, PositionsToRead positions, const std::atomic<bool>& stop) {
     LinePass pass(positions);
+    // Not a vector, which would write zeros to a megabyte for each small file. NOLINTNEXTLINE(modernize-avoid-c-arrays)
     const auto buffer = std::make_unique_for_overwrite<char[]>(maxLine + blockSize + plainLineReach);
     std::size_t begun = 0; // bytes of a line whose end is not read yet
     while (!stop) {
