@@ -79,10 +79,10 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
     return false;
 }
 
-bool isSameFile(const std::string& path, const std::string& otherPath) {
+bool isSameFile(const std::string& first, const std::string& second) {
     std::error_code error;
-    const bool sameNow = fs::equivalent(path, otherPath, error);
-    return sameNow || comparable(path) == comparable(otherPath);
+    const bool sameNow = fs::equivalent(first, second, error);
+    return sameNow || comparable(first) == comparable(second);
 }
 
 int whyUnwritable(const std::string& path) {

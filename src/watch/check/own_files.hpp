@@ -14,7 +14,7 @@ namespace vadelwatch {
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
 
 /// Returns true if two paths lead to the same file, existing or not.
-bool isSameFile(const std::string& path, const std::string& otherPath);
+bool isSameFile(const std::string& first, const std::string& second);
 
 /// Checks that this process may write to the file or, if there is none, to its directory. A directory cannot be
 /// replaced.
