@@ -13,6 +13,7 @@ import unittest
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 LIBRARY = os.path.join(ROOT, "tests", "support", "external_processmessage")
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
+GENERATOR = ["-G", "Ninja"] if shutil.which("ninja") else []
 
 AREA = """<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1">
 <point x="0" y="0"/><point x="10" y="0"/><point x="10" y="10"/><point x="0" y="10"/>
@@ -30,8 +31,7 @@ def command(*arguments):
 
 def build(source, directory, target, *options):
     """Configures and builds a target. Returns the output of both."""
-    generator = ["-G", "Ninja"] if shutil.which("ninja") else []
-    return command("cmake", "-S", source, "-B", directory, *generator, "-DCMAKE_BUILD_TYPE=Debug", *options) + command(
+    return command("cmake", "-S", source, "-B", directory, *GENERATOR, "-DCMAKE_BUILD_TYPE=Debug", *options) + command(
         "cmake", "--build", directory, "--target", target, "--verbose", "--parallel", "2")
 
 
@@ -128,7 +128,7 @@ class ExternalProcessMessage(unittest.TestCase):
                                  self.runTool("base/data", f"-lang={language}"))
 
     def test_configures_with_the_option_alone(self):
-        command("cmake", "-S", ROOT, "-B", os.path.join(self.job, "build"), "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON",
+        command("cmake", "-S", ROOT, "-B", os.path.join(self.job, "build"), *GENERATOR, "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON",
                 f"-DCMAKE_PREFIX_PATH={self.prefix}")
 
     def test_builds_nothing_of_our_own_layer(self):

@@ -177,15 +177,15 @@ TEST(Obstacles, nameDirectoryThatCannotBeWritten) {
     addObstacles(directory.path(), lines);
     EXPECT_EQ(Lines{}, lines);
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0555));
-    // Root may write anywhere.
     const uid_t user = geteuid();
-    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
-    addObstacles(directory.path(), lines);
-    {
-        const GermanMessages german;
+    const auto addAsOrdinaryUser = [&directory, &lines, user] {
+        ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // root may write anywhere
         addObstacles(directory.path(), lines);
-    }
-    ASSERT_EQ(0, seteuid(user));
+        ASSERT_EQ(0, seteuid(user));
+    };
+    addAsOrdinaryUser();
+    const GermanMessages german; // made by this user: the other one may have no access to the catalogue
+    addAsOrdinaryUser();
     EXPECT_EQ((Lines{"No file can be made in " + directory.path() + ": Permission denied",
                      "In " + directory.path() + " kann keine Datei angelegt werden: Permission denied"}),
               lines);
