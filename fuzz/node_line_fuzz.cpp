@@ -1,5 +1,5 @@
 /// \file
-/// `readNodeLine` against one string stream, with several extents. The input is the separator and behind it the line.
+/// `readNodeLine` against one string stream, with several extents. The input is the separator, then the line.
 
 #include "fuzz_target.hpp"
 

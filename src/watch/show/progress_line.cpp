@@ -24,7 +24,7 @@ constexpr std::size_t minSamples = 4;
 
 constexpr double secondsBetweenSamples = 0.05;
 
-/// The tool stands still after this time without a report, and after several times the usual time between reports.
+/// The tool makes no progress after this time without a report, and after several times the usual time between reports.
 constexpr double minStalledSeconds = 10.0;
 constexpr double usualTimes = 3.0;
 
