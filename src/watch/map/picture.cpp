@@ -46,7 +46,7 @@ PictureFormat formatOf(const std::string& pictureFile) {
 
 /// Reads the outlines, counts the nodes and finds their extent.
 std::string readContent(const MapRequest& request, MapContent& content) {
-    const std::string error = readMapOutlines(request.boundaryFile, content.outlines);
+    std::string error = readMapOutlines(request.boundaryFile, content.outlines);
     if (!error.empty()) {
         return error;
     }

@@ -35,6 +35,7 @@ std::string fitText(std::string text, double widest, const std::function<double(
     utf8::advance(middle, length / 2, after.end());
     text.assign(after.begin(), middle);
     after.erase(after.begin(), middle);
+    std::string shortened(ellipsis);
     while (!text.empty() || !after.empty()) {
         if (text.size() > after.size()) {
             auto last = text.end();
@@ -45,11 +46,13 @@ std::string fitText(std::string text, double widest, const std::function<double(
             utf8::next(first, after.end());
             after.erase(after.begin(), first);
         }
-        if (widthOfText(text + std::string(ellipsis) + after) <= widest) {
+        shortened = text;
+        shortened.append(ellipsis).append(after);
+        if (widthOfText(shortened) <= widest) {
             break;
         }
     }
-    return text + std::string(ellipsis) + after;
+    return shortened;
 }
 
 double fittingSize(double size, double widthAtSize, double widest) {
