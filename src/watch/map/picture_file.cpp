@@ -14,7 +14,7 @@ namespace {
 /// Makes an empty file in the directory of the picture.
 /// @return its path, or an empty string if no file can be made there.
 std::string makeTemporaryFile(const std::filesystem::path& picture) {
-    const std::string path = (picture.parent_path() / (".vadelwatch-" + std::to_string(getpid()) + ".part")).string();
+    std::string path = (picture.parent_path() / (".vadelwatch-" + std::to_string(getpid()) + ".part")).string();
     const int descriptor = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
     if (descriptor == -1) {
         return "";

@@ -24,10 +24,10 @@ bool turnsText(char32_t character) {
            (character >= 0x202AU && character <= 0x202EU) || (character >= 0x2066U && character <= 0x2069U);
 }
 
-std::string inHexadecimal(const char* bytes, const char* end) {
+std::string inHexadecimal(const char* begin, const char* end) {
     std::string text;
-    for (; bytes != end; ++bytes) {
-        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*bytes));
+    for (; begin != end; ++begin) {
+        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*begin));
     }
     return text;
 }
