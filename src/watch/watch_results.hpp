@@ -3,11 +3,11 @@
 /// so all of it may wait for a reader.
 #pragma once
 
-#include "watch/check/message_log.hpp"
+#include "watch/run/message_log.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/show/progress_display.hpp"
-#include "watch/show/run_summary.hpp"
+#include "watch/run_summary.hpp"
 #include "watch/watch_options.hpp"
 
 #include <string>

@@ -11,7 +11,7 @@
 #include "watch/run/tool_process.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
-#include "watch/show/run_summary.hpp"
+#include "watch/run_summary.hpp"
 #include "watch/watch_results.hpp"
 
 #include <boost/algorithm/string/replace.hpp>

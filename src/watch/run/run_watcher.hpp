@@ -2,7 +2,7 @@
 /// Watches one run from its first message to its end.
 #pragma once
 
-#include "watch/check/message_log.hpp"
+#include "watch/run/message_log.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/run/message_stream.hpp"
 #include "watch/run/run_signals.hpp"

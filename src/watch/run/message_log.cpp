@@ -1,4 +1,4 @@
-#include "watch/check/message_log.hpp"
+#include "watch/run/message_log.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

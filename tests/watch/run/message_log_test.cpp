@@ -1,4 +1,4 @@
-#include "watch/check/message_log.hpp"
+#include "watch/run/message_log.hpp"
 
 #include "support/file_support.hpp"
 

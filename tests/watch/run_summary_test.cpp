@@ -1,4 +1,4 @@
-#include "watch/show/run_summary.hpp"
+#include "watch/run_summary.hpp"
 
 #include "support/german_messages.hpp"
 
