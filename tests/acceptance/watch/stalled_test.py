@@ -56,7 +56,7 @@ class Stalled(WatchTest):
 
     def startStalled(self, script, *options):
         self.standIn(script)
-        process = self.start(*JOB, *options)
+        process = self.start(*JOB, "--progress=none", *options)
         self.waitForStall()
         return process
 
