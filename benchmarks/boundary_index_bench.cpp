@@ -1,5 +1,5 @@
-/// Containment, per point: the index over outlines of all sizes and kinds, and over many polygons; the plain test for
-/// comparison. Points are random in the square around the outline, so about half of them or more lie inside.
+/// Measures containment per point: the index over outlines of all sizes and kinds, and over many polygons, and the plain
+/// test for comparison. Points are random in the square around the outline, so at least about half of them are inside.
 
 #include "boundary/contains_point.hpp"
 #include "boundary/index/boundary_index.hpp"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr double side = 1000.0;
 
-/// A power of two, so that going round costs next to nothing.
+/// A power of two, so that wrapping around costs almost nothing.
 constexpr std::size_t pointCount = 1 << 20;
 constexpr Point2D middle{side / 2.0, side / 2.0};
 

@@ -1,4 +1,4 @@
-/// Reading and counting lines of a file that lies in the cache.
+/// Measures reading and counting lines of a file in the cache.
 
 #include "text/line_reader.hpp"
 #include "text/text_lines.hpp"

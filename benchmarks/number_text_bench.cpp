@@ -1,4 +1,4 @@
-/// Reading one number from a node line.
+/// Measures reading one number of a node line.
 
 #include "text/number_text.hpp"
 
@@ -11,7 +11,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Decimals as they occur, one that is too long for a single division, one with an exponent.
+/// Ordinary decimals, one that is too long for a single division, and one with an exponent.
 const char* const texts[] = {"382250.29;", "6354470.919300254;", "-61.85\t", "0.12345678901234567890;", "1.5e3;"};
 
 void fast(benchmark::State& state) {

@@ -11,13 +11,13 @@ namespace vadelclip {
 
 using Ring = std::vector<Point2D>;
 
-/// About a circle around `centre`, without a wrinkle.
+/// A smooth ring, about a circle around `centre`.
 Ring smoothRing(std::size_t vertexCount, Point2D centre, double radius);
 
-/// A coast: bays of all sizes down to single vertices, as measured outlines have them.
+/// A coast with bays of all sizes down to single vertices, as measured outlines have.
 Ring jaggedRing(std::size_t vertexCount, Point2D centre, double radius, unsigned int seed);
 
-/// Every vertex at a random distance between a twentieth of `radius` and `radius`: a height crosses very many edges.
+/// Each vertex has a random distance between a twentieth of `radius` and `radius`, so a height crosses very many edges.
 Ring spikyRing(std::size_t vertexCount, Point2D centre, double radius, unsigned int seed);
 
 /// A comb in a square of the given side whose teeth, two vertices each, cross every height but the lowest.

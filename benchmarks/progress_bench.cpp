@@ -1,4 +1,4 @@
-/// One call of OnProgress, without and with a controlling process.
+/// Measures one call of OnProgress, without and with a controlling process.
 
 #include <ProcessMessage.h>
 
@@ -27,7 +27,7 @@ void withoutPipeMode(benchmark::State& state) {
     callOnProgress(state);
 }
 
-/// The sender lives as long as the process, so this one comes last.
+/// The sender exists until the process ends, so this benchmark is the last one.
 void withPipeMode(benchmark::State& state) {
     const int sink = open("/dev/null", O_WRONLY);
     if (sink >= 0 && dup2(sink, 3) == 3) {

@@ -1,7 +1,7 @@
 # Places of an installation:
 #
 #     lib/vadelclip/      Vadelclip, Vadelwatch and locale/. They stay together: both executables look for their catalogues,
-#                         and Vadelwatch for Vadelclip, in the directory of their own real path.
+#                         and Vadelwatch for Vadelclip, in the directory of their real path.
 #     bin/                relative links to the two executables
 #     share/              man pages, completion, documents, examples
 include(GNUInstallDirs)

@@ -17,7 +17,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "clips elevation data to the boundaries of
 set(CPACK_PACKAGE_DESCRIPTION
 "Vadelclip reads a directory of node files (x, y, z as text), keeps exactly the
 lines whose point lies in a polygon of an XML boundary file, byte for byte,
-and writes them to a new directory beside the input. It is made as one step of
+and writes them to a new directory next to the input. It is made as one step of
 a larger process: it asks nothing, is silent on success, and can report every
 step to the process that controls it.
 .

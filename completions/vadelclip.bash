@@ -9,7 +9,7 @@ _vadelclip_offer_files() {
   compopt -o filenames 2>/dev/null || true
 }
 
-# Those that are not there yet: each may be given once. The value of a language follows at once.
+# Offers the options that are not on the line yet. No space follows "-lang=".
 _vadelclip_offer_options() {
   local offered=
   [[ " ${COMP_WORDS[*]:0:COMP_CWORD} " == *" -lang "* ]] || offered="-lang="
@@ -22,7 +22,7 @@ _vadelclip() {
   local current=${COMP_WORDS[COMP_CWORD]} place=1 index
   COMPREPLY=()
 
-  # "-lang=de" comes as three words.
+  # Bash splits "-lang=de" into three words.
   for ((index = 2; index <= COMP_CWORD; index++)); do
     [ "${COMP_WORDS[index]}" = = ] || [ "${COMP_WORDS[index - 1]}" = = ] || ((place++))
   done
@@ -33,7 +33,7 @@ _vadelclip() {
     option=${COMP_WORDS[COMP_CWORD - 2]}
   fi
 
-  # A directory, a new name, a file; the options stand behind them.
+  # First a directory, then a new name, a file, and the options.
   case $place in
   1) _vadelclip_offer_files -d -- "$current" ;;
   2) ;;

@@ -13,7 +13,7 @@ _vadelwatch() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
 
-  # "--lang=de" comes as three words.
+  # Bash splits "--lang=de" into three words.
   if [ "$current" = = ]; then
     current=
   elif [ "$previous" = = ]; then
@@ -24,9 +24,9 @@ _vadelwatch() {
   local place=0 ended="" index
   for ((index = 1; index < COMP_CWORD; index++)); do
     case $ended${COMP_WORDS[index]} in
-    --) ended="behind " ;;
+    --) ended="after " ;;
     --lang | --log | --map | --map-colour | --map-size | --progress)
-      # The value, and an equals sign in front of it.
+      # Skips the value and an equals sign before it.
       [ "${COMP_WORDS[index + 1]}" = = ] && ((index++))
       ((index++))
       ;;

@@ -1,8 +1,8 @@
 /// \file
-/// `BoundaryIndex` and `containsPoint` against a second writing of the containment test, which shares no line with them
-/// and is asked for each polygon in turn: open and closed lists, segments, holes. The input is a boundary
-/// (boundary_input.hpp) and points, and every boundary is asked for many points of its own: on and next to vertices,
-/// edges, heights of vertices, corners of boxes and the limits of the index's rows.
+/// Compares `BoundaryIndex` and `containsPoint` with a second implementation of the containment test, which shares no line
+/// with them and tests one polygon after the other: open and closed lists, segments, holes. The input is a boundary
+/// (boundary_input.hpp) and points. Each boundary is also tested with many points of its own geometry: on and next to
+/// vertices, edges, heights of vertices, corners of boxes and the limits of the index's rows.
 
 #include "boundary_input.hpp"
 #include "fuzz_target.hpp"
@@ -26,7 +26,7 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// Asks all three: the index, `containsPoint` and the oracle.
+/// Compares all three: the index, `containsPoint` and the oracle.
 class Comparison {
 public:
     explicit Comparison(const BoundarySet& set) : indexed(set), plain(set), index(indexed) {}
@@ -119,7 +119,7 @@ void compareAtRowLimits(Comparison& comparison, const BoundarySet& set, const Bo
     }
 }
 
-/// Points of its own for some polygons and some of their vertices: as many as the plain loop has time for.
+/// Compares at points of some polygons and some of their vertices, as many as the plain loop has time for.
 void compareOwnPoints(Comparison& comparison, const BoundarySet& set) {
     // A point costs a visit to each vertex and polygon. Half of the points go to vertices, half to whole polygons.
     constexpr std::size_t visits = 25000;

@@ -11,9 +11,9 @@ namespace vadelclip {
 
 namespace {
 
-/// The plain loop that the index is compared with looks at each vertex for each point.
-constexpr std::size_t mostVertices = 2000;
-constexpr std::size_t mostPolygons = 500;
+/// Limits, because the plain loop that the index is compared with reads each vertex for each point.
+constexpr std::size_t maxVertices = 2000;
+constexpr std::size_t maxPolygons = 500;
 
 constexpr double scales[] = {1.0, 0.1, 10.0, 1e-6, 1e6, 1e-7, 1e-320, 1e-300, 1e-160, 1e150, 1e300, 1.5e306};
 
@@ -111,8 +111,8 @@ Outline takeOutline(InputBytes& input, const BoundarySet& earlier) {
 }
 
 void addPolygon(BoundarySet& set, const Outline& outline, Closing closing) {
-    const std::size_t room = mostVertices - set.vertices.size();
-    if (set.polygons.size() < mostPolygons && outline.size() < room) {
+    const std::size_t remaining = maxVertices - set.vertices.size();
+    if (set.polygons.size() < maxPolygons && outline.size() < remaining) {
         set.polygons.push_back(makePolygon(set.vertices, outline, outline.empty() ? Closing::open : closing));
     }
 }

@@ -1,5 +1,5 @@
 /// \file
-/// A boundary out of bytes: few bytes give awkward rings, large combs and crowds of polygons.
+/// Makes a boundary from bytes. Few bytes make difficult rings, large combs and many polygons.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -9,12 +9,11 @@ namespace vadelclip {
 
 /// Takes the number of polygons (one byte) and the polygons. Every coordinate is finite, as in a boundary file.
 ///
-/// Holes and lists closed by their first index are among them, which no file can express and the index takes all the
-/// same.
+/// Includes holes and lists closed by their first index. No file can describe them, but the index accepts them.
 BoundarySet takeBoundary(InputBytes& input);
 
-/// Takes a coordinate: most bytes are whole numbers times `scale`; some stand for an earlier coordinate, a neighbour
-/// of one, or any finite double (eight more bytes).
+/// Takes a coordinate. Most bytes are whole numbers times `scale`; some mean an earlier coordinate, a neighbour of one, or
+/// any finite double (eight more bytes).
 double takeCoordinate(InputBytes& input, double scale, const BoundarySet& earlier);
 
 } // namespace vadelclip

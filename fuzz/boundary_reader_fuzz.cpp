@@ -1,5 +1,5 @@
 /// \file
-/// `readBoundaryFile` against a second, plain reading of the same document. The input is the file.
+/// Compares `readBoundaryFile` with a second, plain reading of the same document. The input is the file.
 
 #include "fuzz_target.hpp"
 

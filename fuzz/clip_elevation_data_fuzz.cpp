@@ -1,6 +1,6 @@
 /// \file
-/// A whole run against the plain run. The input is a boundary file and then any number of node files, with \x1C in
-/// front of each. A node file begins with a line that is its name; a name that ends in "/" makes a directory.
+/// Compares a whole run with the plain run. The input is a boundary file and then any number of node files, with \x1C
+/// before each. The first line of a node file is its name; a name that ends in "/" makes a directory.
 
 #include "fuzz_target.hpp"
 
@@ -52,7 +52,7 @@ RunOutcome outcomeWithoutBoundary(const ClipRun& job, const Reading& boundary) {
     return {1, "", boundary.console + second + "\n", joined({boundary.calls, errorCalls(second)}), {}};
 }
 
-/// Cut at line feeds alone: a carriage return in the output is one that was kept.
+/// Returns the lines, cut at line feeds only: a carriage return in the output has been kept.
 std::vector<std::string> writtenLines(const std::string& output) {
     std::vector<std::string> lines;
     std::istringstream stream(output);
@@ -62,7 +62,7 @@ std::vector<std::string> writtenLines(const std::string& output) {
     return lines;
 }
 
-/// What holds for every output file, however it came about: the input's header line, and some of its lines in order.
+/// Requires what holds for every output file: it is the header line of the input, and some of its lines in order.
 /// @return the number of kept lines.
 std::size_t checkOutputFile(const std::string& input, const std::string& output) {
     const std::vector<std::string> given = terminatedLines(input);

@@ -1,6 +1,6 @@
 /// \file
-/// `LineReader`, `readTextLine` and `countLineFeeds` against lines cut out of the bytes. The input is the file, but for
-/// one byte: \x1C and a byte n behind it stand for a run of some 65,536 + n bytes, about as many as the reader's buffer.
+/// Compares `LineReader`, `readTextLine` and `countLineFeeds` with lines cut out of the bytes. The input is the file, with
+/// one exception: \x1C and the byte n after it mean a run of 65,408 + n bytes, about the size of the reader's buffer.
 
 #include "fuzz_target.hpp"
 
@@ -16,13 +16,13 @@ namespace vadelclip {
 namespace {
 
 std::string contentFrom(InputBytes& input) {
-    constexpr std::size_t shortestRun = 65536 - 128;
+    constexpr std::size_t minRun = 65536 - 128;
     std::string content;
     int runs = 0;
     while (!input.isEmpty()) {
         const std::uint8_t byte = input.byte();
         if (byte == 0x1C && runs < 3) {
-            content.append(shortestRun + input.byte(), 'l');
+            content.append(minRun + input.byte(), 'l');
             ++runs;
         } else {
             content += static_cast<char>(byte);
@@ -35,13 +35,13 @@ void checkLineReader(const std::string& path, const std::vector<std::string>& ex
     LineReader reader(path);
     for (const std::string& line : expected) {
         requireSameText(line, reader.nextLine(), "nextLine");
-        // Not for every line: the next one has to come out right either way.
+        // Not for every line: the next one must be correct in both cases.
         if (line.size() % 3 != 0) {
             requireSameText(line + '\n', reader.lineWithLineFeed(), "lineWithLineFeed");
         }
     }
-    requireSameText("", reader.nextLine(), "nextLine behind the end");
-    requireSameText("\n", reader.lineWithLineFeed(), "lineWithLineFeed behind the end");
+    requireSameText("", reader.nextLine(), "nextLine after the end");
+    requireSameText("\n", reader.lineWithLineFeed(), "lineWithLineFeed after the end");
 }
 
 void checkTextLines(const std::string& path, const std::vector<std::string>& expected) {
@@ -52,7 +52,7 @@ void checkTextLines(const std::string& path, const std::vector<std::string>& exp
         requireSameText(expectedLine, line, "readTextLine");
     }
     readTextLine(input, line);
-    requireSameText("", line, "readTextLine behind the end");
+    requireSameText("", line, "readTextLine after the end");
 }
 
 void checkCounts(const std::string& path, std::uint64_t lineFeeds) {
@@ -62,7 +62,7 @@ void checkCounts(const std::string& path, std::uint64_t lineFeeds) {
     std::ifstream behindHeader(path);
     std::string line;
     readTextLine(behindHeader, line);
-    requireEqual(lineFeeds == 0 ? 0 : lineFeeds - 1, countLineFeeds(behindHeader), "countLineFeeds behind a line");
+    requireEqual(lineFeeds == 0 ? 0 : lineFeeds - 1, countLineFeeds(behindHeader), "countLineFeeds after a line");
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 /// \file
-/// `readNodeFileHeader` against a list of every line that it accepts. The input is the line.
+/// Compares `readNodeFileHeader` with a list of every line that it accepts. The input is the line.
 
 #include "fuzz_target.hpp"
 

@@ -1,5 +1,5 @@
 /// \file
-/// `readNodeLine` against one string stream, with several extents. The input is the separator, then the line.
+/// Compares `readNodeLine` with one string stream, for several extents. The input is the separator, then the line.
 
 #include "fuzz_target.hpp"
 
@@ -14,14 +14,14 @@ namespace vadelclip {
 
 namespace {
 
-/// One of the four, whatever the byte is.
+/// Returns one of the four separators for any byte.
 char separatorFrom(std::uint8_t byte) {
     const std::string separators = "\t ,;";
     const std::size_t position = separators.find(static_cast<char>(byte));
     return separators[position == std::string::npos ? byte % separators.size() : position];
 }
 
-/// Everything, the point alone, and boxes that end just before it.
+/// Returns a box without limits, a box of only the point, and boxes that end just before it.
 std::vector<WidenedBox> extentsAround(Point2D point) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     std::vector<WidenedBox> extents(6);

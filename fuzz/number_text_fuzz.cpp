@@ -1,5 +1,5 @@
 /// \file
-/// `readNumber` against formatted extraction from a string stream. The input is the text.
+/// Compares `readNumber` with formatted extraction from a string stream. The input is the text.
 
 #include "fuzz_target.hpp"
 

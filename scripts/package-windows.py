@@ -20,7 +20,7 @@ DOCUMENTS = ("README.md", "CHANGELOG.md", "docs/*.md", "docs/images/*.png", "exa
 
 
 class Part(NamedTuple):
-    """Software of others in the executable."""
+    """Third-party software in the executable."""
     name: str
     package: str  # the Debian package with its version and terms
     terms: str
@@ -50,7 +50,7 @@ def output(*command):
 
 
 def versionAndTerms(package):
-    """Of a Debian package, or of a source package as scripts/windows-deps.sh has noted it."""
+    """Returns the version of a Debian package, or of a source package as scripts/windows-deps.sh has recorded it."""
     noted = LIBRARIES / "licences" / package
     if noted.exists():
         return (noted / "version").read_text(encoding="ascii").strip(), (noted / "copyright").read_bytes()
@@ -76,13 +76,13 @@ def notices(title):
 
 
 def unknownParts(build):
-    """Returns the files of others in the executable that are of none of PARTS: headers, and what the linker took."""
+    """Returns the third-party headers and linked files in the executable that belong to none of PARTS."""
     paths = set()
     for entry in output("ninja", "-C", build, "-t", "deps").split("\n\n"):
         if entry.startswith("src/"):
             paths.update((build / line.strip()).resolve() for line in entry.splitlines()[1:])
     linked = (build / "Vadelclip.map").read_text(encoding="utf-8", errors="replace")
-    # Start-up files, and archives of which an object was taken.
+    # Start-up files, and archives from which the linker took an object.
     for start, archive in re.findall(r"^LOAD (\S.*\.o)$|^(\S.*\.a)\(.+\)$", linked, re.MULTILINE):
         paths.add((build / (start or archive)).resolve())
     return sorted(str(path) for path in paths

@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 if [ "$*" = --check ]; then
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
-  # ccache would answer the second build with objects of the first.
+  # ccache would use objects of the first build for the second one.
   unset CMAKE_CXX_COMPILER_LAUNCHER SOURCE_DATE_EPOCH
   other="$work/another place"
   git clone --quiet --no-hardlinks . "$work/first"

@@ -13,8 +13,8 @@ sources=$prefix/src
 rules=$(cat scripts/windows-deps.sh cmake/windows-deps/CMakeLists.txt cmake/mingw-w64.cmake | sha256sum)
 [ "$(cat "$prefix/done" 2>/dev/null)" != "$rules" ] || exit 0
 
-# Fetches and unpacks the source packages, and notes their versions and terms for scripts/package-windows.py. apt reads the
-# machine's package sources as sources of source packages, in a directory here, so the machine keeps its configuration.
+# Fetches and unpacks the source packages, and records their versions and terms for scripts/package-windows.py. apt uses the
+# package sources of the machine for source packages, with its files in this directory, so the machine is not changed.
 fetch_sources() {
   local apt=$prefix/apt package options
   rm -rf "$apt" "$sources" "$prefix/licences"

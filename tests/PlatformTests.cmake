@@ -51,7 +51,7 @@ function(add_unit_tests target)
     target_compile_definitions(${target} PRIVATE VADELCLIP_SMALL_WORKLOAD)
   endif()
   if(NOT WIN32)
-    # The longest tests start first, so that none of them runs alone at the end.
+    # The slowest tests start first, so that none of them runs alone at the end.
     set(slow "NumberText.agreesOn*RandomTexts")
     gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "-${slow}" DISCOVERY_TIMEOUT 60
       PROPERTIES LABELS unit)

@@ -1,3 +1,3 @@
-/// Linked to the same libraries as the tool, and does nothing: what a process costs before its first line.
+/// Links the same libraries as the tool and does nothing: the cost of a process before its first line.
 
 int main() {}

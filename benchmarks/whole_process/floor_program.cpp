@@ -1,5 +1,5 @@
-/// The least that any program with the tool's promises can do: counts the lines of each file in blocks, goes through it
-/// again line by line and writes a fixed share of the lines, one system call each. Nothing is parsed.
+/// The minimum work of any program with the promises of the tool: counts the lines of each file in blocks, then reads it
+/// line by line and writes a fixed share of the lines, one system call each. Parses nothing.
 ///
 ///     floor_program <input directory> <output directory> <percent to keep>
 
@@ -28,7 +28,7 @@ long countLines(int input, std::vector<char>& block) {
     return lines;
 }
 
-/// Lines across two blocks are put together in front of the block.
+/// Copies the start of a line that crosses two blocks to the place before the second block.
 void copyLines(int input, int output, double share, std::vector<char>& block) {
     double due = 0.0;
     std::size_t left = 0;

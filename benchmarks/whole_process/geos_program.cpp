@@ -1,5 +1,5 @@
-/// What a careful programmer would write for the same job with a well-known geometry library: fgets, strtod, a box test,
-/// GEOS's indexed point locator, fputs, one flush per kept line.
+/// A careful implementation of the same job with a well-known geometry library: fgets, strtod, a box test, the indexed
+/// point locator of GEOS, fputs, one flush per kept line.
 ///
 ///     geos_program <input directory> <output directory> <boundary file>
 

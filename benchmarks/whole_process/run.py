@@ -90,7 +90,7 @@ def triangle(name, minX, maxX):
 
 
 def keptPercent(job):
-    """What share of the lines the tool keeps: the floor keeps as many."""
+    """Returns the share of the lines that the tool keeps. The floor keeps the same share."""
     clean()
     subprocess.run(job.tool(), check=True)
     with open(os.path.join(OUTPUT, "total_node_count.txt"), encoding="ascii") as file:
@@ -118,8 +118,8 @@ def runOnce(command):
 
 
 def peakMemory(command):
-    """Peak memory in KiB. Asked of a small program in between: a process inherits the peak of the one that started it,
-    and this one is larger than the tool."""
+    """Returns the peak memory in KiB. A small program starts the command, because a process inherits the peak of the one
+    that started it, and this one is larger than the tool."""
     clean()
     report = data("peak")
     subprocess.run(["/usr/bin/time", "-q", "-f", "%M", "-o", report, *command], stdout=subprocess.DEVNULL, check=True)
@@ -142,7 +142,7 @@ def median(runs, side, figure):
 
 
 def jobs():
-    """Name of the case, the tool's command, the other program's name and command, lines of the job."""
+    """Yields the name of the case, the tool's command, the other program's name and command, and the lines of the job."""
     four = nodesOf("four-million", 1, 4000000)
     one = nodesOf("one-million", 1, 1000000)
     many = nodesOf("many-files", 500, 2000)
@@ -224,7 +224,7 @@ def main():
 
 
 def keep(lines, raw):
-    """Writes what has been measured so far: a run of all cases takes long."""
+    """Writes the results so far, because a run of all cases takes long."""
     name = f"{datetime.date.today()}-{re.sub('[^A-Za-z0-9]+', '-', processorName())}"
     directory = os.path.join(RUNS, name + ("-some-cases" if PATTERN.pattern else ""))
     os.makedirs(directory, exist_ok=True)

@@ -7,11 +7,11 @@ namespace vadelclip {
 
 namespace {
 
-/// Edges shorter than this keep their raw delta as direction.
-constexpr double shortestLength = 1e-12;
+/// The direction of a shorter edge is not scaled to length 1.
+constexpr double minLength = 1e-12;
 
-/// Up to this squared length, this bound included, an edge is a point. It only guards a division.
-constexpr double degenerateSquaredLength = 1e-14;
+/// An edge of at most this squared length is treated as a point. This only prevents a division by almost zero.
+constexpr double maxDegenerateSquaredLength = 1e-14;
 
 double smaller(double a, double b) {
     return b < a ? b : a;
@@ -30,7 +30,7 @@ BoundaryEdge makeEdge(std::int32_t firstVertex, std::int32_t secondVertex,
 
     BoundaryEdge edge;
     edge.length = std::hypot(dx, dy);
-    if (edge.length < shortestLength) {
+    if (edge.length < minLength) {
         edge.length = 1.0;
     }
     const double k = 1.0 / edge.length;
@@ -62,12 +62,12 @@ void appendEdges(std::vector<BoundaryEdge>& edges, const std::vector<std::int32_
 double distanceToEdge(const BoundaryEdge& edge, Point2D point) {
     const double px = point.x - edge.start.x;
     const double py = point.y - edge.start.y;
-    if (edge.squaredLength <= degenerateSquaredLength) {
+    if (edge.squaredLength <= maxDegenerateSquaredLength) {
         return std::hypot(px, py);
     }
     const double dx = edge.delta.x;
     const double dy = edge.delta.y;
-    // Computed afresh, not taken from squaredLength: each operation rounds on its own.
+    // The divisor is not edge.squaredLength: each operation is rounded separately.
     const double t = (dx * px + dy * py) / (dx * dx + dy * dy);
     if (t < 0.0) {
         return std::hypot(px, py);

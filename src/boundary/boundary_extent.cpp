@@ -8,7 +8,7 @@ namespace vadelclip {
 
 namespace {
 
-// A limit that is not a number rejects nothing, so that the extent must not reject anything there either.
+// A box whose limit is not a number rejects nothing on that side, so the extent must not either.
 
 double lowerLimit(double extent, double box) {
     return std::isnan(box) ? -std::numeric_limits<double>::infinity() : std::min(extent, box);

@@ -9,8 +9,8 @@
 
 namespace vadelclip {
 
-/// Returns a box that rejects a coordinate only if the widened box of every polygon rejects it, so that a point can be
-/// dropped by one of its coordinates alone. Rejects every point if no polygon can contain one.
+/// Returns a box that rejects a coordinate only if the widened box of every polygon rejects it. So the extent can drop
+/// a point by one coordinate alone. It rejects every point if no polygon can contain one.
 WidenedBox extentOf(const std::vector<BoundaryPolygon>& polygons);
 
 } // namespace vadelclip

@@ -14,8 +14,8 @@ namespace vadelclip {
 
 namespace {
 
-/// Exactly these two, not the library's default: character references stay as they are written, line ends are not
-/// normalised, and a processing instruction leaves a node that is found by its target's name.
+/// Exactly these two, not the library's default: character references are not replaced, line ends are not normalised,
+/// and a processing instruction becomes a node with the name of its target.
 constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
 
 bool extractInteger(const char* text, std::int32_t& number) {
@@ -27,7 +27,7 @@ bool extractInteger(const char* text, std::int32_t& number) {
 bool readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
     const pugi::xml_attribute attribute = polygonNode.attribute("id");
     if (attribute.empty() || !extractInteger(attribute.value(), id)) {
-        // The placeholder is the number 0 whatever the group is called; kept on purpose.
+        // The placeholder is always the number 0, not the type of the group; kept on purpose.
         reportLine(formatMessage("Cannot find the id of a polygon in a group of type {0}", std::int32_t{0}));
         return false;
     }
@@ -57,7 +57,7 @@ bool readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::xml_node
     return true;
 }
 
-/// The id is checked before any point, also in a polygon without points. It is quoted in messages and not stored.
+/// Checks the id before any point, also in a polygon without points. The id is only used in messages.
 bool readPolygon(BoundarySet& set, const pugi::xml_node& polygonNode) {
     BoundaryPolygon polygon;
     std::int32_t id = 0;
@@ -70,7 +70,7 @@ bool readPolygon(BoundarySet& set, const pugi::xml_node& polygonNode) {
 }
 
 bool readGroup(BoundarySet& set, const pugi::xml_node& group) {
-    // Groups of any other type, or of none, are no boundaries: skipped in silence.
+    // Groups of another type or without a type are skipped silently.
     if (std::string_view(group.attribute("type").value()) != "boundaries") {
         return true;
     }
@@ -89,8 +89,7 @@ bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName,
     if (attribute.empty()) {
         return false;
     }
-    // Only failure is tested here, so a number may end its text; a node line's numbers may not. Both on purpose: see
-    // docs/file-formats.md.
+    // A number may end its text here, but not in a node line. Both rules are on purpose: see docs/file-formats.md.
     const NumberReading reading = readNumber(attribute.value());
     value = reading.value;
     return !reading.failed;

@@ -1,12 +1,12 @@
 /// \file
-/// The boundary as it lies in memory: all polygons of a boundary file and the one table of vertices they share.
+/// The boundary in memory: all polygons of a boundary file and the one table of vertices they share.
 ///
-/// A polygon holds no coordinates. It lists indices into the set's vertex table, so that the table may reallocate
-/// while it grows; every geometric operation is handed the table next to the polygon. The table is an append log: the
-/// n-th point of the file has index n - 1, nothing is deduplicated, sorted or closed.
+/// A polygon contains no coordinates. It lists indices into the vertex table of the set, so the table may reallocate
+/// while it grows. Every geometric operation receives the table together with the polygon. The n-th point of the file
+/// has index n - 1: the reader removes no duplicates, sorts nothing and closes no ring.
 ///
-/// The records are plain values: copied deeply, moved, no shared ownership. Members marked "carried" get their
-/// initial value, travel with every copy, and are read by nothing.
+/// The records are plain values without shared ownership; a copy is deep. Members marked "carried" get their initial
+/// value and are copied with the record. No code reads them.
 #pragma once
 
 #include <array>
@@ -27,27 +27,27 @@ struct Point2D {
 struct BoundaryVertex {
     double x = 0.0;
     double y = 0.0;
-    double z = 0.0;                          ///< Carried: the boundary file gives no third coordinate.
+    double z = 0.0;                          ///< Carried: the boundary file has no third coordinate.
     std::vector<std::int32_t> attachedItems; ///< Carried, always empty.
     std::int32_t vertexTag = 0;              ///< Carried.
 };
 
-/// An edge with everything the distance test of a two-vertex polygon needs. `containsPoint` is the only writer.
+/// An edge with everything that the distance test of a two-vertex polygon needs. Only `containsPoint` writes edges.
 struct BoundaryEdge {
     double length = 0.0;        ///< 1.0 in place of a length below 1e-12, so that nothing is divided by almost zero.
-    double lineOffset = 0.0;    ///< Offset of the edge's line along `normal`. Not consulted.
-    double squaredLength = 0.0; ///< From the raw `delta`, whatever `length` holds.
-    bool marked = false;        ///< Not consulted.
+    double lineOffset = 0.0;    ///< Offset of the edge's line along `normal`. Carried.
+    double squaredLength = 0.0; ///< Computed from `delta`, also if `length` was replaced.
+    bool marked = false;        ///< Carried.
     std::int32_t firstVertex = 0;
     std::int32_t secondVertex = 0;
     Point2D start{0.0, 0.0};
     Point2D end{0.0, 0.0};
     Point2D delta{0.0, 0.0};
-    Point2D direction{0.0, 0.0}; ///< `delta` through `length`; no unit vector where `length` was replaced.
+    Point2D direction{0.0, 0.0}; ///< `delta` divided by `length`; not a unit vector if `length` was replaced.
     Point2D normal{0.0, 0.0};
-    Point2D minCorner{0.0, 0.0};             ///< Not consulted.
-    Point2D maxCorner{0.0, 0.0};             ///< Not consulted.
-    std::vector<std::int32_t> attachedItems; ///< Always empty.
+    Point2D minCorner{0.0, 0.0};             ///< Carried.
+    Point2D maxCorner{0.0, 0.0};             ///< Carried.
+    std::vector<std::int32_t> attachedItems; ///< Carried, always empty.
 };
 
 /// The exact extent of an outline, without any margin.
@@ -58,9 +58,9 @@ struct BoundingBox {
     double maxY = 0.0;
 };
 
-/// An outline with its holes. Four members act: `childPolygons`, `boundingBox`, `vertexIndices` and `edges`.
+/// An outline with its holes. Only `childPolygons`, `boundingBox`, `vertexIndices` and `edges` have an effect.
 struct BoundaryPolygon {
-    std::vector<BoundaryPolygon> childPolygons; ///< Holes. The boundary file cannot express any.
+    std::vector<BoundaryPolygon> childPolygons; ///< Holes. A boundary file cannot describe them.
     std::array<std::uint32_t, 5> headerWords{}; ///< Carried, as all members up to `boundingBox`.
     std::string firstText;
     std::array<std::uint8_t, 7> flagBytes{};
@@ -81,7 +81,7 @@ struct BoundaryPolygon {
     double defaultedReal = -1.0;
     std::vector<std::int32_t> thirdIntList;
     std::vector<std::int32_t> fourthIntList;
-    std::vector<BoundaryEdge> edges;                    ///< Filled on demand, for a polygon of two vertices only.
+    std::vector<BoundaryEdge> edges;                    ///< Filled by `containsPoint` if the polygon has two vertices.
     std::vector<std::array<std::uint64_t, 2>> pairList; ///< Carried, as all members from here on.
     std::string secondText;
     std::vector<std::int32_t> fifthIntList;
@@ -89,7 +89,7 @@ struct BoundaryPolygon {
     std::int32_t defaultedIndex = -1;
 };
 
-/// All polygons of a boundary file, in file order, and their vertices. Owns everything below it.
+/// All polygons of a boundary file, in file order, and their vertices.
 struct BoundarySet {
     std::vector<BoundaryPolygon> polygons;
     std::vector<BoundaryVertex> vertices;
@@ -100,9 +100,9 @@ void clearBoundarySet(BoundarySet& boundarySet);
 
 /// Sets the bounding box of a polygon, and of its children, to the exact minimum and maximum of its vertices.
 ///
-/// A polygon without vertices keeps the box it has. Called once per polygon, by the boundary file reader.
+/// Does not change the box of a polygon without vertices. The boundary reader calls this once for each polygon.
 ///
-/// @param vertexTable every index of the polygon must be valid in it.
+/// @param vertexTable must contain every index of the polygon.
 void computeBoundingBox(BoundaryPolygon& polygon, const std::vector<BoundaryVertex>& vertexTable);
 
 } // namespace vadelclip

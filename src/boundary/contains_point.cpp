@@ -11,15 +11,15 @@ namespace vadelclip {
 
 namespace {
 
-/// An outline as a sequence of positions: 0 to size - 1, then round again.
+/// An outline as a cyclic sequence of positions, 0 to size - 1.
 struct Ring {
     const std::vector<std::int32_t>& indices;
     const std::vector<BoundaryVertex>& vertexTable;
 
     std::size_t size() const { return indices.size(); }
 
-    /// Closed by index, never by coordinates: a last vertex that repeats the first one's coordinates is a vertex of
-    /// its own, with an edge of length zero behind it, which changes no result.
+    /// Closed by index, never by coordinates: a last vertex that repeats the coordinates of the first one is a separate
+    /// vertex. The edge of length zero after it changes no result.
     bool isClosed() const { return indices.front() == indices.back(); }
 
     std::size_t distinctSize() const { return isClosed() ? size() - 1 : size(); }
@@ -41,7 +41,7 @@ bool ringContains(const Ring& ring, Point2D point) {
     std::size_t position = 0;
     while (ring.vertexAt(position).y == point.y) {
         if (position + 1 == ring.size()) {
-            // A flat ring at the point's height. The box has tested x, to within its tolerance; that is enough here.
+            // All vertices are at the point's height. The bounding box has already tested x, with its tolerance.
             return true;
         }
         ++position;
@@ -57,12 +57,12 @@ bool ringContains(const Ring& ring, Point2D point) {
     return walk.odd;
 }
 
-/// A point merely close to a two-vertex polygon is outside, however close. No tolerance is to be added.
+/// A point that is only close to a two-vertex polygon is outside. There is no tolerance, on purpose.
 bool segmentContains(BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable) {
     if (polygon.edges.empty()) {
         appendEdges(polygon.edges, polygon.vertexIndices, vertexTable);
     }
-    // A list (a, b, a) has a second edge, which is never asked.
+    // A list (a, b, a) has a second edge, which is not used.
     return distanceToEdge(polygon.edges.front(), point) == 0.0;
 }
 
@@ -74,7 +74,7 @@ bool outlineContains(BoundaryPolygon& polygon, Point2D point, const std::vector<
     return ring.distinctSize() == 2 ? segmentContains(polygon, point, vertexTable) : ringContains(ring, point);
 }
 
-/// Children are holes; a child's own child is an island in the hole.
+/// Children are holes. A child of a child is an island in the hole.
 bool anyChildContains(BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable) {
     for (BoundaryPolygon& child : polygon.childPolygons) {
         if (containsPoint(child, point, vertexTable)) {

@@ -1,5 +1,5 @@
 /// \file
-/// The definition of "inside", the tool's one geometric decision.
+/// The definition of "inside a polygon".
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -8,20 +8,19 @@
 
 namespace vadelclip {
 
-/// Tells whether a point lies in a polygon or on its outline, as seen from above.
+/// Returns true if a point is in a polygon or on its outline, and in none of its children.
 ///
-/// @param polygon      indices into `vertexTable`, in ring order, open or closed. Writable: the first call on
-///                     a two-vertex polygon fills its `edges`; any other polygon is left as it is.
-/// @param point        x and y in the same plane and unit as `vertexTable`; elevation is not looked at.
+/// @param polygon      indices into `vertexTable`, in ring order, open or closed. The first call fills the `edges` of a
+///                     two-vertex polygon. No other polygon is changed.
+/// @param point        x and y in the same plane and unit as `vertexTable`; there is no elevation.
 /// @param vertexTable  all vertices of the boundary file. Every index of `polygon` must be valid in it.
-/// @return true inside or on the outline and in no child polygon. Never an error value.
 /// @throws only what growing `edges` throws (std::bad_alloc, std::length_error).
 ///
-/// Even-odd count along a ray towards positive x, after exact tests against the outline. Source of the idea:
-/// W. R. Franklin, PNPOLY. Ours differs in how vertices at the point's height count; docs/geometry.md walks
-/// through it. The bounding box only rejects and has the only tolerance; do not add another.
+/// Counts crossings along a ray towards positive x by the even-odd rule, and tests exactly if the point is on the
+/// outline. The idea is from W. R. Franklin, PNPOLY. This function differs in how vertices at the point's height count:
+/// see docs/geometry.md. The bounding box only rejects, and it has the only tolerance; do not add another.
 ///
-/// All arithmetic is IEEE double, each operation rounded on its own: build without floating-point contraction.
+/// All arithmetic is IEEE double, and each operation is rounded separately: build without floating-point contraction.
 bool containsPoint(BoundaryPolygon& polygon, Point2D point, const std::vector<BoundaryVertex>& vertexTable);
 
 } // namespace vadelclip

@@ -1,38 +1,38 @@
 /// \file
-/// The walk along a ring (or a piece of one) past one point: counts the crossings right of the point and finds out
-/// whether the point lies on the outline.
+/// Walks along a ring or a piece of one, counts the crossings right of a point, and finds out if the point is on the
+/// outline.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
 
 namespace vadelclip {
 
-/// Gives the x at which the edge from `prev` to `current` meets the height `y`. The order of the operations is part
-/// of the result, and so is the direction of the edge.
+/// Returns the x at which the edge from `prev` to `current` reaches the height `y`. The last bits of the result depend on
+/// the order of the operations and on the direction of the edge.
 ///
-/// For a given edge each operation is monotone in y, rounding included, and so is the result.
+/// For one edge each operation is monotone in y, also after rounding, and so is the result.
 inline double crossingX(Point2D prev, Point2D current, double y) {
     return ((y - prev.y) * (current.x - prev.x)) / (current.y - prev.y) + prev.x;
 }
 
-/// State of a walk. It starts at a vertex whose y differs from the point's, and is handed every vertex after that one
-/// in ring order.
+/// The state of a walk. A walk starts at a vertex whose y differs from the point's. `visit` receives every vertex after
+/// it, in ring order.
 ///
-/// Having passed a vertex whose y differs from the point's, the walk knows nothing but that vertex and the crossings
-/// so far.
+/// After a vertex whose y differs from the point's, the state is only that vertex and whether the number of crossings
+/// is odd. So a ring may be cut into pieces at such vertices.
 struct RingWalk {
     Point2D point;
-    double prevX; ///< The last vertex that counts as passed. Vertices of a run are not.
+    double prevX; ///< The last vertex that is not part of a run.
     double prevY;
-    double lastX = 0.0; ///< While `onRun`: x of the vertex before, whatever it was.
-    bool onRun = false; ///< Among vertices at the point's height that began at or right of the point.
-    bool odd = false;   ///< Whether the number of crossings so far is odd.
+    double lastX = 0.0; ///< While `onRun`: x of the vertex before this one, on the run or not.
+    bool onRun = false; ///< On a run: vertices at the point's height, of which the first is not left of the point.
+    bool odd = false;   ///< True if the number of crossings is odd.
 
     RingWalk(Point2D point_, double startX, double startY) : point(point_), prevX(startX), prevY(startY) {}
 
-    /// Goes on to the next vertex.
+    /// Continues to the next vertex.
     ///
-    /// @return true if the point is on the outline here; the walk is over then.
+    /// @return true if the point is on the outline; the walk ends then.
     bool visit(double cx, double cy) { return onRun ? visitOnRun(cx, cy) : visitOffRun(cx, cy); }
 
 private:
@@ -53,9 +53,9 @@ private:
             lastX = cx;
             return cx == point.x;
         }
-        // A vertex at the point's height left of the point comes here too. It never adds a crossing, but it becomes
-        // prev: a horizontal edge that goes on from it towards greater x is therefore not seen as outline, and a
-        // point on it is decided as if it lay just below. Kept as it stands.
+        // This includes a vertex at the point's height left of the point. It never adds a crossing, but it becomes prev.
+        // So a horizontal edge from it towards greater x is not tested as outline, and a point on that edge counts as if
+        // it were just below. Kept on purpose.
         if (straddles(cy)) {
             return visitStraddling(cx, cy);
         }
@@ -87,7 +87,7 @@ private:
             lastX = cx;
             return onStretch || cx == point.x;
         }
-        // The run passes through the point's height if the vertices before and behind it lie on different sides.
+        // The run is a crossing if the vertices before and after it are on different sides of the point's height.
         if (straddles(cy)) {
             cross();
         }

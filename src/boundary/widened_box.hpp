@@ -1,12 +1,12 @@
 /// \file
-/// The box that rejects points before anything else is asked.
+/// The box that rejects points before any other test.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
 
 namespace vadelclip {
 
-/// A bounding box widened by the only tolerance there is. It only rejects, and reaches no other step.
+/// A bounding box widened by the only tolerance of the tool. It only rejects points.
 struct WidenedBox {
     static constexpr double tolerance = 1e-06;
 
@@ -20,9 +20,9 @@ struct WidenedBox {
         : minX(box.minX + -tolerance), minY(box.minY + -tolerance), maxX(box.maxX + tolerance),
           maxY(box.maxY + tolerance) {}
 
-    /// Strictly outside; a point exactly on the widened box passes.
+    /// Returns true if the point is strictly outside. A point exactly on the widened box passes.
     bool rejects(Point2D point) const {
-        // Without short cuts: for scattered points each would be a branch that nobody can predict.
+        // Four comparisons without branches: for scattered points the processor could not predict them.
         const int outside = static_cast<int>(minX > point.x) | static_cast<int>(minY > point.y) |
                             static_cast<int>(maxX < point.x) | static_cast<int>(maxY < point.y);
         return outside != 0;

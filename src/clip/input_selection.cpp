@@ -22,7 +22,7 @@ std::string readFirstLine(const std::string& path) {
 
 /// Subtracts one line feed for the header. A last line without line feed is not counted, so it is never read.
 std::int32_t countNodeLines(const std::string& path) {
-    // The default buffer of a stream is small: system calls would take most of the time. It must be replaced before the
+    // With the small default buffer of a stream, system calls would take most of the time. It must be replaced before the
     // file is opened. A file buffer reads one byte less than its size.
     std::vector<char> block(65536 + 1);
     std::ifstream input;

@@ -1,12 +1,12 @@
 /// \file
-/// Where the running executable lies; its catalogues lie beside it.
+/// The path of the running executable. Its catalogues are in the same directory.
 #pragma once
 
 #include <string>
 
 namespace vadelclip {
 
-/// Gives the full path of the running executable, links resolved as far as the platform does it.
+/// Returns the full path of the running executable, with links resolved as far as the platform does it.
 ///
 /// @return an empty string if the platform does not provide the path.
 std::string executablePath();

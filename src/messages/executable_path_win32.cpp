@@ -7,16 +7,16 @@ namespace vadelclip {
 
 namespace {
 
-/// As many characters as a path has on Windows unless it is written in the extended form.
+/// The maximum length of a path on Windows, unless it has the extended form.
 constexpr DWORD pathCapacity = 260;
 
 } // namespace
 
 std::string executablePath() {
-    // One more than Windows is told of, so that a path that did not fit is ended too.
+    // One character more than the size in the call, so that a path that was cut ends with a zero too.
     wchar_t path[pathCapacity + 1] = {};
-    // Only 0 counts as failure. A path that does not fit is cut and used as it stands: no catalogue is found there,
-    // and the messages stay English, unless only the file name is cut.
+    // Only 0 counts as failure. A path that does not fit is cut and used: unless only the file name is cut, no catalogue
+    // is found there and the messages stay English.
     const DWORD length = GetModuleFileNameW(nullptr, path, pathCapacity);
     return length == 0 ? std::string() : boost::filesystem::path(path).string();
 }

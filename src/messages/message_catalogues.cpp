@@ -14,8 +14,8 @@ namespace vadelclip {
 
 namespace {
 
-/// The "std" backend serves every language value. The default one crashes on some (twelve letters or more, "de@=b"),
-/// which anyone can type, and takes longer to start.
+/// Selects the "std" backend, which accepts every language value. The default one crashes on some values of "-lang="
+/// (twelve letters or more, "de@=b") and takes longer to start.
 void chooseLocaleBackend() {
     boost::locale::localization_backend_manager manager = boost::locale::localization_backend_manager::global();
     manager.select("std");
@@ -39,7 +39,7 @@ void setUpCatalogue(const std::string& language, const std::string& domain) {
 void setUpMessageCatalogues(const std::string& language) {
     try {
         setUpCatalogue(language, "VD2D");
-        // Streams made from now on take the new locale by themselves; this one exists already.
+        // Later streams use the new global locale automatically; this one exists already.
         std::cout.imbue(std::locale());
     } catch (const boost::locale::conv::conversion_error& error) {
         // Not sent as a message: the sender does not exist yet.

@@ -23,13 +23,13 @@ void setUpCatalogue(const std::string& language, const std::string& domain);
 /// Reports a catalogue whose bytes do not fit its character set as one console line, and keeps the classic locale.
 ///
 /// @param language the value of the option "-lang=".
-/// @throws std::runtime_error as `setUpCatalogue` does. Nothing above handles it: a broken installation ends the
+/// @throws std::runtime_error as `setUpCatalogue` does. The callers do not handle it: a broken installation ends the
 ///         process abnormally.
 void setUpMessageCatalogues(const std::string& language);
 
-/// Gives the directory where catalogues are looked for: `locale` beside the executable. Whether it exists is not tested.
+/// Returns the directory of the catalogues: `locale` in the directory of the executable. Does not check if it exists.
 ///
-/// @param executable full path; where it is empty because the platform does not tell it, the result is empty too.
+/// @param executable full path. If it is empty because the platform does not provide it, the result is empty too.
 std::string catalogueSearchPath(const std::string& executable);
 
 } // namespace vadelclip

@@ -1,5 +1,5 @@
 /// \file
-/// Reports errors, the one error channel of the tool.
+/// Reports errors. Every error of the tool goes through here.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@ namespace vadelclip {
 
 /// Reports an error: the text as a line on the console, flushed, then as an ErrorMessage of level 2.
 ///
-/// The console comes first, so the line can be read when the message arrives. Neither channel can fail as far as the
-/// caller is concerned. The tool's only other console line is the one of `setUpMessageCatalogues`.
+/// Writes to the console first, so that the line is there when the message arrives. Failures of either are ignored. The
+/// only other console line of the tool is the one of `setUpMessageCatalogues`.
 void reportLine(std::string text);
 
 } // namespace vadelclip

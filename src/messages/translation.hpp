@@ -18,7 +18,7 @@ using MessageArgument = std::variant<std::string, std::int32_t>;
 /// Returns the translation of a message id under the current global locale, or the id itself if there is none.
 ///
 /// @param messageId an English sentence, never empty: gettext translates the empty id to the header of the catalogue.
-/// @throws std::runtime_error if the catalogue is corrupt in a way that shows only now.
+/// @throws std::runtime_error if the catalogue is corrupt and its set-up has not noticed it.
 std::string translateMessage(const std::string& messageId);
 
 /// Implementation of `formatMessage`.
@@ -26,9 +26,9 @@ std::string formatTranslatedMessage(const std::string& messageId, const std::vec
 
 /// Translates a message id and fills in its numbered placeholders {0}, {1}, ...
 ///
-/// The translation is the format string, so a mistake in a catalogue shows here and only here.
+/// The translation is the format string, so a wrong placeholder in a catalogue makes this function throw.
 ///
-/// @param arguments texts and 32-bit numbers; numbers are printed plainly in every language.
+/// @param arguments texts and 32-bit numbers. Numbers have no digit grouping in any language.
 /// @throws fmt::format_error (a std::runtime_error) for a placeholder beyond the arguments or a malformed one.
 template <typename... Arguments>
 std::string formatMessage(const std::string& messageId, const Arguments&... arguments) {

@@ -19,13 +19,13 @@ namespace {
 
 constexpr int channelDescriptor = 3;
 
-/// While it lives, a query about a descriptor that is not open returns an error and does not end the process.
-class InvalidParametersAnswered {
+/// While an object exists, a query about a descriptor that is not open returns an error and does not end the process.
+class InvalidParametersIgnored {
 public:
-    InvalidParametersAnswered() : original(_set_invalid_parameter_handler(ignore)) {}
-    InvalidParametersAnswered(const InvalidParametersAnswered&) = delete;
-    InvalidParametersAnswered& operator=(const InvalidParametersAnswered&) = delete;
-    ~InvalidParametersAnswered() { _set_invalid_parameter_handler(original); }
+    InvalidParametersIgnored() : original(_set_invalid_parameter_handler(ignore)) {}
+    InvalidParametersIgnored(const InvalidParametersIgnored&) = delete;
+    InvalidParametersIgnored& operator=(const InvalidParametersIgnored&) = delete;
+    ~InvalidParametersIgnored() { _set_invalid_parameter_handler(original); }
 
 private:
     static void ignore(const wchar_t*, const wchar_t*, const wchar_t*, unsigned int, std::uintptr_t) {}
@@ -45,7 +45,7 @@ void hideFromChildren(int descriptor) {
 } // namespace
 
 void MessageChannel::open() {
-    const InvalidParametersAnswered guard;
+    const InvalidParametersIgnored guard;
     // The run-time has no query for "open for writing": if it is not, the first write fails and closes the channel.
     descriptor = vadelclip::isOpen(channelDescriptor) ? _dup(channelDescriptor) : -1;
     if (isOpen()) {

@@ -20,7 +20,7 @@ constinit SenderState sender;
 
 } // namespace
 
-// This layer does not interpret flags and levels: it passes them to the controlling process unchanged.
+// This layer does not interpret levels and the `active` flag: it passes them to the controlling process unchanged.
 
 Message::~Message() = default;
 

@@ -22,13 +22,14 @@ constexpr int noDueStep = 2147483647;
 
 /// Returns the progress at a step in tenths of a percent, rounded down, so that only the end of the run is 100.0.
 ///
-/// @param step counts from 0; a larger step never gives a smaller result.
+/// @param step counts from 0. The result never decreases as the step grows.
 /// @return `noTenths` to `finishedTenths`; `noTenths` for every step of a range that is empty, falls, or is not finite.
 int tenthsAt(const ProgressRange& range, int step);
 
 /// Returns the first step whose progress must be written if `writtenTenths` was written last.
 ///
-/// That is the first step above `writtenTenths`, or the end of the range if it ends the run, which is always written.
+/// This is the first step above `writtenTenths`. If there is none and the range ends the run, it is the last step: the end
+/// of the run is always written.
 ///
 /// @return `noDueStep` if there is none.
 int firstDueStep(const ProgressRange& range, int writtenTenths);

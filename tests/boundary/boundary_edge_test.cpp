@@ -32,7 +32,7 @@ std::string allText(const std::vector<BoundaryEdge>& edges) {
 
 } // namespace
 
-TEST(BoundaryEdge, hasAllTheseValues) {
+TEST(BoundaryEdge, hasAllItsValues) {
     std::vector<BoundaryEdge> edges;
     appendEdges(edges, {3, 1}, tableOf({{0, 0}, {4, 6}, {0, 0}, {1, 2}}));
     // direction.x is 3 times the rounded 1 / 5, which is not the rounded 3 / 5.
@@ -53,7 +53,7 @@ TEST(BoundaryEdge, hasAllTheseValues) {
               allText(edges));
 }
 
-TEST(BoundaryEdge, reversedPointsTheOtherWay) {
+TEST(BoundaryEdge, reversedEdgeHasOppositeDirection) {
     std::vector<BoundaryEdge> edges;
     appendEdges(edges, {1, 0}, tableOf({{1, 2}, {4, 6}}));
     EXPECT_EQ("length = 0x1.4p+2\n"
@@ -73,7 +73,7 @@ TEST(BoundaryEdge, reversedPointsTheOtherWay) {
               allText(edges));
 }
 
-TEST(BoundaryEdge, inAnyDirectionHasItsCornersByAxis) {
+TEST(BoundaryEdge, cornersAreMinimumAndMaximum) {
     const Point2D middle{10, 20};
     for (const Point2D other : {Point2D{11, 22}, Point2D{9, 22}, Point2D{9, 18}, Point2D{11, 18}, Point2D{10, 20}}) {
         const BoundaryEdge edge = edgeBetween(middle, other);
@@ -82,8 +82,8 @@ TEST(BoundaryEdge, inAnyDirectionHasItsCornersByAxis) {
     }
 }
 
-// The two zeros are equal, and of equal coordinates the corners have the start's.
-TEST(BoundaryEdge, hasTheZeroOfItsStartAtBothCorners) {
+// The two zeros are equal. Of equal coordinates, the corners have that of the start.
+TEST(BoundaryEdge, cornersHaveZeroOfStart) {
     for (const double first : {0.0, -0.0}) {
         const BoundaryEdge edge = edgeBetween({first, first}, {-first, -first});
         EXPECT_EQ(asText(Point2D{first, first}), asText(edge.minCorner));
@@ -91,13 +91,13 @@ TEST(BoundaryEdge, hasTheZeroOfItsStartAtBothCorners) {
     }
 }
 
-TEST(BoundaryEdge, ofFarApartVerticesHasALengthThatDoesNotOverflow) {
+TEST(BoundaryEdge, lengthOfLongEdgeDoesNotOverflow) {
     const BoundaryEdge edge = edgeBetween({0, 0}, {0x3p+600, 0x4p+600});
     EXPECT_EQ(0x5p+600, edge.length);
     EXPECT_EQ(std::numeric_limits<double>::infinity(), edge.squaredLength);
 }
 
-TEST(BoundaryEdge, belowTheShortestLengthKeepsItsRawDeltaAsDirection) {
+TEST(BoundaryEdge, directionBelowMinLengthIsDelta) {
     // The double before 1e-12.
     const double nearer = 0x1.19799812dea10p-40;
     EXPECT_EQ("length = 0x1p+0\n"
@@ -117,21 +117,21 @@ TEST(BoundaryEdge, belowTheShortestLengthKeepsItsRawDeltaAsDirection) {
               asText(edgeBetween({0, 0}, {nearer, 0})));
 }
 
-TEST(BoundaryEdge, atTheShortestLengthKeepsItsLength) {
+TEST(BoundaryEdge, edgeOfMinLengthKeepsItsLength) {
     const BoundaryEdge edge = edgeBetween({0, 0}, {0, 1e-12});
     EXPECT_EQ(1e-12, edge.length);
     EXPECT_EQ(asText(Point2D{0, 1}), asText(edge.direction));
     EXPECT_EQ(asText(Point2D{1, -0.0}), asText(edge.normal));
 }
 
-TEST(BoundaryEdge, ofCoincidingVerticesHasLengthOneAndNoDirection) {
+TEST(BoundaryEdge, edgeOfEqualVerticesHasLengthOne) {
     const BoundaryEdge edge = edgeBetween({7, 8}, {7, 8});
     EXPECT_EQ(1.0, edge.length);
     EXPECT_EQ(0.0, edge.squaredLength);
     EXPECT_EQ(asText(Point2D{0, 0}), asText(edge.direction));
 }
 
-TEST(AppendEdges, makesOneForEachTwoConsecutiveEntries) {
+TEST(AppendEdges, appendsOneForTwoConsecutiveEntries) {
     const std::vector<BoundaryVertex> table = tableOf({{0, 0}, {1, 0}, {1, 1}});
     std::vector<BoundaryEdge> edges;
     appendEdges(edges, {0, 2, 1, 0}, table);
@@ -144,14 +144,14 @@ TEST(AppendEdges, makesOneForEachTwoConsecutiveEntries) {
     EXPECT_EQ(allText(expected), allText(edges));
 }
 
-TEST(AppendEdges, makesNoneOfLessThanTwoEntries) {
+TEST(AppendEdges, appendsNoneForFewerThanTwoEntries) {
     std::vector<BoundaryEdge> edges;
     appendEdges(edges, {}, {});
     appendEdges(edges, {0}, tableOf({{1, 2}}));
     EXPECT_EQ("", allText(edges));
 }
 
-TEST(DistanceToEdge, isPerpendicularBetweenTheEnds) {
+TEST(DistanceToEdge, isPerpendicularBetweenEnds) {
     const BoundaryEdge edge = edgeBetween({1, 2}, {11, 2});
     EXPECT_EQ(3.0, distanceToEdge(edge, {5, 5}));
     EXPECT_EQ(3.0, distanceToEdge(edge, {5, -1}));
@@ -160,7 +160,7 @@ TEST(DistanceToEdge, isPerpendicularBetweenTheEnds) {
     EXPECT_EQ(0.0, distanceToEdge(edge, {5, 2}));
 }
 
-TEST(DistanceToEdge, isToTheNearerEndBeyondTheEnds) {
+TEST(DistanceToEdge, isToNearerEndOtherwise) {
     const BoundaryEdge edge = edgeBetween({1, 2}, {11, 2});
     EXPECT_EQ(5.0, distanceToEdge(edge, {-2, 6}));
     EXPECT_EQ(5.0, distanceToEdge(edge, {14, -2}));
@@ -168,8 +168,8 @@ TEST(DistanceToEdge, isToTheNearerEndBeyondTheEnds) {
     EXPECT_EQ(0x1p-49, distanceToEdge(edge, {11 + 0x1p-49, 2}));
 }
 
-TEST(DistanceToEdge, takesThePerpendicularAtBothEndsThemselves) {
-    // A normal that does not belong to the edge tells which formula was used.
+TEST(DistanceToEdge, isPerpendicularAtBothEnds) {
+    // With a wrong normal the result shows which formula was used.
     BoundaryEdge edge = edgeBetween({1, 2}, {11, 2});
     edge.normal = {100, 1000};
     EXPECT_EQ(4000.0, distanceToEdge(edge, {1, 6}));
@@ -177,7 +177,7 @@ TEST(DistanceToEdge, takesThePerpendicularAtBothEndsThemselves) {
     EXPECT_EQ(1000.0, distanceToEdge(edge, {11, 2}));
 }
 
-TEST(DistanceToEdge, dividesByTheDeltaAndNotByTheSquaredLength) {
+TEST(DistanceToEdge, doesNotDivideByStoredSquaredLength) {
     BoundaryEdge edge = edgeBetween({0, 0}, {10, 0});
     edge.squaredLength = 1;
     EXPECT_EQ(3.0, distanceToEdge(edge, {5, 3}));
@@ -185,15 +185,15 @@ TEST(DistanceToEdge, dividesByTheDeltaAndNotByTheSquaredLength) {
     EXPECT_EQ(5.0, distanceToEdge(edge, {14, 3}));
 }
 
-TEST(DistanceToEdge, decidesByTheSquaredLengthWhetherAnEdgeIsAPoint) {
+TEST(DistanceToEdge, edgeUpToDegenerateLengthIsPoint) {
     BoundaryEdge edge = edgeBetween({0, 0}, {10, 0});
     edge.squaredLength = 1e-14;
     EXPECT_EQ(13.0, distanceToEdge(edge, {5, 12}));
-    edge.squaredLength = 0x1.6849b86a12b9cp-47; // the double behind 1e-14
+    edge.squaredLength = 0x1.6849b86a12b9cp-47; // the double after 1e-14
     EXPECT_EQ(12.0, distanceToEdge(edge, {5, 12}));
 }
 
-TEST(DistanceToEdge, isToTheStartForAnEdgeOfExactlyTheDegenerateLength) {
+TEST(DistanceToEdge, isToStartForDegenerateEdge) {
     // 1e-7 squared rounds to the double before 1e-14, the second coordinate adds the rest.
     const BoundaryEdge degenerate = edgeBetween({0, 0}, {1e-7, 1e-15});
     EXPECT_EQ(1e-14, degenerate.squaredLength);

@@ -1,4 +1,4 @@
-// What is reported when a boundary file is bad, and what is in the set then.
+// The errors that a bad boundary file causes, and the content of the set after them.
 #include "boundary/boundary_reader.hpp"
 
 #include "support/boundary_file_support.hpp"
@@ -13,19 +13,20 @@ namespace {
 
 const std::string noId = "Cannot find the id of a polygon in a group of type 0";
 
-/// The content of a "boundaries" group fails behind the one good triangle in front of it.
-void expectFailedBehindTriangle(const std::string& error, const std::string& content, const Outline& leftBehind = {}) {
+/// Expects that this content of a "boundaries" group fails after the valid triangle before it. `keptPoints` are the
+/// vertices of the failed polygon in the table.
+void expectFailedAfterTriangle(const std::string& error, const std::string& content, const Outline& keptPoints = {}) {
     const Reading reading = readBoundaryBytes(inBoundaries(triangleElement + content + triangleElement));
     SCOPED_TRACE(content);
     expectFailed(error, reading);
     BoundarySet expected = setOf({triangle});
-    makePolygon(expected.vertices, leftBehind);
+    makePolygon(expected.vertices, keptPoints);
     EXPECT_EQ(asText(expected), asText(reading.set));
 }
 
 } // namespace
 
-TEST(BoundaryReaderFailure, cannotFindAFileItCannotOpenOrRead) {
+TEST(BoundaryReaderFailure, reportsFileThatCannotBeRead) {
     const TemporaryDirectory directory;
     const std::string missing = directory.pathOf("missing.xml");
     expectFailedEmpty("Boundary file " + missing + " not found", missing);
@@ -33,7 +34,7 @@ TEST(BoundaryReaderFailure, cannotFindAFileItCannotOpenOrRead) {
     expectFailedEmpty("Boundary file  not found", "");
 }
 
-TEST(BoundaryReaderFailure, cannotFindAFileThatIsNoXmlOrHoldsNoElement) {
+TEST(BoundaryReaderFailure, reportsFileWithoutElementAsNotFound) {
     for (const std::string bytes :
          {"", " \n", "text", "<!-- only a comment -->", "<?xml version=\"1.0\"?>", "<!DOCTYPE VADELSIM>",
           "<?VADELSIM?>", "<VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM></VadeDGM>",
@@ -45,11 +46,11 @@ TEST(BoundaryReaderFailure, cannotFindAFileThatIsNoXmlOrHoldsNoElement) {
     expectNotFound(inBoundaries("<polygon id=\"1" + zeroByte + "\"/>"));
 }
 
-TEST(BoundaryReaderFailure, readsNothingOfAFileThatTurnsBadAtItsEnd) {
+TEST(BoundaryReaderFailure, keepsNothingOfFileWithBadEnd) {
     expectNotFound(inBoundaries(triangleElement) + "<open>");
 }
 
-TEST(BoundaryReaderFailure, needsBothElementsAroundTheGroups) {
+TEST(BoundaryReaderFailure, requiresBothElementsAroundGroups) {
     for (const std::string bytes :
          {"<other/>", "<VadeDGM/>", "<VADELSIM/>", "<VADELSIM></VADELSIM>", "<VADELSIM>text</VADELSIM>",
           "<VADELSIM><vadedgm/></VADELSIM>", "<vadelsim><VadeDGM/></vadelsim>",
@@ -59,7 +60,7 @@ TEST(BoundaryReaderFailure, needsBothElementsAroundTheGroups) {
     }
 }
 
-TEST(BoundaryReaderFailure, quotesThePathAsItStands) {
+TEST(BoundaryReaderFailure, quotesPathUnchanged) {
     const TemporaryDirectory directory;
     for (const std::string name : {"{0}.xml", "{.xml", "a b.xml", "\xC3\xA4.xml", "%s.xml", "./x.xml"}) {
         const std::string path = directory.pathOf(name);
@@ -69,36 +70,36 @@ TEST(BoundaryReaderFailure, quotesThePathAsItStands) {
     }
 }
 
-TEST(BoundaryReaderFailure, needsAnIdForEachPolygon) {
-    expectFailedBehindTriangle(noId, "<polygon/>");
-    expectFailedBehindTriangle(noId, "<polygon ID=\"1\"/>");
-    expectFailedBehindTriangle(noId, "<polygon><point x=\"1\" y=\"1\"/></polygon>");
-    // The id comes before any point.
-    expectFailedBehindTriangle(noId, "<polygon id=\"a\"><point/></polygon>");
+TEST(BoundaryReaderFailure, requiresIdOfEachPolygon) {
+    expectFailedAfterTriangle(noId, "<polygon/>");
+    expectFailedAfterTriangle(noId, "<polygon ID=\"1\"/>");
+    expectFailedAfterTriangle(noId, "<polygon><point x=\"1\" y=\"1\"/></polygon>");
+    // The id is read before any point.
+    expectFailedAfterTriangle(noId, "<polygon id=\"a\"><point/></polygon>");
 }
 
-TEST(BoundaryReaderFailure, needsBothCoordinatesOfEachPoint) {
+TEST(BoundaryReaderFailure, requiresBothCoordinatesOfEachPoint) {
     const std::string error = "Cannot read point 0 in polygon 12";
     for (const std::string attributes :
          {"", "y=\"1\"", "x=\"1\"", "X=\"1\" y=\"1\"", "x=\"1\" Y=\"1\"", "x=\"\" y=\"1\"", "x=\"1\" y=\"\"",
           "x=\"a\" y=\"1\"", "x=\"1\" y=\"a\"", "x=\"a\" y=\"b\""}) {
-        expectFailedBehindTriangle(error, "<polygon id=\"12\"><point " + attributes + "/></polygon>");
+        expectFailedAfterTriangle(error, "<polygon id=\"12\"><point " + attributes + "/></polygon>");
     }
 }
 
-TEST(BoundaryReaderFailure, numbersPointsFromZeroAndLeavesTheGoodOnesInTheTable) {
-    expectFailedBehindTriangle(
-        "Cannot read point 2 in polygon -7",
-        R"(<polygon id="-7"><point x="8" y="9"/><point x="10" y="11"/><point x="12"/></polygon>)", {{8, 9}, {10, 11}});
+TEST(BoundaryReaderFailure, keepsPointsBeforeBadOneInTable) {
+    expectFailedAfterTriangle("Cannot read point 2 in polygon -7",
+                              R"(<polygon id="-7"><point x="8" y="9"/><point x="10" y="11"/><point x="12"/></polygon>)",
+                              {{8, 9}, {10, 11}});
 }
 
-TEST(BoundaryReaderFailure, countsOnlyPointsWhenItNumbersThem) {
-    expectFailedBehindTriangle("Cannot read point 1 in polygon 5",
-                               R"(<polygon id="5"><other/><point x="8" y="9"/>text<other/><point/></polygon>)",
-                               {{8, 9}});
+TEST(BoundaryReaderFailure, numbersOnlyPointElements) {
+    expectFailedAfterTriangle("Cannot read point 1 in polygon 5",
+                              R"(<polygon id="5"><other/><point x="8" y="9"/>text<other/><point/></polygon>)",
+                              {{8, 9}});
 }
 
-TEST(BoundaryReaderFailure, stopsAtTheFirstFailureOfAnyGroup) {
+TEST(BoundaryReaderFailure, stopsAtFirstFailure) {
     const Reading reading =
         readBoundaryBytes(inModel("<group type=\"boundaries\">" + triangleElement + "</group>" +
                                   "<group type=\"boundaries\"><polygon id=\"a\"/><polygon id=\"b\"/></group>" +
@@ -107,11 +108,11 @@ TEST(BoundaryReaderFailure, stopsAtTheFirstFailureOfAnyGroup) {
     EXPECT_EQ(asText(setOf({triangle})), asText(reading.set));
 }
 
-TEST(BoundaryReaderFailure, takesAProcessingInstructionForTheElementOfItsName) {
-    // It has no attributes, whatever is written in it.
-    expectFailedBehindTriangle("Cannot read point 1 in polygon 3",
-                               R"(<polygon id="3"><point x="8" y="9"/><?point x="1" y="2"?></polygon>)", {{8, 9}});
-    expectFailedBehindTriangle(noId, R"(<?polygon id="1"?>)");
+TEST(BoundaryReaderFailure, readsInstructionAsElementOfItsName) {
+    // An instruction has no attributes, whatever its text is.
+    expectFailedAfterTriangle("Cannot read point 1 in polygon 3",
+                              R"(<polygon id="3"><point x="8" y="9"/><?point x="1" y="2"?></polygon>)", {{8, 9}});
+    expectFailedAfterTriangle(noId, R"(<?polygon id="1"?>)");
     expectRead({triangle},
                inModel(R"(<?group type="boundaries"?><group type="boundaries">)" + triangleElement + "</group>"));
     expectNoModel("<?VADELSIM?>" + inBoundaries(triangleElement));

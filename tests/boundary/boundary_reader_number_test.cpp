@@ -117,7 +117,7 @@ const std::vector<std::string> badIds = {
     "",    " ",   "abc", "a7",    "-",          "+",           ".5",
     "- 7", "+-7", "#7",  "&#55;", "2147483648", "-2147483649", "99999999999999999999"};
 
-/// Runs a check in the classic locale, as "en" has it, and in generated ones, as any other language has it.
+/// Runs a check in the classic locale, which "en" uses, and in generated ones, which all other languages use.
 void inEveryLanguage(const std::function<void()>& check) {
     check();
     for (const char* const name : {"de_DE.utf8", "de.utf8", "fr_FR.utf8"}) {
@@ -151,7 +151,7 @@ void checkBadNumbers() {
     }
 }
 
-/// The id is not stored: what it was read as shows in the message of a bad point.
+/// The id is not stored. The message about a bad point shows it.
 void checkIds() {
     for (const auto& [text, number] : goodIds) {
         expectError("Cannot read point 0 in polygon " + number, polygonOf(text, "1", ""));
@@ -164,19 +164,19 @@ void checkIds() {
 
 } // namespace
 
-TEST(BoundaryReaderNumbers, readAsFarAsTheyGoInEveryLanguage) {
+TEST(BoundaryReaderNumbers, readsLeadingNumberInEveryLanguage) {
     inEveryLanguage(checkGoodNumbers);
 }
 
-TEST(BoundaryReaderNumbers, thatDoNotStartOrDoNotFitFailInEveryLanguage) {
+TEST(BoundaryReaderNumbers, refusesOtherTextsInEveryLanguage) {
     inEveryLanguage(checkBadNumbers);
 }
 
-TEST(BoundaryReaderNumbers, ofIdsAreSigned32BitDecimalInEveryLanguage) {
+TEST(BoundaryReaderNumbers, readsIdsAs32BitIntegersInEveryLanguage) {
     inEveryLanguage(checkIds);
 }
 
-TEST(BoundaryReaderNumbers, inMessagesArePlainInEveryLanguage) {
+TEST(BoundaryReaderNumbers, printsPlainNumbersInEveryLanguage) {
     std::string points;
     for (int point = 0; point < 12345; ++point) {
         points += "<point x=\"1\" y=\"2\"/>";
@@ -187,7 +187,7 @@ TEST(BoundaryReaderNumbers, inMessagesArePlainInEveryLanguage) {
     });
 }
 
-TEST(ReadNumericAttribute, readsTheFirstAttributeOfThatName) {
+TEST(ReadNumericAttribute, readsFirstAttributeOfName) {
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string("<point x='1.5abc' x='7' y=' -2e2'/>"));
     double value = 0;
@@ -197,7 +197,7 @@ TEST(ReadNumericAttribute, readsTheFirstAttributeOfThatName) {
     EXPECT_EQ(-200.0, value);
 }
 
-TEST(ReadNumericAttribute, failsWithoutANodeAnAttributeOrANumber) {
+TEST(ReadNumericAttribute, failsWithoutNodeAttributeOrNumber) {
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string("<point x='' y='a' z='1e999'/>"));
     double value = 0;

@@ -1,4 +1,4 @@
-// Which elements and attributes of a boundary file are taken.
+// Which elements and attributes of a boundary file are read.
 #include "boundary/boundary_reader.hpp"
 
 #include "support/boundary_file_support.hpp"
@@ -30,7 +30,7 @@ void freeXmlBlock(void* block) {
 
 namespace vadelclip {
 
-TEST(BoundaryReader, readsAnOrdinaryFile) {
+TEST(BoundaryReader, readsOrdinaryFile) {
     expectRead({triangle, {{-1.5, 1000}}}, R"(<?xml version="1.0" encoding="UTF-8"?>
 <!-- the area of the model -->
 <VADELSIM version="2">
@@ -50,7 +50,7 @@ TEST(BoundaryReader, readsAnOrdinaryFile) {
 )");
 }
 
-TEST(BoundaryReader, givesEachVertexAndPolygonItsCarriedValues) {
+TEST(BoundaryReader, setsInitialValuesOfCarriedMembers) {
     const Reading reading = readBoundaryBytes(inBoundaries(R"(<polygon id="7"><point x="1" y="2" z="3"/></polygon>)"));
     EXPECT_EQ("polygon {\n" + asText(setOf({{{1, 2}}}).polygons[0]) +
                   "}\n"
@@ -64,7 +64,7 @@ TEST(BoundaryReader, givesEachVertexAndPolygonItsCarriedValues) {
               asText(reading.set));
 }
 
-TEST(BoundaryReader, mergesAllBoundaryGroupsInDocumentOrder) {
+TEST(BoundaryReader, mergesBoundaryGroupsInOrder) {
     expectRead({triangle, {{1, 1}}, {{2, 2}, {3, 3}}},
                inModel("<group type=\"boundaries\">" + triangleElement + "</group>" +
                        R"(<group type="roads"><polygon id="9"><point x="9" y="9"/></polygon></group>)" +
@@ -72,7 +72,7 @@ TEST(BoundaryReader, mergesAllBoundaryGroupsInDocumentOrder) {
                        R"(<polygon id="1"><point x="2" y="2"/><point x="3" y="3"/></polygon></group>)"));
 }
 
-TEST(BoundaryReader, numbersVerticesThroughAllPolygons) {
+TEST(BoundaryReader, numbersVerticesAcrossPolygons) {
     const Reading reading = readBoundaryBytes(inModel("<group type=\"boundaries\">" + triangleElement + "</group>" +
                                                       "<group type=\"boundaries\">" + triangleElement + "</group>"));
     ASSERT_EQ(2u, reading.set.polygons.size());
@@ -81,8 +81,8 @@ TEST(BoundaryReader, numbersVerticesThroughAllPolygons) {
     EXPECT_EQ(6u, reading.set.vertices.size());
 }
 
-TEST(BoundaryReader, takesPointsAsTheyStand) {
-    // Repeated, clockwise, closed, fewer than three: nothing is checked, added, removed or shared.
+TEST(BoundaryReader, keepsPointsUnchanged) {
+    // Repeated, clockwise, closed, fewer than three: the reader checks, adds, removes and shares nothing.
     const std::string p00 = R"(<point x="0" y="0"/>)";
     const std::string p01 = R"(<point x="0" y="1"/>)";
     const std::string p10 = R"(<point x="1" y="0"/>)";
@@ -91,13 +91,13 @@ TEST(BoundaryReader, takesPointsAsTheyStand) {
                             "<polygon id=\"1\">" + p00 + "</polygon><polygon id=\"1\">" + p00 + p10 + "</polygon>"));
 }
 
-TEST(BoundaryReader, storesAPolygonWithoutPointsAsANewRecord) {
+TEST(BoundaryReader, storesPolygonWithoutPoints) {
     const Reading reading = readBoundaryBytes(inBoundaries("<polygon id=\"4\"></polygon>"));
     EXPECT_TRUE(reading.succeeded);
     EXPECT_EQ("polygon {\n" + asText(BoundaryPolygon()) + "}\n", asText(reading.set));
 }
 
-TEST(BoundaryReader, succeedsWithNothingInTheFile) {
+TEST(BoundaryReader, acceptsFileWithoutPolygons) {
     expectRead({}, "<VADELSIM><VadeDGM/></VADELSIM>");
     expectRead({}, inModel("text <other/>"));
     expectRead({}, inModel("<group type=\"roads\">" + triangleElement + "</group>"));
@@ -105,7 +105,7 @@ TEST(BoundaryReader, succeedsWithNothingInTheFile) {
     expectRead({}, inBoundaries("<point x=\"1\" y=\"1\"/><group type=\"boundaries\">" + triangleElement + "</group>"));
 }
 
-TEST(BoundaryReader, skipsGroupsOfAnyOtherType) {
+TEST(BoundaryReader, skipsGroupsOfOtherTypes) {
     const std::string bad = "<polygon><point x=\"a\"/></polygon>";
     for (const std::string attribute :
          {"", "type=\"\"", "type=\"Boundaries\"", "type=\"boundaries \"", "type=\" boundaries\"", "type=\"boundary\"",
@@ -116,12 +116,12 @@ TEST(BoundaryReader, skipsGroupsOfAnyOtherType) {
     }
 }
 
-TEST(BoundaryReader, takesTheFirstOfDuplicateAttributes) {
+TEST(BoundaryReader, readsFirstOfEqualAttributes) {
     expectRead({{{1, 2}}}, inModel(R"(<group type="boundaries" type="roads"><polygon id="1" id="a">)"
                                    R"(<point x="1" x="a" y="2" y="b"/></polygon></group>)"));
 }
 
-TEST(BoundaryReader, passesOverEverythingElseInSilence) {
+TEST(BoundaryReader, ignoresUnknownContent) {
     expectRead({triangle}, inModel(R"(<polygon id="a"/><Group type="boundaries"><polygon/></Group>)"
                                    R"(<x:group type="boundaries"><polygon/></x:group>)"
                                    "<group type=\"boundaries\">text<Polygon/><point/><![CDATA[<polygon/>]]>"
@@ -132,16 +132,16 @@ TEST(BoundaryReader, passesOverEverythingElseInSilence) {
                                         R"(<point x="a"/></point></polygon>)"));
 }
 
-TEST(BoundaryReader, passesOverAnXmlDeclarationInAPolygon) {
+TEST(BoundaryReader, ignoresXmlDeclarationInPolygon) {
     expectRead({{{1, 2}}}, inBoundaries(R"(<polygon id="1"><?xml version="1.0"?><point x="1" y="2"/></polygon>)"));
 }
 
-TEST(BoundaryReader, makesNoChildrenOfPolygonsWithinPolygons) {
+TEST(BoundaryReader, ignoresPolygonInPolygon) {
     expectRead({{{1, 2}}}, inBoundaries(R"(<polygon id="1"><polygon id="a"><point x="8" y="8"/></polygon>)"
                                         R"(<point x="1" y="2"/></polygon>)"));
 }
 
-TEST(BoundaryReader, looksAtTheFirstModelOnly) {
+TEST(BoundaryReader, readsOnlyFirstModel) {
     const std::string full = "<VadeDGM><group type=\"boundaries\">" + triangleElement + "</group></VadeDGM>";
     expectRead({triangle}, "<other><VADELSIM/></other><VADELSIM><other/>" + full + "</VADELSIM>");
     expectRead({}, "<VADELSIM><VadeDGM/>" + full + "</VADELSIM>");
@@ -149,7 +149,7 @@ TEST(BoundaryReader, looksAtTheFirstModelOnly) {
     expectNoModel("<VADELSIM/><VADELSIM>" + full + "</VADELSIM>");
 }
 
-TEST(BoundaryReader, readsAgainIntoAClearedSetAsIntoANewOne) {
+TEST(BoundaryReader, readsIntoClearedSet) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("area.xml", inBoundaries(triangleElement + triangleElement));
     BoundarySet set = setOf({{{1, 2}, {3, 4}}, {{5, 6}}});
@@ -158,7 +158,7 @@ TEST(BoundaryReader, readsAgainIntoAClearedSetAsIntoANewOne) {
     EXPECT_EQ(asText(setOf({triangle, triangle})), asText(set));
 }
 
-TEST(BoundaryReader, hasFreedTheDocumentWhenItReturns) {
+TEST(BoundaryReader, freesDocument) {
     const auto allocate = pugi::get_memory_allocation_function();
     const auto free = pugi::get_memory_deallocation_function();
     for (const std::string& bytes :

@@ -12,7 +12,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Returns an ASCII text with this number of zero bytes before and after each letter, as UTF-16 and UTF-32 have it.
+/// Returns an ASCII text with this number of zero bytes before and after each letter, as in UTF-16 and UTF-32.
 std::string widened(const std::string& text, std::size_t zerosBefore, std::size_t zerosAfter) {
     std::string bytes;
     for (const char letter : text) {
@@ -23,7 +23,7 @@ std::string widened(const std::string& text, std::size_t zerosBefore, std::size_
 
 } // namespace
 
-TEST(BoundaryReaderText, mayBeInAnyUnicodeEncodingWithOrWithoutAMark) {
+TEST(BoundaryReaderText, mayHaveAnyUnicodeEncoding) {
     const std::string text =
         "<?xml version=\"1.0\"?>" + inBoundaries("<polygon id=\"1\"><point x=\"1.5\" y=\"-2.5\"/></polygon>");
     const std::string zeros(2, '\0');
@@ -38,11 +38,11 @@ TEST(BoundaryReaderText, mayBeInAnyUnicodeEncodingWithOrWithoutAMark) {
     }
 }
 
-TEST(BoundaryReaderText, mayDeclareUtf16OverUtf8) {
+TEST(BoundaryReaderText, mayDeclareWrongEncoding) {
     expectRead({triangle}, "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + inBoundaries(triangleElement));
 }
 
-TEST(BoundaryReaderText, mayDeclareLatin1OrHoldInvalidUtf8) {
+TEST(BoundaryReaderText, mayBeLatin1OrInvalidUtf8) {
     const std::string content =
         inBoundaries("<polygon id=\"1\" name=\"\xE4\"><point x=\"1.5\xE4\" y=\"2\"/></polygon>");
     expectRead({{{1.5, 2}}}, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + content);
@@ -59,7 +59,7 @@ TEST(BoundaryReaderText, mayHaveAnyWhiteSpaceBetweenAttributes) {
     }
 }
 
-TEST(BoundaryReaderText, keepsReferencesAsTheyAreWritten) {
+TEST(BoundaryReaderText, doesNotReplaceReferences) {
     expectRead({{{1, 2}}},
                "<!DOCTYPE VADELSIM [<!ENTITY one \"1\">]>" +
                    inBoundaries("&unknown;<polygon id=\"1&one;\"><point x=\"1&lt;5\" y=\"2&unknown;\"/></polygon>"));

@@ -13,7 +13,7 @@ namespace {
 using IntList = std::vector<std::int32_t>;
 using WordList = std::vector<std::uint64_t>;
 
-/// A member stands at its place in the record, with this type.
+/// Expects that a structured binding is this member of the record, with this type.
 #define EXPECT_PLACE(record, place, Type, member)                                                                      \
     static_assert(std::is_same_v<std::remove_reference_t<decltype(place)>, Type>, #member);                            \
     EXPECT_EQ(static_cast<const void*>(&(place)), static_cast<const void*>(&(record).member)) << #member
@@ -104,7 +104,7 @@ void changeEverything(BoundaryPolygon& polygon) {
 
 } // namespace
 
-TEST(BoundarySet, holdsPolygonsBeforeVertices) {
+TEST(BoundarySet, membersArePolygonsAndVertices) {
     BoundarySet set;
     auto& [polygons, vertices] = set;
     EXPECT_PLACE(set, polygons, std::vector<BoundaryPolygon>, polygons);
@@ -113,7 +113,7 @@ TEST(BoundarySet, holdsPolygonsBeforeVertices) {
     EXPECT_TRUE(vertices.empty());
 }
 
-TEST(BoundarySet, aNewVertexHasTheseMembersAndValues) {
+TEST(BoundarySet, vertexHasTheseMembersAndValues) {
     BoundaryVertex vertex;
     auto& [x, y, z, attachedItems, vertexTag] = vertex;
     EXPECT_PLACE(vertex, x, double, x);
@@ -126,7 +126,7 @@ TEST(BoundarySet, aNewVertexHasTheseMembersAndValues) {
     EXPECT_TRUE(attachedItems.empty());
 }
 
-TEST(BoundarySet, anEdgeHasTheseMembersInThisOrder) {
+TEST(BoundarySet, edgeHasTheseMembers) {
     BoundaryEdge edge;
     auto& [length, lineOffset, squaredLength, marked, firstVertex, secondVertex, start, end, delta, direction, normal,
            minCorner, maxCorner, attachedItems] = edge;
@@ -147,7 +147,7 @@ TEST(BoundarySet, anEdgeHasTheseMembersInThisOrder) {
     EXPECT_FALSE(marked);
 }
 
-TEST(BoundarySet, aNewEdgeHoldsZeros) {
+TEST(BoundarySet, newEdgeIsZero) {
     EXPECT_EQ("length = 0x0p+0\n"
               "lineOffset = 0x0p+0\n"
               "squaredLength = 0x0p+0\n"
@@ -165,7 +165,7 @@ TEST(BoundarySet, aNewEdgeHoldsZeros) {
               asText(BoundaryEdge()));
 }
 
-TEST(BoundarySet, aPolygonHasTheseMembersInThisOrder) {
+TEST(BoundarySet, polygonHasTheseMembers) {
     BoundaryPolygon polygon;
     auto& [childPolygons, headerWords, firstText, flagBytes, firstWord, secondWord, firstFlag, boundingBox,
            vertexIndices, firstIntList, wordList, secondIntList, textList, intListMap, thirdWord, secondFlag,
@@ -205,7 +205,7 @@ TEST(BoundarySet, aPolygonHasTheseMembersInThisOrder) {
     EXPECT_PLACE(polygon, defaultedIndex, std::int32_t, defaultedIndex);
 }
 
-TEST(BoundarySet, aBoundingBoxHasItsLowerCornerFirst) {
+TEST(BoundarySet, boundingBoxHasTheseMembers) {
     BoundingBox box;
     auto& [minX, minY, maxX, maxY] = box;
     EXPECT_PLACE(box, minX, double, minX);
@@ -215,7 +215,7 @@ TEST(BoundarySet, aBoundingBoxHasItsLowerCornerFirst) {
     EXPECT_EQ(boxText({0, 0, 0, 0}), boxText(box));
 }
 
-TEST(BoundarySet, aNewPolygonHoldsZerosButForTwoMembers) {
+TEST(BoundarySet, newPolygonIsZeroExceptForTwoMembers) {
     EXPECT_EQ("headerWords = [ 0 0 0 0 0 ]\n"
               "firstText = \"\"\n"
               "flagBytes = [ 0 0 0 0 0 0 0 ]\n"
@@ -242,14 +242,14 @@ TEST(BoundarySet, aNewPolygonHoldsZerosButForTwoMembers) {
               asText(BoundaryPolygon()));
 }
 
-TEST(BoundarySet, aCopyReproducesEveryMember) {
+TEST(BoundarySet, copyHasEveryMember) {
     const BoundaryPolygon polygon = filledFamily();
     const BoundaryPolygon copy = polygon;
     EXPECT_EQ(asText(filledFamily()), asText(copy));
     EXPECT_EQ(asText(filledFamily()), asText(polygon));
 }
 
-TEST(BoundarySet, aCopySharesNothingWithItsOriginal) {
+TEST(BoundarySet, copySharesNothingWithOriginal) {
     const BoundaryPolygon polygon = filledFamily();
     BoundaryPolygon copy;
     copy = polygon;
@@ -258,13 +258,13 @@ TEST(BoundarySet, aCopySharesNothingWithItsOriginal) {
     EXPECT_EQ(asText(filledFamily()), asText(polygon));
 }
 
-TEST(BoundarySet, aMovedPolygonKeepsEveryMember) {
+TEST(BoundarySet, movedPolygonKeepsEveryMember) {
     BoundaryPolygon polygon = filledFamily();
     const BoundaryPolygon moved = std::move(polygon);
     EXPECT_EQ(asText(filledFamily()), asText(moved));
 }
 
-TEST(BoundarySet, aCopyOfASetIsComplete) {
+TEST(BoundarySet, copyOfSetIsComplete) {
     BoundarySet set;
     set.vertices.resize(2);
     set.vertices[1] = {1, 2, 3, {4, 5}, 6};

@@ -8,7 +8,7 @@
 
 namespace vadelclip {
 
-TEST(BoundingBox, isTheExactMinimumAndMaximumOfAnOutline) {
+TEST(BoundingBox, isExactMinimumAndMaximum) {
     struct Case {
         Outline outline;
         BoundingBox box;
@@ -38,7 +38,7 @@ TEST(BoundingBox, isTheExactMinimumAndMaximumOfAnOutline) {
     }
 }
 
-TEST(BoundingBox, replacesTheOneThatWasThere) {
+TEST(BoundingBox, replacesFormerBox) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{3, 4}, {5, 6}});
     polygon.boundingBox = {-100, -100, 100, 100};
@@ -46,8 +46,8 @@ TEST(BoundingBox, replacesTheOneThatWasThere) {
     EXPECT_EQ(boxText({3, 4, 5, 6}), boxText(polygon.boundingBox));
 }
 
-// The two zeros are equal, and of equal coordinates the first one stays.
-TEST(BoundingBox, hasTheZeroThatCameFirst) {
+// The two zeros are equal. Of equal coordinates, the box keeps the first.
+TEST(BoundingBox, hasZeroOfFirstVertex) {
     for (const double first : {0.0, -0.0}) {
         std::vector<BoundaryVertex> table;
         const BoundaryPolygon polygon = makePolygon(table, {{first, first}, {-first, -first}});
@@ -55,7 +55,7 @@ TEST(BoundingBox, hasTheZeroThatCameFirst) {
     }
 }
 
-TEST(BoundingBox, ofAPolygonWithoutVerticesStaysAsItIs) {
+TEST(BoundingBox, isUnchangedWithoutVertices) {
     BoundaryPolygon fresh;
     computeBoundingBox(fresh, {});
     EXPECT_EQ(asText(BoundaryPolygon()), asText(fresh));
@@ -66,7 +66,7 @@ TEST(BoundingBox, ofAPolygonWithoutVerticesStaysAsItIs) {
     EXPECT_EQ(boxText({1, 2, 3, 4}), boxText(polygon.boundingBox));
 }
 
-TEST(BoundingBox, ofEachChildIsItsOwnAndLeavesTheParentAlone) {
+TEST(BoundingBox, isSeparateForEachChild) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, counterClockwiseSquare);
     polygon.childPolygons = {makePolygon(table, {{-2, 3}, {4, 20}}), makePolygon(table, {{5, 5}})};
@@ -84,7 +84,7 @@ TEST(BoundingBox, ofEachChildIsItsOwnAndLeavesTheParentAlone) {
     EXPECT_EQ(boxText({5, 5, 5, 5}), boxText(polygon.childPolygons[1].boundingBox));
 }
 
-TEST(BoundingBox, ofChildrenIsComputedAlsoUnderAPolygonWithoutVertices) {
+TEST(BoundingBox, isComputedForChildrenOfEmptyPolygon) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon;
     polygon.boundingBox = {1, 2, 3, 4};

@@ -12,7 +12,7 @@ namespace {
 const Outline counterClockwiseHole = {{2, 2}, {8, 2}, {8, 8}, {2, 8}};
 const Outline clockwiseHole = {{2, 2}, {2, 8}, {8, 8}, {8, 2}};
 
-/// A polygon with the table its indices and those of its children refer to.
+/// A polygon, and the table for its indices and those of its children.
 struct Area {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon;
@@ -31,7 +31,7 @@ Area squareWithHoles(const std::vector<Outline>& holes) {
 
 } // namespace
 
-TEST(ChildPolygon, isAHole) {
+TEST(ChildPolygon, isHole) {
     Area area = squareWithHoles({counterClockwiseHole});
     EXPECT_FALSE(area.contains(5, 5));
     EXPECT_FALSE(area.contains(2.1, 7.9));
@@ -44,13 +44,13 @@ TEST(ChildPolygon, isAHole) {
     EXPECT_TRUE(area.contains(0, 0));
 }
 
-TEST(ChildPolygon, ownsItsOutlineWhereItsOwnRingFindsIt) {
+TEST(ChildPolygon, outlineBelongsToHole) {
     Area area = squareWithHoles({counterClockwiseHole});
     EXPECT_FALSE(area.contains(2, 5));
     EXPECT_FALSE(area.contains(8, 5));
     EXPECT_FALSE(area.contains(5, 8));
     EXPECT_FALSE(area.contains(2, 2));
-    EXPECT_TRUE(area.contains(5, 2)) << "the edge towards greater x is judged from below, outside the hole";
+    EXPECT_TRUE(area.contains(5, 2)) << "a point on an edge towards greater x counts as below it";
 
     Area other = squareWithHoles({clockwiseHole});
     EXPECT_FALSE(other.contains(2, 5));
@@ -60,7 +60,7 @@ TEST(ChildPolygon, ownsItsOutlineWhereItsOwnRingFindsIt) {
     EXPECT_FALSE(other.contains(5, 2));
 }
 
-TEST(ChildPolygon, ofAChildIsAnIsland) {
+TEST(ChildPolygon, childOfChildIsIsland) {
     Area area = squareWithHoles({counterClockwiseHole});
     area.polygon.childPolygons[0].childPolygons = {makePolygon(area.table, {{4, 4}, {6, 4}, {6, 6}, {4, 6}})};
     EXPECT_TRUE(area.contains(5, 5));
@@ -76,7 +76,7 @@ TEST(ChildPolygon, ofAChildIsAnIsland) {
     EXPECT_TRUE(area.contains(5.75, 5));
 }
 
-TEST(ChildPolygon, thatAnswersNoLeavesTheWordToTheNextOne) {
+TEST(ChildPolygon, eachChildIsHole) {
     Area area = squareWithHoles({{{1, 1}, {3, 1}, {3, 3}, {1, 3}}, {{6, 6}, {8, 6}, {8, 8}, {6, 8}}});
     EXPECT_FALSE(area.contains(2, 2));
     EXPECT_FALSE(area.contains(7, 7));
@@ -89,12 +89,12 @@ TEST(ChildPolygon, thatAnswersNoLeavesTheWordToTheNextOne) {
     EXPECT_FALSE(area.contains(2.25, 2));
 }
 
-TEST(ChildPolygon, whoseBoxExcludesThePointTakesNothingAway) {
+TEST(ChildPolygon, elsewhereChangesNothing) {
     Area area = squareWithHoles({{{20, 20}, {30, 20}, {30, 30}}, {{-9, -9}, {-8, -9}, {-8, -8}}});
     EXPECT_TRUE(area.contains(5, 5));
 }
 
-TEST(ChildPolygon, withoutAnOutlineTakesNothingAwayNorDoItsChildren) {
+TEST(ChildPolygon, withoutOutlineChangesNothing) {
     Area area = squareWithHoles({});
     BoundaryPolygon empty;
     empty.boundingBox = {0, 0, 10, 10};
@@ -103,8 +103,8 @@ TEST(ChildPolygon, withoutAnOutlineTakesNothingAwayNorDoItsChildren) {
     EXPECT_TRUE(area.contains(5, 5));
 }
 
-TEST(ChildPolygon, isAskedInStoredOrderUntilOneSaysYes) {
-    // A two-vertex child keeps its edge once it has been asked.
+TEST(ChildPolygon, childrenAreTestedInOrderUntilOneContainsPoint) {
+    // A two-vertex child has an edge after it has been tested.
     const Outline segment = {{4, 6}, {6, 6}};
     Area area = squareWithHoles({segment, {{3, 3}, {7, 3}, {7, 7}, {3, 7}}, segment});
     EXPECT_FALSE(area.contains(5, 6));
@@ -122,7 +122,7 @@ TEST(ChildPolygon, isAskedInStoredOrderUntilOneSaysYes) {
     }
 }
 
-TEST(ChildPolygon, isNotAskedForAPointOutsideTheParent) {
+TEST(ChildPolygon, isNotTestedForPointOutsideParent) {
     Area area = squareWithHoles({{{8, 5}, {20, 5}}});
     EXPECT_FALSE(area.contains(10.0000001, 5));
     EXPECT_FALSE(area.contains(15, 5));
@@ -131,7 +131,7 @@ TEST(ChildPolygon, isNotAskedForAPointOutsideTheParent) {
     EXPECT_EQ(1u, area.polygon.childPolygons[0].edges.size());
 }
 
-TEST(ChildPolygon, ofATwoVertexPolygonIsAHoleToo) {
+TEST(ChildPolygon, isHoleInTwoVertexPolygon) {
     Area area;
     area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}});
     area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}})};
@@ -141,7 +141,7 @@ TEST(ChildPolygon, ofATwoVertexPolygonIsAHoleToo) {
     EXPECT_TRUE(area.contains(7, 0));
 }
 
-TEST(ChildPolygon, ofAFlatRingIsAHoleToo) {
+TEST(ChildPolygon, isHoleInFlatRing) {
     Area area;
     area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}, {5, 0}});
     area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}, {5, 0}})};

@@ -1,4 +1,4 @@
-// All small rings on a grid, compared with what the outline means as a shape, computed in whole numbers.
+// All small rings on a grid, compared with the rules for the shape of the outline, computed in whole numbers.
 #include "boundary/contains_point.hpp"
 
 #include "support/boundary_support.hpp"
@@ -18,17 +18,17 @@ struct GridPoint {
 
 using GridRing = std::vector<GridPoint>;
 
-/// Where a point stands to an edge: nothing, or on it in a way that makes it part of the polygon.
+/// Returns true if the point is on the edge and therefore in the polygon.
 bool isOutlineOf(GridPoint a, GridPoint b, GridPoint point) {
     const int cross = (b.x - a.x) * (point.y - a.y) - (b.y - a.y) * (point.x - a.x);
     const bool onEdge = cross == 0 && point.x >= std::min(a.x, b.x) && point.x <= std::max(a.x, b.x) &&
                         point.y >= std::min(a.y, b.y) && point.y <= std::max(a.y, b.y);
     const bool atEnd = (point.x == a.x && point.y == a.y) || (point.x == b.x && point.y == b.y);
-    // Between the ends of a horizontal edge towards greater x the point is judged from below instead.
+    // Between the ends of a horizontal edge towards greater x, the point counts as just below the edge.
     return onEdge && (atEnd || a.y != b.y || b.x < a.x);
 }
 
-/// Whether an edge crosses the height just below the point, on the point's right. The point is not on the edge.
+/// Returns true if the edge crosses the height just below the point, right of the point. The point is not on the edge.
 bool crossesJustBelow(GridPoint a, GridPoint b, GridPoint point) {
     if ((a.y < point.y) == (b.y < point.y)) {
         return false;
@@ -41,7 +41,7 @@ bool isFlatAt(const GridRing& ring, int y) {
     return std::all_of(ring.begin(), ring.end(), [y](GridPoint corner) { return corner.y == y; });
 }
 
-bool isBesideFlatRing(const GridRing& ring, GridPoint point) {
+bool isOutsideFlatRing(const GridRing& ring, GridPoint point) {
     const auto byX = [](GridPoint a, GridPoint b) { return a.x < b.x; };
     const auto [least, greatest] = std::minmax_element(ring.begin(), ring.end(), byX);
     return point.x < least->x || point.x > greatest->x;
@@ -49,7 +49,7 @@ bool isBesideFlatRing(const GridRing& ring, GridPoint point) {
 
 bool expectedInside(const GridRing& ring, GridPoint point) {
     if (isFlatAt(ring, point.y)) {
-        return !isBesideFlatRing(ring, point);
+        return !isOutsideFlatRing(ring, point);
     }
     bool odd = false;
     for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -63,7 +63,7 @@ bool expectedInside(const GridRing& ring, GridPoint point) {
     return odd;
 }
 
-/// Corners are even numbers from 0 to 2 * (width - 1), so that odd numbers lie between them.
+/// Corners are even numbers from 0 to 2 * (width - 1), so that odd numbers are between them.
 GridRing ringOfNumber(int number, int width, int cornerCount) {
     GridRing ring;
     for (int corner = 0; corner < cornerCount; ++corner) {
@@ -111,7 +111,7 @@ Answers compareAll(int width, int cornerCount, int ringCount, Closing closing) {
 
 } // namespace
 
-TEST(ContainsPointOnAGrid, isRightForEveryTriangle) {
+TEST(ContainsPointOnAGrid, isCorrectForEveryTriangle) {
     for (const Closing closing : allClosings) {
         const Answers answers = compareAll(4, 3, 16 * 16 * 16, closing);
         EXPECT_EQ(16 * 16 * 16 * 81, answers.inside + answers.outside);
@@ -119,7 +119,7 @@ TEST(ContainsPointOnAGrid, isRightForEveryTriangle) {
     }
 }
 
-TEST(ContainsPointOnAGrid, isRightForEveryQuadrilateral) {
+TEST(ContainsPointOnAGrid, isCorrectForEveryQuadrilateral) {
     for (const Closing closing : allClosings) {
         const Answers answers = compareAll(3, 4, 9 * 9 * 9 * 9, closing);
         EXPECT_EQ(9 * 9 * 9 * 9 * 49, answers.inside + answers.outside);

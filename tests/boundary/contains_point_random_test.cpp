@@ -1,5 +1,5 @@
-// The containment test against a second, independent writing of it, on random rings and points where rounding and
-// vertices at the point's height decide.
+// Compares the containment test with a second, independent implementation, on random rings and on points where rounding
+// and vertices at the point's height decide.
 #include "boundary/contains_point.hpp"
 
 #include "support/boundary_support.hpp"
@@ -91,7 +91,7 @@ const BoundaryVertex& randomVertex(Dice& dice, const std::vector<BoundaryVertex>
     return table[static_cast<std::size_t>(dice.below(static_cast<int>(table.size())))];
 }
 
-/// A point where answers are hard: at vertices, at their heights, on edges, and on the doubles beside them.
+/// Returns a difficult point: at a vertex, at the height of a vertex, on an edge, or on a double next to one of these.
 Point2D randomPoint(Dice& dice, const Terrain& terrain, const std::vector<BoundaryVertex>& table) {
     const BoundaryVertex& a = randomVertex(dice, table);
     const BoundaryVertex& b = &a == &table.back() ? table.front() : *(&a + 1);
@@ -132,19 +132,19 @@ struct Tally {
 void compareOnePolygon(Dice& dice, const Terrain& terrain, Tally& tally) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = randomPolygon(dice, terrain, table, 2);
-    const BoundaryPolygon unasked = polygon;
+    const BoundaryPolygon original = polygon;
     for (int question = 0; question < 10; ++question) {
         const Point2D point = randomPoint(dice, terrain, table);
-        const bool expected = oracle::contains(unasked, point, table, tally.ways);
+        const bool expected = oracle::contains(original, point, table, tally.ways);
         ASSERT_EQ(expected, containsPoint(polygon, point, table)) << asText(point) << "\n"
-                                                                  << asText(BoundarySet{{unasked}, table});
+                                                                  << asText(BoundarySet{{original}, table});
         ++(expected ? tally.inside : tally.outside);
     }
 }
 
 } // namespace
 
-TEST(ContainsPointAtRandom, agreesWithAnIndependentWritingOfTheSameTest) {
+TEST(ContainsPointAtRandom, agreesWithIndependentImplementation) {
     Dice dice(20240229);
     Tally tally;
     for (const Terrain& terrain : terrains) {
@@ -152,7 +152,7 @@ TEST(ContainsPointAtRandom, agreesWithAnIndependentWritingOfTheSameTest) {
             compareOnePolygon(dice, terrain, tally);
         }
     }
-    // The comparison means something only if it has been everywhere.
+    // The comparison is useful only if it has taken every way.
     EXPECT_EQ(300000, tally.inside + tally.outside);
     EXPECT_GT(tally.inside, 75000);
     EXPECT_GT(tally.outside, 75000);

@@ -25,7 +25,7 @@ std::string edgesText(const std::vector<BoundaryEdge>& edges) {
 
 } // namespace
 
-TEST(TwoVertexPolygon, alongAnAxisContainsEveryPointBetweenItsEnds) {
+TEST(TwoVertexPolygon, alongAxisContainsPointsBetweenEnds) {
     for (const double place : {0.0, 0x1p-1074, 1e-9, 0.1, 1.0 / 3.0, 5.0, 0x1.3ffffffffffffp+3, 10.0}) {
         EXPECT_TRUE(segmentContains({0, 0}, {10, 0}, {place, 0})) << place;
         EXPECT_TRUE(segmentContains({10, 0}, {0, 0}, {place, 0})) << place;
@@ -34,7 +34,7 @@ TEST(TwoVertexPolygon, alongAnAxisContainsEveryPointBetweenItsEnds) {
     }
 }
 
-TEST(TwoVertexPolygon, containsNoPointMerelyCloseToIt) {
+TEST(TwoVertexPolygon, containsNoPointCloseToIt) {
     for (const double distance : {0x1p-1074, -0x1p-1074, 1e-300, 1e-15, -1e-9, 0.0000005, 1.0}) {
         for (const double place : {0.0, 5.0, 10.0}) {
             EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {place, distance})) << place << " " << distance;
@@ -43,30 +43,30 @@ TEST(TwoVertexPolygon, containsNoPointMerelyCloseToIt) {
     }
 }
 
-TEST(TwoVertexPolygon, containsNoPointBeyondItsEnds) {
+TEST(TwoVertexPolygon, containsNoPointBeyondEnds) {
     for (const double place : {-0x1p-1020, -1e-9, -0.0000005, -1.0, 0x1.4000000000001p+3, 10.0000005, 11.0}) {
         EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {place, 0})) << place;
         EXPECT_FALSE(segmentContains({0, 0}, {0, 10}, {0, place})) << place;
     }
 }
 
-TEST(TwoVertexPolygon, mayContainTheNextDoubleBehindItsEndWhereTheQuotientRoundsToOne) {
+TEST(TwoVertexPolygon, mayContainNextDoubleAfterItsEnd) {
     EXPECT_TRUE(segmentContains({0, 0}, {0.1, 0}, {0.1, 0}));
     EXPECT_TRUE(segmentContains({0, 0}, {0.1, 0}, {0.10000000000000002, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {0.1, 0}, {0.10000000000000006, 0}));
 }
 
-TEST(TwoVertexPolygon, onASlopeIsDecidedByTheRoundedDistance) {
+TEST(TwoVertexPolygon, onSlopeRoundedDistanceDecides) {
     EXPECT_TRUE(segmentContains({0, 0}, {3, 1}, {0, 0}));
     EXPECT_TRUE(segmentContains({0, 0}, {3, 1}, {1.5, 0.5}));
     EXPECT_TRUE(segmentContains({0, 0}, {3, 1}, {3, 1}));
     EXPECT_TRUE(segmentContains({0, 0}, {3, 1}, {0.75, 0.25}));
-    // On the line, all three numbers are exact, and yet the two products of the distance do not cancel.
+    // The point is on the line and all numbers are exact, but the two products of the distance do not cancel.
     EXPECT_FALSE(segmentContains({0, 0}, {3, 1}, {1.125, 0.375}));
     EXPECT_FALSE(segmentContains({0, 0}, {3, 1}, {2.25, 0.75}));
 }
 
-TEST(TwoVertexPolygon, containsItsFirstVertexAndMayLackItsSecond) {
+TEST(TwoVertexPolygon, mayNotContainItsSecondVertex) {
     EXPECT_TRUE(segmentContains({0, 0}, {49, 5}, {0, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {49, 5}, {49, 5}));
     EXPECT_TRUE(segmentContains({49, 5}, {0, 0}, {49, 5}));
@@ -80,8 +80,8 @@ TEST(TwoVertexPolygon, ofOnePositionIsThatPosition) {
     EXPECT_FALSE(segmentContains({4, 4}, {4, 4}, {4.0000005, 4}));
 }
 
-TEST(TwoVertexPolygon, shorterThanTheDegenerateLengthIsItsFirstVertex) {
-    // 1e-7 squared rounds to the double before 1e-14, the next double's square to the one behind it.
+TEST(TwoVertexPolygon, ofDegenerateLengthIsItsFirstVertex) {
+    // 1e-7 squared rounds to the double before 1e-14, the square of the next double to the one after it.
     EXPECT_TRUE(segmentContains({0, 0}, {1e-7, 0}, {0, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {1e-7, 0}, {5e-8, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {1e-7, 0}, {1e-7, 0}));
@@ -90,7 +90,7 @@ TEST(TwoVertexPolygon, shorterThanTheDegenerateLengthIsItsFirstVertex) {
     EXPECT_FALSE(segmentContains({0, 0}, {1e-13, 0}, {5e-14, 0}));
 }
 
-TEST(TwoVertexPolygon, containsItsEndsAndMiddleWhereSquaresOverflow) {
+TEST(TwoVertexPolygon, containsEndsAndMiddleIfSquaresOverflow) {
     for (const double x : {-8e307, 0.0, 8e307}) {
         EXPECT_TRUE(segmentContains({-8e307, 0}, {8e307, 0}, {x, 0})) << x;
     }
@@ -98,7 +98,7 @@ TEST(TwoVertexPolygon, containsItsEndsAndMiddleWhereSquaresOverflow) {
 }
 
 // The next two are kept on purpose.
-TEST(TwoVertexPolygon, containsNothingWhereADifferenceOverflows) {
+TEST(TwoVertexPolygon, containsNothingIfDifferenceOverflows) {
     for (const double y : {0.0, 3.0}) {
         for (const Point2D point : {Point2D{-9e307, 0}, {0, y / 2}, {9e307, y}}) {
             EXPECT_FALSE(segmentContains({-9e307, 0}, {9e307, y}, point)) << point.x;
@@ -107,7 +107,7 @@ TEST(TwoVertexPolygon, containsNothingWhereADifferenceOverflows) {
     }
 }
 
-TEST(TwoVertexPolygon, containsItsWholeBoxWhereOnlyItsLengthOverflows) {
+TEST(TwoVertexPolygon, containsItsBoxIfOnlyLengthOverflows) {
     for (const Point2D point : {Point2D{0, 0}, {1.3e308, 1.3e308}, {0, 1.3e308}, {5, 1e300}, {-0.0000005, 0}}) {
         EXPECT_TRUE(segmentContains({0, 0}, {1.3e308, 1.3e308}, point)) << point.x << " " << point.y;
     }
@@ -125,13 +125,13 @@ TEST(TwoVertexPolygon, isRejectedByItsBoxFirst) {
     EXPECT_TRUE(polygon.edges.empty());
 }
 
-TEST(TwoVertexPolygon, containsNotANumberNowhere) {
+TEST(TwoVertexPolygon, doesNotContainNotANumber) {
     EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {notANumber, 0}));
     EXPECT_FALSE(segmentContains({0, 0}, {10, 0}, {5, notANumber}));
     EXPECT_FALSE(segmentContains({4, 4}, {4, 4}, {notANumber, 4}));
 }
 
-TEST(TwoVertexPolygon, keepsItsEdgeFromTheFirstCall) {
+TEST(TwoVertexPolygon, keepsItsEdgeFromFirstCall) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{0, 0}, {10, 0}});
     EXPECT_FALSE(containsPoint(polygon, {5, 0.0000005}, table));
@@ -142,7 +142,7 @@ TEST(TwoVertexPolygon, keepsItsEdgeFromTheFirstCall) {
     EXPECT_EQ(1u, polygon.edges.size());
     EXPECT_EQ(asText(expected), asText(polygon));
 
-    // The table is not asked again, neither by the polygon nor by a copy of it.
+    // Neither the polygon nor a copy of it reads the table again.
     table[0].y = 7;
     table[1].y = 7;
     EXPECT_TRUE(containsPoint(polygon, {5, 0}, table));
@@ -152,7 +152,7 @@ TEST(TwoVertexPolygon, keepsItsEdgeFromTheFirstCall) {
     EXPECT_EQ(asText(expected), asText(copy));
 }
 
-TEST(TwoVertexPolygon, takesEdgesThatAreThereAsTheyStand) {
+TEST(TwoVertexPolygon, usesExistingEdges) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{0, 0}, {10, 0}});
     BoundaryPolygon other = makePolygon(table, {{0, 0}, {10, 10}});
@@ -163,7 +163,7 @@ TEST(TwoVertexPolygon, takesEdgesThatAreThereAsTheyStand) {
     EXPECT_EQ(1u, polygon.edges.size());
 }
 
-TEST(TwoVertexPolygon, closedByItsFirstIndexHasASecondEdgeThatIsNeverUsed) {
+TEST(TwoVertexPolygon, closedByIndexDoesNotUseItsSecondEdge) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{0, 0}, {49, 5}}, Closing::byIndex);
     ASSERT_EQ((std::vector<std::int32_t>{0, 1, 0}), polygon.vertexIndices);
@@ -177,7 +177,7 @@ TEST(TwoVertexPolygon, closedByItsFirstIndexHasASecondEdgeThatIsNeverUsed) {
     EXPECT_EQ(edgesText(bothEdges), edgesText(polygon.edges));
 }
 
-TEST(TwoVertexPolygon, ofOneIndexThreeTimesIsThatVertex) {
+TEST(TwoVertexPolygon, ofOneIndexIsThatVertex) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{3, 4}});
     polygon.vertexIndices = {0, 0, 0};
@@ -186,7 +186,7 @@ TEST(TwoVertexPolygon, ofOneIndexThreeTimesIsThatVertex) {
     EXPECT_EQ(2u, polygon.edges.size());
 }
 
-TEST(ThreeVertices, ofWhichTheThirdRepeatsTheFirstCoordinatesAreARing) {
+TEST(ThreeVertices, closedByCoordinatesAreRing) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, {{0, 0}, {10, 10}}, Closing::byRepeatedPoint);
     ASSERT_EQ((std::vector<std::int32_t>{0, 1, 2}), polygon.vertexIndices);

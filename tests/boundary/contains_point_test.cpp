@@ -12,7 +12,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Answer for one open outline with a bounding box of the test's own.
+/// Tests a point against an open outline with this bounding box.
 bool containsWithBox(const Outline& outline, const BoundingBox& box, Point2D point) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, outline);
@@ -22,7 +22,7 @@ bool containsWithBox(const Outline& outline, const BoundingBox& box, Point2D poi
 
 } // namespace
 
-TEST(ContainsPoint, aPolygonWithoutVerticesIsOutsideBeforeAnyCoordinateIsLookedAt) {
+TEST(ContainsPoint, polygonWithoutVerticesContainsNothing) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon;
     polygon.boundingBox = {0, 0, 10, 10};
@@ -31,7 +31,7 @@ TEST(ContainsPoint, aPolygonWithoutVerticesIsOutsideBeforeAnyCoordinateIsLookedA
     EXPECT_FALSE(containsPoint(polygon, {notANumber, notANumber}, table));
 }
 
-TEST(ContainsPoint, oneVertexContainsNotEvenItself) {
+TEST(ContainsPoint, oneVertexContainsNothing) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon single = makePolygon(table, {{3, 4}});
     BoundaryPolygon pair = makePolygon(table, {{3, 4}}, Closing::byIndex);
@@ -41,13 +41,13 @@ TEST(ContainsPoint, oneVertexContainsNotEvenItself) {
     EXPECT_TRUE(pair.edges.empty());
 }
 
-TEST(ContainsPoint, theSquareIsRightAtEveryPointOfALattice) {
+TEST(ContainsPoint, squareIsCorrectAtEveryGridPoint) {
     for (const bool counterClockwise : {true, false}) {
         for (double x = -1; x <= 11; x += 0.5) {
             for (double y = -1; y <= 11; y += 0.5) {
                 const bool inClosedSquare = x >= 0 && x <= 10 && y >= 0 && y <= 10;
-                // The one place where the outline does not belong to the polygon: a horizontal edge towards greater x
-                // with the inside above it.
+                // The only part of the outline outside the polygon: a horizontal edge towards greater x with the inside
+                // above it.
                 const bool onLowerEdge = y == 0 && x > 0 && x < 10;
                 const Outline& square = counterClockwise ? counterClockwiseSquare : clockwiseSquare;
                 if (inClosedSquare && !(counterClockwise && onLowerEdge)) {
@@ -60,21 +60,21 @@ TEST(ContainsPoint, theSquareIsRightAtEveryPointOfALattice) {
     }
 }
 
-TEST(ContainsPoint, aPointOnAHorizontalEdgeTowardsSmallerXIsInside) {
+TEST(ContainsPoint, horizontalEdgeTowardsSmallerXIsInside) {
     for (const double x : {0x1p-1074, 0.1, 5.0, 0x1.3ffffffffffffp+3}) {
         EXPECT_TRUE(isInside(counterClockwiseSquare, {x, 10}));
         EXPECT_TRUE(isInside(clockwiseSquare, {x, 0}));
     }
 }
 
-TEST(ContainsPoint, aPointOnAHorizontalEdgeTowardsGreaterXIsJudgedAsJustBelowIt) {
+TEST(ContainsPoint, horizontalEdgeTowardsGreaterXCountsAsJustBelow) {
     for (const double x : {0x1p-1074, 0.1, 5.0, 0x1.3ffffffffffffp+3}) {
         EXPECT_TRUE(isInside(clockwiseSquare, {x, 10}));
         EXPECT_TRUE(isOutside(counterClockwiseSquare, {x, 0}));
     }
 }
 
-TEST(ContainsPoint, theNextDoubleBesideTheSquareIsOutside) {
+TEST(ContainsPoint, nextDoubleOutsideSquareIsOutside) {
     for (const Outline& square : {counterClockwiseSquare, clockwiseSquare}) {
         EXPECT_TRUE(isOutside(square, {0x1.4000000000001p+3, 5}));
         EXPECT_TRUE(isOutside(square, {-0x1p-1074, 5}));
@@ -83,7 +83,7 @@ TEST(ContainsPoint, theNextDoubleBesideTheSquareIsOutside) {
     }
 }
 
-TEST(ContainsPoint, theToleranceOfTheBoxDoesNotReachTheRing) {
+TEST(ContainsPoint, toleranceOfBoxDoesNotAffectRing) {
     for (const Outline& square : {counterClockwiseSquare, clockwiseSquare}) {
         EXPECT_TRUE(isOutside(square, {10.0000001, 5}));
         EXPECT_TRUE(isOutside(square, {-0.0000001, 5}));
@@ -92,7 +92,7 @@ TEST(ContainsPoint, theToleranceOfTheBoxDoesNotReachTheRing) {
     }
 }
 
-TEST(ContainsPoint, theBoxIsWidenedByTheRoundedSumAndItsEdgePasses) {
+TEST(ContainsPoint, boxIsWidenedByRoundedSum) {
     struct Case {
         double min;
         double max;
@@ -118,7 +118,7 @@ TEST(ContainsPoint, theBoxIsWidenedByTheRoundedSumAndItsEdgePasses) {
     }
 }
 
-TEST(ContainsPoint, theBoxOfLargeCoordinatesHasNoTolerance) {
+TEST(ContainsPoint, boxOfLargeCoordinatesHasNoTolerance) {
     // 1e-06 is less than half the distance of neighbours here.
     const Outline outline = {{0, 0}, {1e13, 0}, {1e13, 1e13}, {0, 1e13}};
     const BoundingBox box = {1e12, 1e12, 2e12, 2e12};
@@ -130,32 +130,32 @@ TEST(ContainsPoint, theBoxOfLargeCoordinatesHasNoTolerance) {
     EXPECT_FALSE(containsWithBox(outline, box, {1.5e12, std::nextafter(2e12, 1e13)}));
 }
 
-TEST(ContainsPoint, theBoxOnlyRejectsAndIsNeverComputedHere) {
+TEST(ContainsPoint, boxOnlyRejects) {
     EXPECT_FALSE(containsWithBox(counterClockwiseSquare, {6, 0, 10, 10}, {5, 5}));
     EXPECT_FALSE(containsWithBox(counterClockwiseSquare, {-90, -90, 90, 90}, {11, 5}));
     EXPECT_FALSE(containsWithBox(counterClockwiseSquare, {}, {5, 5}));
 }
 
-TEST(ContainsPoint, notANumberPassesTheBoxAndCrossesNothing) {
+TEST(ContainsPoint, notANumberPassesBoxOnly) {
     for (const Outline& square : {counterClockwiseSquare, clockwiseSquare}) {
         EXPECT_TRUE(isOutside(square, {notANumber, 5}));
         EXPECT_TRUE(isOutside(square, {notANumber, 0}));
         EXPECT_TRUE(isOutside(square, {5, notANumber}));
         EXPECT_TRUE(isOutside(square, {notANumber, notANumber}));
     }
-    // That it passes the box shows in a flat ring, where nothing else looks at x.
+    // A flat ring shows that it passes the box, because there no other test reads x.
     EXPECT_TRUE(isInside({{0, 5}, {10, 5}, {4, 5}}, {notANumber, 5}));
     EXPECT_TRUE(isOutside({{0, 5}, {10, 5}, {4, 5}}, {5, notANumber}));
 }
 
-TEST(ContainsPoint, anInfinitePointIsOutside) {
+TEST(ContainsPoint, infinitePointIsOutside) {
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {infinity, 5}));
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {-infinity, 5}));
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {5, infinity}));
     EXPECT_TRUE(isOutside(counterClockwiseSquare, {5, -infinity}));
 }
 
-TEST(ContainsPoint, elevationAndOtherCarriedValuesPlayNoPart) {
+TEST(ContainsPoint, carriedValuesHaveNoEffect) {
     std::vector<BoundaryVertex> table;
     BoundaryPolygon polygon = makePolygon(table, counterClockwiseSquare);
     for (BoundaryVertex& vertex : table) {
@@ -169,7 +169,7 @@ TEST(ContainsPoint, elevationAndOtherCarriedValuesPlayNoPart) {
     EXPECT_FALSE(containsPoint(polygon, {5, 0}, table));
 }
 
-TEST(ContainsPoint, aRingIsLeftAsItIs) {
+TEST(ContainsPoint, doesNotChangeRing) {
     for (const Closing closing : allClosings) {
         std::vector<BoundaryVertex> table;
         BoundaryPolygon polygon = makePolygon(table, counterClockwiseSquare, closing);
@@ -181,7 +181,7 @@ TEST(ContainsPoint, aRingIsLeftAsItIs) {
     }
 }
 
-TEST(ContainsPoint, indicesMayStandInAnyOrder) {
+TEST(ContainsPoint, indicesMayBeInAnyOrder) {
     std::vector<BoundaryVertex> table;
     makePolygon(table, {{0, 0}, {10, 10}, {99, 99}, {10, 0}, {0, 10}});
     BoundaryPolygon polygon;

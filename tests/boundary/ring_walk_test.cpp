@@ -1,4 +1,4 @@
-// What the walk promises to whoever walks a ring in pieces.
+// A walk may be made in pieces, with the same result.
 #include "boundary/ring_walk.hpp"
 
 #include "support/boundary_support.hpp"
@@ -16,7 +16,7 @@ struct Outcome {
     bool odd = false;
 };
 
-/// Corners with the first one, which is off the point's height, once more at the end.
+/// Walks along corners whose last one repeats the first. The first one is not at the point's height.
 Outcome walkWhole(const Outline& corners, Point2D point) {
     RingWalk walk(point, corners[0].x, corners[0].y);
     Outcome outcome;
@@ -27,7 +27,7 @@ Outcome walkWhole(const Outline& corners, Point2D point) {
     return outcome;
 }
 
-/// The same with a new walk from each corner that is off the point's height.
+/// The same with a new walk from each corner that is not at the point's height.
 Outcome walkInPieces(const Outline& corners, Point2D point) {
     Outcome outcome;
     RingWalk walk(point, corners[0].x, corners[0].y);
@@ -80,7 +80,7 @@ protected:
 
 } // namespace
 
-TEST_F(RingWalkInPieces, givesTheSameAnswerAsTheWholeWalk) {
+TEST_F(RingWalkInPieces, returnsSameResultAsWholeWalk) {
     int onOutline = 0;
     for (int round = 0; round < 20000; ++round) {
         const Point2D point{coordinate(), coordinate()};

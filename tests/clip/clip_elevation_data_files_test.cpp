@@ -9,7 +9,7 @@
 
 namespace vadelclip {
 
-// What becomes of single files within a run: line counts of 0 and less, files that change or fail on the way.
+// Single files of a run: line counts of 0 and less, files that change or fail during the run.
 
 namespace {
 

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What a directory that was created and then left empty shows.
+/// The tree of a new directory without files.
 const FileTree emptyOutput = {{"base/out/", ""}};
 
 /// Names of the files of a directory in the order of the walk.
@@ -40,7 +40,7 @@ TEST(ClipElevationData, clipsFilesInOrderOfWalk) {
     ClipRun job;
     job.directory.write("base/data/two.txt", "X,Y,Z,G\n1,1,1,1\n2,2,2,2\n");
     job.directory.write("base/data/six.csv", "\xEF\xBB\xBFx y z\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n5 5 5\n60 60 60\n");
-    // Two files that keep nothing, so that one of them comes before another file whatever the order is.
+    // Two files that keep nothing, so that in any order one of them precedes another file.
     job.directory.write("base/data/none.xyz", "x;y;z\n11;11;11\n");
     job.directory.write("base/data/nothing.xyz", "x;y;z\n-1;-1;-1\n");
     job.directory.write("base/data/notes.txt", "no header\n");
@@ -160,7 +160,7 @@ TEST(ClipElevationData, requiresInputDirectory) {
         EXPECT_EQ(stoppedRun({"Input directory " + job.inputParentDirectory + joint + name + " does not exist"}),
                   job.run());
     }
-    // An absolute name does not take the parent's place.
+    // An absolute name does not replace the parent.
     job.inputDirectoryName = job.directory.pathOf("base/data");
     const std::string absolute =
         job.inputDirectoryName.starts_with('/') ? job.inputDirectoryName : joint + job.inputDirectoryName;
@@ -247,14 +247,14 @@ TEST(ClipElevationData, createsOutputDirectoryNextToInput) {
     EXPECT_EQ(outcome("base/deep/new"), job.run());
     job.outputDirectoryName = "/absolute";
     EXPECT_EQ(outcome("base/absolute"), job.run());
-    job.outputDirectoryName = "../beside";
-    EXPECT_EQ(outcome("beside"), job.run());
+    job.outputDirectoryName = "../sibling";
+    EXPECT_EQ(outcome("sibling"), job.run());
     job.outputDirectoryName = "separator/";
     EXPECT_EQ(outcome("base/separator"), job.run());
 }
 
 TEST(ClipElevationData, createsOutputInInputAfterTrailingSeparator) {
-    // base/data/ is handed over as base/data and ".".
+    // The caller splits base/data/ into base/data and ".".
     ClipRun job;
     job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n");
     job.inputParentDirectory = job.directory.pathOf("base/data");

@@ -14,7 +14,7 @@
 
 namespace vadelclip {
 
-// What the pass makes of streams that cannot be read or written, and when it writes.
+// A pass with streams that cannot be read or written, and the times of its writes.
 
 namespace {
 
@@ -34,12 +34,12 @@ std::string errorOf(ClipPass& pass, std::int32_t lineCount) {
     }
 }
 
-/// Waits until a file has a content, at most five seconds.
+/// Waits until a file has this content, at most five seconds.
 void waitForContent(const std::string& path, const std::string& content) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     while (!std::filesystem::exists(path) || readFile(path) != content) {
         if (std::chrono::steady_clock::now() > limit) {
-            ADD_FAILURE() << path << " does not hold '" << content << "' in time";
+            ADD_FAILURE() << path << " does not contain '" << content << "' in time";
             return;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));

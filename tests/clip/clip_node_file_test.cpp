@@ -11,7 +11,7 @@ namespace vadelclip {
 
 namespace {
 
-/// A pass that read `lineCount` lines, all there are in the run, and wrote `output`.
+/// Returns the outcome of a pass that read `lineCount` lines, all of the run, and wrote `output`.
 PassOutcome kept(std::int32_t keptNodes, const std::string& output, std::int32_t lineCount) {
     const std::string values = "0 100 " + std::to_string(lineCount);
     return {keptNodes, {{"a.xyz", output}}, "", joined({stateCalls(), progressCalls(values, lineCount)})};
@@ -121,9 +121,9 @@ TEST(ClipNodeFile, readsGivenNumberOfLines) {
 TEST(ClipNodeFile, dropsLastLineWithoutLineFeed) {
     ClipPass pass;
     EXPECT_EQ(kept(1, "x;y;z\n5;5;1\n", 1), pass.run("x;y;z\n5;5;1\n6;6;2", 1));
-    // A line count that includes it: it is a line like any other, the carriage return at its end stays.
+    // If the line count includes it, it is an ordinary line and keeps the carriage return at its end.
     EXPECT_EQ(kept(2, "x;y;z\n5;5;1\n6;6;2\r\n", 2), pass.run("x;y;z\n5;5;1\n6;6;2\r", 2));
-    // It is not read again for the lines that are missing behind it.
+    // It is not read again for the missing lines after it.
     EXPECT_EQ(kept(2, "x;y;z\n5;5;1\n6;6;2\n", 5), pass.run("x;y;z\n5;5;1\n6;6;2", 5));
 }
 
@@ -161,7 +161,7 @@ TEST(ClipNodeFile, acceptsMoreLinesDoneThanIntegerHolds) {
 
 TEST(ClipNodeFile, computesProgressRangeFromShareOfOneLine) {
     ClipPass pass;
-    // Eleventh parts are not exact: any other order of the operations gives other last digits.
+    // Eleventh parts are not exact, so any other order of the operations changes the last digits.
     EXPECT_EQ(joined({stateCalls(), progressCalls("45.45454545454546 100.00000000000001 6", 6)}),
               (pass.directory.write("in/a.xyz", "x;y;z\n"), pass.run(6, 5.0, 11).calls));
 }
@@ -195,7 +195,7 @@ TEST(ClipNodeFile, readsClassicNotationInEveryLanguage) {
     for (const char* const name : {"de.utf8", "de_DE.utf8", "fr_FR.utf8"}) {
         const GeneratedLocale generated(name);
         ClipPass pass;
-        // With a decimal comma the first would lie at 10.9 and the second at 1500.
+        // With a decimal comma the first would be at 10.9 and the second at 1500.
         EXPECT_EQ(kept(2, "x;y;z\n10,9;5;1\n1.500;5;2\n", 3), pass.run("x;y;z\n10,9;5;1\n1.500;5;2\n10.9;5;3\n", 3));
     }
 }

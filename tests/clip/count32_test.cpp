@@ -14,7 +14,7 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 } // namespace
 
-// In constant expressions an overflow would not compile.
+// An overflow in a constant expression would not compile.
 static_assert(wrapTo32(0x80000000) == smallest);
 static_assert(addWrapping(largest, 1) == smallest);
 

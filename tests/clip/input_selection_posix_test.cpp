@@ -48,7 +48,7 @@ private:
 
 } // namespace
 
-// The header is rejected with a text that the parser translates.
+// The parser translates the text of a rejected header, so the catalogue is called while the header is parsed.
 TEST(InputSelection, closesFileBeforeItParsesTheHeader) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("a.txt", "y;x;z\n");

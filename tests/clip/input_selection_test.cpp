@@ -28,7 +28,7 @@ using testing::StartsWith;
 
 using LineCounts = std::map<std::string, std::int32_t>;
 
-/// The selection as a map from path (with slashes) to line count. The lists must be parallel and without repetition.
+/// Returns the selection as a map from path (with slashes) to line count. Expects lists of equal size without repetition.
 LineCounts select(const std::string& directory) {
     const InputSelection selection = selectInputFiles(directory);
     EXPECT_EQ(selection.inputFiles.size(), selection.lineCounts.size());
@@ -167,7 +167,7 @@ TEST(InputSelection, countsLineFeedsMinusOne) {
     EXPECT_EQ(2, lineCountOf("x;y;z\r\n1;2;3\r\n4;5;6\r\n"));
     EXPECT_EQ(1, lineCountOf("x;y;z\n1;2;3\r4;5;6\r7;8;9\n"));
     EXPECT_EQ(2, lineCountOf(std::string("x;y;z\n\0\n\0\n\0", 11)));
-    // The platform's text mode may know an end-of-file character.
+    // The text mode of the platform may have an end-of-file character.
     EXPECT_EQ(platformHasTextMode ? 0 : 1, lineCountOf("x;y;z\n\x1A\n"));
     EXPECT_EQ(200000, lineCountOf("x;y;z\n" + std::string(200000, '\n')));
 }

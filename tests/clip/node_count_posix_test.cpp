@@ -16,7 +16,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Reads until a text has come, at most five seconds long, and gives what came.
+/// Reads until a text has arrived, at most five seconds, and returns the bytes.
 std::string readUntil(int descriptor, const std::string& text) {
     std::string bytes;
     pollfd state{descriptor, POLLIN, 0};
@@ -33,7 +33,7 @@ std::string readUntil(int descriptor, const std::string& text) {
 
 } // namespace
 
-// The file is a FIFO here: opening it waits until this process opens it too, which it does once the report has come.
+// The file is a FIFO: opening it waits until this process opens it too, after it has received the report.
 TEST(NodeCount, sendsReportBeforeWritingFile) {
     const TemporaryDirectory directory;
     const std::string fifo = directory.pathOf("total_node_count.txt");

@@ -16,7 +16,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The content of the file that a total leads to, in a fresh directory.
+/// Writes a count in a new directory and returns the content of the file.
 std::string written(std::int32_t totalKeptNodes) {
     const TemporaryDirectory directory;
     writeNodeCount(directory.path(), totalKeptNodes);

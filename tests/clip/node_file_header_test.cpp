@@ -21,10 +21,10 @@ const std::string separatorText = "ERROR: separator must be either semikolon, co
 const std::string shapeText = "ERROR: Using the xyz format, the first header line must be one of x;y;z , X;Y;Z , "
                               "x;y;z;g , Y;Y;Z;G , while the separator (e.g. \";\" is variable";
 
-/// Stands in the separator before a call, and still there where the parser has not written it.
+/// The separator before a call, and after a call that has not written it.
 constexpr char untouched = '?';
 
-/// Everything the parser gives.
+/// All results of the parser.
 struct Verdict {
     bool accepted;
     char separator;
@@ -41,7 +41,7 @@ std::ostream& operator<<(std::ostream& output, const Verdict& verdict) {
 }
 
 Verdict judge(const std::string& line) {
-    // Values that no call leaves behind.
+    // Values that no call returns.
     Verdict verdict{false, untouched, 99, "text of an earlier line"};
     verdict.accepted = readNodeFileHeader(line, verdict.separator, verdict.nodeFormat, verdict.errorText);
     return verdict;
@@ -55,7 +55,7 @@ Verdict rejected(char separator, const std::string& errorText) {
     return {false, separator, 0, errorText};
 }
 
-/// "xyz" and ';' make "x;y;z".
+/// Returns "x;y;z" for "xyz" and ';'.
 std::string header(const std::string& columns, char separator) {
     std::string line(1, columns[0]);
     for (std::size_t i = 1; i < columns.size(); ++i) {

@@ -1,5 +1,4 @@
-/// Node lines and an extent outside of which no point is needed: the same lines as reading both numbers plainly and
-/// comparing the point with the extent afterwards.
+/// Compares `readNodeLine` with an extent with a plain way: reads both numbers, then compares the point with the extent.
 
 #include "clip/node_line.hpp"
 
@@ -29,7 +28,7 @@ WidenedBox boxOf(double minX, double minY, double maxX, double maxY) {
     return extent;
 }
 
-/// Extents that numbers of a few digits are inside, outside and exactly on.
+/// Returns extents. Numbers of a few digits are inside, outside and exactly on them.
 std::vector<WidenedBox> awkwardExtents() {
     return {boxOf(-infinity, -infinity, infinity, infinity),
             boxOf(infinity, infinity, -infinity, -infinity),

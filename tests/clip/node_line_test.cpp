@@ -16,7 +16,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The outcome of one line as a text: both numbers to the last bit, or "dropped".
+/// Returns the outcome of one line as a text: both numbers to the last bit, or "dropped".
 std::string outcome(const std::string& line, char separator) {
     Point2D point{};
     if (!readNodeLine(line, separator, point)) {
@@ -37,7 +37,7 @@ struct NumberAtFront {
     double value;
 };
 
-// Texts that give a number when something stands behind them, and the number.
+// Texts that are read as a number if anything follows them, and the number.
 const std::vector<NumberAtFront>& numbersAtFront() {
     static const std::vector<NumberAtFront> cases = {
         {"1", 1.0},
@@ -61,12 +61,12 @@ const std::vector<NumberAtFront>& numbersAtFront() {
         {"0.30000000000000004", 0x1.3333333333334p-2},
         {"123456789012345678901234567890", 0x1.8ee90ff6c373ep96},
         {"1.7976931348623157e308", std::numeric_limits<double>::max()},
-        // Too small is no failure, as opposed to too large.
+        // A number that is too small is no failure, but one that is too large is.
         {"1e-999", 0.0},
         {"2e-324", 0.0},
         {"4.9e-324", 0x1p-1074},
         {"1e-310", 0x0.012688b70e62bp-1022},
-        // A number ends where it stops making sense; what follows is skipped like anything before the separator.
+        // A number ends at the first byte that cannot continue it. The rest is skipped like other text before the separator.
         {"1e+5x", 100000.0},
         {"0x10", 0.0},
         {"1'000", 1.0},
@@ -196,7 +196,7 @@ TEST_P(NodeLine, readsEveryFormOfY) {
         EXPECT_EQ(numbers(7, number.value), outcome("7;" + number.text + ";z", ';')) << number.text;
         EXPECT_EQ(numbers(7, number.value), outcome("7 " + number.text + " z", ' ')) << number.text;
     }
-    // Here the rest of the text is all that stands behind y, and it is enough.
+    // Here only the rest of the text follows y, and it is enough.
     EXPECT_EQ(numbers(7, 0), outcome("7;0x10", ';'));
     EXPECT_EQ(numbers(7, 1), outcome("7;1,5", ';'));
     EXPECT_EQ(numbers(7, 1), outcome("7;1f", ';'));
@@ -236,7 +236,7 @@ TEST_P(NodeLine, requiresSeparatorBetweenNumbers) {
     EXPECT_EQ(dropped, outcome("1;2;3", ','));
     EXPECT_EQ(dropped, outcome("1 2 3", '\t'));
     EXPECT_EQ(dropped, outcome("1;2;3", ' '));
-    // Extraction alone parts the numbers here: a blank is no separator that is looked for.
+    // With a space as separator, only the extraction separates the numbers: no separator is searched for.
     EXPECT_EQ(numbers(1, 2), outcome("1\t2\t3", ' '));
     EXPECT_EQ(numbers(1, -2), outcome("1-2 3", ' '));
     EXPECT_EQ(numbers(1.5, 0.5), outcome("1.5.5 3", ' '));
@@ -245,7 +245,7 @@ TEST_P(NodeLine, requiresSeparatorBetweenNumbers) {
 TEST_P(NodeLine, acceptsUpTo99BytesBeforeSeparator) {
     for (const char separator : {';', ',', '\t'}) {
         for (const char filler : {'a', ' ', '9', '\xFF', '\0'}) {
-            // Behind a letter, so that digits do not belong to x.
+            // After a letter, so that digits are not part of x.
             const std::string start = std::string("1a") + std::string(97, filler);
             const std::string end = {separator, '2', separator, '3'};
             EXPECT_EQ(numbers(1, 2), outcome(start + end, separator));

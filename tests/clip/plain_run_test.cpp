@@ -1,4 +1,4 @@
-/// The whole run against a plain one, on random jobs. Any difference is a wrong result.
+/// Compares the whole run with a plain one on random jobs. Any difference is a wrong result.
 
 #include "support/boundary_file_support.hpp"
 #include "support/plain_run_support.hpp"
@@ -17,7 +17,7 @@ class RandomJobs {
 public:
     explicit RandomJobs(unsigned int seed) : random(seed) {}
 
-    /// A boundary file of up to five polygons with few different coordinates.
+    /// Returns a boundary file of up to five polygons with few different coordinates.
     std::string boundaryFile() {
         std::string polygons;
         for (unsigned int count = below(6); count > 0; --count) {
@@ -30,13 +30,13 @@ public:
         return inBoundaries(polygons);
     }
 
-    /// Mostly the name of a node file.
+    /// Returns the name of a node file, or sometimes another name.
     std::string nodeFileName() {
         static const char* const suffixes[] = {".xyz", ".txt", ".csv", ".xyz", ".XYZ", ".dat"};
         return std::to_string(below(100)) + suffixes[below(6)];
     }
 
-    /// Mostly with a good header.
+    /// Returns a node file, sometimes with a bad header.
     std::string nodeFile() {
         if (below(12) == 0) {
             return below(2) == 0 ? "x;y;z" : junk();

@@ -11,7 +11,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Gives access to protected members.
+/// Makes protected members accessible.
 struct OtherMessage : Message {};
 
 template <typename MessageClass>

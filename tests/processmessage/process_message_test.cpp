@@ -10,7 +10,7 @@
 
 namespace vadelclip {
 
-// What a controlling process receives from the layer. Each test runs in a new process: a process has only one sender.
+// The messages that a controlling process receives. Each test runs in a new process: a process has only one sender.
 
 TEST(ProcessMessageLayer, messagesArriveInTheOrderOfConstruction) {
     const ChildOutcome outcome = runWithPipe([] {

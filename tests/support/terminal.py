@@ -51,7 +51,7 @@ class Terminal:
         limit = time.monotonic() + TIME_LIMIT
         while not condition(self.received):
             if time.monotonic() > limit or not self.readSome(0.5):
-                raise AssertionError(f"{what} was not to be seen in {self.received!r}")
+                raise AssertionError(f"{what} was not seen in {self.received!r}")
 
     def finish(self):
         limit = time.monotonic() + TIME_LIMIT
@@ -73,7 +73,7 @@ class Screen:
         self.row = self.column = 0
         self.saved = (0, 0)
         self.wrapping = True
-        self.longest = 0  # most columns that a drawing of the bar has filled
+        self.longest = 0  # max columns that a drawing of the bar has filled
         self.cut = 0  # characters of drawings that did not fit into the row
         self.drawings = []  # the row of the bar after each drawing
 

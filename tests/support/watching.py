@@ -1,7 +1,7 @@
 """Runs Vadelwatch from outside, through pipes; terminal.py has the pseudo-terminal.
 
-VADELCLIP_WATCH names the executable; the tool and its catalogues stand beside it. With a stand-in, a copy of Vadelwatch
-is put beside a small script in the tool's place.
+VADELCLIP_WATCH names the executable; the tool and its catalogues are in the same directory. With a stand-in, a copy of
+Vadelwatch is in one directory with a small script in place of the tool.
 """
 import os
 import re

@@ -20,7 +20,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// The first lines as a file stream gives them, read on beyond the end.
+/// Returns the first lines as a file stream returns them, also beyond the end.
 Lines plainLines(const std::string& path, std::size_t count) {
     std::ifstream input(path);
     Lines lines;
@@ -41,7 +41,7 @@ Lines readerLines(const std::string& path, std::size_t count) {
     return lines;
 }
 
-/// Some lines beyond the last one, which are empty.
+/// Returns a number of lines that includes some beyond the last one, which are empty.
 std::size_t enoughFor(const std::string& content) {
     return static_cast<std::size_t>(std::count(content.begin(), content.end(), '\n')) + 3;
 }
@@ -107,7 +107,7 @@ TEST(LineReader, returnsLineOfPipeAsSoonAsItArrives) {
             std::this_thread::yield();
         }
     };
-    // Each step waits for the line before: a reader that wanted a full block would wait for ever.
+    // Each step waits for the line before, so a reader that waits for a full block would wait forever.
     const ServedFile file(directory.pathOf("a.xyz"), {{"first\n", [&] { waitForLine(1); }, "sec", "ond\n",
                                                        [&] { waitForLine(2); }, "third\nrest"}});
     LineReader reader(directory.pathOf("a.xyz"));

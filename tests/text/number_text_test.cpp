@@ -24,7 +24,7 @@ public:
 
     std::string next() {
         text.clear();
-        // The long ones take most of the time.
+        // Long texts are rare because they take most of the time.
         switch (below(32)) {
         case 0:
         case 1:
@@ -94,7 +94,7 @@ private:
         text += digits;
     }
 
-    /// A decimal exactly between two doubles, or next to it: where rounding is decided by the last digit.
+    /// Appends a decimal exactly between two doubles, or next to it, so that the last digit decides the rounding.
     void addHalfway() {
         const auto mantissa = static_cast<double>((std::uint64_t{1} << 52) + random() % (std::uint64_t{1} << 52));
         const auto exponent = static_cast<int>(below(120)) - 100;
@@ -227,7 +227,7 @@ TEST(NumberText, agreesOnTextsCutAtEveryByte) {
                   "5..5", "1.5e", "1.5E+10;", "1e-5x", "00000000000000000000001;", "12/5", "12:5", "1 2"}) {
                 const std::string text = std::string(blanks) + sign + number;
                 for (std::size_t length = 0; length <= text.size(); ++length) {
-                    // In place: what follows the cut must not be read.
+                    // A view, so that the bytes after the cut exist but must not be read.
                     expectSameReading(std::string_view(text).substr(0, length));
                 }
             }

@@ -24,7 +24,7 @@ std::ifstream opened(const TemporaryDirectory& directory, const std::string& con
     return std::ifstream(directory.write("nodes.txt", content));
 }
 
-/// Lines until nothing can be read any more, the failed attempt not included.
+/// Returns all lines, without the failed attempt at the end.
 Lines linesOf(const std::string& content) {
     const TemporaryDirectory directory;
     std::ifstream input = opened(directory, content);
@@ -106,7 +106,7 @@ TEST(ReadTextLine, returnsEmptyLineAfterLastOne) {
         readTextLine(input, line);
         EXPECT_EQ("last", line);
         readTextLine(input, line);
-        EXPECT_EQ("", line) << "the string of the line before is used again";
+        EXPECT_EQ("", line) << "with the string of the line before";
         line = "left over\r";
         readTextLine(input, line);
         EXPECT_EQ("", line);
@@ -145,7 +145,7 @@ TEST(CountLineFeeds, countsFromPositionOfStream) {
         std::string line;
         readTextLine(input, line);
         EXPECT_EQ(2u, countLineFeeds(input));
-        EXPECT_EQ(0u, countLineFeeds(input)) << "nothing is left";
+        EXPECT_EQ(0u, countLineFeeds(input)) << "at end of file";
     }
     std::ifstream unterminated = opened(directory, "header");
     std::string line;
@@ -157,12 +157,12 @@ TEST(CountLineFeeds, countsInAllBlocks) {
     for (const std::size_t blocks : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
         for (const std::size_t size : {blocks * blockSize - 1, blocks * blockSize, blocks * blockSize + 1}) {
             EXPECT_EQ(size, countOf(std::string(size, '\n'))) << size;
-            // A line feed as the last byte alone, so that a byte lost or counted twice shows.
+            // Only the last byte is a line feed, so that a byte that is lost or counted twice changes the count.
             EXPECT_EQ(1u, countOf(std::string(size - 1, '.') + '\n')) << size;
             EXPECT_EQ(1u, countOf('\n' + std::string(size - 1, '.'))) << size;
         }
     }
-    // Nothing of a full block is left over in the part of the last one that was not filled.
+    // The bytes of a full block are not counted again in the unused part of the last block.
     EXPECT_EQ(blockSize, countOf(std::string(blockSize, '\n').append("...")));
 }
 
@@ -177,7 +177,7 @@ TEST(CountLineFeeds, isZeroIfNothingCanBeRead) {
 
 namespace {
 
-/// Gives its text in two pieces, as two system reads would, and then fails as a file does on a read error.
+/// Returns its text in two pieces, as two system reads would, and then fails as a file does on a read error.
 class FailingBuffer : public std::streambuf {
 public:
     FailingBuffer() { setg(text.data(), text.data(), text.data() + 4); }

@@ -66,7 +66,7 @@ class KillingTest(FaultTest):
             with self.subTest(number=number, delay=delay):
                 run = self.clipAndKill(delay)
                 self.assertIn(run.status, (0, -9))
-                # A leak checker that is killed with the run may already have written something.
+                # A leak checker that is killed with the run may already have written part of a report.
                 self.assertEqual((run.console, b"" if SANITIZED else run.errors), (b"", b""))
                 self.check(run, wholeLines=wholeLines)
                 moments[self.momentOf(run)] += 1

@@ -43,12 +43,12 @@ class Map(WatchTest):
         picture = PngPicture(self.content("map.png"))
         self.assertEqual(WARNING, picture.pixel(800, 100))
 
-    def test_pictureOfCorrectOutputHasNoWarning(self):
+    def test_picture_of_correct_output_has_no_warning(self):
         self.expect(self.job("--quiet", "--map", "map.png"), status=0)
         self.assertNotEqual(WARNING, PngPicture(self.content("map.png")).pixel(800, 100))
         self.assertEqual([], [name for name in os.listdir(self.directory) if "part" in name])
 
-    def test_failedRunNamesTheOldPicture(self):
+    def test_failed_run_names_the_old_picture(self):
         os.mkdir(self.path("base/out"))
         self.give({"map.png": b"old"})
         watched = self.run_(*JOB, "--map", "map.png")
@@ -57,14 +57,14 @@ class Map(WatchTest):
         self.assertEqual(b"old", self.content("map.png"))
         self.assertNotIn("map", self.run_(*JOB, "--map", "new.png").errors)
 
-    def test_noOldPictureRemainsIfDrawingFails(self):
+    def test_no_old_picture_remains_if_drawing_fails(self):
         self.give({"map.png": b"old", "area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
         self.give({"base/data/a.xyz": HEADER})
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=2, errors=[
             "Vadelwatch: There is nothing to draw: no node has a position and the boundary has no vertex."])
         self.assertFalse(os.path.exists(self.path("map.png")))
 
-    def test_noPartOfAPictureRemainsOnAFullDisk(self):
+    def test_no_part_of_a_picture_remains_on_a_full_disk(self):
         def limit():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
@@ -75,17 +75,17 @@ class Map(WatchTest):
                     errors=["Vadelwatch: The map map.png cannot be written: File too large."])
         self.assertEqual(before, set(os.listdir(self.directory)))
 
-    def test_linkToAPictureIsReplaced(self):
+    def test_link_to_a_picture_is_replaced(self):
         self.give({"other.png": b"old"})
         os.symlink("other.png", self.path("map.png"))
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
         self.assertTrue(self.content("map.png").startswith(b"\x89PNG"))
         self.assertFalse(os.path.exists(self.path("other.png")))
 
-    def test_outputIsAFifo(self):
+    def test_output_is_a_fifo(self):
         self.expectDifference(FINISHES.format(count=1, call="mkfifo", arguments=()))
 
-    def test_outputIsALinkToADevice(self):
+    def test_output_is_a_link_to_a_device(self):
         self.expectDifference(FINISHES.format(count=1, call="symlink", arguments=("/dev/full",)))
 
     def withoutPicture(self, *options, **settings):
@@ -101,14 +101,14 @@ class Map(WatchTest):
             time.sleep(0.01)
         return process, output
 
-    def test_summaryPrecedesSignalDuringMap(self):
+    def test_summary_precedes_signal_during_map(self):
         process, output = self.withoutPicture("--progress=none")
         self.assertIn(b"1 of ", output)
         process.send_signal(signal.SIGTERM)
         self.assertEqual(b"Vadelwatch: interrupted, so the map map.svg was not drawn.\n", process.communicate()[1])
         self.assertEqual(-signal.SIGTERM, process.returncode)
 
-    def test_ignoredSignalDoesNotEndDrawing(self):
+    def test_ignored_signal_does_not_end_drawing(self):
         process, _ = self.withoutPicture("--progress=none",
                                          preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
         process.send_signal(signal.SIGHUP)
@@ -116,7 +116,7 @@ class Map(WatchTest):
         self.assertEqual(0, process.wait(TIME_LIMIT))
 
     @unittest.skipIf(SANITIZED, "sanitizers replace the functions for memory")
-    def test_reportsMissingMemoryAfterSummary(self):
+    def test_reports_missing_memory_after_summary(self):
         # Only the picture and what it is counted in take blocks of this size.
         settings = {**failingMemory(failsForever(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000"}
         watched = self.job("--quiet", "--json", "--map", "map.png", "--lang=en", environment=settings)

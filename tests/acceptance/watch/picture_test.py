@@ -35,7 +35,7 @@ class Picture(WatchTest):
         self.assertAlmostEqual(scale, 10 / (ys[0] - ys[-1]), 4)
         return lambda x, y: (round((x - xs[0]) * scale, 1) + 0.0, round((ys[0] - y) * scale, 1) + 0.0)
 
-    def test_outlineAndNodesHaveTheirCoordinates(self):
+    def test_outline_and_nodes_have_their_coordinates(self):
         picture = self.svg("--lang=en")
         ground = self.ground(picture)
         outline, legend = picture.strokesOf(OUTLINE)
@@ -46,14 +46,14 @@ class Picture(WatchTest):
             [discs] = picture.strokesOf(colour)
             self.assertEqual(expected, sorted(ground(*disc[0]) for disc in discs))
 
-    def test_drawsDroppedThenKeptNodesThenOutlines(self):
+    def test_draws_dropped_then_kept_nodes_then_outlines(self):
         colours = [colour for colour, _ in self.svg().strokes]
         self.assertLess(colours.index(GRID), colours.index(DROPPED))
         self.assertLess(colours.index(DROPPED), colours.index(KEPT))
         self.assertLess(colours.index(KEPT), colours.index(OUTLINE))
         self.assertLess(colours.index(OUTLINE), colours.index(INK))
 
-    def test_drawsTitleLabelsAndLegend(self):
+    def test_draws_title_labels_and_legend(self):
         axes = [*map(str, range(0, 15, 2)), *map(str, range(0, 11, 2)), "x", "y"]
         english = ["data clipped to area.xml", *axes, "Kept (33.3 %)", "2 nodes", "Dropped", "3 nodes", "Boundary",
                    "1 polygon", "1 line without a position", "0", "2", "in units of the coordinates"]
@@ -68,7 +68,7 @@ class Picture(WatchTest):
             self.assertEqual(expected[0], picture.title)
             os.rename(self.path("base/out"), self.path("out" + "".join(options)))
 
-    def test_labelsAreAtTheirTicks(self):
+    def test_labels_are_at_their_ticks(self):
         picture = self.svg()
         ground = self.ground(picture)
         ticks = [line for [line] in picture.strokesOf(INK) if abs(line[0][0] - line[1][0] + line[0][1] - line[1][1]) == 8]
@@ -82,7 +82,7 @@ class Picture(WatchTest):
             self.assertAlmostEqual(line[0][1], y, delta=8)
         self.assertEqual([(x, 0) for x in range(0, 15, 2)], [(ground(*line[0])[0], 0) for line in ticks[:8]])
 
-    def test_scaleBarHasTheLengthOfItsLabel(self):
+    def test_scale_bar_has_the_length_of_its_label(self):
         picture = self.svg()
         ground = self.ground(picture)
         bar = picture.strokesOf(INK)[-1][0]
@@ -90,7 +90,7 @@ class Picture(WatchTest):
         half = [lines[0] for colour, lines in picture.fills if colour == INK][-1]
         self.assertAlmostEqual(1.0, ground(*half[1])[0] - ground(*half[0])[0], 1)
 
-    def test_pixelsHaveTheColoursOfTheLegend(self):
+    def test_pixels_have_the_colours_of_the_legend(self):
         ground = SvgPicture(self.draw("map.svg"))
         [kept], [dropped] = ground.strokesOf(KEPT), ground.strokesOf(DROPPED)
         outline = ground.strokesOf(OUTLINE)[0][0]
@@ -106,7 +106,7 @@ class Picture(WatchTest):
             red, _, blue = picture.pixel(0.7 * x + 0.3 * nextX, 0.7 * y + 0.3 * nextY)
             self.assertGreater(red - blue, 80)
 
-    def test_keptNodeColoursPixelSharedWithDroppedNode(self):
+    def test_kept_node_colours_pixel_shared_with_dropped_node(self):
         self.standIn("""
 finish(count=2)
 open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
@@ -130,7 +130,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
         return PngPicture(self.content("map.png"))
 
-    def test_narrowCorridorShowsItsKeptNodes(self):
+    def test_narrow_corridor_shows_its_kept_nodes(self):
         # 30 by 20,000, so 1.6 pixels wide.
         picture = self.drawJob([[(0, 985), (20000, 985), (20000, 1015), (0, 1015)]],
                                [(x * 20, y * 20) for x in range(1000) for y in range(0, 100)] +
@@ -140,7 +140,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
                           for x in range(300, 1100))
         self.assertGreater(blueColumns, 700)
 
-    def test_worldFilePlacesThePixels(self):
+    def test_world_file_places_the_pixels(self):
         picture = PngPicture(self.draw("map.png", "--map-size=1000x800"))
         self.assertEqual((1000, 800), (picture.width, len(picture.rows)))
         width, _, _, height, left, top = map(float, self.content("map.pgw").split())
@@ -148,11 +148,11 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         for (x, y), colour in (((5, 5), KEPT), ((2, 8), KEPT), ((15, 5), DROPPED), ((14, 9), DROPPED)):
             self.assertEqual(colour, picture.pixel(round((x - left) / width), round((y - top) / height)))
 
-    def test_svgHasNoWorldFile(self):
+    def test_svg_has_no_world_file(self):
         self.draw("map.svg")
         self.assertFalse(os.path.exists(self.path("map.pgw")))
 
-    def test_longNamesKeepTheWordsBetweenThem(self):
+    def test_long_names_keep_the_words_between_them(self):
         name = "start-" + "w" * 200 + "-end.xml"
         self.giveJob({"a.xyz": NODES})
         os.rename(self.path("area.xml"), self.path(name))
@@ -161,7 +161,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         self.assertRegex(picture.words()[0], "^data clipped to start-w+…w+-end.xml$")
         self.assertEqual("data clipped to " + name, picture.title)
 
-    def test_elevationColoursKeptNodes(self):
+    def test_elevation_colours_kept_nodes(self):
         self.giveJob({"a.xyz": HEADER + b"2;2;10\n5;5;20\n8;8;?\n20;5;30\n"})
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.svg", "--map-colour=elevation"), status=0)
         picture = SvgPicture(self.content("map.svg"))
@@ -170,7 +170,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
             self.assertEqual(1, len(picture.strokesOf(colour)), colour)
         self.assertEqual([], picture.strokesOf(KEPT))
 
-    def test_tinyBoundaryHasACircle(self):
+    def test_tiny_boundary_has_a_circle(self):
         picture = self.drawJob([[(500000, 0), (500010, 0), (500010, 10)]], [(x, x % 7) for x in range(50)])
         colours = [picture.pixel(x, y) for y in range(71, 540) for x in range(160, 1245)]
         self.assertGreater(colours.count(OUTLINE), 100)
@@ -200,7 +200,7 @@ finish(count=%d)
         self.assertEqual(0, process.returncode)
         return usage.ru_maxrss
 
-    def test_doesNotGrowWithNumberOfNodes(self):
+    def test_does_not_grow_with_number_of_nodes(self):
         # Up to a million nodes are kept in memory, in 24 MB.
         few = self.peakOf(11)
         many = self.peakOf(50)
