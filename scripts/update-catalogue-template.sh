@@ -4,14 +4,18 @@
 #
 # A message id is the literal argument of translateMessage or formatMessage. The template names the file of each id but
 # no line, date or path of this machine, so it changes only when an id does.
+#
+#     scripts/update-catalogue-template.sh [directory]     writes to this directory instead of locale/
 set -eu
 
+place=$(realpath "${1:-$(dirname "$0")/../locale}")
+
 cd "$(dirname "$0")/.."
-trap 'rm -f locale/*.pot.new' EXIT
+trap 'rm -f "$place"/*.pot.new' EXIT
 
 # write_template <domain> <program>: the list of the sources is read from standard input.
 write_template() {
-    cat >"locale/$1.pot.new" <<HEADER
+    cat >"$place/$1.pot.new" <<HEADER
 # Message ids of $2.
 # Keep the placeholders {0}, {1}, ... in each translation exactly as they are, braces included.
 # Written by scripts/update-catalogue-template.sh.
@@ -32,8 +36,8 @@ HEADER
     LC_ALL=C sort |
         xgettext --files-from=- --language=C++ --from-code=UTF-8 --keyword --keyword=translateMessage \
             --keyword=formatMessage --omit-header --add-location=file --sort-by-file --no-wrap \
-            --output=- >>"locale/$1.pot.new"
-    mv "locale/$1.pot.new" "locale/$1.pot"
+            --output=- >>"$place/$1.pot.new"
+    mv "$place/$1.pot.new" "$place/$1.pot"
 }
 
 find src -name watch -prune -o -name '*.[ch]pp' -print | write_template VD2D Vadelclip
