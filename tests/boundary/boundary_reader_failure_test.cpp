@@ -35,11 +35,27 @@ TEST(BoundaryReaderFailure, reportsFileThatCannotBeRead) {
 }
 
 TEST(BoundaryReaderFailure, reportsFileWithoutElementAsNotFound) {
-    for (const std::string bytes :
-         {"", " \n", "text", "<!-- only a comment -->", "<?xml version=\"1.0\"?>", "<!DOCTYPE VADELSIM>",
-          "<?VADELSIM?>", "<VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM>", "<VADELSIM><VadeDGM></VADELSIM></VadeDGM>",
-          "<VADELSIM", "<VADELSIM a=1/>", "<VADELSIM a=\"1/>", "<VADELSIM a/>", "<VADELSIM a=\"1\"b=\"2\"/>", "<>",
-          "<VADELSIM><VadeDGM/></VADELSIM><!-- open", "<VADELSIM><!DOCTYPE VADELSIM><VadeDGM/></VADELSIM>"}) {
+    for (const std::string bytes : {"",
+                                    " \n",
+                                    "text",
+                                    "<!-- only a comment -->",
+                                    "<?xml version=\"1.0\"?>",
+                                    "<!DOCTYPE VADELSIM>",
+                                    "<?VADELSIM?>",
+                                    "<VADELSIM>",
+                                    "<VADELSIM><VadeDGM></VADELSIM>",
+                                    "<VADELSIM><VadeDGM></VADELSIM></VadeDGM>",
+                                    "<VADELSIM",
+                                    "<VADELSIM><",
+                                    "<![CDATA[<VADELSIM/>]]>",
+                                    "\xEF\xBB\xBF",
+                                    "<VADELSIM a=1/>",
+                                    "<VADELSIM a=\"1/>",
+                                    "<VADELSIM a/>",
+                                    "<VADELSIM a=\"1\"b=\"2\"/>",
+                                    "<>",
+                                    "<VADELSIM><VadeDGM/></VADELSIM><!-- open",
+                                    "<VADELSIM><!DOCTYPE VADELSIM><VadeDGM/></VADELSIM>"}) {
         expectNotFound(bytes);
     }
     const std::string zeroByte(1, '\0');
@@ -81,8 +97,8 @@ TEST(BoundaryReaderFailure, requiresIdOfEachPolygon) {
 TEST(BoundaryReaderFailure, requiresBothCoordinatesOfEachPoint) {
     const std::string error = "Cannot read point 0 in polygon 12";
     for (const std::string attributes :
-         {"", "y=\"1\"", "x=\"1\"", "X=\"1\" y=\"1\"", "x=\"1\" Y=\"1\"", "x=\"\" y=\"1\"", "x=\"1\" y=\"\"",
-          "x=\"a\" y=\"1\"", "x=\"1\" y=\"a\"", "x=\"a\" y=\"b\""}) {
+         {"", "y=\"1\"", "x=\"1\"", "X=\"1\" y=\"1\"", "p:x=\"1\" p:y=\"1\"", "x=\"1\" Y=\"1\"", "x=\"\" y=\"1\"",
+          "x=\"1\" y=\"\"", "x=\"a\" y=\"1\"", "x=\"1\" y=\"a\"", "x=\"a\" y=\"b\""}) {
         expectFailedAfterTriangle(error, "<polygon id=\"12\"><point " + attributes + "/></polygon>");
     }
 }

@@ -143,7 +143,9 @@ TEST(BoundaryReader, ignoresPolygonInPolygon) {
 
 TEST(BoundaryReader, readsOnlyFirstModel) {
     const std::string full = "<VadeDGM><group type=\"boundaries\">" + triangleElement + "</group></VadeDGM>";
-    expectRead({triangle}, "<other><VADELSIM/></other><VADELSIM><other/>" + full + "</VADELSIM>");
+    expectRead({triangle},
+               "<!-- c --><!DOCTYPE a [<!ENTITY e \"1\">]> text <other><VADELSIM/></other><VADELSIM><other/>" + full +
+                   "</VADELSIM>");
     expectRead({}, "<VADELSIM><VadeDGM/>" + full + "</VADELSIM>");
     expectRead({}, "<VADELSIM><VadeDGM/></VADELSIM><VADELSIM>" + full + "</VADELSIM>");
     expectNoModel("<VADELSIM/><VADELSIM>" + full + "</VADELSIM>");

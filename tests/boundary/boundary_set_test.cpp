@@ -18,90 +18,6 @@ using WordList = std::vector<std::uint64_t>;
     static_assert(std::is_same_v<std::remove_reference_t<decltype(place)>, Type>, #member);                            \
     EXPECT_EQ(static_cast<const void*>(&(place)), static_cast<const void*>(&(record).member)) << #member
 
-std::uint64_t word(std::uint64_t number) {
-    return 0xFFFFFFFF00000000U + number;
-}
-
-BoundaryEdge filledEdge() {
-    BoundaryEdge edge;
-    edge.length = 1.5;
-    edge.lineOffset = 2.5;
-    edge.squaredLength = 3.5;
-    edge.marked = true;
-    edge.firstVertex = 4;
-    edge.secondVertex = 5;
-    edge.start = {6, 7};
-    edge.end = {8, 9};
-    edge.delta = {10, 11};
-    edge.direction = {12, 13};
-    edge.normal = {14, 15};
-    edge.minCorner = {16, 17};
-    edge.maxCorner = {18, 19};
-    edge.attachedItems = {20, 21};
-    return edge;
-}
-
-/// A polygon in which no member has its initial value.
-BoundaryPolygon filledPolygon() {
-    BoundaryPolygon polygon;
-    polygon.headerWords = {1, 2, 3, 4, 0xFFFFFFFFU};
-    polygon.firstText = "first text";
-    polygon.flagBytes = {5, 6, 7, 8, 9, 10, 255};
-    polygon.firstWord = word(11);
-    polygon.secondWord = word(12);
-    polygon.firstFlag = 13;
-    polygon.boundingBox = {14, 15, 16, 17};
-    polygon.vertexIndices = {18, 19};
-    polygon.firstIntList = {20};
-    polygon.wordList = {word(21)};
-    polygon.secondIntList = {22, 23};
-    polygon.textList = {"24", "25"};
-    polygon.intListMap = {{26, {27, 28}}, {-29, {}}};
-    polygon.thirdWord = word(30);
-    polygon.secondFlag = 31;
-    polygon.fourthWord = word(32);
-    polygon.fifthWord = word(33);
-    polygon.defaultedReal = 34.5;
-    polygon.thirdIntList = {35};
-    polygon.fourthIntList = {36};
-    polygon.edges = {filledEdge(), filledEdge()};
-    polygon.pairList = {{word(37), word(38)}, {39, 40}};
-    polygon.secondText = "second text";
-    polygon.fifthIntList = {41};
-    polygon.closingFlags = {42, 43};
-    polygon.defaultedIndex = 44;
-    return polygon;
-}
-
-BoundaryPolygon filledFamily() {
-    BoundaryPolygon polygon = filledPolygon();
-    polygon.childPolygons = {filledPolygon(), BoundaryPolygon()};
-    polygon.childPolygons[0].firstText = "child";
-    polygon.childPolygons[0].childPolygons = {filledPolygon()};
-    polygon.childPolygons[0].childPolygons[0].firstText = "grandchild";
-    return polygon;
-}
-
-void changeEverything(BoundaryPolygon& polygon) {
-    polygon.childPolygons[0].childPolygons[0].vertexIndices.push_back(1);
-    polygon.childPolygons[0].intListMap[26].push_back(1);
-    polygon.firstText += "!";
-    polygon.vertexIndices[0] = 1;
-    polygon.firstIntList[0] = 1;
-    polygon.wordList[0] = 1;
-    polygon.secondIntList[0] = 1;
-    polygon.textList[1] += "!";
-    polygon.intListMap[26][0] = 1;
-    polygon.intListMap.erase(-29);
-    polygon.thirdIntList[0] = 1;
-    polygon.fourthIntList[0] = 1;
-    polygon.edges[0].attachedItems[0] = 1;
-    polygon.edges[1].start.x = 1;
-    polygon.pairList[0][0] = 1;
-    polygon.secondText += "!";
-    polygon.fifthIntList[0] = 1;
-}
-
 } // namespace
 
 TEST(BoundarySet, membersArePolygonsAndVertices) {
@@ -242,48 +158,15 @@ TEST(BoundarySet, newPolygonIsZeroExceptForTwoMembers) {
               asText(BoundaryPolygon()));
 }
 
-TEST(BoundarySet, copyHasEveryMember) {
-    const BoundaryPolygon polygon = filledFamily();
-    const BoundaryPolygon copy = polygon;
-    EXPECT_EQ(asText(filledFamily()), asText(copy));
-    EXPECT_EQ(asText(filledFamily()), asText(polygon));
-}
-
-TEST(BoundarySet, copySharesNothingWithOriginal) {
-    const BoundaryPolygon polygon = filledFamily();
-    BoundaryPolygon copy;
-    copy = polygon;
-    changeEverything(copy);
-    EXPECT_NE(asText(filledFamily()), asText(copy));
-    EXPECT_EQ(asText(filledFamily()), asText(polygon));
-}
-
-TEST(BoundarySet, movedPolygonKeepsEveryMember) {
-    BoundaryPolygon polygon = filledFamily();
-    const BoundaryPolygon moved = std::move(polygon);
-    EXPECT_EQ(asText(filledFamily()), asText(moved));
-}
-
-TEST(BoundarySet, copyOfSetIsComplete) {
-    BoundarySet set;
-    set.vertices.resize(2);
-    set.vertices[1] = {1, 2, 3, {4, 5}, 6};
-    set.polygons = {filledFamily(), BoundaryPolygon()};
-    const BoundarySet copy = set;
-    const std::string before = asText(set);
-    set.vertices[1].attachedItems[0] = 0;
-    changeEverything(set.polygons[0]);
-    EXPECT_EQ(before, asText(copy));
-    EXPECT_NE(before, asText(set));
-}
+// Copies and moves are those of the language, which have every member. The types of the members above share nothing.
+static_assert(std::is_aggregate_v<BoundaryPolygon> && std::is_aggregate_v<BoundaryEdge>);
+static_assert(std::is_aggregate_v<BoundaryVertex> && std::is_aggregate_v<BoundarySet>);
 
 TEST(BoundarySet, clearingEmptiesBothVectors) {
     BoundarySet set;
     set.vertices.resize(3);
     set.vertices[0].attachedItems = {1, 2, 3};
-    set.polygons = {filledFamily(), filledPolygon()};
-    clearBoundarySet(set);
-    EXPECT_EQ("", asText(set));
+    set.polygons.resize(2);
     clearBoundarySet(set);
     EXPECT_EQ("", asText(set));
 }

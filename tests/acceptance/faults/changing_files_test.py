@@ -1,11 +1,14 @@
-"""Node files that change between the three openings of a run, and outputs that cannot be written."""
+"""Node files that change between the three openings of a run, and outputs that cannot be written.
+
+tests/clip/clip_node_file_streams_test.cpp tests the states of an output before the pass.
+"""
 import os
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import DIRECTORY, SANITIZED, TOOL, AcceptanceTest, dropPowersOfRoot, linkTo, output
+from acceptance import DIRECTORY, SANITIZED, TOOL, AcceptanceTest, dropPowersOfRoot, output
 from expected_messages import (BAD_FIRST_CHARACTER, BAD_SEPARATOR, BAD_SHAPE, closingRange, errorMessage, failedMessage,
                                filePass, finishedRun, finishMessage, recorded)
 
@@ -33,22 +36,9 @@ class ChangedInput(ChangingTest):
         run = self.clipServed(HEADER, HEADER + INSIDE * 3, HEADER + INSIDE)
         self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[6])
 
-    def test_file_cut_after_its_header_keeps_nothing(self):
-        run = self.clipServed(HEADER, HEADER + INSIDE, HEADER)
-        self.expectFinished(run, 0, lineCounts=[2])
-
     def test_grown_file_is_read_up_to_the_counted_lines(self):
         run = self.clipServed(HEADER, HEADER + b"\n", HEADER + INSIDE * 100)
         self.expectFinished(run, 1, {"a.xyz": HEADER + b"1;1;5\n"}, lineCounts=[1])
-
-    def test_unterminated_line_is_read_once(self):
-        # After the end of the file, the last line must not be read again.
-        run = self.clipServed(HEADER, HEADER + b"\n\n\n\n", HEADER + b"1;1;5\n2;2;5")
-        self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[4])
-
-    def test_unterminated_line_keeps_its_carriage_return(self):
-        run = self.clipServed(HEADER, HEADER + b"\n\n", HEADER + b"1;1;5\r\n2;2\r")
-        self.expectFinished(run, 2, {"a.xyz": HEADER + b"1;1;5\n2;2\r\n"}, lineCounts=[2])
 
     @unittest.skipIf(SANITIZED, "too slow")
     def test_count_beyond_32_bits_wraps_around(self):
@@ -71,22 +61,6 @@ class ChangedInput(ChangingTest):
         header = b"X,Y,Z,G\n"
         run = self.clipServed(HEADER, HEADER + INSIDE, header + b"1;1;5\n1,1,5\n")
         self.expectFinished(run, 1, {"a.xyz": header + b"1,1,5\n"}, lineCounts=[2])
-
-    def test_kept_line_is_on_disk_before_the_next_is_read(self):
-        output = Path(self.path(OUTPUT))
-
-        def written(content):
-            return lambda: self.waitFor(lambda: output.exists() and output.read_bytes() == content, f"output {content}")
-
-        content = HEADER + b"1;1;5\n20;1;5\n2;2;5\n"
-        run = self.clipServed(content, content, [
-            HEADER, written(HEADER), b"1;1;5\n", written(HEADER + b"1;1;5\n"),
-            b"20;1;5\n", b"2;2;5\n", written(HEADER + INSIDE)])
-        self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[3])
-
-    def test_empty_output_exists_until_the_end_of_the_pass(self):
-        run = self.clipServed(HEADER, HEADER + OUTSIDE, [HEADER, self.waitForOutput, OUTSIDE])
-        self.expectFinished(run, 0, lineCounts=[1])
 
 
 class RejectedInLastOpening(ChangingTest):
@@ -134,11 +108,6 @@ class RejectedInLastOpening(ChangingTest):
                     created=output(5, {"a.xyz": b"", "b.xyz": HEADER + INSIDE * 2}),
                     messages=recorded(*passes[first], closingRange(), finishMessage()))
 
-    def test_existing_output_file_is_emptied(self):
-        run = self.clipServed([lambda: Path(self.path(OUTPUT)).write_bytes(b"older"), HEADER], HEADER, b"\n")
-        self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}),
-                    messages=recorded(errorMessage(""), closingRange(), finishMessage()))
-
 
 class UnusableOutput(ChangingTest):
     """The tool does not check its output files: it counts the lines as written."""
@@ -146,23 +115,6 @@ class UnusableOutput(ChangingTest):
     def clipOnto(self, prepare, lines):
         """Calls `prepare` at the first opening of the input, when the output directory exists and is empty."""
         return self.clipServed([prepare, HEADER + lines], HEADER + lines, HEADER + lines)
-
-    def test_overwrites_an_existing_file(self):
-        run = self.clipOnto(lambda: Path(self.path(OUTPUT)).write_bytes(b"older and longer\n" * 9), INSIDE)
-        self.expectFinished(run, 2, {"a.xyz": HEADER + INSIDE}, lineCounts=[2])
-
-    def test_removes_an_existing_file_without_kept_lines(self):
-        run = self.clipOnto(lambda: Path(self.path(OUTPUT)).write_bytes(b"older\n"), OUTSIDE)
-        self.expectFinished(run, 0, lineCounts=[1])
-
-    def test_counts_lines_of_an_output_that_cannot_be_opened(self):
-        run = self.clipOnto(lambda: os.mkdir(self.path(OUTPUT)), INSIDE)
-        self.expect(run, status=0, created={**output(2), OUTPUT: DIRECTORY}, messages=finishedRun(2))
-
-    @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_counts_lines_for_a_full_disk(self):
-        run = self.clipOnto(lambda: os.symlink("/dev/full", self.path(OUTPUT)), INSIDE)
-        self.expect(run, status=0, created={**output(2), OUTPUT: linkTo("/dev/full")}, messages=finishedRun(2))
 
     def test_unwritable_output_directory_stays_empty(self):
         self.give({"base/data/b.xyz": HEADER + INSIDE, "base/data/c.xyz": HEADER + OUTSIDE})

@@ -30,9 +30,9 @@ def command(*arguments):
 
 
 def build(source, directory, target, *options):
-    """Configures and builds a target. Returns the output of both."""
-    return command("cmake", "-S", source, "-B", directory, *GENERATOR, "-DCMAKE_BUILD_TYPE=Debug", *options) + command(
-        "cmake", "--build", directory, "--target", target, "--verbose", "--parallel", "2")
+    """Configures and builds a target."""
+    command("cmake", "-S", source, "-B", directory, *GENERATOR, "-DCMAKE_BUILD_TYPE=Debug", *options)
+    command("cmake", "--build", directory, "--target", target, "--parallel", "2")
 
 
 FAILED = "Clipping of elevation data with model boundaries failed."
@@ -52,9 +52,8 @@ class ExternalProcessMessage(unittest.TestCase):
         build(LIBRARY, library, "all", "-DCMAKE_CXX_FLAGS=-fsanitize=address -g1")
         command("cmake", "--install", library, "--prefix", cls.prefix)
         cls.tool = os.path.join(cls.directory, "tool", "Vadelclip")
-        cls.buildText = build(ROOT, os.path.dirname(cls.tool), "Vadelclip",
-                              "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON", "-DVADELCLIP_TESTS=OFF",
-                              "-DVADELCLIP_SANITIZERS=address", f"-DCMAKE_PREFIX_PATH={cls.prefix}")
+        build(ROOT, os.path.dirname(cls.tool), "Vadelclip", "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON", "-DVADELCLIP_TESTS=OFF",
+              "-DVADELCLIP_SANITIZERS=address", f"-DCMAKE_PREFIX_PATH={cls.prefix}")
 
     def setUp(self):
         self.job = tempfile.mkdtemp(dir=self.directory)
@@ -130,10 +129,6 @@ class ExternalProcessMessage(unittest.TestCase):
     def test_configures_with_the_option_alone(self):
         command("cmake", "-S", ROOT, "-B", os.path.join(self.job, "build"), *GENERATOR, "-DVADELCLIP_EXTERNAL_PROCESSMESSAGE=ON",
                 f"-DCMAKE_PREFIX_PATH={self.prefix}")
-
-    def test_builds_nothing_of_our_own_layer(self):
-        self.assertIn(os.path.join("src", "CMakeFiles", "vadelclip_main.dir"), self.buildText)
-        self.assertNotIn(os.path.join("src", "processmessage"), self.buildText)
 
 
 if __name__ == "__main__":

@@ -41,43 +41,13 @@ class Rings(GeometryTest):
                         self.expectInside([turned if form is ring else closed(turned)], self.COMMON_INSIDE + inside,
                                           self.COMMON_OUTSIDE + outside)
 
-    def test_points_on_a_sloped_edge_are_inside(self):
-        self.expectInside([[(0, 0), (8, 8), (0, 8)]], [(4, 4), (1, 1), (2, 5), (8, 8), (5, 8)],
-                          [(4, 3.999999), (4.000001, 4), (5, 4)])
-
-    def test_spike_at_the_height_of_a_point_does_not_count(self):
-        self.expectInside([[(0, 0), (20, 0), (20, 10), (15, 5), (10, 10), (0, 10)]],
-                          [(1, 5), (14, 5), (15, 5), (16, 5)], [(-1, 5), (21, 5), (15, 6)])
-
-    def test_flat_ring_contains_the_points_of_its_height(self):
-        self.expectInside([[(0, 3), (10, 3), (5, 3)]], [(0, 3), (5, 3), (10, 3), (10.0000005, 3)],
-                          [(11, 3), (5, 3.0000001), (5, 4)])
-
-    def test_doubly_enclosed_points_are_outside(self):
-        star = [(0, 10), (6, -8), (-9, 3), (9, 3), (-6, -8)]
-        self.expectInside([star], [(0, 8), (5, -6), (-7, 2.5), (7, 2.5), (-5, -6)], [(0, 0), (0, 12), (0, -6)])
-
 
 class SmallPolygons(GeometryTest):
-    def test_axis_parallel_segment_contains_exactly_its_points(self):
-        self.expectInside([[(0, 0), (10, 0)]], [(0, 0), (5, 0), (10, 0), (0.1, 0), (9.999999999, 0)],
-                          [(10.0000001, 0), (-1, 0), (5, 1e-300), (5, -1e-12)])
-        self.expectInside([[(3, 1), (3, 9)]], [(3, 1), (3, 5.5), (3, 9)], [(3.0000000001, 5), (3, 9.0000001)])
-
-    def test_rounded_distance_decides_on_a_sloped_segment(self):
-        self.expectInside([[(0, 0), (3, 1)]], [(0, 0), (3, 1), (1.5, 0.5)], [(1.5, 0.5000001), (1, 0)])
-
     def test_second_vertex_of_a_sloped_segment_can_be_outside(self):
         self.expectInside([[(0, 0), (49, 5)]], [(0, 0)], [(49, 5)])
 
-    def test_segment_without_length_contains_its_position(self):
-        self.expectInside([[(4, 4), (4, 4)]], [(4, 4)], [(4, 4.0000001), (4.0000001, 4)])
-
     def test_polygons_of_no_or_one_point_contain_nothing(self):
         self.expectInside([[], [(4, 4)]], [], [(4, 4), (0, 0)])
-
-    def test_three_points_there_and_back_are_a_ring(self):
-        self.expectInside([[(0, 0), (10, 10), (0, 0)]], [(5, 5), (0, 0), (10, 10)], [(5, 6), (6, 5)])
 
 
 class SeveralPolygons(GeometryTest):

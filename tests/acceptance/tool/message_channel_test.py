@@ -1,19 +1,13 @@
 """The message channel of the tool: JSON Lines on descriptor 3 with "-pipe", and runs with a bad descriptor 3."""
-import fcntl
-import math
 import os
-import resource
 import socket
 import sys
-import threading
-import time
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import CHANNEL, TOOL, AcceptanceTest, output
-from expected_messages import (USAGE, jsonFailedRun, jsonFinish, jsonFinishedRun, jsonProgress,
-                               jsonState)
+from expected_messages import USAGE, jsonFailedRun, jsonFinish, jsonFinishedRun, jsonProgress, jsonState
 
 HEADER = b"x;y;z\n"
 NODES = {"a.xyz": HEADER + b"1;1;5\n2;2;5\n30;3;5\n4;4;5\n"}
@@ -58,20 +52,6 @@ class Lines(ChannelTest):
         self.expectJob(self.clip("-lang=en", tool=TOOL), [])
         self.expect(self.start("-lang=en", tool=TOOL), status=1, console=[USAGE], created=output(3, KEPT))
 
-    def test_percents_are_rounded_down_to_one_decimal(self):
-        self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3})
-        self.expect(self.clipPiped(), status=0, created=output(3, {"a.xyz": HEADER + b"1;1;5\n" * 3}),
-                    messages=jsonFinishedRun(0.0, 33.3, 66.6, 100.0))
-
-    def test_line_is_written_only_if_the_decimal_grows(self):
-        # With 2048 steps every percentage is exact in a double, so the test needs no tolerance.
-        content = HEADER + b"1;1;5\n" * 2048
-        self.giveJob({"a.xyz": content})
-        percents = sorted({math.floor(step * 1000 / 2048) / 10 for step in range(2048)})
-        self.assertEqual(len(percents), 1000)
-        self.expect(self.clipPiped(), status=0, created=output(2048, {"a.xyz": content}),
-                    messages=jsonFinishedRun(*percents, 100.0))
-
     def test_progress_over_several_files_never_decreases(self):
         counts = {"a.xyz": 5, "b.xyz": 15, "c.xyz": 0}
         files = {name: HEADER + b"1;1;5\n" * count for name, count in counts.items()}
@@ -83,26 +63,6 @@ class Lines(ChannelTest):
         kept = {name: content for name, content in files.items() if counts[name] > 0}
         self.expect(self.clipPiped(), status=0, created=output(20, kept),
                     messages=[*messages, *jsonProgress(100.0), jsonFinish()])
-
-    def test_range_without_steps_or_numbers_writes_no_progress(self):
-        self.giveJob({"a.xyz": HEADER, "b.xyz": HEADER})
-        self.expect(self.clipPiped(), status=0, created=output(0),
-                    messages=[jsonState(), jsonState(), *jsonProgress(100.0), jsonFinish()])
-
-    def test_range_with_negative_steps_writes_no_progress(self):
-        self.giveJob({"a.xyz": b"x;y;z"})
-        self.expect(self.clipPiped(), status=0, created=output(0), messages=jsonFinishedRun(100.0))
-
-    def test_quotes_backslashes_and_control_characters_are_escaped(self):
-        path = 'no "such"\\file\n\x1b[1m\t.xml'
-        run = self.start("base/data", "out", path, "-lang=en", "-pipe", tool=TOOL)
-        texts = [f"Boundary file {path} not found", f"Boundary file {path} does not exist"]
-        self.expect(run, status=1, console=texts, messages=jsonFailedRun(*texts))
-
-    def test_letters_beyond_ascii_stay_unchanged(self):
-        run = self.start("base/data", "out", "Höhe→😀.xml", "-lang=en", "-pipe", tool=TOOL)
-        texts = ["Boundary file Höhe→😀.xml not found", "Boundary file Höhe→😀.xml does not exist"]
-        self.expect(run, status=1, console=texts, messages=jsonFailedRun(*texts))
 
     def test_invalid_utf8_is_replaced_only_in_the_message(self):
         path = os.fsdecode(b"caf\xe9.xml")
@@ -154,15 +114,6 @@ class UnusableChannel(ChannelTest):
         run = self.clipPiped(closed=(CHANNEL,))
         self.expect(run, status=0, console=[""], created=output(1, {"a.xyz": b""}), removed=["base/data/a.xyz"])
 
-    def test_channel_works_with_few_descriptors(self):
-        self.expectJob(self.clipPiped(beforeStart=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (16, 16))),
-                       MESSAGES)
-
-    def test_read_only_channel_is_not_written_to(self):
-        self.give({"channel": b"as it was"})
-        with open(self.path("channel"), "rb") as channel:
-            self.expectJob(self.clipPiped(channel=channel.fileno()), [])
-
     def test_missing_reader_does_not_end_the_run(self):
         reading, writing = os.pipe()
         os.close(reading)
@@ -183,35 +134,6 @@ class UnusableChannel(ChannelTest):
     def test_full_disk_does_not_end_the_run(self):
         with open("/dev/full", "wb") as full:
             self.expectJob(self.clipPiped(channel=full.fileno()), [])
-
-    def test_waits_for_a_slow_reader(self):
-        self.expectAllForSlowReader(blocking=True)
-
-    def test_waits_for_a_slow_reader_of_a_non_blocking_descriptor(self):
-        self.expectAllForSlowReader(blocking=False)
-
-    def expectAllForSlowReader(self, blocking):
-        content = HEADER + b"1;1;5\n" * 1000
-        self.give({"base/many/a.xyz": content})
-        reading, writing = os.pipe()
-        os.set_blocking(writing, blocking)
-        fcntl.fcntl(writing, 1031, 4096)  # F_SETPIPE_SZ: much less than the messages of this run
-        received = []
-
-        def readLate():
-            time.sleep(0.2)
-            with open(reading, "rb") as pipe:
-                received.extend(pipe.read().decode().split("\n")[:-1])
-
-        reader = threading.Thread(target=readLate)
-        reader.start()
-        run = self.start("base/many", "out", "area.xml", "-pipe", "-lang=en", tool=TOOL, channel=writing)
-        os.close(writing)
-        reader.join()
-        run.messages = received
-        self.assertGreater(sum(map(len, received)), 8 * 4096)
-        self.expect(run, status=0, created=output(1000, {"a.xyz": content}),
-                    messages=jsonFinishedRun(*(step / 10 for step in range(1000)), 100.0))
 
 
 if __name__ == "__main__":

@@ -5,8 +5,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import AcceptanceTest, linkTo, output
-from expected_messages import (USAGE, closingRange, errorMessage, failedMessage, finishedRun, finishMessage, recorded,
-                               stateMessage)
+from expected_messages import USAGE, errorMessage, failedMessage, finishedRun, recorded
 
 HEADER = b"x;y;z\n"
 
@@ -40,11 +39,6 @@ class Sequences(AcceptanceTest):
             "FinishMessage 1 Finished clipping elevation data with model boundaries",
             "end FinishMessage",
             "~MessageSender"])
-
-    def test_thousand_lines_are_a_thousand_steps(self):
-        self.giveJob({"a.xyz": HEADER + nodeLines(1000)})
-        self.expectFinished(self.clip("-pipe"), 1000, {"a.xyz": HEADER + nodeLines(1000)}, lineCounts=[1000],
-                            pipeMode=True)
 
     def test_each_file_has_its_state_and_its_part_of_the_range(self):
         counts = {"a.xyz": 3, "b.txt": 7, "c.csv": 1, "d.csv": 0}
@@ -82,55 +76,6 @@ class Sequences(AcceptanceTest):
         self.serve("base/data/a.xyz", content, content,
                    [HEADER, stepSeen(0), notYet(1), b"1;1;5\n", stepSeen(1), b"2;2;5\n"])
         self.expectFinished(self.clip(), 2, {"a.xyz": content}, lineCounts=[2])
-
-
-class NumbersOfARange(AcceptanceTest):
-    def test_file_without_lines_has_not_a_number_as_range(self):
-        self.giveJob({"a.xyz": HEADER})
-        self.expect(self.clip(), status=0, created=output(0), messages=recorded(
-            stateMessage(), ["ProgressMessage nan nan 0", "end ProgressMessage"], closingRange(), finishMessage()))
-
-    def test_files_without_lines_have_not_a_number_as_range(self):
-        self.giveJob({"a.xyz": HEADER, "b.xyz": HEADER})
-        self.expect(self.clip("-pipe"), status=0, created=output(0), messages=recorded(
-            *[stateMessage(), ["ProgressMessage nan nan 0", "end ProgressMessage"]] * 2,
-            closingRange(), finishMessage(), pipeMode=True))
-
-    def test_header_without_a_line_feed_counts_minus_one(self):
-        self.giveJob({"a.xyz": b"x;y;z"})
-        self.expect(self.clip(), status=0, created=output(0), messages=recorded(
-            stateMessage(), ["ProgressMessage -0 100 -1", "end ProgressMessage"], closingRange(), finishMessage()))
-
-    def test_file_of_minus_one_lines_moves_the_next_range_back(self):
-        self.giveJob({"a.xyz": b"x;y;z", "b.xyz": HEADER + nodeLines(5)})
-        lineCounts = [{"a.xyz": -1, "b.xyz": 5}[name] for name in self.walkOrder()]
-        self.expectFinished(self.clip(), 5, {"b.xyz": HEADER + nodeLines(5)}, lineCounts=lineCounts)
-
-    def test_line_counts_of_sum_zero_still_keep_lines(self):
-        self.giveJob({"a.xyz": b"x;y;z", "b.xyz": HEADER + b"1;1;5\n"})
-        ranges = {"a.xyz": (stateMessage(), ["ProgressMessage nan -inf -1", "end ProgressMessage"]),
-                  "b.xyz": (stateMessage(), ["ProgressMessage nan inf 1", "OnProgress 0 false", "end ProgressMessage"])}
-        first, second = self.walkOrder()
-        after = {"a.xyz": ["ProgressMessage inf nan -1", "end ProgressMessage"],
-                 "b.xyz": ["ProgressMessage -inf nan 1", "OnProgress 0 false", "end ProgressMessage"]}
-        self.expect(self.clip(), status=0, created=output(1, {"b.xyz": HEADER + b"1;1;5\n"}), messages=recorded(
-            *ranges[first], stateMessage(), after[second], closingRange(), finishMessage()))
-
-    def test_thirds_are_rounded_as_doubles_are(self):
-        files = {name: HEADER + b"1;1;5\n" for name in ("a.xyz", "b.xyz", "c.xyz")}
-        self.giveJob(files)
-        messages = []
-        for values in ("0 33.333333333333336", "33.333333333333336 66.666666666666671", "66.666666666666671 100"):
-            messages += [*stateMessage(), f"ProgressMessage {values} 1", "OnProgress 0 false", "end ProgressMessage"]
-        self.expect(self.clip(), status=0, created=output(3, files),
-                    messages=recorded(messages, closingRange(), finishMessage()))
-
-    def test_percent_per_line_is_computed_before_it_is_multiplied(self):
-        # 100 / 97 * 97 is not 100 in doubles, so the end of the range shows the order of the operations.
-        self.giveJob({"a.xyz": HEADER + nodeLines(97)})
-        run = self.clip()
-        self.assertIn("ProgressMessage 0 99.999999999999986 97", run.messages)
-        self.expectFinished(run, 97, {"a.xyz": HEADER + nodeLines(97)}, lineCounts=[97])
 
 
 if __name__ == "__main__":
