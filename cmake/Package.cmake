@@ -16,7 +16,7 @@ set(CPACK_PACKAGE_CONTACT ${VADELCLIP_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "clips elevation data to the boundaries of a model")
 set(CPACK_PACKAGE_DESCRIPTION
 "Vadelclip reads a directory of node files (x, y, z as text), keeps exactly the
-lines whose point lies in a polygon of an XML boundary file, byte for byte,
+lines whose point is in a polygon of an XML boundary file, byte for byte,
 and writes them to a new directory next to the input. It is made as one step of
 a larger process: it asks nothing, is silent on success, and can report every
 step to the process that controls it.

@@ -63,7 +63,7 @@ private:
     [[noreturn]] void report(Point2D point, bool isInside, std::string_view who) const {
         std::ostringstream text;
         text << std::hexfloat << "point " << point.x << ' ' << point.y << " is " << (isInside ? "inside" : "outside")
-             << ", " << who << " says otherwise; " << plain.polygons.size() << " polygons";
+             << ", " << who << " differs; " << plain.polygons.size() << " polygons";
         reportFinding(text.str());
     }
 

@@ -19,7 +19,7 @@ trap end_server EXIT
 end_server
 echo "Starting wine ..."
 wine cmd /c exit >/dev/null 2>&1
-# The server that this program started ends by itself. The next one stays, because each start of a server takes half a
+# The server of this program ends with it. The next one continues to run, because each start of a server takes half a
 # second.
 "$server" -w
 "$server" -p

@@ -18,7 +18,7 @@ from dataclasses import dataclass
 BUILD, DATA, RUNS = (os.path.abspath(path) for path in sys.argv[1:4])
 PAIRS = int(sys.argv[4]) if len(sys.argv) > 4 else 7
 PATTERN = re.compile(sys.argv[5] if len(sys.argv) > 5 else "")
-SLOW = 60.0  # seconds for one pair; of slower ones there is one pair only, and the table says so
+SLOW = 60.0  # seconds for one pair; slower cases are measured once, and the table marks them
 HERE = os.path.dirname(os.path.abspath(__file__))
 EXAMPLES = os.path.join(HERE, "..", "..", "examples")
 PROGRAMS = os.path.join(BUILD, "benchmarks")

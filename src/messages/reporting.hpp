@@ -1,5 +1,5 @@
 /// \file
-/// Reports errors. Every error of the tool goes through here.
+/// Reports errors of the tool.
 #pragma once
 
 #include <string>

@@ -1,8 +1,7 @@
 /// \file
 /// Translates and formats messages.
 ///
-/// A message id is the English sentence itself, a literal at the place of use. A catalogue next to the executable may
-/// translate it.
+/// A message id is the English text, a literal at the place of use. A catalogue next to the executable may translate it.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +16,7 @@ using MessageArgument = std::variant<std::string, std::int32_t>;
 
 /// Returns the translation of a message id under the current global locale, or the id itself if there is none.
 ///
-/// @param messageId an English sentence, never empty: gettext translates the empty id to the header of the catalogue.
+/// @param messageId an English text, never empty: gettext translates the empty id to the header of the catalogue.
 /// @throws std::runtime_error if the catalogue is corrupt and its set-up has not noticed it.
 std::string translateMessage(const std::string& messageId);
 

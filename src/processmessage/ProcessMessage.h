@@ -50,7 +50,7 @@ public:
     StateMessage(int level, const std::string& text, bool active);
 };
 
-/// A range of the progress of the run. Lives as long as the range.
+/// A range of the progress of the run. The object exists during the range.
 class ProgressMessage : public Message {
 public:
     /// Opens a range. Any value is valid, including not-a-number, infinities and step counts of zero or less.

@@ -13,7 +13,7 @@
 namespace vadelclip {
 
 // Descriptors belong to the C run-time on Windows: a program that starts the tool with _spawn passes its own on. The run-time
-// also does the writing, because it knows whether a file was opened for appending.
+// also writes, because only it has the flag that a file was opened for appending.
 
 namespace {
 

@@ -25,7 +25,7 @@ public:
     ///         of a file may lack its line feed; then a carriage return at its end is part of the line.
     std::string_view nextLine();
 
-    /// Returns the line of the last call of `nextLine` with one line feed at its end, whichever line end it had.
+    /// Returns the line of the last call of `nextLine` with one line feed in place of its line end.
     std::string_view lineWithLineFeed();
 
     void close();

@@ -38,7 +38,7 @@ TEST(StandardDescriptors, opensClosedOnesOnTheNullDevice) {
             null = null && sameFile(nullDevice, descriptor) && write(descriptor, "x", 1) == 1 &&
                    read(descriptor, &byte, 1) == 0;
         }
-        report(null ? "null device" : "something else");
+        report(null ? "null device" : "another file");
     });
     EXPECT_EQ((ChildOutcome{0, "null device"}), outcome);
 }

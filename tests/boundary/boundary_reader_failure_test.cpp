@@ -125,7 +125,7 @@ TEST(BoundaryReaderFailure, stopsAtFirstFailure) {
 }
 
 TEST(BoundaryReaderFailure, readsInstructionAsElementOfItsName) {
-    // An instruction has no attributes, whatever its text is.
+    // An instruction has no attributes, even if its text looks like attributes.
     expectFailedAfterTriangle("Cannot read point 1 in polygon 3",
                               R"(<polygon id="3"><point x="8" y="9"/><?point x="1" y="2"?></polygon>)", {{8, 9}});
     expectFailedAfterTriangle(noId, R"(<?polygon id="1"?>)");

@@ -87,7 +87,7 @@ def main():
     arguments = parser.parse_args()
     page = readPage(arguments.page)
     wrong = differences(page, arguments.examples, arguments.command)
-    print("\n".join(wrong) if wrong else f"{len(readExamples(page))} commands, all as the page says: {arguments.page}")
+    print("\n".join(wrong) if wrong else f"{len(readExamples(page))} commands, all as in the page: {arguments.page}")
     return 1 if wrong else 0
 
 

@@ -24,8 +24,8 @@ public:
     ScriptedOutcomes(const ScriptedOutcomes&) = delete;
     ScriptedOutcomes& operator=(const ScriptedOutcomes&) = delete;
 
-    /// Writes the number of calls to the file VADELCLIP_CALL_COUNT at the end of the process, so that a test knows how
-    /// many calls can fail.
+    /// Writes the number of calls, which is the number of calls that can fail, to the file VADELCLIP_CALL_COUNT at the end
+    /// of the process.
     ~ScriptedOutcomes() {
         if (const char* const path = std::getenv("VADELCLIP_CALL_COUNT")) {
             const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC, 0600);

@@ -7,7 +7,6 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, AcceptanceTest
 from expected_messages import (FAILED, FINISHED, USAGE, closingRange, errorMessage, failedMessage, filePass, recorded,
                                stateMessage)
-from fault_checks import PASS, failing, failsForever
 from target_platform import inTextMode
 
 HEADER = b"x;y;z\n"
@@ -68,13 +67,6 @@ class ThrownErrors(AcceptanceTest):
 
     def test_error_of_the_sender_ends_the_process(self):
         self.expectAbnormalEnd("MessageSender 0")
-
-
-class FailingWalk(AcceptanceTest):
-    def test_failed_walk_ends_the_run_before_any_pass(self):
-        self.giveJob({name: HEADER + INSIDE for name in ("a.xyz", "b.xyz", "c.xyz", "d.xyz", "e.xyz")})
-        run = self.clip(environment=failing("readdir", "base/data", PASS * 3, failsForever()))
-        self.expectThrown(run, r"boost::filesystem::directory_iterator::operator\+\+", created={"base/out": DIRECTORY})
 
 
 class KilledRun(AcceptanceTest):

@@ -23,7 +23,7 @@ libc = ctypes.CDLL(None, use_errno=True)
 
 
 def unshareMounts():
-    """Gives this process its own mount namespace.
+    """Moves this process to a new mount namespace.
 
     @return the error text, or an empty text
     """

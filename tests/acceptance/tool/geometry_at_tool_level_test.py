@@ -12,7 +12,7 @@ CLOCKWISE = [(0, 0), (0, 10), (10, 10), (10, 0)]
 
 
 def closed(ring):
-    """Returns the ring with its first point repeated at the end, as many files have it."""
+    """Returns the ring with its first point repeated at the end."""
     return ring + ring[:1]
 
 
