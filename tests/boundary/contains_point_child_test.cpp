@@ -29,69 +29,63 @@ Area squareWithHoles(const std::vector<Outline>& holes) {
     return area;
 }
 
+void expectInside(Area& area, const Outline& points) {
+    for (const Point2D point : points) {
+        EXPECT_TRUE(area.contains(point.x, point.y)) << asText(point);
+    }
+}
+
+void expectOutside(Area& area, const Outline& points) {
+    for (const Point2D point : points) {
+        EXPECT_FALSE(area.contains(point.x, point.y)) << asText(point);
+    }
+}
+
 } // namespace
 
 TEST(ChildPolygon, isHole) {
     Area area = squareWithHoles({counterClockwiseHole});
-    EXPECT_FALSE(area.contains(5, 5));
-    EXPECT_FALSE(area.contains(2.1, 7.9));
-    EXPECT_TRUE(area.contains(1, 5));
-    EXPECT_TRUE(area.contains(9, 5));
-    EXPECT_TRUE(area.contains(5, 1));
-    EXPECT_TRUE(area.contains(5, 9));
-    EXPECT_FALSE(area.contains(11, 5));
-    EXPECT_TRUE(area.contains(10, 5));
-    EXPECT_TRUE(area.contains(0, 0));
+    expectInside(area, {{1, 5}, {9, 5}, {5, 1}, {5, 9}, {10, 5}, {0, 0}});
+    expectOutside(area, {{5, 5}, {2.1, 7.9}, {11, 5}});
 }
 
 TEST(ChildPolygon, outlineBelongsToHole) {
     Area area = squareWithHoles({counterClockwiseHole});
-    EXPECT_FALSE(area.contains(2, 5));
-    EXPECT_FALSE(area.contains(8, 5));
-    EXPECT_FALSE(area.contains(5, 8));
-    EXPECT_FALSE(area.contains(2, 2));
-    EXPECT_TRUE(area.contains(5, 2)) << "a point on an edge towards greater x counts as below it";
-
+    expectOutside(area, {{2, 5}, {8, 5}, {5, 8}, {2, 2}});
+    // A point on an edge towards greater x counts as below it.
+    expectInside(area, {{5, 2}});
     Area other = squareWithHoles({clockwiseHole});
-    EXPECT_FALSE(other.contains(2, 5));
-    EXPECT_FALSE(other.contains(8, 5));
-    EXPECT_FALSE(other.contains(5, 8));
-    EXPECT_FALSE(other.contains(2, 2));
-    EXPECT_FALSE(other.contains(5, 2));
+    expectOutside(other, {{2, 5}, {8, 5}, {5, 8}, {2, 2}, {5, 2}});
 }
 
 TEST(ChildPolygon, childOfChildIsIsland) {
     Area area = squareWithHoles({counterClockwiseHole});
     area.polygon.childPolygons[0].childPolygons = {makePolygon(area.table, {{4, 4}, {6, 4}, {6, 6}, {4, 6}})};
-    EXPECT_TRUE(area.contains(5, 5));
-    EXPECT_TRUE(area.contains(6, 5));
-    EXPECT_FALSE(area.contains(3, 5));
-    EXPECT_FALSE(area.contains(7, 5));
-    EXPECT_TRUE(area.contains(1, 5));
+    expectInside(area, {{5, 5}, {6, 5}, {1, 5}});
+    expectOutside(area, {{3, 5}, {7, 5}});
 
     // A pond in the island.
     area.polygon.childPolygons[0].childPolygons[0].childPolygons = {
         makePolygon(area.table, {{4.5, 4.5}, {5.5, 4.5}, {5.5, 5.5}, {4.5, 5.5}})};
-    EXPECT_FALSE(area.contains(5, 5));
-    EXPECT_TRUE(area.contains(5.75, 5));
+    expectOutside(area, {{5, 5}});
+    expectInside(area, {{5.75, 5}});
 }
 
 TEST(ChildPolygon, eachChildIsHole) {
     Area area = squareWithHoles({{{1, 1}, {3, 1}, {3, 3}, {1, 3}}, {{6, 6}, {8, 6}, {8, 8}, {6, 8}}});
-    EXPECT_FALSE(area.contains(2, 2));
-    EXPECT_FALSE(area.contains(7, 7));
-    EXPECT_TRUE(area.contains(2, 7));
+    expectOutside(area, {{2, 2}, {7, 7}});
+    expectInside(area, {{2, 7}});
 
     // An island in the first hole that the second hole covers is not inside.
     area.polygon.childPolygons[0].childPolygons = {makePolygon(area.table, {{1.5, 1.5}, {2.5, 1.5}, {2.5, 2.5}})};
-    EXPECT_TRUE(area.contains(2.25, 2));
+    expectInside(area, {{2.25, 2}});
     area.polygon.childPolygons.push_back(makePolygon(area.table, {{2, 1.5}, {2.5, 1.5}, {2.5, 2.5}, {2, 2.5}}));
-    EXPECT_FALSE(area.contains(2.25, 2));
+    expectOutside(area, {{2.25, 2}});
 }
 
 TEST(ChildPolygon, elsewhereChangesNothing) {
     Area area = squareWithHoles({{{20, 20}, {30, 20}, {30, 30}}, {{-9, -9}, {-8, -9}, {-8, -8}}});
-    EXPECT_TRUE(area.contains(5, 5));
+    expectInside(area, {{5, 5}});
 }
 
 TEST(ChildPolygon, withoutOutlineChangesNothing) {
@@ -103,7 +97,7 @@ TEST(ChildPolygon, withoutOutlineChangesNothing) {
     EXPECT_TRUE(area.contains(5, 5));
 }
 
-TEST(ChildPolygon, childrenAreTestedInOrderUntilOneContainsPoint) {
+TEST(ChildPolygon, testedInOrderUntilOneContainsPoint) {
     // A two-vertex child has an edge after it has been tested.
     const Outline segment = {{4, 6}, {6, 6}};
     Area area = squareWithHoles({segment, {{3, 3}, {7, 3}, {7, 7}, {3, 7}}, segment});
@@ -135,18 +129,16 @@ TEST(ChildPolygon, isHoleInTwoVertexPolygon) {
     Area area;
     area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}});
     area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}})};
-    EXPECT_TRUE(area.contains(3, 0));
-    EXPECT_FALSE(area.contains(4, 0));
-    EXPECT_FALSE(area.contains(5, 0));
-    EXPECT_TRUE(area.contains(7, 0));
+    expectInside(area, {{3, 0}, {7, 0}});
+    expectOutside(area, {{4, 0}, {5, 0}});
 }
 
 TEST(ChildPolygon, isHoleInFlatRing) {
     Area area;
     area.polygon = makePolygon(area.table, {{0, 0}, {10, 0}, {5, 0}});
     area.polygon.childPolygons = {makePolygon(area.table, {{4, 0}, {6, 0}, {5, 0}})};
-    EXPECT_TRUE(area.contains(3, 0));
-    EXPECT_FALSE(area.contains(5, 0));
+    expectInside(area, {{3, 0}});
+    expectOutside(area, {{5, 0}});
 }
 
 } // namespace vadelclip

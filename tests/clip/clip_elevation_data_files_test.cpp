@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -17,16 +18,28 @@ namespace fs = std::filesystem;
 
 } // namespace
 
-TEST(ClipElevationDataFiles, sendsInfiniteProgressWithoutLines) {
-    ClipRun job;
-    job.directory.write("base/data/a.xyz", "x;y;z\n");
-    EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("nan nan 0", 0)})), job.run());
-}
-
-TEST(ClipElevationDataFiles, countsMinusOneLineWithoutLineFeed) {
-    ClipRun job;
-    job.directory.write("base/data/a.xyz", "x;y;z");
-    EXPECT_EQ(finishedRun(0, joined({stateCalls(), progressCalls("-0 100 -1", 0)})), job.run());
+TEST(ClipElevationDataFiles, readCountedLines) {
+    struct Case {
+        std::string name;
+        std::string content;
+        std::int32_t keptNodes;
+        std::string progress;
+        int steps;
+        FileTree created;
+    };
+    const Case cases[] = {
+        {"a.xyz", "x;y;z\n", 0, "nan nan 0", 0, {}},
+        {"a.xyz", "x;y;z", 0, "-0 100 -1", 0, {}},
+        {"a.xyz", "x;y;z\n5;5;1\n6;6;2", 1, "0 100 1", 1, {{"base/out/a.xyz", "x;y;z\n5;5;1\n"}}},
+        // The count file replaces the output of this name.
+        {"total_node_count.txt", "x;y;z\n5;5;1\n6;6;2\n", 2, "0 100 2", 2, {}},
+    };
+    for (const Case& testCase : cases) {
+        ClipRun job;
+        job.directory.write("base/data/" + testCase.name, testCase.content);
+        const Calls calls = joined({stateCalls(), progressCalls(testCase.progress, testCase.steps)});
+        EXPECT_EQ(finishedRun(testCase.keptNodes, calls, testCase.created), job.run()) << testCase.content;
+    }
 }
 
 TEST(ClipElevationDataFiles, lowersProgressByMinusOneLine) {
@@ -39,20 +52,6 @@ TEST(ClipElevationDataFiles, lowersProgressByMinusOneLine) {
         headerFirst ? joined({stateCalls(), progressCalls("0 -50 -1", 0), stateCalls(), progressCalls("-50 100 3", 3)})
                     : joined({stateCalls(), progressCalls("0 150 3", 3), stateCalls(), progressCalls("150 100 -1", 0)});
     EXPECT_EQ(finishedRun(3, calls, created), job.run());
-}
-
-TEST(ClipElevationDataFiles, dropsLastLineWithoutLineFeed) {
-    ClipRun job;
-    job.directory.write("base/data/a.xyz", "x;y;z\n5;5;1\n6;6;2");
-    EXPECT_EQ(
-        finishedRun(1, joined({stateCalls(), progressCalls("0 100 1", 1)}), {{"base/out/a.xyz", "x;y;z\n5;5;1\n"}}),
-        job.run());
-}
-
-TEST(ClipElevationDataFiles, overwritesOutputNamedLikeCountFile) {
-    ClipRun job;
-    job.directory.write("base/data/total_node_count.txt", "x;y;z\n5;5;1\n6;6;2\n");
-    EXPECT_EQ(finishedRun(2, joined({stateCalls(), progressCalls("0 100 2", 2)})), job.run());
 }
 
 TEST(ClipElevationDataFiles, throwsIfStatusFailsInWalk) {

@@ -1,4 +1,7 @@
-"""Message catalogues next to the executable: languages, valid translations, and the effect of a bad catalogue."""
+"""Message catalogues next to the executable: languages and valid translations.
+
+hostile/catalogues_test.py and hostile/languages_test.py test bad catalogues and languages.
+"""
 import errno
 import gettext
 import os
@@ -10,11 +13,10 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import KEPT, NODES, TOOL, boundary, linkTo, output
 from catalogue_files import GERMAN, CatalogueTest, catalogue
-from expected_messages import (CLIPPING, FAILED, FINISHED, USAGE, closingRange, errorMessage, failedMessage, failedRun,
+from expected_messages import (CLIPPING, FAILED, FINISHED, USAGE, closingRange, errorMessage, failedMessage,
                                filePass, finishedRun, finishMessage, jsonError, jsonFailed, jsonFailedRun, jsonFinish,
                                jsonFinishedRun, jsonProgress, jsonState, recorded)
 from fault_checks import failing, failsForever
-from target_platform import endedAbnormally
 
 NOT_FOUND = "Boundary file {0} not found"
 NOT_THERE = "Boundary file {0} does not exist"
@@ -32,7 +34,7 @@ class LanguageChoice(CatalogueTest):
     def test_language_names_the_folder(self):
         for option, text in {"-lang=de": "usage in de", "-lang=fr": "usage in fr", "-lang=DE": "usage in de",
                              "-lang=de_DE": "usage in de", "-lang=de_AT": "usage in de_AT", "-lang=xx": USAGE,
-                             "-lang=": USAGE}.items():
+                             "-lang=": USAGE, "-lang=EN": "usage in en", "-lang=en_US": "usage in en"}.items():
             with self.subTest(option=option):
                 self.assertEqual(self.usageText(self.tool, option), text)
 
@@ -140,34 +142,7 @@ class Translations(CatalogueTest):
         self.expectFailed(self.start("base/data", "missing/out", "area.xml", tool=tool), text)
 
 
-class BadCatalogues(CatalogueTest):
-    def unconvertible(self):
-        """Returns a catalogue with invalid bytes. msgfmt refuses them, so the name of its charset is changed."""
-        content = catalogue({USAGE: "Höhe"}, charset="ISO-8859-1")
-        return content.replace(b"charset=ISO-8859-1", b"charset=UTF-8     ")
-
-    def test_unconvertible_texts_are_reported_on_the_console(self):
-        self.giveJob(NODES)
-        tool = self.copyOfTool({"de": self.unconvertible()})
-        self.expect(self.clip(tool=tool), status=0, console=["Conversion failed"], created=output(1, KEPT),
-                    messages=finishedRun(2))
-
-    def test_unconvertible_texts_leave_the_ids(self):
-        tool = self.copyOfTool({"de": self.unconvertible()})
-        self.expect(self.start(tool=tool), status=1, console=["Conversion failed", USAGE], messages=failedRun(USAGE))
-
-    def test_other_set_up_error_ends_the_process(self):
-        tool = self.copyOfTool({"de": b"this is no catalogue\n", "en": b"nor is this\n"})
-        for options in ([], ["-lang=de"], ["-lang=EN"]):
-            with self.subTest(options=options):
-                run = self.start("base/data", "out", "area.xml", *options, tool=tool)
-                self.assertTrue(endedAbnormally(run.status), run.status)
-                self.assertEqual((run.console, run.messages, run.tree), (b"", [], {}))
-
-    def test_en_ignores_a_bad_catalogue(self):
-        tool = self.copyOfTool({"de": b"this is no catalogue\n", "en": b"nor is this\n"})
-        self.expect(self.start("-lang=en", tool=tool), status=1, console=[USAGE], messages=failedRun(USAGE))
-
+class OtherCharacterSet(CatalogueTest):
     def test_catalogue_of_another_charset_becomes_utf8(self):
         tool = self.copyOfTool({"de": catalogue({USAGE: "Höhendaten"}, charset="ISO-8859-1")})
         self.assertEqual(self.usageText(tool), "Höhendaten")
