@@ -1,4 +1,4 @@
-"""Vadelwatch's check of outputs that the real tool leaves only by accident, made by a stand-in."""
+"""Checks of outputs that a stand-in writes, because the real tool writes them only after an accident."""
 import sys
 import unittest
 from pathlib import Path
@@ -23,12 +23,12 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
         self.giveJob({"a.xyz": HEADER + INSIDE})
         return self.job(LANGUAGE, "--quiet")
 
-    def test_too_many_lines(self):
+    def test_too_many_lines_are_reported(self):
         self.expect(self.checked({"a.xyz": HEADER + INSIDE * 3}, b"1\n"), status=3, errors=[
             "Vadelwatch: the output files hold 3 nodes, total_node_count.txt says 1: 2 too many.",
             "  Every file looks whole, so the file with the difference is unknown."])
 
-    def test_a_count_that_is_no_number(self):
+    def test_count_that_is_no_number_is_reported(self):
         for count in (b"", b"one\n", b"1", b"1\n2\n", b"1 \n"):
             with self.subTest(count=count):
                 watched = self.checked({"a.xyz": HEADER + INSIDE}, count)
@@ -36,12 +36,12 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
                                      "to compare with."), (watched.status, watched.errorLines()[0]))
                 self.setUp()
 
-    def test_a_header_alone(self):
+    def test_output_of_only_a_header_is_reported(self):
         self.expect(self.checked({"a.xyz": HEADER}, b"1\n"), status=3, errors=[
             "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
             "  a.xyz: a header and no node; Vadelclip leaves no such file"])
 
-    def test_no_output_directory(self):
+    def test_missing_output_directory_is_reported(self):
         self.standIn("message(type='finish', level=1, text='The end')")
         self.giveJob({"a.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
@@ -49,7 +49,7 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
         self.expect(self.job("--quiet"), status=3, errors=[
             "Vadelwatch: Das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
 
-    def test_a_node_file_changed_during_the_run(self):
+    def test_changed_node_file_is_reported(self):
         self.standIn("""
 time.sleep(0.5)
 open("base/data/a.xyz", "ab").write(b"2;2;2\\n")

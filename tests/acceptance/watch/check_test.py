@@ -1,4 +1,4 @@
-"""Vadelwatch's check of a finished run: full disks, files that change, and the oddities of the count."""
+"""The check of a finished run: full disks, files that change, and the oddities of the count."""
 import ctypes
 import json
 import os
@@ -19,13 +19,13 @@ LANGUAGE = "--lang=en"
 
 class Check(WatchTest):
     def difference(self, watched):
-        """The lines of the check, behind those of progress and of the tool."""
+        """Returns the lines of the check, which follow those of progress and of the tool."""
         lines = watched.errorLines()
         first = next((i for i, line in enumerate(lines) if line.startswith("Vadelwatch: ")), len(lines))
         return lines[first:]
 
     def holdBack(self, name, while_, first=lambda: None):
-        """Makes a node file a FIFO whose clip pass waits for `while_` to have run, and the first look at it for `first`."""
+        """Makes a node file a FIFO. `first` runs during its first opening, `while_` during its clip pass."""
         path = self.path(f"base/data/{name}")
         os.mkfifo(path)
         content = HEADER + INSIDE * 4
@@ -48,9 +48,9 @@ class Check(WatchTest):
         thread.start()
         return thread
 
-    def test_a_device_that_is_full_behind_a_link(self):
+    def test_link_to_a_full_device_is_reported(self):
         self.giveJob({})
-        # The link stands before the output is opened: the directory is there from the time the header is read on.
+        # The output directory exists when the header is read, so the link is there before the output is opened.
         path = self.path("base/data/a.xyz")
         os.mkfifo(path)
 
@@ -72,14 +72,14 @@ class Check(WatchTest):
         self.assertEqual(["Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 4: 4 are missing.",
                           "  a.xyz: not a regular file, its lines cannot be counted"], self.difference(watched))
 
-    def test_a_file_that_may_not_grow_is_named_as_cut(self):
+    def test_output_cut_by_a_size_limit_is_named(self):
         self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "b.xyz": HEADER + INSIDE * 10})
 
         def limitFiles():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
 
-        # Where what is reached is counted, the counts are files as well, and those of all runs must not be cut.
+        # In a build that counts coverage the counts are files too, and the limit must not cut those of all runs.
         ownCounts = {"GCOV_PREFIX": self.path("counts"), "GCOV_ERROR_FILE": os.devnull}
         process = self.start("base/data", "out", "area.xml", LANGUAGE, environment=ownCounts, preexec_fn=limitFiles,
                              restore_signals=False)
@@ -89,7 +89,7 @@ class Check(WatchTest):
                           "  a.xyz: its last line is cut off, 15 whole nodes before it"], self.difference(watched))
         self.assertIn("the lines do not add up", watched.output)
 
-    def test_a_small_file_system_that_is_full(self):
+    def test_full_file_system_is_reported(self):
         base = self.path("base")
         os.mkdir(base)
         libc = ctypes.CDLL(None, use_errno=True)
@@ -104,10 +104,9 @@ class Check(WatchTest):
         self.assertRegex(lines[1], "^  a.xyz: its last line is cut off")
         self.assertEqual("  No space is left on the file system of base/out.", lines[-1])
 
-    def test_a_directory_in_the_place_of_an_output(self):
+    def test_directory_in_place_of_an_output_is_reported(self):
         self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "far.xyz": HEADER + b"99;99;9\n"})
-        # The run waits for the first look at this one until the directory stands, and the output directory is there
-        # from the time a header is read on.
+        # The output directory exists when a header is read. The run waits at this file until the other directory exists.
         thread = self.holdBack("b.xyz", lambda: None, lambda: os.makedirs(self.path("base/out/a.xyz")))
         watched = self.job(LANGUAGE)
         thread.join(5)
@@ -117,7 +116,7 @@ class Check(WatchTest):
                           "  far.xyz: no output file, which is right only if none of its nodes was kept"],
                          self.difference(watched))
 
-    def test_a_file_system_without_inodes(self):
+    def test_file_system_without_inodes_is_reported(self):
         base = self.path("base")
         os.mkdir(base)
         libc = ctypes.CDLL(None, use_errno=True)
@@ -132,7 +131,7 @@ class Check(WatchTest):
                           "  No inode is left on the file system of base/out, so no file can be made there."],
                          self.difference(watched))
 
-    def test_a_header_that_goes_bad_counts_one_without_a_line(self):
+    def test_rejected_header_counts_one_without_a_line(self):
         self.giveJob({})
         path = self.path("base/data/a.xyz")
         os.mkfifo(path)
@@ -152,17 +151,17 @@ class Check(WatchTest):
             "  a.xyz: empty, even its header is missing",
             "  1 of the node files lost the header during the run: each counts 1 and has no lines"])
 
-    def test_a_node_file_of_the_count_files_name_is_overwritten(self):
+    def test_node_file_named_like_the_count_file_is_overwritten(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
             "Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
             "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"])
 
-    def test_a_node_file_of_that_name_that_keeps_nothing_adds_up(self):
+    def test_such_a_file_that_keeps_nothing_adds_up(self):
         self.giveJob({"total_node_count.txt": HEADER, "b.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=0)
 
-    def test_in_german_and_as_json(self):
+    def test_check_is_in_german_and_in_json(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
         watched = self.job("--quiet", "--json")
         summary = json.loads(watched.output)
@@ -172,7 +171,7 @@ class Check(WatchTest):
         self.assertEqual("Vadelwatch: Die Ausgabedateien enthalten 1 Knoten, laut total_node_count.txt sind es 3: 2 fehlen.",
                          watched.errorLines()[0])
 
-    def test_a_node_file_that_is_a_pipe_is_left_to_the_tool(self):
+    def test_pipe_as_node_file_is_read_only_by_the_tool(self):
         self.giveJob({"b.xyz": HEADER + INSIDE})
         thread = self.holdBack("a.xyz", lambda: time.sleep(0.2))
         watched = self.job(LANGUAGE)

@@ -1,4 +1,4 @@
-"""The completions in a real bash: what the commands take in a place is completed there, and nothing else."""
+"""The completions in a real bash: each place completes exactly what the command accepts there."""
 import re
 import subprocess
 import sys
@@ -39,7 +39,7 @@ class CompletionTest(WatchTest):
 class WatchCompletion(CompletionTest):
     command = "Vadelwatch"
 
-    def test_every_option_of_the_help(self):
+    def test_every_option_of_the_help_is_completed(self):
         helpText = self.run_("--help").output
         options = set(re.findall(r"(?<![\w-])(--[a-z-]+|-h)\b", helpText.split("Options:")[1]))
         self.assertEqual(sorted(options), self.complete("-"))
@@ -47,12 +47,12 @@ class WatchCompletion(CompletionTest):
             self.assertIn(option, self.complete(option))
             self.assertIn(option, self.complete("a", "b", option[:3]))
 
-    def test_languages(self):
+    def test_languages_are_completed(self):
         for words in (["--lang", ""], ["--lang", "="], ["--lang", "=", ""]):
             self.assertEqual(["de", "en"], self.complete(*words))
         self.assertEqual(["de"], self.complete("--lang", "=", "d"))
 
-    def test_files_and_directories_in_their_places(self):
+    def test_files_and_directories_are_completed_in_their_places(self):
         self.give({"in put/a.xyz": b"", "area.xml": b""})
         self.assertEqual(["in put"], self.complete(""))
         self.assertEqual([], self.complete("in put", ""))
@@ -71,17 +71,17 @@ class WatchCompletion(CompletionTest):
         self.assertEqual(["-area.xml", "-in"], self.complete("--", "-in", "--lang", ""))
         self.assertEqual(["-area.xml"], self.complete("--lang", "=", "de", "--", "-in", "out", "-a"))
 
-    def test_two_dashes_as_a_value_end_nothing(self):
+    def test_two_dashes_as_a_value_do_not_end_the_options(self):
         self.assertEqual(["--quiet"], self.complete("--log", "--", "--q"))
 
-    def test_the_command_is_registered(self):
+    def test_command_is_registered(self):
         self.expectRegistered()
 
 
 class ToolCompletion(CompletionTest):
     command = "Vadelclip"
 
-    def test_the_arguments_come_first(self):
+    def test_arguments_precede_the_options(self):
         self.give({"in put/a.xyz": b"", "area.xml": b""})
         self.assertEqual(["in put"], self.complete(""))
         self.assertEqual([], self.complete("-"))
@@ -89,7 +89,7 @@ class ToolCompletion(CompletionTest):
         self.assertEqual(["area.xml", "in put"], self.complete("in put", "out", ""))
         self.assertEqual(["area.xml"], self.complete("a", "=", "b", "out", "a"))
 
-    def test_the_options_come_behind_each_of_them_once(self):
+    def test_each_option_is_completed_once(self):
         job = ["in put", "out", "area.xml"]
         self.assertEqual(["-lang=", "-pipe"], self.complete(*job, ""))
         self.assertEqual(["-pipe"], self.complete(*job, "-p"))
@@ -97,12 +97,12 @@ class ToolCompletion(CompletionTest):
         self.assertEqual(["-pipe"], self.complete(*job, "-lang", "=", "de", ""))
         self.assertEqual([], self.complete(*job, "-lang", "=", "de", "-pipe", ""))
 
-    def test_languages(self):
+    def test_languages_are_completed(self):
         job = ["in put", "out", "area.xml"]
         self.assertEqual(["de", "en"], self.complete(*job, "-lang", "="))
         self.assertEqual(["de"], self.complete(*job, "-pipe", "-lang", "=", "d"))
 
-    def test_the_command_is_registered(self):
+    def test_command_is_registered(self):
         self.expectRegistered()
 
 

@@ -1,4 +1,4 @@
-"""Vadelwatch and the ends of a run that are not the tool's own: missing tools, statuses, signals."""
+"""Abnormal ends of a run: killed tools, unknown statuses, signals."""
 import json
 import os
 import signal
@@ -17,16 +17,16 @@ class Ends(WatchTest):
     def waitForFile(self, name):
         limit = time.monotonic() + TIME_LIMIT
         while not os.path.exists(self.path(name)):
-            self.assertLess(time.monotonic(), limit, f"{name} was not to be seen")
+            self.assertLess(time.monotonic(), limit, f"{name} did not appear")
             time.sleep(0.01)
 
-    def test_the_tool_gets_its_arguments_in_their_places(self):
+    def test_tool_receives_its_arguments_in_order(self):
         self.standIn("open('arguments', 'w').write(json.dumps(sys.argv[1:]))")
         for options, expected in (([], []), (["--lang=en"], ["-lang=en"]), (["--lang", "x y"], ["-lang=x y"])):
             self.run_("--quiet", "in put/d", "o", "b.xml", *options)
             self.assertEqual(["in put/d", "o", "b.xml", "-pipe", *expected], json.loads(self.content("arguments")))
 
-    def test_a_tool_killed_from_outside(self):
+    def test_killed_tool_is_reported(self):
         self.standIn("open('pid', 'w').write(str(os.getpid())); os.rename('pid', 'started'); time.sleep(600)")
         process = self.start(*JOB)
         self.waitForFile("started")
@@ -34,7 +34,7 @@ class Ends(WatchTest):
         self.expect(self.finish(process), status=4,
                     errors=["Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE])
 
-    def test_a_killed_tool_whose_child_holds_the_pipes_open_is_not_waited_for(self):
+    def test_open_pipes_of_a_child_do_not_delay_the_end(self):
         self.standIn("""
 child = os.fork()
 if child == 0:
@@ -48,15 +48,15 @@ os.kill(os.getpid(), signal.SIGKILL)
         self.expect(watched, status=4, errors=[
             "last words", "Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE])
 
-    def test_children_left_behind_that_write_for_ever_are_not_listened_to(self):
+    def test_endless_output_of_a_child_does_not_delay_the_end(self):
         self.standIn("""
 def write(name, target):
-    end = 'waited for'
+    end = 'awaited'
     limit = time.monotonic() + 15
     try:
         while time.monotonic() < limit: os.write(target, b'[[[[\\n' * 10000)
     except BrokenPipeError:
-        end = 'left alone'
+        end = 'not awaited'
     open(name + '.new', 'w').write(end); os.rename(name + '.new', name)
     os._exit(0)
 for child in range(4):
@@ -69,21 +69,21 @@ os._exit(2)
                          (watched.status, watched.errorLines()[-1]))
         for child in range(4):
             self.waitForFile(f"child{child}")
-            self.assertEqual(b"left alone", self.content(f"child{child}"))
+            self.assertEqual(b"not awaited", self.content(f"child{child}"))
 
-    def test_statuses_that_are_not_the_tools_own(self):
+    def test_other_statuses_of_the_tool_become_4(self):
         for status in (2, 3, 127, 255):
             self.standIn(f"sys.exit({status})")
             self.expect(self.run_(*JOB), status=4, errors=[
                 f"Vadelwatch: Vadelclip ended abnormally, with exit status {status}." + NOT_COMPLETE])
 
-    def test_an_abort_with_its_words(self):
+    def test_abnormal_end_shows_the_error_output(self):
         self.standIn("sys.stderr.write('terminate called\\n'); sys.stderr.flush(); os.kill(os.getpid(), signal.SIGABRT)")
         self.expect(self.run_("base/data", "out", "area.xml"), status=4, errors=[
             "terminate called",
             "Vadelwatch: Vadelclip wurde von Signal ABRT (6) beendet. Die Ausgabe in base/out ist unvollständig."])
 
-    def test_signals_are_forwarded_and_the_end_is_waited_for(self):
+    def test_signals_are_forwarded_and_the_tool_is_awaited(self):
         for number, name in ((signal.SIGINT, "INT"), (signal.SIGTERM, "TERM"), (signal.SIGHUP, "HUP"),
                              (signal.SIGQUIT, "QUIT")):
             with self.subTest(name=name):
@@ -96,7 +96,7 @@ def end(*unused):
 import resource; resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 signal.signal(signal.{number.name}, end)
 open('started', 'w').close()
-while True: time.sleep(0.1)  # a handler runs between two calls, not in one that begins just behind the signal
+while True: time.sleep(0.1)  # a handler runs between two calls
 """)
                 process = self.start(*JOB)
                 self.waitForFile("started")
@@ -107,13 +107,13 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
                 os.remove(self.path("started"))
 
     def interrupted(self, script, *options):
-        """A run whose tool takes SIGTERM in its own way."""
+        """Runs a stand-in that handles SIGTERM by a script, and sends the signal."""
         self.standIn(f"""
 def end(*unused):
     {script}
 signal.signal(signal.SIGTERM, end)
 open('started', 'w').close()
-while True: time.sleep(0.1)  # a handler runs between two calls, not in one that begins just behind the signal
+while True: time.sleep(0.1)  # a handler runs between two calls
 """)
         self.giveJob({"a.xyz": HEADER})
         process = self.start(*JOB, *options)
@@ -121,12 +121,12 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
         process.send_signal(signal.SIGTERM)
         return self.finish(process)
 
-    def test_a_tool_that_fails_after_a_signal_has_its_status_passed_on(self):
+    def test_status_of_a_failure_after_a_signal_is_returned(self):
         self.expect(self.interrupted("message(type='failed', level=1, text='No more.'); os._exit(1)"), status=1, errors=[
             "No more.",
             "Vadelwatch: interrupted by SIGTERM, Vadelclip has ended with exit status 1." + NOT_COMPLETE])
 
-    def test_a_tool_that_finishes_after_a_signal_is_summed_up_and_checked(self):
+    def test_run_finished_after_a_signal_is_checked(self):
         for options in ([], ["--quiet"]):
             with self.subTest(options=options):
                 watched = self.interrupted("finish(); os._exit(0)", *options)
@@ -135,13 +135,13 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
                 self.assertEqual([] if options else ["The end"], watched.outputLines()[:1])
                 self.setUp()
 
-    def test_a_tool_that_ends_with_another_status_after_a_signal(self):
+    def test_other_status_after_a_signal_is_reported(self):
         watched = self.interrupted("os._exit(130)", "--json")
         self.assertEqual((4, ["Vadelwatch: interrupted by SIGTERM, Vadelclip has ended with exit status 130." + NOT_COMPLETE]),
                          (watched.status, watched.errorLines()))
         self.assertEqual(4, json.loads(watched.output)["exit_status"])
 
-    def test_a_signal_that_was_ignored_stays_ignored(self):
+    def test_ignored_signal_stays_ignored(self):
         self.standIn("open('started', 'w').close(); time.sleep(0.5); finish()")
         process = self.start(*JOB, "--quiet", preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN),
                              restore_signals=False)
@@ -149,7 +149,7 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
         process.send_signal(signal.SIGINT)
         self.expect(self.finish(process), status=0)
 
-    def test_an_interrupted_real_run(self):
+    def test_signal_ends_the_real_tool(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         process = self.start(*JOB, "--quiet")
         self.waitForFile("base/out/a.xyz")
@@ -158,7 +158,7 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
                     errors=["Vadelwatch: interrupted by SIGTERM, Vadelclip has ended." + NOT_COMPLETE])
         self.assertFalse(os.path.exists(self.path("base/out/total_node_count.txt")))
 
-    def test_a_killed_watcher_takes_the_tool_with_it(self):
+    def test_tool_ends_when_vadelwatch_is_killed(self):
         self.standIn("signal.signal(signal.SIGTERM, signal.SIG_IGN)\n"
                      "open('pid', 'w').write(str(os.getpid())); os.rename('pid', 'started'); time.sleep(600)")
         process = self.start(*JOB)
@@ -173,7 +173,7 @@ while True: time.sleep(0.1)  # a handler runs between two calls, not in one that
                 self.fail("the tool still runs")
             time.sleep(0.01)
 
-    def test_a_killed_real_run(self):
+    def test_killed_real_tool_is_reported(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         process = self.start(*JOB, "--quiet")
         self.waitForFile("base/out/a.xyz")

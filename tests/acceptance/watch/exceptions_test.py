@@ -1,4 +1,4 @@
-"""Vadelwatch without threads or memory: the run does not need the one, and no tool is left behind without the other."""
+"""Vadelwatch without threads, which a run does not need, and without memory, when no tool may continue to run."""
 import errno
 import json
 import os
@@ -13,7 +13,7 @@ from watching import HEADER, SANITIZED, WatchTest
 
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 
-# Long enough to be found running, should it be left behind.
+# Takes long enough to be found if it continues to run.
 TALKS = """
 open('pid', 'w').write(str(os.getpid()))
 for i in range(20):
@@ -25,7 +25,7 @@ finish()
 
 
 class WithoutThreads(WatchTest):
-    def test_the_lines_are_not_counted_and_the_run_goes_on(self):
+    def test_run_continues_without_a_count_of_lines(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2})
         settings = failing("pthread_create", "", failsForever(errno.EAGAIN))
         watched = self.run_(*JOB, "--json", environment=settings)
@@ -36,14 +36,14 @@ class WithoutThreads(WatchTest):
         self.assertEqual([], watched.errorLines())
 
 
-@unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
+@unittest.skipIf(SANITIZED, "sanitizers replace the allocator")
 class WithoutMemory(WatchTest):
     def setUp(self):
         super().setUp()
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2})
 
     def withMemoryUpTo(self, allocations, last):
-        """A run one of whose allocations fails; no tool may be left of it."""
+        """Runs with failing allocations. Expects that no tool continues to run."""
         settings = failingMemory(PASS * allocations, last)
         watched = self.run_(*JOB, "--json", environment={**settings, "VADELCLIP_FAILING_PROGRAM": "Vadelwatch"})
         if os.path.exists(self.path("pid")):
@@ -58,19 +58,19 @@ class WithoutMemory(WatchTest):
         self.assertEqual(0, self.run_(*JOB, "--json", "--quiet", environment=settings).status)
         return int(self.content("calls"))
 
-    def test_no_tool_is_left_behind(self):
+    def test_one_refused_allocation_leaves_no_tool(self):
         self.standIn(TALKS)
         count = self.allocationsOfARun()
         sentences = set()
         for allocations in range(0, count, max(1, count // 40)):
             watched = self.withMemoryUpTo(allocations, fails(errno.ENOMEM))
             sentences.update(line for line in watched.errorLines() if line.startswith("Vadelwatch: watching"))
-            # Some functions of libraries end the process where they cannot throw.
+            # Some library functions cannot throw and end the process.
             self.assertIn(watched.status, (0, 1, 3, 4, -signal.SIGABRT), f"{allocations}: {watched}")
         self.assertEqual({"Vadelwatch: watching the run failed (std::bad_alloc), "
                           "so Vadelclip was ended. The output in base/out is not complete."}, sentences)
 
-    def test_no_tool_is_left_behind_where_there_is_never_memory_again(self):
+    def test_lasting_refusal_of_memory_leaves_no_tool(self):
         self.standIn(TALKS)
         count = self.allocationsOfARun()
         for allocations in range(0, count, max(1, count // 20)):

@@ -1,4 +1,4 @@
-"""Vadelwatch where calls of the C library fail: what it cannot find out it says or leaves out, and the run goes on."""
+"""Calls of the C library that fail in Vadelwatch: it reports or omits what it cannot find out, and the run continues."""
 import errno
 import json
 import os
@@ -17,7 +17,7 @@ UNREADABLE = "  a.xyz: cannot be read"
 
 
 def failingHere(call, path, *outcomes, **settings):
-    """Only Vadelwatch's own calls fail, not those of the tool."""
+    """Makes calls fail in Vadelwatch and not in the tool."""
     return failing(call, path, *outcomes, program="Vadelwatch", **settings)
 
 
@@ -32,7 +32,7 @@ class FaultTest(WatchTest):
         os.rmdir(self.path("base/out"))
 
     def summary(self, environment, *options):
-        """Of a run that goes well all the same, and says nothing else."""
+        """Returns the JSON of a run. Expects that it finishes without a message."""
         watched = self.run_(*JOB, "--quiet", "--json", *options, environment=environment)
         self.assertEqual((0, []), (watched.status, watched.errorLines()))
         self.assertEqual(b"2\n", self.content("base/out/total_node_count.txt"))
@@ -40,19 +40,19 @@ class FaultTest(WatchTest):
 
 
 class Surroundings(FaultTest):
-    def test_without_a_way_to_itself_the_tool_is_not_found(self):
+    def test_tool_is_not_found_without_the_own_path(self):
         watched = self.run_(*JOB, environment=failingHere("readlink", "/proc/self/exe", failsForever(errno.ENOENT)))
         self.expect(watched, status=4, errors=[
             "Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read"])
         self.assertFalse(os.path.exists(self.path("base/out")))
 
-    def test_the_tool_without_a_way_to_itself_finds_no_catalogue_and_speaks_english(self):
+    def test_tool_without_its_own_path_is_english(self):
         settings = failing("readlink", "/proc/self/exe", failsForever(errno.ENOENT), program="Vadelclip")
         watched = self.run_(*JOB[:3], environment=settings)
         self.assertEqual((0, "Finished clipping elevation data with model boundaries"),
                          (watched.status, watched.outputLines()[0]))
 
-    def test_a_file_system_that_tells_nothing_is_not_called_full(self):
+    def test_unknown_free_space_is_not_reported_as_full(self):
         self.giveJob({"total_node_count.txt": HEADER + KEPT})
         watched = self.run_(*JOB, "--quiet", environment=failingHere("statvfs", "out", failsForever()))
         self.expect(watched, status=3, errors=[
@@ -61,25 +61,25 @@ class Surroundings(FaultTest):
 
 
 class NodeFiles(FaultTest):
-    def test_an_interrupted_read_is_begun_again(self):
-        # The first read, of the header alone, is the shortest there is.
+    def test_interrupted_read_is_repeated(self):
+        # The first read, of only the header, is the shortest one.
         for number in range(1, 8):
             with self.subTest(number=number):
                 settings = failingHere("read", "data/a.xyz", PASS * number, fails(errno.EINTR))
                 self.assertEqual(3, self.summary(settings, "--map", "map.png")["nodes_read"])
                 self.again()
 
-    def test_lines_that_cannot_be_read_are_not_counted(self):
+    def test_unreadable_lines_are_not_counted(self):
         for number in (1, 2):
             self.assertIsNone(self.summary(failingHere("read", "data/a.xyz", PASS * number, fails()))["nodes_read"])
             self.again()
 
-    def test_a_file_that_cannot_be_looked_at_once_it_is_open_is_not_read(self):
+    def test_open_file_without_a_status_is_not_read(self):
         self.assertIsNone(self.summary(failingHere("fstat", "data/a.xyz", failsForever()))["nodes_read"])
 
-    def test_a_directory_that_cannot_be_read_again_for_the_map(self):
-        # It is listed for the map and its world file, which must not replace a node file, for the count, and for drawing: three
-        # entries, one end.
+    def test_directory_unreadable_before_the_map_is_reported(self):
+        # Vadelwatch lists it for the names of the map and its world file, for the count, and for drawing. Each listing is
+        # four calls: three entries and the end.
         for listing, sentence in ((3, "The input directory base/data cannot be read."), (4, None)):
             with self.subTest(listing=listing):
                 settings = failingHere("readdir", "base/data", PASS * (4 * listing), fails())
@@ -90,14 +90,14 @@ class NodeFiles(FaultTest):
 
 
 class Outputs(FaultTest):
-    def test_an_output_that_cannot_be_read_is_named(self):
+    def test_unreadable_output_is_named(self):
         for call in ("read", "fstat"):
             with self.subTest(call=call):
                 watched = self.run_(*JOB, "--quiet", environment=failingHere(call, "out/a.xyz", failsForever()))
                 self.expect(watched, status=3, errors=[MISSING, UNREADABLE])
                 self.again()
 
-    def test_an_output_that_cannot_be_read_is_no_evidence_though_the_rest_adds_up(self):
+    def test_unreadable_output_fails_the_check(self):
         self.standIn("""
 finish(count=0)
 open('base/out/a.xyz', 'w').write('x;y;z\\n1;1;1\\n')
@@ -107,7 +107,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n1;1;1\\n')
             "Vadelwatch: the output files hold 0 nodes, as many as total_node_count.txt says, but not every file can be "
             "counted.", UNREADABLE])
 
-    def test_an_output_that_cannot_be_read_is_named_in_german(self):
+    def test_unreadable_output_is_named_in_german(self):
         settings = failingHere("read", "out/a.xyz", failsForever())
         watched = self.run_(*JOB[:3], "--quiet", environment=settings)
         self.assertEqual((3, "  a.xyz: nicht lesbar"), (watched.status, watched.errorLines()[1]))
@@ -117,11 +117,11 @@ class Pipes(FaultTest):
     def test_interrupted_reads_lose_nothing(self):
         self.assertEqual(1, self.summary(failingHere("read", "]", fails(errno.EINTR) * 20))["files_read"])
 
-    def test_pipes_that_cannot_be_read_leave_the_end_of_the_tool_to_go_by(self):
+    def test_end_of_the_tool_counts_if_its_pipes_are_unreadable(self):
         self.assertEqual(0, self.summary(failingHere("read", "]", failsForever()))["files_read"])
 
-    def test_what_a_tool_leaves_in_a_long_pipe_is_shown(self):
-        # More than is read of the console at once, and the tool has ended by then.
+    def test_rest_of_a_long_pipe_is_shown(self):
+        # More than one read of the console, from a tool that has already ended.
         self.standIn("""
 import fcntl
 fcntl.fcntl(1, 1031, 1 << 20) # F_SETPIPE_SZ
@@ -136,13 +136,13 @@ os.kill(os.getpid(), signal.SIGKILL)
 
 class OwnOutput(FaultTest):
     def intoAFile(self, *outcomes):
-        """A run whose summary goes to a file that cannot be written to in this way."""
+        """Runs with the summary in a file on which writes have these outcomes."""
         with open(self.path("summary"), "wb") as file:
             return subprocess.run([WATCH, *JOB, "--json", "--quiet"], cwd=self.directory, stdout=file,
                                   stderr=subprocess.PIPE, check=False,
                                   env=watchEnvironment(failingHere("write", "/summary", *outcomes)))
 
-    def test_an_interrupted_write_is_begun_again(self):
+    def test_interrupted_write_is_repeated(self):
         self.summary(None, "--log", "log")
         lines = len(self.content("log").splitlines())
         self.again()
@@ -152,16 +152,16 @@ class OwnOutput(FaultTest):
         result = self.intoAFile(fails(errno.EINTR))
         self.assertEqual((0, 2), (result.returncode, json.loads(self.content("summary"))["nodes_kept"]))
 
-    def test_a_broken_disk_is_told(self):
+    def test_broken_disk_is_reported(self):
         result = self.intoAFile(failsForever())
         self.assertEqual((2, b"Vadelwatch: cannot write the summary: Input/output error\n"),
                          (result.returncode, result.stderr))
 
-    def test_a_reader_whose_connection_is_gone_is_no_failure(self):
+    def test_reset_connection_is_no_failure(self):
         result = self.intoAFile(failsForever(errno.ECONNRESET))
         self.assertEqual((0, b""), (result.returncode, result.stderr))
 
-    def test_a_reader_of_the_help_that_went_away_is_no_failure(self):
+    def test_vanished_reader_of_the_help_is_no_failure(self):
         reading, writing = os.pipe()
         os.close(reading)
         result = subprocess.run([WATCH, "--help"], stdout=writing, stderr=subprocess.PIPE, check=False)
@@ -169,9 +169,9 @@ class OwnOutput(FaultTest):
         self.assertEqual((0, b""), (result.returncode, result.stderr))
 
 
-@unittest.skipIf(SANITIZED, "sanitizers have functions of their own for memory")
+@unittest.skipIf(SANITIZED, "sanitizers replace the allocator")
 class Picture(FaultTest):
-    def test_large_blocks_of_memory_that_are_refused_one_by_one(self):
+    def test_refused_memory_for_the_map_is_reported(self):
         sentences = []
         for position in range(6):
             settings = {**failingMemory(PASS * position, fails(errno.ENOMEM)), "VADELCLIP_FAILING_SIZE": "1000000",
@@ -180,7 +180,7 @@ class Picture(FaultTest):
             self.assertEqual(2 if watched.errors else 0, watched.status)
             sentences.append(watched.errors)
             self.again()
-        # Of the counts of the nodes and of the picture itself.
+        # The errors for the counts of the nodes and for the picture.
         self.assertEqual({"Vadelwatch: The map map.png cannot be drawn: std::bad_alloc.\n",
                           "Vadelwatch: The map map.png cannot be drawn: out of memory.\n", ""}, set(sentences))
 

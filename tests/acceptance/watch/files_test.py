@@ -1,4 +1,4 @@
-"""The files that Vadelwatch itself writes, its log and its map, with the real tool beside it."""
+"""The files that Vadelwatch itself writes, its log and its map, with the real tool."""
 import json
 import os
 import re
@@ -22,7 +22,7 @@ class OwnFiles(WatchTest):
         super().setUp()
         self.giveJob(NODES)
 
-    def test_the_log_holds_every_message_with_its_time(self):
+    def test_log_has_every_message_with_its_time(self):
         self.assertEqual(0, self.job("--log", "messages.jsonl", "--lang=en").status)
         subprocess.run([os.path.join(os.path.dirname(WATCH), "Vadelclip"), "base/data", "again", "area.xml", "-pipe",
                         "-lang=en"], cwd=self.directory, check=True, stdout=subprocess.DEVNULL,
@@ -33,7 +33,7 @@ class OwnFiles(WatchTest):
         messages = [re.fullmatch(r'\{"seconds":\d+\.\d{6},"message":(.*)\}', line)[1] for line in lines]
         self.assertEqual(self.content("direct.jsonl").decode().splitlines(), messages)
 
-    def test_neither_log_nor_map_takes_the_place_of_an_input_or_of_the_other(self):
+    def test_log_and_map_replace_no_input_and_not_each_other(self):
         os.symlink("area.xml", self.path("link.png"))
         os.link(self.path("base/data/a.xyz"), self.path("hard.log"))
         before = {name: self.content(name) for name in ("area.xml", "base/data/a.xyz")}
@@ -56,7 +56,7 @@ class OwnFiles(WatchTest):
         self.expect(watched, status=2, errors=[f"Vadelwatch: cannot write {name}: {reason}"])
         self.assertFalse(os.path.exists(self.path("base/out")))
 
-    def test_what_the_run_looks_for_and_does_not_find_is_not_made(self):
+    def test_log_and_map_are_not_created_in_place_of_inputs(self):
         for arguments, name, reason in (
                 (["base/data", "out", "new.xml", "--log", "./new.xml"], "./new.xml", "the run reads it"),
                 (["base/none", "out", "area.xml", "--log", "base/none"], "base/none", "the run reads it"),
@@ -67,7 +67,7 @@ class OwnFiles(WatchTest):
                 self.expectRefused(self.run_(*arguments, "--lang=en"), name, reason)
                 self.assertFalse(os.path.exists(self.path(name)))
 
-    def test_a_log_that_cannot_be_looked_at_is_refused_with_a_map_as_without_one(self):
+    def test_log_whose_status_cannot_be_read_is_refused(self):
         os.mkdir(self.path("locked"))
         os.chmod(self.path("locked"), 0o600)
         os.symlink("loop.log", self.path("loop.log"))
@@ -78,7 +78,7 @@ class OwnFiles(WatchTest):
                     self.expectRefused(self.job("--log", name, *options, "--lang=en", preexec_fn=dropPowersOfRoot),
                                        name, reason)
 
-    def test_in_a_working_directory_that_has_gone_they_are_refused_before_the_run(self):
+    def test_removed_working_directory_is_refused(self):
         os.mkdir(self.path("gone"))
 
         def goAway():
@@ -92,11 +92,11 @@ class OwnFiles(WatchTest):
                     self.expectRefused(self.run_(self.path("base/data"), "out", self.path("area.xml"), option, name,
                                                  "--lang=en", preexec_fn=goAway), name, "No such file or directory")
 
-    def test_a_map_with_a_name_that_is_too_long_is_refused_before_the_run(self):
+    def test_map_with_too_long_a_name_is_refused(self):
         name = "n" * 300 + ".png"
         self.expectRefused(self.job("--map", name, "--lang=en"), name, "File name too long")
 
-    def test_refusals_in_german(self):
+    def test_refusals_are_in_german(self):
         for options, sentence in (
                 (["--log", "area.xml"], "area.xml kann nicht geschrieben werden: der Lauf liest diese Datei"),
                 (["--log", "base/out"], "base/out kann nicht geschrieben werden: "
@@ -105,7 +105,7 @@ class OwnFiles(WatchTest):
                                                        "dort wird die Karte gespeichert")):
             self.expect(self.job(*options), status=2, errors=["Vadelwatch: " + sentence])
 
-    def test_files_that_may_not_be_written_are_refused_before_the_run(self):
+    def test_files_without_write_permission_are_refused(self):
         os.mkdir(self.path("locked"))
         for name in ("old.png", "old.log"):
             self.give({name: b"kept"})
@@ -119,13 +119,13 @@ class OwnFiles(WatchTest):
                 self.expectRefused(watched, name, "Permission denied")
         self.assertEqual((b"kept", b"kept"), (self.content("old.png"), self.content("old.log")))
 
-    def test_a_map_is_drawn(self):
+    def test_map_is_drawn(self):
         for name, start in (("map.png", b"\x89PNG"), ("map.svg", b"<?xml")):
             subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
             self.expect(self.job("--quiet", "--map", name), status=0)
             self.assertTrue(self.content(name).startswith(start))
 
-    def test_a_map_speaks_the_language_of_the_run(self):
+    def test_map_has_the_language_of_the_run(self):
         pictures = set()
         for options in ([], ["--lang=de"], ["--lang=en"]):
             subprocess.run(["rm", "-rf", self.path("base/out")], check=True)

@@ -1,4 +1,4 @@
-"""Vadelwatch without a tool beside it, and what it says in German about every end that is not the tool's own."""
+"""A missing tool, and the German texts about abnormal ends."""
 import json
 import os
 import signal
@@ -13,13 +13,13 @@ GERMAN_JOB = JOB[:3]
 
 
 class MissingTool(WatchTest):
-    def test_a_tool_that_is_missing(self):
+    def test_missing_tool_is_reported(self):
         tool = self.standIn("")
         os.remove(tool)
         self.expect(self.run_(*JOB), status=4,
                     errors=[f"Vadelwatch: cannot start {os.path.realpath(tool)}: No such file or directory"])
 
-    def test_json_and_log_of_a_tool_that_is_missing(self):
+    def test_missing_tool_is_in_json_and_log(self):
         tool = self.standIn("")
         os.remove(tool)
         watched = self.run_(*JOB, "--json", "--log", "/dev/full")
@@ -31,7 +31,7 @@ class MissingTool(WatchTest):
                          {key: value for key, value in list(json.loads(watched.output).items())[:12]})
         self.assertIn("Vadelwatch: cannot start ", json.loads(watched.output)["failure"])
 
-    def test_a_tool_that_may_not_be_executed(self):
+    def test_tool_without_execute_permission_is_reported(self):
         tool = self.standIn("")
         os.chmod(tool, 0o644)
         self.expect(self.run_(*JOB), status=4,
@@ -41,19 +41,19 @@ class MissingTool(WatchTest):
 class InGerman(WatchTest):
     INCOMPLETE = " Die Ausgabe in base/out ist unvollständig."
 
-    def test_a_tool_that_cannot_be_started(self):
+    def test_tool_that_cannot_be_started_is_reported(self):
         tool = self.standIn("")
         os.remove(tool)
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
             f"Vadelwatch: {os.path.realpath(tool)} kann nicht gestartet werden: No such file or directory"])
 
-    def test_a_status_that_is_none_of_the_tools_own(self):
+    def test_other_status_of_the_tool_is_reported(self):
         self.standIn("sys.exit(7)")
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
             "Vadelwatch: Vadelclip wurde unerwartet mit Status 7 beendet." + self.INCOMPLETE])
 
     def interrupted(self, script):
-        """Signals itself through Vadelwatch, so nothing has to be waited for here."""
+        """Runs a stand-in that sends SIGTERM to Vadelwatch, so the test need not wait for its start."""
         self.standIn(f"""
 def end(*unused):
     {script}
@@ -64,7 +64,7 @@ time.sleep(600)
         self.giveJob({"a.xyz": HEADER})
         return self.run_(*GERMAN_JOB, "--quiet")
 
-    def test_interruptions(self):
+    def test_ends_after_a_signal_are_reported(self):
         self.expect(self.interrupted("signal.signal(signal.SIGTERM, signal.SIG_DFL); os.kill(os.getpid(), signal.SIGTERM)"),
                     status=4, errors=["Vadelwatch: Abbruch durch Signal TERM, Vadelclip wurde beendet." + self.INCOMPLETE])
         self.expect(self.interrupted("os._exit(1)"), status=1, errors=[
@@ -72,14 +72,14 @@ time.sleep(600)
         self.expect(self.interrupted("finish(); os._exit(0)"), status=0, errors=[
             "Vadelwatch: Signal TERM empfangen, Vadelclip hat den Lauf trotzdem abgeschlossen."])
 
-    def test_a_signal_without_a_name(self):
+    def test_signal_without_a_name_is_reported(self):
         number = signal.SIGRTMIN + 2
         self.standIn(f"os.kill(os.getpid(), {number})")
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
             f"Vadelwatch: Vadelclip wurde von Signal {number} ({number}) beendet." + self.INCOMPLETE])
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_files_that_cannot_be_written(self):
+    def test_files_that_cannot_be_written_are_reported(self):
         self.giveJob({"a.xyz": HEADER})
         self.expect(self.run_(*GERMAN_JOB, "--quiet", "--log", "/dev/full"), status=2,
                     errors=["Vadelwatch: /dev/full kann nicht geschrieben werden: No space left on device"])

@@ -1,4 +1,4 @@
-"""What Vadelwatch says about the input of a run, and all of its JSON."""
+"""The report about the input of a run, and the complete JSON."""
 import json
 import os
 import signal
@@ -36,7 +36,7 @@ class InputTest(WatchTest):
 
 
 class Sentences(InputTest):
-    def test_four_files_that_lose_input(self):
+    def test_reports_lost_input_of_four_files(self):
         self.giveJob(FOUR_FILES)
         watched = self.job("--lang=en")
         self.expect(watched, status=0, errors=watched.errorLines(), output=summaryLines(
@@ -46,7 +46,7 @@ class Sentences(InputTest):
                 "1 of 2 node files without a line feed at the end, the last line is dropped: a.xyz",
                 "1 of 2 lines probably with decimal commas, numbers end at the comma: b.xyz (1, first: line 2)"]))
 
-    def test_in_german(self):
+    def test_reports_lost_input_in_german(self):
         self.giveJob(FOUR_FILES)
         self.assertEqual([
             "  1 von 4 Einträgen übergangen, die Endung enthält Großbuchstaben: D.TXT",
@@ -55,7 +55,7 @@ class Sentences(InputTest):
             "  1 von 2 Zeilen vermutlich mit Dezimalkomma, Zahlen enden am Komma: b.xyz (1, zuerst Zeile 2)"],
             self.job().outputLines()[7:])
 
-    def test_lines_that_do_not_parse_and_a_table(self):
+    def test_verbose_lists_lines_that_do_not_parse(self):
         self.giveJob({"a.xyz": HEADER + INSIDE + b"bad\n" + OUTSIDE + b"1;1\n"})
         self.assertEqual([
             "2 of 4 lines dropped, x or y is no number or nothing follows y: a.xyz (2, first: line 3)",
@@ -63,19 +63,19 @@ class Sentences(InputTest):
             "              4                1                1                2               27  a.xyz"],
             self.sentences("--verbose"))
 
-    def test_files_with_x_and_y_exchanged(self):
+    def test_names_files_with_x_and_y_exchanged(self):
         self.give({"area.xml": SQUARE.replace(b'y="0"', b'y="100"').replace(b'y="10"', b'y="110"')})
         self.give({"base/data/a.xyz": HEADER + b"105;5;1\n", "base/data/b.xyz": HEADER + b"5;105;1\n"})
         self.assertEqual(["1 of 2 node files probably with x and y exchanged: a.xyz"], self.sentences())
 
-    def test_no_node_files_in_a_failed_run(self):
+    def test_explains_missing_node_files(self):
         self.giveJob({"D.TXT": HEADER, "notes.md": b""})
         self.assertEqual(["There are no input files.", "Clipping of elevation data with model boundaries failed.",
                           "1 of 2 entries passed over, the suffix is not .txt, .xyz or .csv: notes.md",
                           "1 of 2 entries passed over, the suffix has capital letters: D.TXT"],
                          self.job("--lang=en").errorLines())
 
-    def test_shares_that_are_not_exact(self):
+    def test_inexact_shares_have_a_sign(self):
         for inside, outside, text in ((1, 1999, "1 of 2 000 (<0.1 %)"), (1999, 1, "1 999 of 2 000 (>99.9 %)")):
             self.giveJob({"a.xyz": HEADER + INSIDE * inside + OUTSIDE * outside})
             self.assertIn("  Nodes kept        " + text, self.again("--lang=en").outputLines())
@@ -90,28 +90,28 @@ class NothingKept(InputTest):
         return summary["input"]["nothing_kept"]["reason"], [
             text for text in summary["input"]["sentences"] if "exchanged: a.xyz" not in text]
 
-    def test_extents_that_do_not_overlap(self):
+    def test_explains_extents_that_do_not_overlap(self):
         self.assertEqual(("no overlap", ["Warning: no node was kept. Nodes and boundary do not overlap.",
                                          "Nodes: x from 20 to 30, y from 1 to 2.5",
                                          "Boundary: x from 0 to 10, y from 0 to 10"]), self.reason(SQUARE))
         self.assertEqual("Warning: no node was kept. Nodes and boundary do not overlap.", self.sentences()[0])
 
-    def test_x_and_y_exchanged(self):
+    def test_explains_exchanged_x_and_y(self):
         area = SQUARE.replace(b'y="0"', b'y="20"').replace(b'y="10"', b'y="25"')
         reason, sentences = self.reason(area)
         self.assertEqual(("x and y exchanged", "Warning: no node was kept. Nodes and boundary do not overlap, but would "
                                                "overlap with x and y exchanged."), (reason, sentences[0]))
 
-    def test_no_polygon_in_a_group_of_boundaries(self):
+    def test_explains_boundary_without_polygons(self):
         self.assertEqual(("no polygon", ['Warning: no node was kept. The boundary file has no polygon in a group of type '
                                          '"boundaries".', "Nodes: x from 20 to 30, y from 1 to 2.5"]),
                          self.reason(SQUARE.replace(b'"boundaries"', b'"other"')))
 
-    def test_polygons_of_few_points(self):
+    def test_explains_polygons_of_few_points(self):
         area = SQUARE.replace(b'<point x="10" y="10"/><point x="0" y="10"/>', b"")
         self.assertEqual("fewer than three points", self.reason(area)[0])
 
-    def test_nodes_beside_the_polygon_in_its_extent(self):
+    def test_explains_nodes_outside_of_the_polygon(self):
         area = SQUARE.replace(b'<point x="10" y="10"/>', b"")
         self.assertEqual("outside", self.reason(area, b"9;9;1\n")[0])
 
@@ -123,28 +123,28 @@ class Boundary(InputTest):
         self.assertEqual(1, watched.status)
         return watched.errorLines()[-1]
 
-    def test_malformed_xml(self):
+    def test_explains_malformed_xml(self):
         self.give({"bad.xml": b"<a>\n <b></c>\n</a>"})
         self.assertEqual("Vadelwatch: The boundary file bad.xml exists, but cannot be read: Start-end tags mismatch, line 2, "
                          "column 7.", self.lastLine("bad.xml"))
 
-    def test_a_directory(self):
+    def test_explains_directory_as_boundary_file(self):
         self.assertEqual("Vadelwatch: The boundary file base exists, but cannot be read: it is a directory.",
                          self.lastLine("base"))
 
     @unittest.skipIf(os.geteuid() == 0, "root may read every file")
-    def test_no_permission(self):
+    def test_explains_missing_permission(self):
         self.give({"closed.xml": SQUARE})
         os.chmod(self.path("closed.xml"), 0)
         self.assertEqual("Vadelwatch: The boundary file closed.xml exists, but cannot be read: Permission denied.",
                          self.lastLine("closed.xml"))
 
-    def test_a_missing_one_is_not_explained(self):
+    def test_missing_boundary_file_is_not_explained(self):
         self.assertEqual("Clipping of elevation data with model boundaries failed.", self.lastLine("none.xml"))
 
 
 class Json(InputTest):
-    def test_of_a_finished_run(self):
+    def test_json_of_a_finished_run_is_complete(self):
         self.giveJob(FOUR_FILES)
         summary = self.summary("--map=map.png")
         self.assertEqual((None, None, None, [], "map.png", None, "en"),
@@ -159,27 +159,27 @@ class Json(InputTest):
                           "decimal_commas": {"count": 1, "first_line": 2}, "ends_in_line_feed": True,
                           "looks_exchanged": False}, summary["input"]["files"][1])
 
-    def test_of_a_failed_run(self):
+    def test_json_of_a_failed_run_is_complete(self):
         self.giveJob({})
         summary = self.summary("--map=map.png")
         self.assertEqual((1, "There are no input files.", None, "the run did not finish"),
                          tuple(summary[key] for key in ("exit_status", "failure", "map", "why_no_map")))
 
-    def test_of_a_run_that_does_not_add_up(self):
+    def test_json_shows_a_failed_check(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
         summary = self.summary()
         self.assertEqual((3, "total_node_count.txt", "not asked for"),
                          (summary["exit_status"], summary["suspects"][0]["file"], summary["why_no_map"]))
         self.assertIn("2 are missing", summary["failure"])
 
-    def test_of_a_tool_that_a_signal_ended(self):
+    def test_json_shows_the_signal_that_ended_the_tool(self):
         self.standIn("os.kill(os.getpid(), signal.SIGKILL)")
         self.giveJob({})
         summary = self.summary()
         self.assertEqual((4, signal.SIGKILL), (summary["exit_status"], summary["signal"]))
         self.assertIn("SIGKILL", summary["failure"])
 
-    def test_has_the_status_of_a_map_that_cannot_be_written(self):
+    def test_json_has_the_status_of_an_unwritable_map(self):
         self.giveJob({"a.xyz": HEADER + INSIDE})
         os.mkdir(self.path("maps"))
         self.standIn("""

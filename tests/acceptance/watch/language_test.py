@@ -1,4 +1,4 @@
-"""Which language Vadelwatch speaks for each value of --lang: that of the tool beside it, compared run by run."""
+"""The language of Vadelwatch for each value of --lang is that of the tool, compared run by run."""
 import os
 import subprocess
 import sys
@@ -13,7 +13,7 @@ GERMAN = ["de", "DE", "De", "dE", "de_AT", "de-AT", "de_at", "DE_AT", "de_A", "d
 ENGLISH = ["", "en", "fr", "C", "d", "den", "deu", "de1", "de AT", "de/AT", "de+x", "de,en", " de", "_de", "de#", "de\n",
            "de_", "de-", "de_1", "de_12", "de__AT", "de_AT_x", "de-AT-x", "de_äh", "de_ÄT.UTF-8@x", "de@", "de@euro",
            "de_AT@euro", "de_@euro", "de.@x", "de.us-ascii@x", "de_AT@x.UTF-8@y"]
-# The tool ends itself over such a value, in words of no language of its own.
+# Such a value ends the tool abnormally, without a text of a catalogue.
 ABORTING = ["de.UTF-8", "de_AT.UTF-8", "de_DE.ISO-8859-1", "de.u"]
 
 LANGUAGE_OF = {"Die Grenzdatei no.xml existiert nicht": "German", "Boundary file no.xml does not exist": "English"}
@@ -28,18 +28,18 @@ class Language(WatchTest):
         return found[0] if found else "none"
 
     def languageOfWatch(self, value):
-        """Of a refusal of its own, before any tool is started."""
+        """Returns the language of a refusal before the tool is started."""
         errors = self.run_("no/data", "out", "area.xml", "--lang", value, "--log", "no/log").errors
         return {"Vadelwatch: no/log kann nicht geschrieben werden: No such file or directory\n": "German",
                 "Vadelwatch: cannot write no/log: No such file or directory\n": "English"}[errors]
 
-    def test_it_is_that_of_the_tool(self):
+    def test_language_is_that_of_the_tool(self):
         for values, language in ((GERMAN, "German"), (ENGLISH, "English")):
             for value in values:
                 with self.subTest(value=value):
                     self.assertEqual((language, language), (self.languageOfTool(value), self.languageOfWatch(value)))
 
-    def test_the_tool_gets_no_character_set(self):
+    def test_tool_receives_no_character_set(self):
         for value in ABORTING:
             with self.subTest(value=value):
                 self.assertEqual(("none", "German"), (self.languageOfTool(value), self.languageOfWatch(value)))
@@ -50,7 +50,7 @@ class Language(WatchTest):
             watched = self.run_("base/data", "out" + value, "area.xml", "--lang", value)
             self.assertEqual((0, errors), (watched.status, watched.errorLines()))
 
-    def test_it_is_english_if_the_catalogue_is_broken(self):
+    def test_broken_catalogue_selects_english(self):
         self.standIn("")
         os.remove(self.path("bin/locale"))
         catalogue = "bin/locale/de/LC_MESSAGES/vadelwatch.mo"

@@ -1,4 +1,4 @@
-"""Where Vadelwatch itself writes to: readers that go away, closed descriptors, full disks."""
+"""The output of Vadelwatch: vanished readers, closed descriptors, full disks."""
 import os
 import subprocess
 import sys
@@ -12,7 +12,7 @@ JOB = ("base/data", "out", "area.xml", "--lang=en")
 
 
 class OwnOutput(WatchTest):
-    def test_a_reader_that_closes_early_does_not_end_the_run(self):
+    def test_reader_that_closes_early_does_not_end_the_run(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 20000})
         process = self.start(*JOB)
         process.stdout.close()
@@ -20,7 +20,7 @@ class OwnOutput(WatchTest):
         self.assertEqual(0, process.wait(TIME_LIMIT))
         self.assertEqual(b"20000\n", self.content("base/out/total_node_count.txt"))
 
-    def test_a_pipe_to_a_program_that_reads_one_line(self):
+    def test_reader_of_one_line_does_not_end_the_run(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 20000})
         shell = '"$0" "$@" 2>&1 | head -n 1; echo "${PIPESTATUS[0]}"'
         result = subprocess.run(["bash", "-c", shell, WATCH, *JOB], cwd=self.directory, capture_output=True,
@@ -29,7 +29,7 @@ class OwnOutput(WatchTest):
         self.assertRegex(lines[0], "^Finished")
         self.assertEqual("0", lines[1])
 
-    def test_standard_descriptors_closed_at_the_start(self):
+    def test_closed_standard_descriptors_change_nothing(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         for closed in ((0,), (1,), (2,), (1, 2), (0, 1, 2)):
             with self.subTest(closed=closed):
@@ -45,7 +45,7 @@ class OwnOutput(WatchTest):
         return result.returncode, (result.stderr or b"").decode().splitlines()
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_summary_on_a_full_disk_is_told(self):
+    def test_summary_on_a_full_disk_is_reported(self):
         for options in (["--json", "--quiet"], ["--json"], []):
             with self.subTest(options=options):
                 self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
@@ -56,7 +56,7 @@ class OwnOutput(WatchTest):
                 self.assertEqual(b"1\n", self.content("base/out/total_node_count.txt"))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_summary_on_a_full_disk_leaves_a_worse_status_as_it_is(self):
+    def test_summary_on_a_full_disk_keeps_a_worse_status(self):
         self.giveJob({"total_node_count.txt": HEADER + b"1;1;5\n"})
         status, errors = self.onFullDisk([*JOB, "--json", "--quiet"])
         self.assertEqual(3, status)
@@ -71,19 +71,19 @@ class OwnOutput(WatchTest):
         self.assertEqual(b"1\n", self.content("base/out/total_node_count.txt"))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_help_and_version_on_a_full_disk_are_told(self):
+    def test_help_and_version_on_a_full_disk_are_reported(self):
         for option in ("--help", "--version"):
             self.assertEqual((2, ["Vadelwatch: cannot write to standard output: No space left on device"]),
                              self.onFullDisk([option]))
 
-    def test_a_reader_of_the_summary_that_went_away_is_no_failure(self):
+    def test_vanished_reader_of_the_summary_is_no_failure(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         process = self.start(*JOB, "--json", "--quiet")
         process.stdout.close()
         self.assertEqual((0, b""), (process.wait(TIME_LIMIT), process.stderr.read()))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
-    def test_a_log_on_a_full_disk_is_told_and_does_not_end_the_run(self):
+    def test_log_on_a_full_disk_is_reported(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         self.expect(self.run_(*JOB, "--quiet", "--log", "/dev/full"), status=2,
                     errors=["Vadelwatch: cannot write /dev/full: No space left on device"])

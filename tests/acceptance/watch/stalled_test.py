@@ -1,5 +1,5 @@
-"""Vadelwatch whose own output has no room: readers that do not read, and a terminal held with Ctrl-S. Signals reach the
-tool all the same, nothing but drawings of the bar is lost, and there is a way out."""
+"""Vadelwatch with blocked output: readers that do not read, and a terminal held with Ctrl-S. Signals reach the tool, only
+drawings of the bar are lost, and a second signal ends Vadelwatch."""
 import os
 import re
 import signal
@@ -14,7 +14,7 @@ from watching import HEADER, TIME_LIMIT, WatchTest
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 INTERRUPTED = "Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."
 
-# More errors than any pipe holds, on the console and as messages.
+# More errors than fit into any pipe, on the console and as messages.
 FLOOD = """
 open('pid', 'w').write(str(os.getpid()))
 for i in range(200000):
@@ -22,7 +22,7 @@ for i in range(200000):
     if i % 100 == 0: open('reached', 'w').write(str(i)); os.rename('reached', 'at')
 """
 
-# Notes the signal, then ends by it.
+# Records the signal, then ends by it.
 DIES = """
 def end(number, frame):
     open('got', 'w').close()
@@ -47,7 +47,7 @@ class Stalled(WatchTest):
         self.waitUntil(lambda: os.path.exists(self.path(name)), name)
 
     def waitForStall(self):
-        """Until the tool gets no further, since nobody reads what Vadelwatch shows."""
+        """Starts a run and waits until the tool is blocked because nothing reads the output of Vadelwatch."""
         self.waitForFile("at")
         before = None
         while before != self.content("at"):
@@ -68,7 +68,7 @@ class Stalled(WatchTest):
         tool = f"/proc/{int(self.content('pid'))}"
         self.waitUntil(lambda: not os.path.exists(tool), "the tool's end")
 
-    def test_a_signal_reaches_the_tool_and_no_error_is_lost(self):
+    def test_signal_reaches_the_tool_and_no_error_is_lost(self):
         process = self.startStalled(DIES + FLOOD)
         process.send_signal(signal.SIGTERM)
         self.waitForFile("got")
@@ -80,7 +80,7 @@ class Stalled(WatchTest):
         self.expectPrefixOfErrors(shown)
         self.assertGreaterEqual(len(shown), int(self.content("at")))
 
-    def test_a_second_signal_ends_it_when_the_tool_has_ended(self):
+    def test_second_signal_ends_vadelwatch_after_the_tool(self):
         process = self.startStalled(DIES + FLOOD)
         process.send_signal(signal.SIGTERM)
         self.waitForEndOfTool()
@@ -88,7 +88,7 @@ class Stalled(WatchTest):
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
         self.expectPrefixOfErrors(self.finish(process).errorLines()[:-1])
 
-    def test_a_tool_that_has_much_to_say_before_it_ends_is_listened_to(self):
+    def test_all_output_before_the_end_of_the_tool_is_shown(self):
         process = self.startStalled("""
 def end(number, frame):
     for i in range(30000): say(b'last words %d\\n' % i)
@@ -102,13 +102,13 @@ signal.signal(signal.SIGTERM, end)
         self.assertIn("last words 0", lines)
         self.assertIn("last words 29999", lines)
 
-    def test_a_log_that_nobody_reads_holds_no_signal_back(self):
+    def test_unread_log_does_not_delay_a_signal(self):
         os.mkfifo(self.path("log"))
         reader = os.open(self.path("log"), os.O_RDONLY | os.O_NONBLOCK)
         self.addCleanup(os.close, reader)
         self.standIn(DIES + FLOOD.replace("say(b'error %d\\n' % i); ", ""))
         process = self.start(*JOB, "--quiet", "--log", "log", "--json")
-        # Only the log is not read.
+        # All output except the log is read.
         os.set_blocking(process.stderr.fileno(), False)
         self.waitForFile("at")
         before = None
@@ -122,7 +122,7 @@ signal.signal(signal.SIGTERM, end)
         process.send_signal(signal.SIGTERM)
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
 
-    def test_without_a_signal_a_slow_reader_is_waited_for(self):
+    def test_slow_reader_is_awaited_without_a_signal(self):
         process = self.startStalled(FLOOD.replace("200000", "20000") + "finish()\n", "--quiet")
         watched = self.finish(process)
         self.assertEqual((0, [f"error {i}" for i in range(20000)]), (watched.status, watched.errorLines()))
@@ -130,7 +130,7 @@ signal.signal(signal.SIGTERM, end)
 
 class HeldTerminal(WatchTest):
     def holdBar(self, script, *options):
-        """A terminal that has been held with Ctrl-S since the bar was to be seen."""
+        """Returns a terminal that is held with Ctrl-S since the bar has appeared."""
         self.standIn(script)
         self.giveJob({"a.xyz": HEADER})
         terminal = self.terminal(*JOB, *options)
@@ -149,7 +149,7 @@ class HeldTerminal(WatchTest):
             self.assertLess(time.monotonic(), limit, f"{name} was not to be seen")
             terminal.readSome(0.05)
 
-    def test_the_bar_holds_no_run_back(self):
+    def test_bar_does_not_delay_the_run(self):
         terminal = self.holdBar("""
 for tenths in range(1000):
     message(type='progress', percent=tenths / 10); time.sleep(0.001)
@@ -166,7 +166,7 @@ open('finished', 'w').close()
         self.assertEqual(0, terminal.finish())
         self.assertIn(b"The end", terminal.received)
 
-    def test_a_signal_reaches_the_tool_and_control_q_brings_the_rest(self):
+    def test_control_q_shows_the_rest_after_a_signal(self):
         terminal = self.holdBar(DIES + "message(type='progress', percent=1.0); time.sleep(0.5)\n" + FLOOD)
         self.waitForFile(terminal, "at")
         self.readFor(terminal, 1.5)
@@ -180,7 +180,7 @@ open('finished', 'w').close()
         self.assertGreaterEqual(len(errors), int(self.content("at")))
         self.assertTrue(text.endswith(INTERRUPTED + "\r\n"), text[-300:])
 
-    def test_control_c_on_a_held_terminal(self):
+    def test_control_c_ends_a_held_terminal(self):
         terminal = self.holdBar(DIES.replace("SIGTERM", "SIGINT") +
                                 "message(type='progress', percent=1.0); time.sleep(600)\n")
         self.readFor(terminal, 0.5)

@@ -1,4 +1,4 @@
-"""Vadelwatch and streams of messages and console lines of every kind and size, from a stand-in for the tool."""
+"""Messages and console lines of every kind and size, from a stand-in for the tool."""
 import json
 import os
 import sys
@@ -12,7 +12,7 @@ JOB = ("base/data", "out", "area.xml", "--lang=en")
 
 
 class Streams(WatchTest):
-    def test_lines_that_are_no_messages_are_shown_as_they_are(self):
+    def test_lines_that_are_no_messages_are_shown_unchanged(self):
         self.standIn(r"""
 for line in (b"not json", b"", b"{\"type\":\"error\"}", b"[1]", b"5", b"{\"percent\":1}", b"{\"type\":\"progress\"}",
              b"caf\xe9 \xff", b"{\"type\":\"error\",\"level\":2,\"text\":\"caf\xe9\"}", b"{\"type\":\"news\",\"a\":1}"):
@@ -29,10 +29,10 @@ finish()
                           "no line feed"], [entry["line"] for entry in log if "line" in entry])
         self.assertEqual({"type": "news", "a": 1}, log[9]["message"])
 
-    def test_an_error_without_a_console_line_is_shown_and_one_with_it_once(self):
+    def test_each_error_is_shown_once(self):
         self.standIn("""
 message(type='error', level=2, text='message alone')
-time.sleep(0.5)  # or the next console line would be shown before it
+time.sleep(0.5)  # without it the next console line might be shown first
 say(b'both\\n'); message(type='error', level=2, text='both')
 say(b'console alone\\n')
 say(b'twice\\n'); message(type='error', level=2, text='twice')
@@ -45,7 +45,7 @@ finish()
         self.expect(self.run_(*JOB, "--quiet"), status=0, errors=[
             "message alone", "both", "console alone", "twice", "twice", "two", "lines", "", "both"])
 
-    def test_messages_in_pieces_and_in_heaps(self):
+    def test_messages_may_arrive_in_pieces_or_together(self):
         self.standIn("""
 for byte in json.dumps({'type': 'error', 'level': 2, 'text': 'piece by piece'}).encode() + b'\\n':
     send(bytes([byte])); time.sleep(0.001)
@@ -54,11 +54,11 @@ finish()
 """)
         self.expect(self.run_(*JOB, "--quiet"), status=0, errors=["piece by piece", *map(str, range(1000))])
 
-    def test_the_last_words_on_the_console_need_no_line_feed(self):
+    def test_last_console_line_needs_no_line_feed(self):
         self.standIn("say(b'whole\\nlast words'); finish()")
         self.expect(self.run_(*JOB, "--quiet"), status=0, errors=["whole", "last words"])
 
-    def test_twenty_megabytes_without_losing_or_reordering_a_message(self):
+    def test_twenty_megabytes_keep_every_message_in_order(self):
         count = 200000
         self.standIn(f"""
 lines = []
@@ -78,11 +78,11 @@ finish()
         logged = [json.loads(line)["message"] for line in self.content("log").splitlines()]
         self.assertTrue(texts == [message["text"] for message in logged[:-1]], "errors as logged")
 
-    def test_a_single_line_of_twenty_megabytes(self):
+    def test_line_of_twenty_megabytes_is_accepted(self):
         self.standIn("message(type='error', level=2, text='x' * 20000000); finish()")
         self.expect(self.run_(*JOB, "--quiet"), status=0, errors=["x" * 20000000])
 
-    def test_a_flooded_console_beside_a_flooded_channel(self):
+    def test_console_and_channel_may_be_flooded_together(self):
         self.standIn("""
 for i in range(2000):
     say(b'console %d ' % i + b'c' * 3000 + b'\\n')

@@ -1,5 +1,4 @@
-"""The bar of Vadelwatch on a pseudo-terminal: how it looks, its width and its rate of drawing."""
-import os
+"""The bar on a pseudo-terminal: its parts, its width and its rate of drawing."""
 import re
 import subprocess
 import sys
@@ -13,7 +12,7 @@ COLOUR = re.compile(rb"\x1b\[[0-9;]*m")
 
 
 class Bar(TerminalTest):
-    def test_the_real_tool_leaves_the_summary_and_nothing_else(self):
+    def test_only_the_summary_remains(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         status, terminal, screen = self.finished()
         text = re.sub(r"\d+\.\d s", "N s", screen.text()).rstrip("\n").split("\n")
@@ -21,7 +20,7 @@ class Bar(TerminalTest):
         self.assertTrue(any("lines/s" in row for row in screen.drawings), screen.drawings)
         self.assertIn(b"\x1b[32m", terminal.received)
 
-    def test_never_wider_than_the_window_at_any_width(self):
+    def test_bar_fits_any_width(self):
         self.standIn("for p in range(0, 101, 4): message(type='progress', percent=float(p)); time.sleep(0.04)\nfinish()")
         for columns in (1, 2, 7, 8, 9, 20, 28, 29, 40, 60, 79, 80, 81, 200, 1000):
             with self.subTest(columns=columns):
@@ -33,7 +32,7 @@ class Bar(TerminalTest):
                 if columns >= 9:
                     self.assertTrue(any("%" in row for row in screen.drawings), screen.drawings)
 
-    def test_what_the_bar_shows_at_usual_widths(self):
+    def test_bar_has_these_parts_at_usual_widths(self):
         self.standIn(STEADY)
         number = r"[ \d]+|-"
         for columns, form in (
@@ -47,24 +46,24 @@ class Bar(TerminalTest):
                 for row in screen.drawings:
                     self.assertRegex(row, f"^{form}$")
 
-    def test_at_most_ten_drawings_a_second(self):
+    def test_bar_is_drawn_at_most_ten_times_a_second(self):
         self.standIn(STEADY)
         _, terminal, screen = self.finished()
         self.assertGreater(len(screen.drawings), 8)
-        # When each drawing was read: later than it was made, by as much as a busy machine keeps the reader waiting.
+        # The time at which each drawing was read. On a busy machine this is later than it was written.
         times = [seen for seen, data in terminal.reads for _ in range(data.count(b"\x1b[?7h"))]
         self.assertEqual(len(screen.drawings), len(times))
-        # Eleven drawings span ten pauses of a tenth of a second.
+        # Between eleven drawings are ten pauses of a tenth of a second.
         delay = 0.5
         for first, last in zip(times, times[10:]):
             self.assertGreater(last - first, 1.0 - delay)
 
-    def test_a_short_run_draws_nothing(self):
+    def test_short_run_draws_nothing(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(0.2); finish()")
         status, terminal, screen = self.finished()
         self.assertEqual((0, []), (status, screen.drawings))
 
-    def test_progress_as_it_is_asked_for(self):
+    def test_progress_option_selects_bar_lines_or_none(self):
         self.standIn(STEADY.replace("0.002", "0.003"))
         _, _, screen = self.finished("--progress=none")
         self.assertEqual(("The end", []), (screen.rows[0], screen.drawings))
@@ -73,7 +72,7 @@ class Bar(TerminalTest):
         watched = self.run_(*JOB, "--progress=bar")
         self.assertIn("━", watched.errors)
 
-    def test_counting_and_its_share(self):
+    def test_counting_shows_its_share(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
         self.standIn("""
 with open('base/data/a.xyz', 'rb') as file: file.read(6000000)
@@ -89,7 +88,7 @@ finish()
         form = r"^clipping  [━─]+   70\.0 %  file 2/1 .*left  a\.xyz$"
         self.assertTrue(any(re.match(form, row) for row in screen.drawings), screen.drawings)
 
-    def test_control_characters_of_the_tool_are_not_obeyed(self):
+    def test_control_characters_of_the_tool_are_escaped(self):
         self.standIn("""
 say(b'a\\x1b[2Jb\\n'); message(type='error', level=2, text='a\\x1b[2Jb')
 message(type='error', level=2, text='c\\rd')
@@ -98,7 +97,7 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
         status, terminal, screen = self.finished()
         self.assertEqual((1, r"a\x1B[2Jb|c\x0Dd|e\x07f"), (status, "|".join(screen.text().split())))
 
-    def test_the_verdict_has_a_colour_unless_NO_COLOR(self):
+    def test_result_has_a_colour_without_NO_COLOR(self):
         self.giveJob({"total_node_count.txt": HEADER + b"1;1;5\n"})
         for settings, verdict in (({}, b"\x1b[31mthe lines do not"), ({"NO_COLOR": "1"}, b"  the lines do not")):
             terminal = self.finished(environment=settings)[1]
@@ -106,26 +105,26 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
             self.assertTrue(terminal.received.startswith(b"Clipping ended, but its output does not add up"))
             subprocess.run(["rm", "-r", self.path("base/out")], check=True)
 
-    def test_the_clock_goes_on_without_messages(self):
+    def test_time_continues_without_messages(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(2.3); finish()")
         _, _, screen = self.finished(columns=120)
         clocks = [re.search(r"(\d:\d\d) elapsed", row)[1] for row in screen.drawings]
         self.assertEqual(["0:00", "0:01", "0:02"], sorted(set(clocks)))
 
-    def test_no_colour_with_NO_COLOR(self):
+    def test_NO_COLOR_removes_colours(self):
         self.standIn(STEADY)
         _, terminal, _ = self.finished(environment={"NO_COLOR": "1"})
         self.assertIsNone(COLOUR.search(terminal.received))
         _, terminal, _ = self.finished(environment={"NO_COLOR": ""})
         self.assertIsNotNone(COLOUR.search(terminal.received))
 
-    def test_plain_letters_where_the_terminal_is_not_utf8(self):
+    def test_bar_is_ascii_without_utf8(self):
         self.standIn(STEADY)
         _, _, screen = self.finished(environment={"LC_ALL": "C"})
         for row in screen.drawings:
             self.assertRegex(row, "^clipping  =*-* ")
 
-    def test_plain_lines_on_a_terminal_that_cannot_move_its_cursor(self):
+    def test_dumb_terminal_has_plain_lines(self):
         self.standIn(STEADY.replace("0.002", "0.003"))
         for settings in ({"TERM": "dumb"}, {"TERM": ""}, {"TERM": None}):
             _, terminal, screen = self.finished(environment=settings)
@@ -137,7 +136,7 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
         status, terminal, _ = self.finished("--quiet")
         self.assertEqual((0, b""), (status, terminal.received))
 
-    def test_errors_stand_above_the_bar(self):
+    def test_errors_are_above_the_bar(self):
         self.standIn("""
 for i in range(20):
     message(type='progress', percent=5.0 * i)
@@ -150,7 +149,7 @@ finish()
         self.assertEqual("The end", screen.rows[20])
         self.assertGreater(len(screen.drawings), 2)
 
-    def test_what_is_typed_does_not_push_the_bar_aside(self):
+    def test_typed_text_does_not_move_the_bar(self):
         self.standIn(STEADY)
         terminal = self.terminal(*JOB, environment={"NO_COLOR": "1"})
         terminal.readUntil(lambda received: b"%" in received, "the bar")
@@ -162,7 +161,7 @@ finish()
         self.assertEqual([], [row for row in screen.drawings if not re.match("clipping  [━─]{8,} +[0-9]", row)])
         self.assertEqual("The end", screen.rows[0])
 
-    def test_a_file_for_the_summary_leaves_the_bar_on_the_terminal(self):
+    def test_bar_is_shown_if_the_summary_is_in_a_file(self):
         self.standIn(STEADY)
         self.giveJob({"a.xyz": HEADER})
         watch = self.watch

@@ -1,4 +1,4 @@
-"""The command line of Vadelwatch, and what it says to a wrong one."""
+"""The command line of Vadelwatch, and the errors about a wrong one."""
 import os
 import sys
 import unittest
@@ -12,7 +12,7 @@ NODES = {"a.xyz": HEADER + b"1;1;5\n" * 3 + b"30;3;5\n"}
 
 
 class Usage(WatchTest):
-    def test_wrong_arguments_are_refused_before_a_run(self):
+    def test_wrong_arguments_are_refused(self):
         self.giveJob(NODES)
         job = ["base/data", "out", "area.xml"]
         for arguments, sentence in (
@@ -28,12 +28,12 @@ class Usage(WatchTest):
                             errors=[sentence, USAGE, "Run with --help for more information."])
                 self.assertFalse(os.path.exists(self.path("base/out")))
 
-    def test_one_hyphen_before_an_option_of_ours(self):
+    def test_option_with_one_hyphen_is_refused(self):
         self.expect(self.run_("base/data", "out", "area.xml", "-lang=en"), status=2, errors=[
             "The following argument was not expected: -lang=en", "Did you mean --lang=en?", USAGE,
             "Run with --help for more information."])
 
-    def test_an_old_output_directory_comes_with_the_command_that_removes_it(self):
+    def test_old_output_directory_is_refused_with_a_command(self):
         self.giveJob(NODES)
         os.makedirs(self.path("base/it's"))
         watched = self.run_("base/data", "it's", "area.xml", "--lang=en")
@@ -42,7 +42,7 @@ class Usage(WatchTest):
         watched = self.run_("base/none", "it's", "area.xml", "--lang=en")
         self.assertEqual((1, False), (watched.status, "rm -r" in watched.errors))
 
-    def test_files_that_cannot_be_are_refused_before_a_run(self):
+    def test_impossible_files_are_refused(self):
         self.giveJob(NODES)
         for option, name, reason in (("--map", "none/map.png", "No such file or directory"),
                                      ("--log", "none/log.jsonl", "No such file or directory"),
@@ -61,11 +61,11 @@ class Usage(WatchTest):
         self.assertEqual((0, ""), (watched.status, watched.errors))
         self.assertRegex(watched.output, r"^Vadelwatch \d+\.\d+\.\d+\n$")
 
-    def test_settings_of_a_sanitizer_are_in_sanitized_builds_alone(self):
+    def test_only_sanitized_builds_have_sanitizer_settings(self):
         with open(WATCH, "rb") as file:
             self.assertEqual(SANITIZED, b"leak:libfontconfig" in file.read())
 
-    def test_options_may_stand_anywhere(self):
+    def test_options_may_be_anywhere(self):
         self.giveJob(NODES)
         self.expect(self.run_("--quiet", "base/data", "--lang", "en", "out", "--", "area.xml"), status=0)
 

@@ -1,6 +1,5 @@
-"""Vadelwatch on a pseudo-terminal that changes its size, or whose run is interrupted: what is left to be seen."""
+"""A pseudo-terminal that changes its size, and one whose run is interrupted: the rows that remain."""
 import os
-import re
 import signal
 import sys
 import time
@@ -14,7 +13,7 @@ NOT_COMPLETE = " The output in base/out is not complete."
 
 
 class Resizing(TerminalTest):
-    def test_each_drawing_fits_the_window_of_its_time(self):
+    def test_each_drawing_fits_the_window(self):
         self.standIn(STEADY)
         terminal = self.terminal(*JOB, columns=120)
         bounds = []
@@ -27,7 +26,7 @@ class Resizing(TerminalTest):
         self.assertEqual(0, terminal.finish())
         drawn = set()
         for seen, data in terminal.reads:
-            # What was drawn as the window changed may still be on its way.
+            # A drawing for the former window may still arrive.
             fitting = [columns for changed, columns in bounds if changed <= seen]
             recent = [columns for changed, columns in bounds if changed <= seen < changed + 0.3]
             columns = max(fitting[-1:] + fitting[-2:-1] if recent else fitting[-1:], default=120)
@@ -36,18 +35,18 @@ class Resizing(TerminalTest):
                 drawn.add(len(row))
         self.assertGreater(len(drawn), 3, drawn)
 
-    def test_rows_that_a_narrower_window_broke_off_are_erased(self):
+    def test_wrapped_rows_of_a_narrower_window_are_erased(self):
         self.standIn(STEADY)
         terminal = self.terminal(*JOB, columns=100)
         terminal.readUntil(lambda received: b"%" in received, "the bar")
         terminal.resize(30)
         self.assertEqual(0, terminal.finish())
-        # 100 columns stand in four rows of 30.
+        # 100 columns need four rows of 30.
         self.assertIn(b"\x1b[K\x1b7" + b"\x1b[B\x1b[2K" * 3 + b"\x1b8", terminal.received)
 
 
 class Interrupted(TerminalTest):
-    def test_control_c_ends_the_tool_and_leaves_the_terminal_as_it_was(self):
+    def test_control_c_ends_the_tool_and_restores_the_terminal(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3000000})
         terminal = self.terminal(*JOB, columns=120)
         before = terminal.settings()
@@ -57,12 +56,12 @@ class Interrupted(TerminalTest):
         self.assertEqual(before, terminal.settings())
         self.assertEqual(4, terminal.finish())
         screen = self.shown(terminal.received, 120)
-        # The terminal's own echo of Ctrl-C goes with the bar that it stands in.
+        # The terminal echoes Ctrl-C into the row of the bar, which is erased.
         self.assertEqual("Vadelwatch: interrupted by SIGINT, Vadelclip has ended. The output in base/out is not complete.",
                          screen.text().strip())
         self.assertTrue(screen.wrapping)
 
-    def test_a_tool_that_takes_its_time_is_waited_for(self):
+    def test_slow_tool_is_awaited_after_control_c(self):
         self.standIn("""
 def end(*unused):
     time.sleep(0.5)
@@ -80,7 +79,7 @@ time.sleep(600)
                          self.shown(terminal.received, 120).text().strip())
         self.assertTrue(os.path.exists(self.path("ended")))
 
-    def test_control_backslash_ends_the_tool_too(self):
+    def test_control_backslash_ends_the_tool(self):
         self.standIn("import resource; resource.setrlimit(resource.RLIMIT_CORE, (0, 0))\n"
                      "message(type='progress', percent=1.0); time.sleep(600)")
         terminal = self.terminal(*JOB, columns=120)
@@ -90,7 +89,7 @@ time.sleep(600)
         self.assertEqual("Vadelwatch: interrupted by SIGQUIT, Vadelclip has ended." + NOT_COMPLETE,
                          self.shown(terminal.received, 120).text().strip())
 
-    def test_the_real_tool_killed_from_outside(self):
+    def test_killed_real_tool_leaves_no_bar(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 3000000})
         terminal = self.terminal(*JOB, columns=120)
         terminal.readUntil(lambda received: b"left" in received, "the bar")
@@ -99,7 +98,7 @@ time.sleep(600)
         self.assertEqual("Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL)." + NOT_COMPLETE,
                          self.shown(terminal.received, 120).text().strip())
 
-    def test_a_killed_tool_leaves_no_bar(self):
+    def test_killed_stand_in_leaves_no_bar(self):
         self.standIn("message(type='progress', percent=50.0); time.sleep(1); os.kill(os.getpid(), signal.SIGKILL)")
         status, terminal, screen = self.finished(columns=120)
         self.assertEqual((4, "Vadelwatch: Vadelclip was ended by signal 9 (SIGKILL). The output in base/out is not complete."),
@@ -107,7 +106,7 @@ time.sleep(600)
 
 
 class InterruptedAfterRun(TerminalTest):
-    """The check waits for a node file that is counted for ever, and the map for a FIFO that is not read."""
+    """The check counts an endless output, and the map waits for a FIFO that is not read."""
 
     def interrupted(self, phase, *options):
         terminal = self.terminal(*JOB, *options, columns=120)
@@ -115,7 +114,7 @@ class InterruptedAfterRun(TerminalTest):
         terminal.type(b"\x03")
         return terminal.finish(), self.shown(terminal.received, 120)
 
-    def test_control_c_during_the_check(self):
+    def test_control_c_ends_the_check(self):
         self.giveJob({"a.xyz": HEADER})
         self.standIn("""
 finish()
@@ -126,7 +125,7 @@ with open('base/out/a.xyz', 'wb') as file:
         self.assertEqual(-signal.SIGINT, status)
         self.assertEqual("Vadelwatch: interrupted, so the output in base/out was not checked.", screen.text().strip())
 
-    def test_control_c_during_the_map(self):
+    def test_control_c_ends_the_map(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         os.mkfifo(self.path("map.png"))
         status, screen = self.interrupted(b"drawing", "--map=map.png")
@@ -134,7 +133,7 @@ with open('base/out/a.xyz', 'wb') as file:
         self.assertEqual("Vadelwatch: interrupted, so the map map.png was not drawn.",
                          screen.text().strip().splitlines()[-1])
 
-    def test_a_second_signal_ends_a_held_terminal(self):
+    def test_second_signal_ends_a_held_terminal(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
         os.mkfifo(self.path("map.png"))
         terminal = self.terminal(*JOB, "--map=map.png", columns=120)
