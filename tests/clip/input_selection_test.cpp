@@ -73,28 +73,16 @@ void expectNothingReportedAndNothingWritten(const TemporaryDirectory& directory)
 
 TEST(InputSelection, acceptsThreeSuffixes) {
     const TemporaryDirectory directory;
+    LineCounts expected;
     for (const char* const name : {"a.txt", "a.xyz", "a.csv", ".txt", ".hidden.csv", "a.b.xyz", "two words.txt",
                                    "a.txt.csv", "\xFF.txt", "-pipe.csv", "x.XYZ.xyz", "total_node_count.txt"}) {
-        directory.write(name, "x;y;z\n1;2;3\n");
+        expected[directory.write(name, "x;y;z\n1;2;3\n")] = 1;
     }
     for (const char* const name : {"a", "atxt", "txt", "a.TXT", "a.Xyz", "a.CSV", "a.txt ", "a.txt.bak", "a.xyzg",
                                    "a.dat", "a.tx", "a.csv~", "a.xy", "csv", "a_txt", "a.asc", "xyz"}) {
         directory.write(name, "x;y;z\n1;2;3\n");
     }
-    const std::string prefix = directory.path() + "/";
-    EXPECT_EQ((LineCounts{{prefix + "a.txt", 1},
-                          {prefix + "a.xyz", 1},
-                          {prefix + "a.csv", 1},
-                          {prefix + ".txt", 1},
-                          {prefix + ".hidden.csv", 1},
-                          {prefix + "a.b.xyz", 1},
-                          {prefix + "two words.txt", 1},
-                          {prefix + "a.txt.csv", 1},
-                          {prefix + "\xFF.txt", 1},
-                          {prefix + "-pipe.csv", 1},
-                          {prefix + "x.XYZ.xyz", 1},
-                          {prefix + "total_node_count.txt", 1}}),
-              select(directory.path()));
+    EXPECT_EQ(expected, select(directory.path()));
 }
 
 TEST(InputSelection, walksOneLevelDeep) {

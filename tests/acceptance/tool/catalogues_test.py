@@ -118,22 +118,9 @@ class Translations(CatalogueTest):
         self.expect(self.start(tool=tool), status=1, console=[USAGE], created=output(1, KEPT), messages=recorded(
             errorMessage(USAGE), failedMessage("gescheitert")))
 
-    def test_placeholder_in_a_translation_is_filled(self):
-        tool = self.copyOfTool({"de": catalogue({NOT_FOUND: "Datei {0} für Ränder fehlt"})})
-        self.expectFailed(self.start("in", "out", "b{1}.xml", tool=tool),
-                          "Datei b{1}.xml für Ränder fehlt", "Boundary file b{1}.xml does not exist")
-
     def test_placeholder_without_an_argument_ends_the_run(self):
         tool = self.copyOfTool({"de": catalogue({NOT_FOUND: "Datei {1} fehlt"})})
         self.expectFailed(self.start("in", "out", "b.xml", tool=tool), "argument not found")
-
-    def test_braces_mean_nothing_without_arguments(self):
-        self.giveJob(NODES)
-        tool = self.copyOfTool({"de": catalogue({USAGE: "{", CLIPPING: "{1} {", FINISHED: "}{0}", FAILED: "{x}"})})
-        self.expect(self.clip(tool=tool), status=0, created=output(1, KEPT), messages=recorded(
-            filePass(2, state="{1} {"), closingRange(), finishMessage("}{0}")))
-        self.expect(self.start(tool=tool), status=1, console=["{"], created=output(1, KEPT), messages=recorded(
-            errorMessage("{"), failedMessage("{x}")))
 
     def test_text_of_a_thrown_error_is_not_translated(self):
         self.giveJob(NODES)

@@ -4,9 +4,8 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import (DIRECTORY, KEPT, NODES, RECORDING, SANITIZED, SQUARE, TOOL, AcceptanceTest, limitMemory,
-                        output)
-from expected_messages import USAGE, errorMessage, failedMessage, failedRun, finishedRun, recorded
+from acceptance import KEPT, NODES, RECORDING, SANITIZED, SQUARE, TOOL, AcceptanceTest, limitMemory, output
+from expected_messages import USAGE, errorMessage, failedMessage, finishedRun, recorded
 from target_platform import withoutTextMode
 
 
@@ -87,19 +86,6 @@ class Ends(AcceptanceTest):
         run = self.startTogether("base/data", "out", "area.xml")
         self.expect(run, status=1, messages=recorded(
             [first], errorMessage(first), [second], errorMessage(second), failedMessage()))
-
-    def test_failing_run_prints_only_its_errors(self):
-        self.giveJob({})
-        self.expect(self.clip(), status=1, console=["There are no input files."], created={"base/out": DIRECTORY},
-                    messages=failedRun("There are no input files."))
-
-    def test_finished_run_leaves_the_console_empty(self):
-        self.giveJob(NODES)
-        self.expectFinished(self.clip(), 1, KEPT, lineCounts=[2])
-
-    def test_thrown_error_is_reported_with_its_own_text(self):
-        self.giveJob(NODES)
-        self.expectThrown(self.start("base/data", "missing/out", "area.xml"), "boost::filesystem::create_directory")
 
     def test_thrown_error_is_printed_before_it_is_sent(self):
         self.giveJob(NODES)

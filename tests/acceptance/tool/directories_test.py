@@ -113,10 +113,6 @@ class OutputDirectory(DirectoryTest):
         super().setUp()
         self.giveNodes()
 
-    def test_existing_output_directory_stays_unchanged(self):
-        self.give({"base/out/a.xyz": b"of an earlier run\n"})
-        self.expectFailed(self.clip(), EXISTS.format(joined("base", "out")))
-
     def test_second_run_is_refused(self):
         self.expectOutputAt("base/out", self.clip())
         self.expectFailed(self.clip(), EXISTS.format(joined("base", "out")), created=output(1, KEPT))

@@ -10,7 +10,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import DIRECTORY, AcceptanceTest, linkTo
-from target_platform import joined, possible
+from target_platform import possible
 
 NODES = b"x;y;z\n1;1;5\n20;1;5\n"
 KEPT = b"x;y;z\n1;1;5\n"
@@ -43,17 +43,6 @@ class Names(SelectionTest):
     def test_no_node_file_leaves_an_empty_output_directory(self):
         self.giveJob({"a.TXT": NODES, "b.doc": NODES, "sub/a.txt": NODES, "empty.txt": b""})
         self.expectNoFiles()
-
-    def test_empty_input_directory_has_no_input_files(self):
-        self.giveJob({})
-        self.expectNoFiles()
-
-    def test_repeated_run_stops_at_the_empty_output_directory(self):
-        self.giveJob({})
-        self.expectNoFiles()
-        text = (f"Output directory {joined('base', 'out')} already exists, "
-                "aborting in order avoid overwriting of existing data")
-        self.expectFailed(self.clip(), text, created={"base/out": DIRECTORY})
 
 
 class Kinds(SelectionTest):

@@ -5,7 +5,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import AcceptanceTest, linkTo, output
-from expected_messages import USAGE, errorMessage, failedMessage, finishedRun, recorded
+from expected_messages import finishedRun
 
 HEADER = b"x;y;z\n"
 
@@ -15,13 +15,6 @@ def nodeLines(count):
 
 
 class Sequences(AcceptanceTest):
-    def test_usage_failure_sends_an_error_and_the_failure(self):
-        self.expect(self.start(), status=1, console=[USAGE], messages=recorded(errorMessage(USAGE), failedMessage()))
-
-    def test_failing_run_sends_its_errors_and_the_failure(self):
-        run = self.start("base/data", "out", "no.xml")
-        self.expectFailed(run, "Boundary file no.xml not found", "Boundary file no.xml does not exist")
-
     def test_finished_run_sends_state_ranges_and_finish(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n2;2;5\n30;3;5\n"})
         self.expect(self.clip(), status=0, created=output(2, {"a.xyz": HEADER + b"1;1;5\n2;2;5\n"}), messages=[
@@ -46,10 +39,6 @@ class Sequences(AcceptanceTest):
         self.giveJob(files)
         kept = {name: content for name, content in files.items() if counts[name] > 0}
         self.expectFinished(self.clip(), 11, kept, lineCounts=[counts[name] for name in self.walkOrder()])
-
-    def test_dropped_line_is_a_step(self):
-        self.giveJob({"a.xyz": HEADER + b"\n\nwords\n1;1;5\n99;99;9\n1\n"})
-        self.expectFinished(self.clip(), 1, {"a.xyz": HEADER + b"1;1;5\n"}, lineCounts=[6])
 
     def test_pipe_mode_does_not_change_the_calls(self):
         self.giveJob({"a.xyz": HEADER + nodeLines(3), "b.xyz": HEADER + b"99;99;9\n"})
