@@ -1,7 +1,7 @@
 /// \file
 /// Compares `BoundaryIndex` and `containsPoint` with a second implementation of the containment test, which shares no line
 /// with them and tests one polygon after the other: open and closed lists, segments, holes. The input is a boundary
-/// (boundary_input.hpp) and points. Each boundary is also tested with many points of its own geometry: on and next to
+/// (boundary_input.hpp) and points. Each boundary is also tested at many points of its geometry: on and next to
 /// vertices, edges, heights of vertices, corners of boxes and the limits of the index's rows.
 
 #include "boundary_input.hpp"

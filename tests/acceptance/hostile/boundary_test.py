@@ -1,4 +1,4 @@
-"""Boundary files that try to exhaust memory, time or stack, or to make the reader open or accept something else.
+"""Boundary files that try to exhaust memory, time or stack, or to make the reader open another file.
 
 Each leads to an ordinary failure of the boundary file or to an ordinary run. A memory limit shows that the reader does
 not expand, copy or keep what it does not need.
