@@ -156,6 +156,7 @@ OrderedJson inputJson(const InputReport& input) {
     if (input.nothingKept) {
         nothingKept = {{"reason", nameOf(input.nothingKept->reason)},
                        {"nodes", extentJson(input.nothingKept->nodes)},
+                       {"nodes_are_sampled", input.nothingKept->isSampled},
                        {"boundary", extentJson(input.nothingKept->boundary)}};
     }
     return {{"passed_over", passedOver},

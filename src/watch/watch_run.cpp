@@ -1,6 +1,6 @@
 #include "watch/watch_run.hpp"
 
-#include "watch/check/boundary_facts.hpp"
+#include "watch/check/outlines.hpp"
 #include "watch/check/input_report.hpp"
 #include "watch/check/output_check.hpp"
 #include "watch/check/own_files.hpp"

@@ -2,6 +2,8 @@
 /// Positions of nodes and vertices, and the rectangles that contain them.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace vadelwatch {
@@ -22,21 +24,47 @@ struct MapExtent {
     double maxY = -std::numeric_limits<double>::infinity();
 };
 
-bool isDrawable(MapPosition position);
-
-bool isEmpty(const MapExtent& extent);
+inline bool isEmpty(const MapExtent& extent) {
+    return extent.minX > extent.maxX || extent.minY > extent.maxY;
+}
 
 /// @pre the extent is not empty, here and below.
-double widthOf(const MapExtent& extent);
-double heightOf(const MapExtent& extent);
+inline double widthOf(const MapExtent& extent) {
+    return extent.maxX - extent.minX;
+}
+
+inline double heightOf(const MapExtent& extent) {
+    return extent.maxY - extent.minY;
+}
+
+inline double longerSideOf(const MapExtent& extent) {
+    return std::max(widthOf(extent), heightOf(extent));
+}
+
+/// Returns the smallest extent that contains both. Either may be empty: infinite limits never win a comparison.
+inline MapExtent joinExtents(const MapExtent& first, const MapExtent& second) {
+    return {std::min(first.minX, second.minX), std::min(first.minY, second.minY), std::max(first.maxX, second.maxX),
+            std::max(first.maxY, second.maxY)};
+}
+
+/// Returns what both contain, which is empty if they do not overlap.
+inline MapExtent intersect(const MapExtent& first, const MapExtent& second) {
+    return {std::max(first.minX, second.minX), std::max(first.minY, second.minY), std::min(first.maxX, second.maxX),
+            std::min(first.maxY, second.maxY)};
+}
 
 /// Returns true if the position is in the extent or on its limits.
-bool holds(const MapExtent& extent, MapPosition position);
+inline bool holds(const MapExtent& extent, MapPosition position) {
+    return position.x >= extent.minX && position.x <= extent.maxX && position.y >= extent.minY &&
+           position.y <= extent.maxY;
+}
 
-/// Extends the extent to the position. Ignores a position that is not drawable.
-void includePosition(MapExtent& extent, MapPosition position);
-
-/// Returns the smallest extent that contains both. Either may be empty.
-MapExtent joinExtents(const MapExtent& first, const MapExtent& second);
+/// Extends the extent to the position. Ignores a position that is not drawable; NaN is not, because each comparison with
+/// it is false.
+inline void includePosition(MapExtent& extent, MapPosition position) {
+    if (std::abs(position.x) <= largestDrawable && std::abs(position.y) <= largestDrawable) {
+        extent = joinExtents(extent, {position.x, position.y, position.x, position.y});
+    }
+}
 
 } // namespace vadelwatch

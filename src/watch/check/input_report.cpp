@@ -1,5 +1,7 @@
 #include "watch/check/input_report.hpp"
 
+#include "watch/check/outlines.hpp"
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -9,8 +11,7 @@ namespace vadelwatch {
 namespace {
 
 bool overlap(const MapExtent& first, const MapExtent& second) {
-    return first.minX <= second.maxX && second.minX <= first.maxX && first.minY <= second.maxY &&
-           second.minY <= first.maxY;
+    return !isEmpty(intersect(first, second));
 }
 
 /// Returns true if only the exchanged extent overlaps the boundary. An empty extent overlaps nothing.
@@ -19,26 +20,20 @@ bool looksExchanged(const MapExtent& positions, const MapExtent& boundary) {
     return !overlap(positions, boundary) && overlap(exchanged, boundary);
 }
 
-NothingKept explain(const NodeFiles& nodeFiles, const BoundaryFacts& boundary) {
-    NothingKept nothing;
-    for (const NodeFile& file : nodeFiles.files) {
-        if (const auto figures = readLineFigures(file.path, PositionsToRead::all, false)) {
-            nothing.nodes = joinExtents(nothing.nodes, figures->positions);
-        }
+NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlines) {
+    if (outlines.empty()) {
+        return NothingKeptReason::noPolygon;
     }
-    nothing.boundary = boundary.extent;
-    if (boundary.polygons == 0) {
-        nothing.reason = NothingKeptReason::noPolygon;
-    } else if (isEmpty(nothing.nodes)) {
-        nothing.reason = NothingKeptReason::noPosition;
-    } else if (boundary.mostVertices < 3) {
-        nothing.reason = NothingKeptReason::fewVertices;
-    } else if (looksExchanged(nothing.nodes, boundary.extent)) {
-        nothing.reason = NothingKeptReason::exchanged;
-    } else if (!overlap(nothing.nodes, boundary.extent)) {
-        nothing.reason = NothingKeptReason::apart;
+    if (isEmpty(nothing.nodes)) {
+        return NothingKeptReason::noPosition;
     }
-    return nothing;
+    if (std::ranges::all_of(outlines, [](const auto& outline) { return outline.size() < 3; })) {
+        return NothingKeptReason::fewVertices;
+    }
+    if (looksExchanged(nothing.nodes, nothing.boundary)) {
+        return NothingKeptReason::exchanged;
+    }
+    return overlap(nothing.nodes, nothing.boundary) ? NothingKeptReason::outside : NothingKeptReason::apart;
 }
 
 } // namespace
@@ -59,18 +54,23 @@ InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, co
     for (const OutputFile& output : check.files) {
         kept[output.name] = output.nodeLines;
     }
-    std::optional<BoundaryFacts> boundary;
+    MapOutlines outlines;
+    const auto hasOutput = [&kept](const NodeFile& file) { return kept.contains(file.name); };
+    if (check.nodeLines == 0 || !std::ranges::all_of(nodeFiles.files, hasOutput)) {
+        readMapOutlines(boundaryFile, outlines);
+    }
+    NothingKept nothing{NothingKeptReason::outside, {}, extentOf(outlines), !nodeFiles.areRead};
     for (const NodeFile& file : nodeFiles.files) {
-        if (!boundary && !kept.contains(file.name)) {
-            boundary = readBoundaryFacts(boundaryFile);
-        }
-        const bool exchanged = !kept.contains(file.name) && looksExchanged(file.figures.positions, boundary->extent);
+        const bool exchanged = !hasOutput(file) && looksExchanged(file.figures.positions, nothing.boundary);
+        nothing.nodes = joinExtents(nothing.nodes, file.figures.positions);
+        nothing.isSampled = nothing.isSampled || file.figures.isSampled;
         if (nodeFiles.areRead) {
             report.files.push_back({file.name, file.figures, kept[file.name], exchanged});
         }
     }
     if (check.addsUp && check.nodeLines == 0 && nodeFiles.unread.empty()) {
-        report.nothingKept = explain(nodeFiles, boundary.value_or(BoundaryFacts{}));
+        nothing.reason = reasonOf(nothing, outlines);
+        report.nothingKept = nothing;
     }
     return report;
 }

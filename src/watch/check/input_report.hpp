@@ -2,7 +2,6 @@
 /// The input report: what the tool did not take from the input directory, and what looks wrong in it.
 #pragma once
 
-#include "watch/check/boundary_facts.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/check/output_check.hpp"
 
@@ -18,8 +17,9 @@ enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, ap
 
 struct NothingKept {
     NothingKeptReason reason = NothingKeptReason::outside;
-    MapExtent nodes; ///< Of all positions; empty if there are none.
+    MapExtent nodes; ///< Of the positions that were read; empty if there are none.
     MapExtent boundary;
+    bool isSampled = false; ///< Not every position was read.
 };
 
 struct InputFile {
@@ -42,8 +42,7 @@ struct InputReport {
 /// Reports on the input of a run that did not finish: entries only.
 InputReport reportEntries(const NodeFiles& nodeFiles);
 
-/// Reports on the input of a finished run. Reads the boundary file if a node file has no output, and reads the node
-/// files once more if nothing was kept.
+/// Reports on the input of a finished run. Reads the boundary file if a node file has no output, but no node file.
 InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, const std::string& boundaryFile);
 
 /// Returns a short English name of the reason, for JSON.

@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <map>
 
 namespace vadelwatch {
 
@@ -20,63 +20,49 @@ std::string joined(const std::vector<std::string>& names) {
     return names.size() > maxNamed ? text + ", ..." : text;
 }
 
-std::string passedOverText(PassedOver reason) {
-    switch (reason) {
-    case PassedOver::suffix:
-        return translateMessage("the suffix is not .txt, .xyz or .csv");
-    case PassedOver::capitals:
-        return translateMessage("the suffix has capital letters");
-    case PassedOver::directory:
-        return translateMessage("a directory with the suffix of a node file");
-    case PassedOver::unreadable:
-        return translateMessage("the file cannot be read");
-    case PassedOver::emptyFirstLine:
-        return translateMessage("the first line is empty");
-    case PassedOver::firstLineWithoutEnd:
-        return translateMessage("the first line has no line feed");
-    case PassedOver::firstCharacter:
-        return translateMessage("the header does not begin with x or X");
-    case PassedOver::separator:
-        return translateMessage("the header has no semicolon, comma, blank or tab after x");
-    case PassedOver::columns:
-        break;
-    }
-    return translateMessage("the columns of the header are not x, y, z or x, y, z, g");
+/// Returns the text of each `PassedOver`.
+std::vector<std::string> passedOverTexts() {
+    return {translateMessage("the suffix is not .txt, .xyz or .csv"),
+            translateMessage("the suffix has capital letters"),
+            translateMessage("a directory with the suffix of a node file"),
+            translateMessage("the file cannot be read"),
+            translateMessage("the first line is empty"),
+            translateMessage("the first line has no line feed"),
+            translateMessage("the header does not begin with x or X"),
+            translateMessage("the header has no semicolon, comma, blank or tab after x"),
+            translateMessage("the columns of the header are not x, y, z or x, y, z, g")};
 }
 
 void addPassedOver(const InputReport& report, std::vector<std::string>& sentences) {
-    for (int reason = 0; reason <= static_cast<int>(PassedOver::columns); ++reason) {
-        std::vector<std::string> names;
-        for (const PassedOverEntry& entry : report.passedOver) {
-            if (entry.reason == static_cast<PassedOver>(reason)) {
-                names.push_back(entry.name);
-            }
-        }
-        if (!names.empty()) {
-            sentences.push_back(formatMessage("{0} of {1} entries passed over, {2}: {3}", groupedNumber(names.size()),
-                                              groupedNumber(report.entries),
-                                              passedOverText(static_cast<PassedOver>(reason)), joined(names)));
-        }
+    std::map<PassedOver, std::vector<std::string>> namesOf;
+    for (const PassedOverEntry& entry : report.passedOver) {
+        namesOf[entry.reason].push_back(entry.name);
+    }
+    const std::vector<std::string> texts = passedOverTexts();
+    for (const auto& [reason, names] : namesOf) {
+        sentences.push_back(formatMessage("{0} of {1} entries passed over, {2}: {3}", groupedNumber(names.size()),
+                                          groupedNumber(report.entries), texts.at(static_cast<std::size_t>(reason)),
+                                          joined(names)));
     }
 }
 
-/// Lines of one kind in all files.
-struct LinesInFiles {
+struct Findings {
     std::uint64_t count = 0;
-    std::vector<std::string> names; ///< With the number of lines and of the first one.
+    std::vector<std::string> names;
 };
 
-LinesInFiles linesInFiles(const InputReport& report, FoundLines LineFigures::*kind) {
-    LinesInFiles lines;
+/// Finds the lines of one kind. The names of their files have the number of lines and of the first one.
+Findings linesOfKind(const InputReport& report, FoundLines LineFigures::*kind) {
+    Findings found;
     for (const InputFile& file : report.files) {
-        const FoundLines& found = file.figures.*kind;
-        if (found.count > 0) {
-            lines.count += found.count;
-            lines.names.push_back(formatMessage("{0} ({1}, first: line {2})", file.name, groupedNumber(found.count),
-                                                groupedNumber(found.first)));
+        const FoundLines& lines = file.figures.*kind;
+        found.count += lines.count;
+        if (lines.count > 0) {
+            found.names.push_back(formatMessage("{0} ({1}, first: line {2})", file.name, groupedNumber(lines.count),
+                                                groupedNumber(lines.first)));
         }
     }
-    return lines;
+    return found;
 }
 
 void addLines(const InputReport& report, std::vector<std::string>& sentences) {
@@ -92,23 +78,21 @@ void addLines(const InputReport& report, std::vector<std::string>& sentences) {
             exchanged.push_back(file.name);
         }
     }
+    const std::string lines = groupedNumber(all);
     const std::string files = groupedNumber(report.files.size());
-    const LinesInFiles unparsable = linesInFiles(report, &LineFigures::unparsable);
-    if (unparsable.count > 0) {
+    if (const Findings found = linesOfKind(report, &LineFigures::unparsable); found.count > 0) {
         sentences.push_back(formatMessage("{0} of {1} lines dropped, x or y is no number or nothing follows y: {2}",
-                                          groupedNumber(unparsable.count), groupedNumber(all),
-                                          joined(unparsable.names)));
+                                          groupedNumber(found.count), lines, joined(found.names)));
     }
     if (!withoutEnd.empty()) {
         sentences.push_back(
             formatMessage("{0} of {1} node files without a line feed at the end, the last line is dropped: {2}",
                           groupedNumber(withoutEnd.size()), files, joined(withoutEnd)));
     }
-    const LinesInFiles commas = linesInFiles(report, &LineFigures::decimalCommas);
-    if (commas.count > 0) {
+    if (const Findings found = linesOfKind(report, &LineFigures::decimalCommas); found.count > 0) {
         sentences.push_back(
             formatMessage("{0} of {1} lines probably with decimal commas, numbers end at the comma: {2}",
-                          groupedNumber(commas.count), groupedNumber(all), joined(commas.names)));
+                          groupedNumber(found.count), lines, joined(found.names)));
     }
     if (!exchanged.empty()) {
         sentences.push_back(formatMessage("{0} of {1} node files probably with x and y exchanged: {2}",
@@ -116,41 +100,33 @@ void addLines(const InputReport& report, std::vector<std::string>& sentences) {
     }
 }
 
-std::string nothingKeptText(NothingKeptReason reason) {
-    switch (reason) {
-    case NothingKeptReason::noPolygon:
-        return translateMessage("The boundary file has no polygon in a group of type \"boundaries\".");
-    case NothingKeptReason::fewVertices:
-        return translateMessage("Every polygon has fewer than three points.");
-    case NothingKeptReason::noPosition:
-        return translateMessage("The node files have no line with a position.");
-    case NothingKeptReason::exchanged:
-        return translateMessage("Nodes and boundary do not overlap, but would overlap with x and y exchanged.");
-    case NothingKeptReason::apart:
-        return translateMessage("Nodes and boundary do not overlap.");
-    case NothingKeptReason::outside:
-        break;
-    }
-    return translateMessage("Nodes and boundary overlap, but no node is in a polygon.");
+/// Returns the text of each `NothingKeptReason`.
+std::vector<std::string> nothingKeptTexts() {
+    return {translateMessage("The boundary file has no polygon in a group of type \"boundaries\"."),
+            translateMessage("Every polygon has fewer than three points."),
+            translateMessage("The node files have no line with a position."),
+            translateMessage("Nodes and boundary do not overlap, but would overlap with x and y exchanged."),
+            translateMessage("Nodes and boundary do not overlap."),
+            translateMessage("Nodes and boundary overlap, but no node is in a polygon.")};
 }
 
-/// Returns the shortest text of a coordinate from which the same number is read, with a point in every language.
-std::string coordinate(double number) {
-    return fmt::format("{}", number);
+/// Returns the extent in numbers: the shortest from which the same coordinates are read, with a point in every language.
+std::string extentText(const MapExtent& extent) {
+    return formatMessage("x from {0} to {1}, y from {2} to {3}", fmt::format("{}", extent.minX),
+                         fmt::format("{}", extent.maxX), fmt::format("{}", extent.minY),
+                         fmt::format("{}", extent.maxY));
 }
 
 void addNothingKept(const NothingKept& nothing, std::vector<std::string>& sentences) {
-    sentences.push_back(formatMessage("Warning: no node was kept. {0}", nothingKeptText(nothing.reason)));
-    const MapExtent& nodes = nothing.nodes;
-    if (!isEmpty(nodes)) {
-        sentences.push_back(formatMessage("Nodes: x from {0} to {1}, y from {2} to {3}", coordinate(nodes.minX),
-                                          coordinate(nodes.maxX), coordinate(nodes.minY), coordinate(nodes.maxY)));
+    sentences.push_back(formatMessage("Warning: no node was kept. {0}",
+                                      nothingKeptTexts().at(static_cast<std::size_t>(nothing.reason))));
+    if (!isEmpty(nothing.nodes)) {
+        const std::string extent = extentText(nothing.nodes);
+        sentences.push_back(nothing.isSampled ? formatMessage("Nodes, in a sample of the lines: {0}", extent)
+                                              : formatMessage("Nodes: {0}", extent));
     }
-    const MapExtent& boundary = nothing.boundary;
-    if (!isEmpty(boundary)) {
-        sentences.push_back(formatMessage("Boundary: x from {0} to {1}, y from {2} to {3}", coordinate(boundary.minX),
-                                          coordinate(boundary.maxX), coordinate(boundary.minY),
-                                          coordinate(boundary.maxY)));
+    if (!isEmpty(nothing.boundary)) {
+        sentences.push_back(formatMessage("Boundary: {0}", extentText(nothing.boundary)));
     }
 }
 

@@ -2,14 +2,16 @@
 
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
+#include "text/text_lines.hpp"
 #include "text/text_mode.hpp"
-#include "watch/check/node_files.hpp"
 #include "watch/check/plain_line.hpp"
 
 #include <algorithm>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -26,17 +28,17 @@ bool isDigit(char byte) {
 /// Checks the lines of one file.
 class LinePass {
 public:
-    explicit LinePass(PositionsToRead positions) : positionMask(positions == PositionsToRead::all ? 0 : 63) {}
-
     /// Takes whole lines, the last byte being a line feed.
     /// @return false if the first line of the file is not a header.
     bool take(const char* line, const char* last) {
         while (line <= last) {
             const std::uint64_t number = ++figures.count.lineFeeds;
-            const bool mayBePlain = number > 1 && ((number - 2) & positionMask) != 0;
+            const bool maySkip = number > linesReadInFull && number % 64 != 0;
             const char* end =
-                mayBePlain ? endOfPlainLine(line, last, separator, separator == ',' ? columns + 1 : 0) : nullptr;
-            if (end == nullptr) {
+                maySkip ? endOfPlainLine(line, last, separator, separator == ',' ? columns + 1 : 0) : nullptr;
+            if (end != nullptr) {
+                figures.isSampled = true;
+            } else {
                 end = static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(last + 1 - line)));
                 std::string_view text(line, static_cast<std::size_t>(end - line));
                 text.remove_suffix(vadelclip::carriageReturnsToDrop(text));
@@ -88,16 +90,20 @@ private:
         return false;
     }
 
-    std::uint64_t positionMask;
     char separator = 0;
     std::size_t columns = 3;
 };
 
-/// Reads from the position of the descriptor to the end of the file.
-std::optional<LineFigures> passOver(int descriptor, PositionsToRead positions, const std::atomic<bool>& stop) {
-    LinePass pass(positions);
+/// Reads from the position of the descriptor to the end of the file, in blocks of whole lines.
+///
+/// @param take is called with the first and the last byte of each block; the last byte is a line feed. `plainLineReach`
+///             bytes after it are readable. It returns false to end the reading.
+/// @return the bytes and the last one, but not the lines; nothing after a failure.
+template <typename Take>
+std::optional<LineCount> readBlocks(int descriptor, const std::atomic<bool>& stop, Take take) {
     // Not a vector, which would write zeros to a megabyte for each small file. NOLINTNEXTLINE(modernize-avoid-c-arrays)
     const auto buffer = std::make_unique_for_overwrite<char[]>(maxLine + blockSize + plainLineReach);
+    LineCount count;
     std::size_t begun = 0; // bytes of a line whose end is not read yet
     while (!stop) {
         char* const block = buffer.get() + begun;
@@ -106,22 +112,33 @@ std::optional<LineFigures> passOver(int descriptor, PositionsToRead positions, c
             return std::nullopt;
         }
         if (received == 0) {
-            return pass.figures;
+            return count;
         }
         const auto size = static_cast<std::size_t>(received);
         // The test for plain lines reads these bytes, too.
         std::memset(block + size, 0, plainLineReach);
-        pass.figures.count.bytes += size;
-        pass.figures.count.endsInLineFeed = block[size - 1] == '\n';
+        count.bytes += size;
+        count.endsInLineFeed = block[size - 1] == '\n';
         const auto* const last = static_cast<const char*>(memrchr(block, '\n', size));
         const char* const rest = last == nullptr ? buffer.get() : last + 1;
-        if (last != nullptr && !pass.take(buffer.get(), last)) {
+        if (last != nullptr && !take(buffer.get(), last)) {
             return std::nullopt;
         }
         begun = std::min(static_cast<std::size_t>(block + size - rest), maxLine);
         std::memmove(buffer.get(), rest, begun);
     }
     return std::nullopt;
+}
+
+template <typename Take>
+std::optional<LineCount> readFile(const std::string& path, const std::atomic<bool>& stop, Take take) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor == -1) {
+        return std::nullopt;
+    }
+    const std::optional<LineCount> count = readBlocks(descriptor, stop, take);
+    close(descriptor);
+    return count;
 }
 
 } // namespace
@@ -131,15 +148,42 @@ void FoundLines::add(std::uint64_t lineNumber) {
     ++count;
 }
 
-std::optional<LineFigures> readLineFigures(const std::string& path, PositionsToRead positions,
-                                           const std::atomic<bool>& stop) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor == -1) {
+int openRegularFile(const std::string& path) {
+    struct stat status {};
+    // Checked before the file is opened, because opening a device may have an effect.
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return -1;
+    }
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor != -1 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
+    std::uint64_t lineFeeds = 0;
+    std::optional<LineCount> count = readFile(path, stop, [&lineFeeds](const char* first, const char* last) {
+        lineFeeds += vadelclip::countLineFeeds(first, static_cast<std::size_t>(last + 1 - first));
+        return true;
+    });
+    if (count) {
+        count->lineFeeds = lineFeeds;
+    }
+    return count;
+}
+
+std::optional<LineFigures> readLineFigures(const std::string& path, const std::atomic<bool>& stop) {
+    LinePass pass;
+    const std::optional<LineCount> count =
+        readFile(path, stop, [&pass](const char* first, const char* last) { return pass.take(first, last); });
+    if (!count) {
         return std::nullopt;
     }
-    std::optional<LineFigures> figures = passOver(descriptor, positions, stop);
-    close(descriptor);
-    return figures;
+    const std::uint64_t lineFeeds = pass.figures.count.lineFeeds;
+    pass.figures.count = {count->bytes, lineFeeds, count->endsInLineFeed};
+    return pass.figures;
 }
 
 } // namespace vadelwatch

@@ -37,20 +37,29 @@ struct LineFigures {
     /// the separator, with at least two columns more than the header.
     FoundLines decimalCommas;
 
-    MapExtent positions; ///< Of the positions that were read. Empty if there are none.
+    MapExtent positions;    ///< Of the positions that were read. Empty if there are none.
+    bool isSampled = false; ///< Not every position was read.
 };
 
-/// Which positions a pass reads. Lines are counted and checked in either case.
-enum class PositionsToRead {
-    some, ///< The first one, every 64th after it, and those of unusual lines: reading all of them costs too much.
-    all
-};
+/// The positions of this many lines of each file are read, and then those of every 64th line and of unusual lines:
+/// reading all of them takes longer than a run that keeps no node.
+inline constexpr std::uint64_t linesReadInFull = 1000;
+
+/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
+/// from the tool.
+///
+/// @return the descriptor, closed on exec; -1 for anything else.
+int openRegularFile(const std::string& path);
+
+/// Counts the lines of a regular file.
+///
+/// @param stop ends the count soon after it becomes true, here and below.
+/// @return nothing if the file cannot be read, is not a regular file, or the count was stopped.
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop);
 
 /// Reads a node file once. Of a line longer than 1 MiB only its beginning and its end are checked.
 ///
-/// @param stop ends the pass soon after it becomes true.
-/// @return nothing if the file cannot be read, is not a regular file or has no header, or the pass was stopped.
-std::optional<LineFigures> readLineFigures(const std::string& path, PositionsToRead positions,
-                                           const std::atomic<bool>& stop);
+/// @return nothing also if the file has no header.
+std::optional<LineFigures> readLineFigures(const std::string& path, const std::atomic<bool>& stop);
 
 } // namespace vadelwatch

@@ -5,40 +5,15 @@
 #include "text/text_lines.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <exception>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace vadelwatch {
 
 namespace {
-
-constexpr std::size_t blockSize = 1 << 18;
-
-/// Counts from the position of the descriptor to the end of the file.
-std::optional<LineCount> countFrom(int descriptor, const std::atomic<bool>& stop) {
-    LineCount count;
-    std::vector<char> block(blockSize);
-    while (!stop) {
-        const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, block.data(), block.size()));
-        if (received < 0) {
-            return std::nullopt;
-        }
-        if (received == 0) {
-            return count;
-        }
-        const auto size = static_cast<std::size_t>(received);
-        count.bytes += size;
-        count.lineFeeds += vadelclip::countLineFeeds(block.data(), size);
-        count.endsInLineFeed = block[size - 1] == '\n';
-    }
-    return std::nullopt;
-}
 
 /// Returns nothing if the first line of the file is a header.
 std::optional<PassedOver> whyNotNodeFile(const std::string& path) {
@@ -94,30 +69,6 @@ void addEntry(const std::filesystem::path& path, NodeFiles& found) {
 
 } // namespace
 
-int openRegularFile(const std::string& path) {
-    struct stat status {};
-    // Checked before the file is opened, because opening a device may have an effect.
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return -1;
-    }
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-    if (descriptor != -1 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
-        close(descriptor);
-        return -1;
-    }
-    return descriptor;
-}
-
-std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor == -1) {
-        return std::nullopt;
-    }
-    const std::optional<LineCount> count = countFrom(descriptor, stop);
-    close(descriptor);
-    return count;
-}
-
 std::optional<FileState> fileState(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) {
@@ -145,7 +96,7 @@ std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atom
     }
     std::uint64_t total = 0;
     for (NodeFile& file : nodeFiles.files) {
-        const std::optional<LineFigures> figures = readLineFigures(file.path, PositionsToRead::some, stop);
+        const std::optional<LineFigures> figures = readLineFigures(file.path, stop);
         // The number of a file that changed meanwhile belongs neither to the old nor to the new content.
         const bool same = figures && static_cast<std::int64_t>(figures->count.bytes) == file.state.bytes;
         if (!same || fileState(file.path) != file.state) {

@@ -13,18 +13,6 @@
 
 namespace vadelwatch {
 
-/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
-/// from the tool.
-///
-/// @return the descriptor, closed on exec; -1 for anything else.
-int openRegularFile(const std::string& path);
-
-/// Counts the lines of a regular file.
-///
-/// @param stop ends the count soon after it becomes true.
-/// @return nothing if the file cannot be read, is not a regular file, or the count was stopped.
-std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop);
-
 /// Size and time of a file at one moment.
 struct FileState {
     std::int64_t bytes = 0;

@@ -1,35 +1,64 @@
 #include "watch/check/outlines.hpp"
 
+#include "text/number_text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <pugixml.hpp>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 
 namespace vadelwatch {
 
 namespace {
 
-constexpr unsigned int parseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
+/// Returns "line 3, column 5" of a byte in a file. Columns are bytes.
+std::string placeOf(const std::string& path, std::ptrdiff_t offset) {
+    std::string text(static_cast<std::size_t>(offset), '\0');
+    std::ifstream input(path, std::ios::binary);
+    input.read(text.data(), offset);
+    text.resize(static_cast<std::size_t>(input.gcount()));
+    const std::size_t lineStart = text.rfind('\n') + 1; // 0 without a line feed
+    return formatMessage("line {0}, column {1}", std::to_string(std::count(text.begin(), text.end(), '\n') + 1),
+                         std::to_string(text.size() - lineStart + 1));
+}
 
-/// Ignores the rest of the value after the number.
+/// Parses the file with the options of the tool.
+/// @return why it cannot be read, empty on success.
+std::string load(pugi::xml_document& document, const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        // The reason of the parser would be missing memory.
+        return translateMessage("it is a directory");
+    }
+    if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) {
+        return errno == ENOENT ? translateMessage("File was not found") : std::strerror(errno);
+    }
+    const pugi::xml_parse_result result =
+        document.load_file(path.c_str(), pugi::parse_pi | pugi::parse_ws_pcdata, pugi::encoding_auto);
+    if (result.status == pugi::status_ok) {
+        return "";
+    }
+    // Offsets in other encodings are not those of the file.
+    return result.description() + (result.encoding == pugi::encoding_utf8 ? ", " + placeOf(path, result.offset) : "");
+}
+
+std::string cannotBeRead(const std::string& boundaryFile, const std::string& reason) {
+    return formatMessage("The boundary file {0} cannot be read: {1}.", boundaryFile, reason);
+}
+
+/// Reads a number as the tool does, which ignores the rest of the value.
 bool readCoordinate(const pugi::xml_node& point, const char* name, double& coordinate) {
-    std::string_view text = point.attribute(name).value();
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), coordinate);
-    if (error != std::errc() || std::isnan(coordinate)) {
-        return false;
-    }
-    coordinate = std::clamp(coordinate, -largestDrawable, largestDrawable);
-    return true;
+    const vadelclip::NumberReading reading = vadelclip::readNumber(point.attribute(name).value());
+    coordinate = std::clamp(reading.value, -largestDrawable, largestDrawable);
+    return !reading.failed;
 }
 
 bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outline) {
@@ -43,67 +72,13 @@ bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outlin
     return true;
 }
 
-/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to the inner side of one limit of the
-/// window. `distance` is the distance of the start from the limit, positive inside; `change` is how much the distance
-/// grows along the line. This is the line clipping of Liang and Barsky.
-///
-/// @return false if nothing is left.
-bool narrow(double distance, double change, double& first, double& last) {
-    if (change == 0.0) {
-        return distance >= 0.0;
-    }
-    const double crossing = -distance / change;
-    if (change > 0.0) {
-        first = std::max(first, crossing);
-    } else {
-        last = std::min(last, crossing);
-    }
-    return first <= last;
-}
-
-/// Moves a position into the window. Rounding may put a crossing outside it on an edge much longer than the window.
-MapPosition clampTo(const MapExtent& window, MapPosition position) {
-    return {std::clamp(position.x, window.minX, window.maxX), std::clamp(position.y, window.minY, window.maxY)};
-}
-
-/// Clips one edge in place.
-/// @return false if nothing of it is in the window.
-bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
-    const double dx = end.x - start.x;
-    const double dy = end.y - start.y;
-    double first = 0.0;
-    double last = 1.0;
-    if (!narrow(start.x - window.minX, dx, first, last) || !narrow(window.maxX - start.x, -dx, first, last) ||
-        !narrow(start.y - window.minY, dy, first, last) || !narrow(window.maxY - start.y, -dy, first, last)) {
-        return false;
-    }
-    const MapPosition origin = start;
-    if (last < 1.0) {
-        end = clampTo(window, {origin.x + last * dx, origin.y + last * dy});
-    }
-    if (first > 0.0) {
-        start = clampTo(window, {origin.x + first * dx, origin.y + first * dy});
-    }
-    return true;
-}
-
-std::string unreadable(const std::string& boundaryFile, const std::string& reason) {
-    return formatMessage("The boundary file {0} cannot be read: {1}.", boundaryFile, reason);
-}
-
 } // namespace
 
 std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlines) {
-    std::error_code error;
-    if (std::filesystem::is_directory(boundaryFile, error)) {
-        // The reason of the parser would be missing memory.
-        return unreadable(boundaryFile, translateMessage("it is a directory"));
-    }
     pugi::xml_document document;
-    const pugi::xml_parse_result result = document.load_file(boundaryFile.c_str(), parseOptions, pugi::encoding_auto);
-    if (result.status != pugi::status_ok) {
-        const bool missing = result.status == pugi::status_file_not_found;
-        return unreadable(boundaryFile, missing ? translateMessage("File was not found") : result.description());
+    const std::string reason = load(document, boundaryFile);
+    if (!reason.empty()) {
+        return cannotBeRead(boundaryFile, reason);
     }
     for (const pugi::xml_node& group : document.child("VADELSIM").child("VadeDGM").children("group")) {
         if (std::string_view(group.attribute("type").value()) != "boundaries") {
@@ -129,25 +104,21 @@ MapExtent extentOf(const MapOutlines& outlines) {
     return extent;
 }
 
-MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window) {
-    MapOutlines lines;
-    bool goesOn = false;
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        MapPosition start = outline[i];
-        MapPosition end = outline[(i + 1) % outline.size()];
-        const MapPosition vertex = end;
-        if (!clipEdge(start, end, window)) {
-            goesOn = false;
-            continue;
-        }
-        if (!goesOn) {
-            lines.push_back({start});
-        }
-        lines.back().push_back(end);
-        // If the end of the edge was cut off, the outline leaves the window there.
-        goesOn = end.x == vertex.x && end.y == vertex.y;
+std::string whyBoundaryNotFound(const std::string& boundaryFile) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(boundaryFile, error);
+    if (status.type() == std::filesystem::file_type::none) {
+        // It is unknown if the file exists: a directory of the path may not be searched, for example.
+        return cannotBeRead(boundaryFile, error.message());
     }
-    return lines;
+    if (!std::filesystem::is_regular_file(status) && !std::filesystem::is_directory(status)) {
+        return "";
+    }
+    pugi::xml_document document;
+    const std::string reason = load(document, boundaryFile);
+    return reason.empty()
+               ? ""
+               : formatMessage("The boundary file {0} exists, but cannot be read: {1}.", boundaryFile, reason);
 }
 
 } // namespace vadelwatch

@@ -1,7 +1,5 @@
 /// \file
-/// The outlines of the boundary file, and the part of them in a window.
-///
-/// This reader is more lenient than the tool's, which has read the file before.
+/// The outlines of the boundary file, or why it cannot be read.
 #pragma once
 
 #include "watch/check/extent.hpp"
@@ -23,10 +21,8 @@ std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlin
 
 MapExtent extentOf(const MapOutlines& outlines);
 
-/// Clips a closed outline to a window.
-///
-/// @return lines of at least two positions each, all within the window, in the order of the outline. A single vertex in
-///         the window is a line from itself to itself.
-MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window);
+/// Returns a sentence if the tool calls the file "not found" for another reason: it is a directory, may not be read, or is
+/// not well-formed XML. Otherwise empty. Does not read a FIFO: another reader may need its bytes.
+std::string whyBoundaryNotFound(const std::string& boundaryFile);
 
 } // namespace vadelwatch

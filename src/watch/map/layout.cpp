@@ -11,18 +11,8 @@ namespace {
 constexpr double largestSizeRatio = 4.0;
 constexpr double marginShare = 0.04;
 
-/// Returns the longer side.
-double sizeOf(const MapExtent& extent) {
-    return std::max(widthOf(extent), heightOf(extent));
-}
-
 MapExtent grow(const MapExtent& extent, double distance) {
     return {extent.minX - distance, extent.minY - distance, extent.maxX + distance, extent.maxY + distance};
-}
-
-MapExtent intersect(const MapExtent& first, const MapExtent& second) {
-    return {std::max(first.minX, second.minX), std::max(first.minY, second.minY), std::min(first.maxX, second.maxX),
-            std::min(first.maxY, second.maxY)};
 }
 
 double largestMagnitude(const MapExtent& extent) {
@@ -107,18 +97,18 @@ MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines) {
     if (isEmpty(points) || isEmpty(outlines)) {
         return all;
     }
-    const bool pointsAreSmaller = sizeOf(points) < sizeOf(outlines);
+    const bool pointsAreSmaller = longerSideOf(points) < longerSideOf(outlines);
     const MapExtent& smaller = pointsAreSmaller ? points : outlines;
     // Extents without overlap are both shown, because the user must see how far apart they are.
     const bool apart = isEmpty(intersect(points, outlines));
-    if (apart || sizeOf(smaller) <= 0.0 || sizeOf(all) <= largestSizeRatio * sizeOf(smaller)) {
+    if (apart || longerSideOf(smaller) <= 0.0 || longerSideOf(all) <= largestSizeRatio * longerSideOf(smaller)) {
         return all;
     }
-    return intersect(grow(smaller, sizeOf(smaller) / 2.0), all);
+    return intersect(grow(smaller, longerSideOf(smaller) / 2.0), all);
 }
 
 MapExtent addMargin(const MapExtent& frame) {
-    const double size = sizeOf(frame);
+    const double size = longerSideOf(frame);
     if (size > 0.0) {
         return grow(frame, std::max(size * marginShare, (smallestResolvedSize(frame) - size) / 2.0));
     }

@@ -12,6 +12,50 @@ constexpr std::size_t maxMarkedOutlines = 30;
 
 constexpr double outlineOpacity = 0.8;
 
+/// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to the inner side of one limit of the
+/// window. `distance` is the distance of the start from the limit, positive inside; `change` is how much the distance
+/// grows along the line. This is the line clipping of Liang and Barsky.
+///
+/// @return false if nothing is left.
+bool narrow(double distance, double change, double& first, double& last) {
+    if (change == 0.0) {
+        return distance >= 0.0;
+    }
+    const double crossing = -distance / change;
+    if (change > 0.0) {
+        first = std::max(first, crossing);
+    } else {
+        last = std::min(last, crossing);
+    }
+    return first <= last;
+}
+
+/// Moves a position into the window. Rounding may put a crossing outside it on an edge much longer than the window.
+MapPosition clampTo(const MapExtent& window, MapPosition position) {
+    return {std::clamp(position.x, window.minX, window.maxX), std::clamp(position.y, window.minY, window.maxY)};
+}
+
+/// Clips one edge in place.
+/// @return false if nothing of it is in the window.
+bool clipEdge(MapPosition& start, MapPosition& end, const MapExtent& window) {
+    const double dx = end.x - start.x;
+    const double dy = end.y - start.y;
+    double first = 0.0;
+    double last = 1.0;
+    if (!narrow(start.x - window.minX, dx, first, last) || !narrow(window.maxX - start.x, -dx, first, last) ||
+        !narrow(start.y - window.minY, dy, first, last) || !narrow(window.maxY - start.y, -dy, first, last)) {
+        return false;
+    }
+    const MapPosition origin = start;
+    if (last < 1.0) {
+        end = clampTo(window, {origin.x + last * dx, origin.y + last * dy});
+    }
+    if (first > 0.0) {
+        start = clampTo(window, {origin.x + first * dx, origin.y + first * dy});
+    }
+    return true;
+}
+
 /// Returns the vertices in pixels, without those too close to the one before to be seen: an outline may have more
 /// vertices than the picture has pixels.
 std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<MapPosition>& line) {
@@ -45,6 +89,27 @@ void drawCircle(MapCanvas& canvas, PixelPosition centre, MapColour colour) {
 }
 
 } // namespace
+
+MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window) {
+    MapOutlines lines;
+    bool goesOn = false;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        MapPosition start = outline[i];
+        MapPosition end = outline[(i + 1) % outline.size()];
+        const MapPosition vertex = end;
+        if (!clipEdge(start, end, window)) {
+            goesOn = false;
+            continue;
+        }
+        if (!goesOn) {
+            lines.push_back({start});
+        }
+        lines.back().push_back(end);
+        // If the end of the edge was cut off, the outline leaves the window there.
+        goesOn = end.x == vertex.x && end.y == vertex.y;
+    }
+    return lines;
+}
 
 OutlineCounts countOutlines(const MapOutlines& outlines, const MapView& view) {
     OutlineCounts counts;

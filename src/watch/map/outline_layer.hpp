@@ -22,6 +22,12 @@ struct OutlineCounts {
     std::size_t small = 0;    ///< In the map, but smaller than `minVisibleSize`.
 };
 
+/// Clips a closed outline to a window.
+///
+/// @return lines of at least two positions each, all within the window, in the order of the outline. A single vertex in
+///         the window is a line from itself to itself.
+MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window);
+
 /// Anything smaller than this gets a circle around it.
 constexpr double minVisibleSize = 10.0;
 

@@ -86,8 +86,17 @@ TEST_F(Report, explainsThatNothingWasKept) {
     EXPECT_EQ(NothingKeptReason::outside, report(square(100, 0)).nothingKept->reason);
     EXPECT_EQ(NothingKeptReason::noPolygon, report("<VADELSIM><VadeDGM/></VADELSIM>").nothingKept->reason);
     EXPECT_EQ(102.0, report(square(0, 100)).nothingKept->nodes.maxX);
+    EXPECT_FALSE(report(square(0, 100)).nothingKept->isSampled);
     directory.write("in/a.xyz", header + "bad\n");
     EXPECT_EQ(NothingKeptReason::noPosition, report(square(0, 100)).nothingKept->reason);
+}
+
+TEST(InputSentences, sayThatExtentIsOfSample) {
+    InputReport report;
+    report.nothingKept = NothingKept{NothingKeptReason::apart, {1, 2, 3, 4}, {}, true};
+    EXPECT_EQ((std::vector<std::string>{"Warning: no node was kept. Nodes and boundary do not overlap.",
+                                        "Nodes, in a sample of the lines: x from 1 to 3, y from 2 to 4"}),
+              inputSentences(report));
 }
 
 TEST(InputSentences, namesAtMostFiveEntries) {
@@ -108,17 +117,6 @@ TEST(InputSentences, sayEveryReason) {
         report.passedOver.push_back({"a", static_cast<PassedOver>(reason)});
     }
     EXPECT_EQ(9U, inputSentences(report).size());
-}
-
-TEST(BoundaryFacts, saysWhyExistingFileIsNotFound) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.write("bad.xml", "<a>\n <b></c>\n</a>");
-    EXPECT_EQ("The boundary file " + path + " exists, but cannot be read: Start-end tags mismatch, line 2, column 7.",
-              whyBoundaryNotFound(path));
-    EXPECT_EQ("", whyBoundaryNotFound(directory.write("good.xml", square(0, 0))));
-    EXPECT_EQ("", whyBoundaryNotFound(directory.pathOf("none")));
-    EXPECT_EQ("The boundary file " + directory.path() + " exists, but cannot be read: it is a directory.",
-              whyBoundaryNotFound(directory.path()));
 }
 
 } // namespace vadelwatch

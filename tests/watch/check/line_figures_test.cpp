@@ -12,9 +12,9 @@ using vadelclip::TemporaryDirectory;
 
 namespace {
 
-LineFigures figuresOf(const std::string& content, PositionsToRead positions = PositionsToRead::all) {
+LineFigures figuresOf(const std::string& content) {
     const TemporaryDirectory directory;
-    return readLineFigures(directory.write("a", content), positions, false).value();
+    return readLineFigures(directory.write("a", content), false).value();
 }
 
 std::string repeated(const std::string& text, int times) {
@@ -28,11 +28,12 @@ std::string repeated(const std::string& text, int times) {
 } // namespace
 
 TEST(LineFigures, countsLinesThatDoNotParse) {
-    for (const PositionsToRead positions : {PositionsToRead::some, PositionsToRead::all}) {
-        const LineFigures figures = figuresOf("x;y;z\r\n1;1;1\r\n2;2\r\n\r\n3;3;3\r\n4", positions);
-        EXPECT_EQ(4U, figures.count.nodeLines());
+    for (const unsigned int before : {0U, 3000U}) {
+        const LineFigures figures =
+            figuresOf("x;y;z\r\n" + repeated("1;1;1\r\n", static_cast<int>(before)) + "1;1;1\r\n2;2\r\n\r\n3;3;3\r\n4");
+        EXPECT_EQ(before + 4U, figures.count.nodeLines());
         EXPECT_EQ(2U, figures.unparsable.count);
-        EXPECT_EQ(3U, figures.unparsable.first);
+        EXPECT_EQ(before + 3U, figures.unparsable.first);
         EXPECT_EQ(0U, figures.decimalCommas.count);
         EXPECT_FALSE(figures.count.endsInLineFeed);
     }
@@ -54,33 +55,35 @@ TEST(LineFigures, findsDecimalCommas) {
          {Case{"x;y;z\n1;1;1\n387000,5;5638000,5;1\n1;2,5;1\n", 2, 3}, Case{"x;y;z\n1;1;1,5\n1, 2;3 ,;4\n", 0, 0},
           Case{"x y z\n387000,5 5638000,5 1\n", 1, 2}, Case{"x,y,z\n1,2,3\n1,2,3,4\n387000,5,5638000,5,1\n", 1, 4},
           Case{"x,y,z,g\n1,2,3,4,5\n1,5,2,5,3,4\n", 1, 3}}) {
-        const LineFigures figures = figuresOf(each.content, PositionsToRead::some);
+        const LineFigures figures = figuresOf(each.content);
         EXPECT_EQ(each.count, figures.decimalCommas.count) << each.content;
         EXPECT_EQ(each.first, figures.decimalCommas.first) << each.content;
     }
 }
 
-TEST(LineFigures, countsTheSameInAllPositions) {
+TEST(LineFigures, countsTheSameInSampledLines) {
     const std::string content = "x;y;z\n" + repeated("1;1;1\n2.5;-2.5;2\nbad\n3,5;3;3\n+4;4;4\n5;5\n", 20000);
-    for (const PositionsToRead positions : {PositionsToRead::some, PositionsToRead::all}) {
-        const LineFigures figures = figuresOf(content, positions);
-        EXPECT_EQ(120000U, figures.count.nodeLines());
-        EXPECT_EQ(40000U, figures.unparsable.count);
-        EXPECT_EQ(4U, figures.unparsable.first);
-        EXPECT_EQ(20000U, figures.decimalCommas.count);
-        EXPECT_EQ(content.size(), figures.count.bytes);
-    }
+    const LineFigures figures = figuresOf(content);
+    EXPECT_EQ(120000U, figures.count.nodeLines());
+    EXPECT_EQ(40000U, figures.unparsable.count);
+    EXPECT_EQ(4U, figures.unparsable.first);
+    EXPECT_EQ(20000U, figures.decimalCommas.count);
+    EXPECT_EQ(content.size(), figures.count.bytes);
 }
 
-TEST(LineFigures, hasExtentOfPositions) {
-    const std::string content = "x;y;z\n" + repeated("1;2;1\n", 100) + "-9;8;1\n" + repeated("1;2;1\n", 100);
-    const LineFigures all = figuresOf(content);
-    EXPECT_EQ(-9.0, all.positions.minX);
-    EXPECT_EQ(1.0, all.positions.maxX);
-    EXPECT_EQ(2.0, all.positions.minY);
-    EXPECT_EQ(8.0, all.positions.maxY);
-    EXPECT_EQ(1.0, figuresOf(content, PositionsToRead::some).positions.minX);
-    EXPECT_EQ(7.0, figuresOf("x;y;z\n7;2;1\n", PositionsToRead::some).positions.minX);
+TEST(LineFigures, hasExtentOfFirstLinesAndOfSample) {
+    const std::string few = "x;y;z\n" + repeated("1;2;1\n", 998) + "-9;8;1\n";
+    EXPECT_FALSE(figuresOf(few).isSampled);
+    const MapExtent extent = figuresOf(few).positions;
+    EXPECT_EQ(-9.0, extent.minX);
+    EXPECT_EQ(1.0, extent.maxX);
+    EXPECT_EQ(2.0, extent.minY);
+    EXPECT_EQ(8.0, extent.maxY);
+    const LineFigures one = figuresOf(few + "70;2;1\n" + repeated("1;2;1\n", 100));
+    EXPECT_TRUE(one.isSampled);
+    EXPECT_EQ(1.0, one.positions.maxX);
+    EXPECT_EQ(70.0, figuresOf(few + repeated("70;2;1\n", 64)).positions.maxX);
+    EXPECT_EQ(70.0, figuresOf(few + " 70;2;1\n").positions.maxX);
     EXPECT_TRUE(isEmpty(figuresOf("x;y;z\nbad\n").positions));
 }
 
@@ -94,9 +97,9 @@ TEST(LineFigures, readsVeryLongLines) {
 
 TEST(LineFigures, needHeader) {
     const TemporaryDirectory directory;
-    EXPECT_FALSE(readLineFigures(directory.write("a", "remark\n"), PositionsToRead::all, false));
-    EXPECT_FALSE(readLineFigures(directory.pathOf("none"), PositionsToRead::all, false));
-    EXPECT_FALSE(readLineFigures(directory.write("b", "x;y;z\n"), PositionsToRead::all, true));
+    EXPECT_FALSE(readLineFigures(directory.write("a", "remark\n"), false));
+    EXPECT_FALSE(readLineFigures(directory.pathOf("none"), false));
+    EXPECT_FALSE(readLineFigures(directory.write("b", "x;y;z\n"), true));
 }
 
 } // namespace vadelwatch

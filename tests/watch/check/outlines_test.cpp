@@ -2,6 +2,8 @@
 
 #include "support/file_support.hpp"
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -41,8 +43,6 @@ std::string readModel(const std::string& model) {
     return outlinesOf("<VADELSIM><VadeDGM>" + model + "</VadeDGM></VADELSIM>");
 }
 
-const std::vector<MapPosition> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
-
 } // namespace
 
 TEST(MapOutlines, readsPolygonsOfBoundaryGroups) {
@@ -64,7 +64,8 @@ TEST(MapOutlines, namesUnreadableFiles) {
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.",
               readMapOutlines("/no/b.xml", outlines));
     EXPECT_EQ("The boundary file / cannot be read: it is a directory.", readMapOutlines("/", outlines));
-    EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch.", outlinesOf("<a></b>"));
+    EXPECT_EQ("The boundary file FILE cannot be read: Start-end tags mismatch, line 1, column 6.",
+              outlinesOf("<a></b>"));
     for (const char* const point : {"<point x='1'/>", "<point x='a' y='1'/>", "<point x='1' y='nan'/>"}) {
         EXPECT_EQ("The boundary file FILE holds a point without coordinates.",
                   readModel("<group type='boundaries'><polygon>" + std::string(point) + "</polygon></group>"))
@@ -82,34 +83,30 @@ TEST(MapOutlines, findsExtent) {
     EXPECT_EQ(7, extent.maxY);
 }
 
-TEST(MapOutlines, closesOutlineInWindow) {
-    EXPECT_EQ("[ 0,0 10,0 10,10 0,10 0,0 ]", describe(clipOutline(square, {-1, -1, 11, 11})));
-    EXPECT_EQ("[ 0,0 10,0 0,0 ]", describe(clipOutline({{0, 0}, {10, 0}}, {-1, -1, 11, 11})));
-    EXPECT_EQ("[ 3,3 3,3 ]", describe(clipOutline({{3, 3}}, {-1, -1, 11, 11})));
-    EXPECT_EQ("", describe(clipOutline({}, {-1, -1, 11, 11})));
+TEST(WhyBoundaryNotFound, namesReasonAndPlace) {
+    const TemporaryDirectory directory;
+    const auto reason = [](const std::string& path) {
+        std::string sentence = whyBoundaryNotFound(path);
+        return sentence.replace(0, sentence.find(path) + path.size(), "");
+    };
+    EXPECT_EQ(" exists, but cannot be read: Start-end tags mismatch, line 2, column 7.",
+              reason(directory.write("bad.xml", "<a>\n <b></c>\n</a>")));
+    EXPECT_EQ(" exists, but cannot be read: No document element found, line 1, column 1.",
+              reason(directory.write("empty.xml", "")));
+    EXPECT_EQ(" exists, but cannot be read: it is a directory.", reason(directory.path()));
+    const std::string link = directory.makeLink("circle.xml", "circle.xml");
+    EXPECT_EQ("The boundary file " + link + " cannot be read: Too many levels of symbolic links.",
+              whyBoundaryNotFound(link));
+    EXPECT_EQ("", whyBoundaryNotFound(directory.write("good.xml", "<a/>")));
+    EXPECT_EQ("", whyBoundaryNotFound(directory.pathOf("none")));
 }
 
-TEST(MapOutlines, clipsOutlineToWindow) {
-    EXPECT_EQ("[ 5,0 10,0 10,10 5,10 ]", describe(clipOutline(square, {5, -1, 11, 11})));
-    EXPECT_EQ("[ 2,0 4,0 ][ 4,10 2,10 ]", describe(clipOutline(square, {2, -5, 4, 15})));
-    EXPECT_EQ("", describe(clipOutline(square, {2, 2, 8, 8})));
-    EXPECT_EQ("", describe(clipOutline(square, {20, 20, 30, 30})));
-    EXPECT_EQ("[ 0,5 5,10 ]", describe(clipOutline({{-5, 0}, {10, 15}, {-20, 30}}, {0, 0, 10, 10})));
-    EXPECT_EQ("[ 3,5 3,10 ][ 3,10 3,5 ]", describe(clipOutline({{3, 5}, {3, 15}}, {0, 0, 10, 10})));
-    EXPECT_EQ("[ -1,0 1,0 ][ 1,0 -1,0 ]", describe(clipOutline({{-1e9, 0}, {1e9, 0}}, {-1, -1, 1, 1})));
-}
-
-TEST(MapOutlines, clipsHugeEdgesIntoWindow) {
-    const MapExtent window{-1, -1, 2, 2};
-    for (const double reach : {1e3, 1e17, 1e150, 1e300}) {
-        const MapOutlines lines = clipOutline({{-reach, -reach}, {reach, reach}, {0.5, reach}, {-reach, 0.3}}, window);
-        EXPECT_FALSE(lines.empty()) << reach;
-        for (const std::vector<MapPosition>& line : lines) {
-            for (const MapPosition& position : line) {
-                EXPECT_TRUE(holds(window, position)) << reach << ": " << position.x << " " << position.y;
-            }
-        }
-    }
+// Opening the FIFO to read it would wait for a writer.
+TEST(WhyBoundaryNotFound, doesNotReadFifo) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.pathOf("area.xml");
+    ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+    EXPECT_EQ("", whyBoundaryNotFound(path));
 }
 
 } // namespace vadelwatch

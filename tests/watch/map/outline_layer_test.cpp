@@ -2,12 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace vadelwatch {
 
 namespace {
+
+std::string describe(const MapOutlines& outlines) {
+    std::ostringstream text;
+    for (const std::vector<MapPosition>& outline : outlines) {
+        text << "[";
+        for (const MapPosition& vertex : outline) {
+            text << " " << vertex.x << "," << vertex.y;
+        }
+        text << " ]";
+    }
+    return text.str();
+}
+
+const std::vector<MapPosition> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 
 /// A map of 0 to 100 in both directions.
 MapView viewOfHundred() {
@@ -62,6 +77,36 @@ TEST(MapOutlineLayer, drawsOutlinesTranslucent) {
     const std::string picture =
         pictureOf([](MapCanvas& canvas) { drawOutlines(canvas, viewOfHundred(), {squareAt(10, 10, 50)}, 1.4); });
     EXPECT_NE(std::string::npos, picture.find("stroke-opacity:0.8;"));
+}
+
+TEST(MapOutlines, closesOutlineInWindow) {
+    EXPECT_EQ("[ 0,0 10,0 10,10 0,10 0,0 ]", describe(clipOutline(square, {-1, -1, 11, 11})));
+    EXPECT_EQ("[ 0,0 10,0 0,0 ]", describe(clipOutline({{0, 0}, {10, 0}}, {-1, -1, 11, 11})));
+    EXPECT_EQ("[ 3,3 3,3 ]", describe(clipOutline({{3, 3}}, {-1, -1, 11, 11})));
+    EXPECT_EQ("", describe(clipOutline({}, {-1, -1, 11, 11})));
+}
+
+TEST(MapOutlines, clipsOutlineToWindow) {
+    EXPECT_EQ("[ 5,0 10,0 10,10 5,10 ]", describe(clipOutline(square, {5, -1, 11, 11})));
+    EXPECT_EQ("[ 2,0 4,0 ][ 4,10 2,10 ]", describe(clipOutline(square, {2, -5, 4, 15})));
+    EXPECT_EQ("", describe(clipOutline(square, {2, 2, 8, 8})));
+    EXPECT_EQ("", describe(clipOutline(square, {20, 20, 30, 30})));
+    EXPECT_EQ("[ 0,5 5,10 ]", describe(clipOutline({{-5, 0}, {10, 15}, {-20, 30}}, {0, 0, 10, 10})));
+    EXPECT_EQ("[ 3,5 3,10 ][ 3,10 3,5 ]", describe(clipOutline({{3, 5}, {3, 15}}, {0, 0, 10, 10})));
+    EXPECT_EQ("[ -1,0 1,0 ][ 1,0 -1,0 ]", describe(clipOutline({{-1e9, 0}, {1e9, 0}}, {-1, -1, 1, 1})));
+}
+
+TEST(MapOutlines, clipsHugeEdgesIntoWindow) {
+    const MapExtent window{-1, -1, 2, 2};
+    for (const double reach : {1e3, 1e17, 1e150, 1e300}) {
+        const MapOutlines lines = clipOutline({{-reach, -reach}, {reach, reach}, {0.5, reach}, {-reach, 0.3}}, window);
+        EXPECT_FALSE(lines.empty()) << reach;
+        for (const std::vector<MapPosition>& line : lines) {
+            for (const MapPosition& position : line) {
+                EXPECT_TRUE(holds(window, position)) << reach << ": " << position.x << " " << position.y;
+            }
+        }
+    }
 }
 
 } // namespace vadelwatch
