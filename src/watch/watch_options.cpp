@@ -2,7 +2,7 @@
 
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
-#include "watch/map/picture.hpp"
+#include "watch/map/picture_file.hpp"
 #endif
 #include "watch/show/messages.hpp"
 

@@ -3,6 +3,7 @@
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
+#include "watch/map/picture_file.hpp"
 #endif
 #include "watch/run/phase_watch.hpp"
 #include "watch/show/messages.hpp"
@@ -65,7 +66,8 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
         return;
     }
-    MapRequest request{watch.directories.input, watch.directories.output, watch.options.boundaryFilePath, map};
+    MapRequest request{watch.lineCount.nodeFiles().files, watch.directories.input, watch.directories.output,
+                       watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
     request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());
     const std::time_t now = std::time(nullptr);

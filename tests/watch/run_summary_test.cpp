@@ -159,7 +159,7 @@ TEST(RunSummary, isJson) {
             R"("reason":"capitals in the suffix"}],"files":[{"name":"a.xyz","bytes":39,"lines":3,"kept":2,)"
             R"("dropped_outside":0,"dropped_unparsable":{"count":1,"first_line":3},)"
             R"("decimal_commas":{"count":0,"first_line":null},"ends_in_line_feed":true,"looks_exchanged":false}],)"
-            R"("nothing_kept":{"reason":"no overlap","nodes":[1.0,2.0,3.0,4.5],"boundary":null},"sentences":[)"));
+            R"("nothing_kept":{"reason":"no overlap","nodes":[1.0,2.0,3.0,4.5],"nodes_are_sampled":false,"boundary":null},"sentences":[)"));
 }
 
 TEST(RunSummary, isJsonOfFailedRun) {

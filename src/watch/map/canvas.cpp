@@ -4,10 +4,12 @@
 #include <cairo.h>
 #include <fmt/format.h>
 #include <pango/pangocairo.h>
+#include <utf8.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
+#include <stdexcept>
 #include <utility>
 
 namespace vadelwatch {
@@ -31,10 +33,6 @@ cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::s
 
 void setColour(cairo_t* context, MapColour colour, double opacity = 1.0) {
     cairo_set_source_rgba(context, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0, opacity);
-}
-
-void addColourStop(cairo_pattern_t* gradient, double place, MapColour colour) {
-    cairo_pattern_add_color_stop_rgb(gradient, place, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
 }
 
 void addRectangle(cairo_t* context, const PixelRectangle& rectangle) {
@@ -86,19 +84,10 @@ void insertTexts(std::string& bytes, const std::string& title, const std::string
     }
 }
 
-cairo_surface_t* copyImage(const PixelImage& image) {
-    cairo_surface_t* const copy = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width, image.height);
-    if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
-        return copy;
+void requireSuccess(cairo_status_t status) {
+    if (status != CAIRO_STATUS_SUCCESS) {
+        throw std::runtime_error(cairo_status_to_string(status));
     }
-    unsigned char* row = cairo_image_surface_get_data(copy);
-    const auto width = static_cast<std::size_t>(image.width);
-    for (std::size_t first = 0; first < image.pixels.size(); first += width) {
-        std::memcpy(row, image.pixels.data() + first, width * sizeof(std::uint32_t));
-        row += cairo_image_surface_get_stride(copy);
-    }
-    cairo_surface_mark_dirty(copy);
-    return copy;
 }
 
 } // namespace
@@ -109,16 +98,13 @@ struct MapCanvas::Surface {
     std::string bytes;
     cairo_surface_t* target;
     cairo_t* context;
-    /// The status of an image that could not be made.
-    cairo_status_t imageStatus;
     std::string title;
     /// The text elements of an SVG picture.
     std::string texts;
 };
 
 MapCanvas::MapCanvas(PictureFormat format, int width, int height, std::string title)
-    : surface(std::make_unique<Surface>(
-          Surface{format, {}, nullptr, nullptr, CAIRO_STATUS_SUCCESS, std::move(title), {}})) {
+    : surface(std::make_unique<Surface>(Surface{format, {}, nullptr, nullptr, std::move(title), {}})) {
     surface->target = makeSurface(format, width, height, surface->bytes);
     surface->context = cairo_create(surface->target);
     cairo_set_line_join(surface->context, CAIRO_LINE_JOIN_ROUND);
@@ -160,7 +146,8 @@ void MapCanvas::fillGradient(const PixelRectangle& rectangle, const std::vector<
         cairo_pattern_create_linear(rectangle.left, 0.0, rectangle.left + rectangle.width, 0.0);
     const auto last = static_cast<double>(colours.size() - 1);
     for (std::size_t i = 0; i < colours.size(); ++i) {
-        addColourStop(gradient, static_cast<double>(i) / last, colours[i]);
+        cairo_pattern_add_color_stop_rgb(gradient, static_cast<double>(i) / last, colours[i].red / 255.0,
+                                         colours[i].green / 255.0, colours[i].blue / 255.0);
     }
     cairo_set_source(surface->context, gradient);
     addRectangle(surface->context, rectangle);
@@ -197,17 +184,19 @@ void MapCanvas::fillDiscs(const std::vector<PixelPosition>& centres, double radi
     cairo_stroke(surface->context);
 }
 
-void MapCanvas::drawImage(const PixelImage& image, PixelPosition corner) {
-    cairo_surface_t* const copy = copyImage(image);
-    if (cairo_surface_status(copy) != CAIRO_STATUS_SUCCESS) {
-        // Not drawn, because the library leaks memory when it draws such an image.
-        surface->imageStatus = cairo_surface_status(copy);
-        return;
-    }
-    cairo_set_source_surface(surface->context, copy, corner.x, corner.y);
+void MapCanvas::drawImage(PixelImage image, PixelPosition corner) {
+    constexpr int bytesPerPixel = 4;
+    cairo_surface_t* const pixels =
+        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(image.pixels.data()), CAIRO_FORMAT_ARGB32,
+                                            image.width, image.height, image.width * bytesPerPixel);
+    // Not drawn after a failure, because the library leaks memory when it draws such an image.
+    requireSuccess(cairo_surface_status(pixels));
+    cairo_set_source_surface(surface->context, pixels, corner.x, corner.y);
     cairo_pattern_set_filter(cairo_get_source(surface->context), CAIRO_FILTER_NEAREST);
     cairo_paint(surface->context);
-    cairo_surface_destroy(copy);
+    setColour(surface->context, {}); // releases the image
+    cairo_surface_finish(pixels);
+    cairo_surface_destroy(pixels);
 }
 
 void MapCanvas::drawText(const std::string& text, PixelPosition baseline, const TextStyle& style) {
@@ -234,23 +223,32 @@ double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
     return static_cast<double>(width) / PANGO_SCALE;
 }
 
-std::string MapCanvas::finish(std::string& bytes) {
-    cairo_status_t status = surface->imageStatus;
-    if (status == CAIRO_STATUS_SUCCESS) {
-        status = cairo_status(surface->context);
+std::string MapCanvas::shortened(const std::string& text, double widest, const TextStyle& style) {
+    const std::u32string letters = utf8::utf8to32(text);
+    std::string result = text;
+    for (std::size_t kept = letters.size(); kept > 0 && textWidth(result, style) > widest; --kept) {
+        const std::size_t after = (kept - 1) / 2;
+        result = utf8::utf32to8(letters.substr(0, kept - 1 - after)) + "\u2026" +
+                 utf8::utf32to8(letters.substr(letters.size() - after));
     }
-    if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::png) {
-        status = cairo_surface_write_to_png_stream(surface->target, appendBytes, &surface->bytes);
+    return result;
+}
+
+double MapCanvas::fittingSize(const std::string& text, double widest, const TextStyle& style) {
+    return style.size * std::min(1.0, widest / std::max(textWidth(text, style), 1.0));
+}
+
+std::string MapCanvas::finish() {
+    requireSuccess(cairo_status(surface->context));
+    if (surface->format == PictureFormat::png) {
+        requireSuccess(cairo_surface_write_to_png_stream(surface->target, appendBytes, &surface->bytes));
     }
     cairo_surface_finish(surface->target);
-    if (status == CAIRO_STATUS_SUCCESS) {
-        status = cairo_surface_status(surface->target);
+    requireSuccess(cairo_surface_status(surface->target));
+    if (surface->format == PictureFormat::svg) {
+        insertTexts(surface->bytes, surface->title, surface->texts);
     }
-    bytes = std::move(surface->bytes);
-    if (status == CAIRO_STATUS_SUCCESS && surface->format == PictureFormat::svg) {
-        insertTexts(bytes, surface->title, surface->texts);
-    }
-    return status == CAIRO_STATUS_SUCCESS ? "" : cairo_status_to_string(status);
+    return std::move(surface->bytes);
 }
 
 } // namespace vadelwatch

@@ -76,22 +76,29 @@ public:
     void fillDiscs(const std::vector<PixelPosition>& centres, double radius, MapColour colour);
 
     /// Draws an image with its top left corner at a position, pixel by pixel.
-    void drawImage(const PixelImage& image, PixelPosition corner);
+    /// @throws std::runtime_error if the drawing library refuses the image.
+    void drawImage(PixelImage image, PixelPosition corner);
 
     /// Draws a text over everything else of an SVG picture, as a text element in the sans-serif font of the viewer. In a PNG
     /// picture, characters that the font does not have are in another one.
     ///
-    /// @param text     valid UTF-8 in one line; see `readableText`.
+    /// @param text     valid UTF-8 in one line; see `shownName`.
     /// @param baseline position of the anchor on the baseline of the letters.
     void drawText(const std::string& text, PixelPosition baseline, const TextStyle& style);
 
     /// Returns the width in the font of this system. Ignores the anchor.
     double textWidth(const std::string& text, const TextStyle& style);
 
+    /// Returns the text, shortened in its middle if it is wider than this.
+    std::string shortened(const std::string& text, double widest, const TextStyle& style);
+
+    /// Returns the size of the style, or a smaller one at which the text is at most this wide.
+    double fittingSize(const std::string& text, double widest, const TextStyle& style);
+
     /// Ends the drawing; nothing may be drawn afterwards.
-    /// @param bytes receives the content of the picture file.
-    /// @return the reason of the drawing library for a failure, empty on success.
-    std::string finish(std::string& bytes);
+    /// @return the content of the picture file.
+    /// @throws std::runtime_error with the reason of the drawing library for a failure.
+    std::string finish();
 
 private:
     struct Surface;

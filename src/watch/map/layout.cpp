@@ -143,4 +143,36 @@ PixelPosition toPixel(const MapView& view, MapPosition position) {
             view.plot.top + (view.shown.maxY - position.y) * scaleOf(view)};
 }
 
+void drawGrid(MapCanvas& canvas, const MapView& view) {
+    const MapColour faint{232, 232, 232};
+    const double bottom = view.plot.top + view.plot.height;
+    const double right = view.plot.left + view.plot.width;
+    for (const MapTick& tick : view.xTicks) {
+        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
+        canvas.strokeLine({{x, view.plot.top}, {x, bottom}}, faint, 1.0);
+    }
+    for (const MapTick& tick : view.yTicks) {
+        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
+        canvas.strokeLine({{view.plot.left, y}, {right, y}}, faint, 1.0);
+    }
+}
+
+void drawAxes(MapCanvas& canvas, const MapView& view) {
+    const double bottom = view.plot.top + view.plot.height;
+    for (const MapTick& tick : view.xTicks) {
+        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
+        canvas.strokeLine({{x, bottom}, {x, bottom + 8.0}}, ink, 1.5);
+        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle});
+    }
+    for (const MapTick& tick : view.yTicks) {
+        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
+        canvas.strokeLine({{view.plot.left - 8.0, y}, {view.plot.left, y}}, ink, 1.5);
+        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right});
+    }
+    canvas.strokeRectangle(view.plot, ink, 1.5);
+    canvas.drawText("x", {view.plot.left + view.plot.width / 2.0, bottom + 66.0},
+                    {labelSize, TextAnchor::middle, true});
+    canvas.drawText("y", {24.0, view.plot.top + view.plot.height / 2.0}, {labelSize, TextAnchor::middle, true});
+}
+
 } // namespace vadelwatch

@@ -1,5 +1,5 @@
 /// \file
-/// The layout of the picture: the part of the data that it shows, the place of the map, the ticks.
+/// The layout of the picture: the part of the data that it shows, the place of the map, the axes.
 #pragma once
 
 #include "watch/check/extent.hpp"
@@ -47,6 +47,9 @@ struct PictureSize {
     int height = 0; ///< 0 for a height that depends on the data.
 };
 
+/// The colour of axes and texts.
+constexpr MapColour ink{34, 34, 34};
+
 /// Size of the tick labels and all plain texts, in pixels.
 constexpr double labelSize = 20.0;
 
@@ -59,5 +62,11 @@ MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char dec
 double scaleOf(const MapView& view);
 
 PixelPosition toPixel(const MapView& view, MapPosition position);
+
+/// Draws faint lines at the ticks. Called before everything else of the map is drawn.
+void drawGrid(MapCanvas& canvas, const MapView& view);
+
+/// Draws the frame of the map with ticks, labels and the names of the axes.
+void drawAxes(MapCanvas& canvas, const MapView& view);
 
 } // namespace vadelwatch

@@ -1,16 +1,39 @@
 #include "watch/map/legend.hpp"
 
-#include "watch/map/canvas.hpp"
 #include "watch/map/shading.hpp"
-#include "watch/map/text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace vadelwatch {
 
 namespace {
+
+constexpr double legendGap = 44.0;
+constexpr double swatchWidth = 44.0;
+constexpr double barWidth = 250.0; // of the ramp, and the longest scale bar
+constexpr double barHeight = 20.0;
+constexpr double textIndent = swatchWidth + 14.0;
+constexpr double lineHeight = 27.0;
+constexpr double noteHeight = 23.0;
+
+/// Between the legend and the right edge of the picture.
+constexpr double rightMargin = 16.0;
+
+constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left};
+
+using ColourRamp = std::vector<MapColour>;
+
+/// Returns the colours of a ramp, or only the one in its middle.
+ColourRamp rampOf(ColourOfTone colour, bool isWhole) {
+    ColourRamp colours;
+    for (int i = 0; i <= 8; ++i) {
+        colours.push_back(colour(isWhole ? static_cast<float>(i) / 8.0F : 0.5F));
+    }
+    return colours;
+}
 
 std::string nodesText(std::uint64_t nodes) {
     const std::string count = groupedNumber(nodes);
@@ -20,12 +43,6 @@ std::string nodesText(std::uint64_t nodes) {
 std::string polygonsText(std::uint64_t polygons) {
     const std::string count = groupedNumber(polygons);
     return polygons == 1 ? formatMessage("{0} polygon", count) : formatMessage("{0} polygons", count);
-}
-
-std::string unreadableText(std::uint64_t lines) {
-    const std::string count = groupedNumber(lines);
-    return lines == 1 ? formatMessage("{0} line without a position", count)
-                      : formatMessage("{0} lines without a position", count);
 }
 
 std::string keptName(const NodeCounts& counts) {
@@ -57,10 +74,94 @@ std::vector<std::string> notesOf(const MapLegend& legend) {
         notes.push_back(formatMessage("{0} kept without elevation", nodesText(legend.counts.withoutElevation)));
     }
     if (legend.counts.unreadable > 0) {
-        notes.push_back(unreadableText(legend.counts.unreadable));
+        const std::string count = groupedNumber(legend.counts.unreadable);
+        notes.push_back(legend.counts.unreadable == 1 ? formatMessage("{0} line without a position", count)
+                                                      : formatMessage("{0} lines without a position", count));
     }
     return notes;
 }
+
+/// Draws the parts of the legend one below the other.
+class LegendColumn {
+public:
+    LegendColumn(MapCanvas& mapCanvas, const MapView& mapView)
+        : canvas(mapCanvas), view(mapView), left(view.plot.left + view.plot.width + legendGap), top(view.plot.top) {}
+
+    /// Draws colours with their name and the number of nodes in them.
+    void addSwatch(const ColourRamp& colours, const std::string& name, const std::string& count) {
+        canvas.fillGradient({left, top, swatchWidth, barHeight}, colours);
+        addEntryText(name, count);
+    }
+
+    void addOutline(double lineWidth, const std::string& name, const std::string& count) {
+        const double middle = top + barHeight / 2.0;
+        canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, lineWidth);
+        addEntryText(name, count);
+    }
+
+    /// Draws ramps of colours, one above the other, with the numbers at both ends.
+    void addRamp(const std::string& name, const std::vector<ColourRamp>& ramps, const std::string& low,
+                 const std::string& high) {
+        drawFitting(name, 0.0, 17.0, noteStyle);
+        top += lineHeight;
+        const double height = barHeight / static_cast<double>(ramps.size());
+        for (const ColourRamp& ramp : ramps) {
+            canvas.fillGradient({left, top, barWidth, height}, ramp);
+            top += height;
+        }
+        canvas.drawText(low, {left, top + 20.0}, noteStyle);
+        canvas.drawText(high, {left + barWidth, top + 20.0}, {noteStyle.size, TextAnchor::right});
+        top += 36.0;
+    }
+
+    /// Draws lines of text in one size.
+    void addNotes(const std::vector<std::string>& notes) {
+        TextStyle style = noteStyle;
+        for (const std::string& note : notes) {
+            style.size = std::min(style.size, canvas.fittingSize(note, widest(0.0), noteStyle));
+        }
+        for (const std::string& note : notes) {
+            canvas.drawText(note, {left, top + 17.0}, style);
+            top += noteHeight;
+        }
+    }
+
+    /// Draws two halves, filled and empty, with the length in the unit of the data.
+    void addScaleBar() {
+        constexpr double height = 9.0;
+        top += 20.0;
+        const TickStep length = stepAtMost(barWidth / scaleOf(view));
+        const double pixels = valueOf(length) * scaleOf(view);
+        canvas.fillRectangle({left, top, pixels / 2.0, height}, ink);
+        canvas.strokeRectangle({left, top, pixels, height}, ink, 1.5);
+        canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
+        const TextStyle style{labelSize, TextAnchor::middle};
+        const std::string label = formatLength(length, decimalSign());
+        const double lastMiddle = left + widest(0.0) - canvas.textWidth(label, style) / 2.0;
+        canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
+        drawFitting(translateMessage("in units of the coordinates"), 0.0, 58.0, noteStyle);
+    }
+
+private:
+    void addEntryText(const std::string& name, const std::string& count) {
+        drawFitting(name, textIndent, 17.0, {labelSize, TextAnchor::left, true});
+        drawFitting(count, textIndent, 17.0 + lineHeight, {labelSize, TextAnchor::left});
+        top += 2.0 * lineHeight + 9.0;
+    }
+
+    double widest(double indent) const { return view.pictureWidth - rightMargin - left - indent; }
+
+    /// Draws a text, in a smaller size if it would not fit into the picture: counts may have many digits.
+    void drawFitting(const std::string& text, double indent, double baseline, TextStyle style) {
+        style.size = canvas.fittingSize(text, widest(indent), style);
+        canvas.drawText(text, {left + indent, top + baseline}, style);
+    }
+
+    MapCanvas& canvas;
+    const MapView& view;
+    double left;
+    double top;
+};
 
 /// Returns the number with as many decimals as a range needs.
 std::string rampNumber(float number, float range) {
@@ -68,208 +169,51 @@ std::string rampNumber(float number, float range) {
     return decimalNumber(static_cast<double>(number), decimals);
 }
 
-constexpr double legendGap = 44.0;
-constexpr double swatchWidth = 44.0;
-constexpr double swatchHeight = 20.0;
-constexpr double textIndent = swatchWidth + 14.0;
-constexpr double lineHeight = 27.0;
-constexpr double entryHeight = 2.0 * lineHeight + 14.0;
-constexpr double longestScaleBar = 250.0;
-
-/// Between the legend and the right edge of the picture.
-constexpr double rightMargin = 16.0;
-
-constexpr TextStyle noteStyle{labelSize - 3.0, TextAnchor::left};
-
-double legendLeft(const MapView& view) {
-    return view.plot.left + view.plot.width + legendGap;
-}
-
-/// Draws a text, in a smaller size if it would not fit into the picture: counts may have many digits.
-void drawFitting(MapCanvas& canvas, const MapView& view, const std::string& text, PixelPosition baseline,
-                 TextStyle style) {
-    const double widest = view.pictureWidth - rightMargin - baseline.x;
-    style.size = fittingSize(style.size, canvas.textWidth(text, style), widest);
-    canvas.drawText(text, baseline, style);
-}
-
-void drawEntryText(MapCanvas& canvas, const MapView& view, double top, const LegendEntry& entry) {
-    const PixelPosition baseline{legendLeft(view) + textIndent, top + 17.0};
-    drawFitting(canvas, view, entry.name, baseline, {labelSize, TextAnchor::left, true});
-    drawFitting(canvas, view, entry.count, {baseline.x, baseline.y + lineHeight}, {labelSize, TextAnchor::left});
-}
-
-void drawNodeEntry(MapCanvas& canvas, const MapView& view, double top, ColourOfTone colour, bool showsDensity,
-                   const LegendEntry& entry) {
-    const PixelRectangle swatch{legendLeft(view), top, swatchWidth, swatchHeight};
-    canvas.fillGradient(swatch, {colour(showsDensity ? 0.0F : 0.5F), colour(showsDensity ? 1.0F : 0.5F)});
-    drawEntryText(canvas, view, top, entry);
-}
-
-void drawOutlineEntry(MapCanvas& canvas, const MapView& view, double top, double outlineWidth,
-                      const LegendEntry& entry) {
-    const double left = legendLeft(view);
-    const double middle = top + swatchHeight / 2.0;
-    canvas.strokeLine({{left, middle}, {left + swatchWidth, middle}}, outlineColour, outlineWidth);
-    drawEntryText(canvas, view, top, entry);
-}
-
-/// @return the top of the next item.
-double drawNotes(MapCanvas& canvas, const MapView& view, const std::vector<std::string>& notes, double top) {
-    for (const std::string& note : notes) {
-        drawFitting(canvas, view, note, {legendLeft(view), top + 17.0}, noteStyle);
-        top += lineHeight;
-    }
-    return top;
-}
-
-std::vector<MapColour> elevationRamp() {
-    std::vector<MapColour> colours;
-    for (int i = 0; i <= 8; ++i) {
-        colours.push_back(elevationColour(static_cast<float>(i) / 8.0F));
-    }
-    return colours;
-}
-
-/// Draws the colours of elevations, or those of kept over those of dropped nodes, with the numbers at both ends.
-/// @return the top of the next item.
-double drawRamp(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
-    constexpr double width = 250.0;
-    constexpr double height = 20.0;
-    const double left = legendLeft(view);
-    drawFitting(canvas, view, words.ramp, {left, top + 17.0}, noteStyle);
-    const PixelRectangle bar{left, top + lineHeight, width, height};
-    if (words.showsElevation) {
-        canvas.fillGradient(bar, elevationRamp());
-    } else {
-        canvas.fillGradient({bar.left, bar.top, width, height / 2.0}, {keptColour(0.0F), keptColour(1.0F)});
-        canvas.fillGradient({bar.left, bar.top + height / 2.0, width, height / 2.0},
-                            {droppedColour(0.0F), droppedColour(1.0F)});
-    }
-    const double baseline = bar.top + height + 22.0;
-    canvas.drawText(words.low, {left, baseline}, noteStyle);
-    canvas.drawText(words.high, {left + width, baseline}, {noteStyle.size, TextAnchor::right});
-    return baseline + 20.0;
-}
-
-/// Draws two halves, filled and empty, with the length in the unit of the data.
-void drawScaleBar(MapCanvas& canvas, const MapView& view, const LegendWords& words, double top) {
-    const double left = legendLeft(view);
-    const TickStep length = stepAtMost(longestScaleBar / scaleOf(view));
-    const double pixels = valueOf(length) * scaleOf(view);
-    const MapColour ink{34, 34, 34};
-    const PixelRectangle bar{left, top, pixels, 9.0};
-    canvas.fillRectangle({left, top, pixels / 2.0, 9.0}, ink);
-    canvas.strokeRectangle(bar, ink, 1.5);
-    canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
-    const TextStyle style{labelSize, TextAnchor::middle};
-    const std::string label = formatLength(length, decimalSign());
-    const double lastMiddle = view.pictureWidth - rightMargin - canvas.textWidth(label, style) / 2.0;
-    canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
-    drawFitting(canvas, view, words.unit, {left, top + 34.0 + lineHeight}, noteStyle);
-}
-
 } // namespace
-
-LegendWords wordsOf(const MapLegend& legend) {
-    LegendWords words;
-    words.kept = {keptName(legend.counts), nodesText(legend.counts.kept)};
-    words.dropped = {translateMessage("Dropped"), nodesText(legend.counts.dropped)};
-    words.boundary = {translateMessage("Boundary"), polygonsText(legend.outlines.all)};
-    words.showsDensity = legend.showsDensity;
-    words.showsElevation = legend.showsElevation;
-    if (legend.showsElevation) {
-        words.ramp = translateMessage("Elevation of kept nodes");
-        words.low = rampNumber(legend.low, legend.high - legend.low);
-        words.high = rampNumber(legend.high, legend.high - legend.low);
-    } else if (legend.showsDensity) {
-        words.ramp = translateMessage("Nodes per pixel");
-        words.low = rampNumber(legend.low, std::max(legend.low, 10.0F));
-        words.high = rampNumber(legend.high, std::max(legend.low, 10.0F));
-    }
-    words.notes = notesOf(legend);
-    words.unit = translateMessage("in units of the coordinates");
-    return words;
-}
 
 std::string titleText(const std::string& input, const std::string& boundary) {
     return formatMessage("{0} clipped to {1}", input, boundary);
 }
 
 void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title) {
-    const TextStyle style{labelSize + 6.0, TextAnchor::left, true};
-    const TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
-    const auto textWidth = [&canvas, &style](const std::string& text) { return canvas.textWidth(text, style); };
+    constexpr TextStyle style{labelSize + 6.0, TextAnchor::left, true};
+    constexpr TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
     const double widest = view.pictureWidth - view.plot.left - legendGap;
-    const double widestNames = widest - textWidth(titleText("", ""));
-    const double inputWidth = std::max(widestNames / 2.0, widestNames - textWidth(title.boundary));
-    const std::string input = fitText(title.input, inputWidth, textWidth);
-    const std::string boundary = fitText(title.boundary, widestNames - textWidth(input), textWidth);
+    const double widestNames = widest - canvas.textWidth(titleText("", ""), style);
+    const double inputWidth = std::max(widestNames / 2.0, widestNames - canvas.textWidth(title.boundary, style));
+    const std::string input = canvas.shortened(title.input, inputWidth, style);
+    const std::string boundary = canvas.shortened(title.boundary, widestNames - canvas.textWidth(input, style), style);
     canvas.drawText(titleText(input, boundary), {view.plot.left, view.plot.top - 46.0}, style);
-    const std::string details = fitText(title.details, widest, [&canvas, &detailStyle](const std::string& text) {
-        return canvas.textWidth(text, detailStyle);
-    });
-    canvas.drawText(details, {view.plot.left, view.plot.top - 18.0}, detailStyle);
+    canvas.drawText(canvas.shortened(title.details, widest, detailStyle), {view.plot.left, view.plot.top - 18.0},
+                    detailStyle);
 }
 
-void drawGrid(MapCanvas& canvas, const MapView& view) {
-    const MapColour faint{232, 232, 232};
-    const double bottom = view.plot.top + view.plot.height;
-    const double right = view.plot.left + view.plot.width;
-    for (const MapTick& tick : view.xTicks) {
-        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
-        canvas.strokeLine({{x, view.plot.top}, {x, bottom}}, faint, 1.0);
+void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend) {
+    const ColourRamp kept =
+        legend.showsElevation ? rampOf(elevationColour, true) : rampOf(keptColour, legend.showsDensity);
+    const ColourRamp dropped = rampOf(droppedColour, legend.showsDensity);
+    LegendColumn column(canvas, view);
+    column.addSwatch(kept, keptName(legend.counts), nodesText(legend.counts.kept));
+    column.addSwatch(dropped, translateMessage("Dropped"), nodesText(legend.counts.dropped));
+    column.addOutline(legend.outlineWidth, translateMessage("Boundary"), polygonsText(legend.outlines.all));
+    if (legend.showsElevation) {
+        const float range = legend.high - legend.low;
+        column.addRamp(translateMessage("Elevation of kept nodes"), {kept}, rampNumber(legend.low, range),
+                       rampNumber(legend.high, range));
+    } else if (legend.showsDensity) {
+        const float range = std::max(legend.low, 10.0F);
+        column.addRamp(translateMessage("Nodes per pixel"), {kept, dropped}, rampNumber(legend.low, range),
+                       rampNumber(legend.high, range));
     }
-    for (const MapTick& tick : view.yTicks) {
-        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
-        canvas.strokeLine({{view.plot.left, y}, {right, y}}, faint, 1.0);
-    }
-}
-
-void drawAxes(MapCanvas& canvas, const MapView& view) {
-    const MapColour ink{34, 34, 34};
-    const double bottom = view.plot.top + view.plot.height;
-    for (const MapTick& tick : view.xTicks) {
-        const double x = toPixel(view, {tick.value, view.shown.minY}).x;
-        canvas.strokeLine({{x, bottom}, {x, bottom + 8.0}}, ink, 1.5);
-        canvas.drawText(tick.label, {x, bottom + 32.0}, {labelSize, TextAnchor::middle});
-    }
-    for (const MapTick& tick : view.yTicks) {
-        const double y = toPixel(view, {view.shown.minX, tick.value}).y;
-        canvas.strokeLine({{view.plot.left - 8.0, y}, {view.plot.left, y}}, ink, 1.5);
-        canvas.drawText(tick.label, {view.plot.left - 15.0, y + 7.0}, {labelSize, TextAnchor::right});
-    }
-    canvas.strokeRectangle(view.plot, ink, 1.5);
-    canvas.drawText("x", {view.plot.left + view.plot.width / 2.0, bottom + 66.0},
-                    {labelSize, TextAnchor::middle, true});
-    canvas.drawText("y", {24.0, view.plot.top + view.plot.height / 2.0}, {labelSize, TextAnchor::middle, true});
-}
-
-void drawLegend(MapCanvas& canvas, const MapView& view, const LegendWords& words, double outlineWidth) {
-    double top = view.plot.top;
-    if (words.showsElevation) {
-        canvas.fillGradient({legendLeft(view), top, swatchWidth, swatchHeight}, elevationRamp());
-        drawEntryText(canvas, view, top, words.kept);
-    } else {
-        drawNodeEntry(canvas, view, top, keptColour, words.showsDensity, words.kept);
-    }
-    top += entryHeight;
-    drawNodeEntry(canvas, view, top, droppedColour, words.showsDensity, words.dropped);
-    top += entryHeight;
-    drawOutlineEntry(canvas, view, top, outlineWidth, words.boundary);
-    top += entryHeight;
-    if (!words.ramp.empty()) {
-        top = drawRamp(canvas, view, words, top);
-    }
-    top = drawNotes(canvas, view, words.notes, top);
-    drawScaleBar(canvas, view, words, top + 24.0);
+    column.addNotes(notesOf(legend));
+    column.addScaleBar();
 }
 
 void drawWarning(MapCanvas& canvas, const MapView& view, const std::string& warning) {
     constexpr double height = 52.0;
-    canvas.fillRectangle({view.plot.left, view.plot.top, view.plot.width, height}, warningColour);
+    canvas.fillRectangle({view.plot.left, view.plot.top, view.plot.width, height}, {176, 0, 32});
     TextStyle style{labelSize + 2.0, TextAnchor::middle, true, {255, 255, 255}};
-    style.size = fittingSize(style.size, canvas.textWidth(warning, style), view.plot.width - rightMargin);
+    style.size = canvas.fittingSize(warning, view.plot.width - rightMargin, style);
     canvas.drawText(warning, {view.plot.left + view.plot.width / 2.0, view.plot.top + height / 2.0 + 8.0}, style);
 }
 

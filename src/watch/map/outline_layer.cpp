@@ -10,7 +10,19 @@ namespace {
 /// Circles around more polygons than this would hide the map.
 constexpr std::size_t maxMarkedOutlines = 30;
 
-constexpr double outlineOpacity = 0.8;
+/// Returns the mean width of a closed outline: its area divided by half of its length. 0 if it has no length.
+double meanWidthOf(const std::vector<MapPosition>& outline) {
+    double doubleArea = 0.0;
+    double length = 0.0;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        const MapPosition& next = outline[(i + 1) % outline.size()];
+        const double dx = next.x - outline[i].x;
+        const double dy = next.y - outline[i].y;
+        doubleArea += (outline[i].x - outline[0].x) * dy - (outline[i].y - outline[0].y) * dx;
+        length += std::hypot(dx, dy);
+    }
+    return length > 0.0 ? std::abs(doubleArea) / length : 0.0;
+}
 
 /// Narrows the part from `first` to `last` of a line, 0 to 1 over its length, to the inner side of one limit of the
 /// window. `distance` is the distance of the start from the limit, positive inside; `change` is how much the distance
@@ -71,16 +83,14 @@ std::vector<PixelPosition> lineInPixels(const MapView& view, const std::vector<M
     return pixels;
 }
 
-/// Returns true if an extent has a part in the map that is too small to be seen.
-bool isSmall(const MapView& view, const MapExtent& extent) {
-    if (isEmpty(extent) || std::max(widthOf(extent), heightOf(extent)) * scaleOf(view) >= minVisibleSize) {
-        return false;
-    }
-    return holds(view.shown, {(extent.minX + extent.maxX) / 2.0, (extent.minY + extent.maxY) / 2.0});
+MapPosition centreOf(const MapExtent& extent) {
+    return {(extent.minX + extent.maxX) / 2.0, (extent.minY + extent.maxY) / 2.0};
 }
 
-PixelPosition centreOf(const MapView& view, const MapExtent& extent) {
-    return toPixel(view, {(extent.minX + extent.maxX) / 2.0, (extent.minY + extent.maxY) / 2.0});
+/// Returns true if an extent is in the map and too small to be seen.
+bool isSmall(const MapView& view, const MapExtent& extent) {
+    return !isEmpty(extent) && longerSideOf(extent) * scaleOf(view) < minVisibleSize &&
+           holds(view.shown, centreOf(extent));
 }
 
 void drawCircle(MapCanvas& canvas, PixelPosition centre, MapColour colour) {
@@ -135,10 +145,15 @@ double outlineWidthOf(const MapOutlines& outlines) {
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
     // Clipped a little outside the map, so that the cut ends are not visible.
     const MapExtent window = addMargin(view.shown);
+    constexpr double narrow = 6.0;
     canvas.beginClip(view.plot);
     for (const std::vector<MapPosition>& outline : outlines) {
+        // A polygon of one or two vertices has no width: its line is all there is to see.
+        const double width = meanWidthOf(outline) * scaleOf(view);
+        const bool isNarrow = width > 0.0 && width < narrow;
         for (const std::vector<MapPosition>& line : clipOutline(outline, window)) {
-            canvas.strokeLine(lineInPixels(view, line), outlineColour, lineWidth, outlineOpacity);
+            canvas.strokeLine(lineInPixels(view, line), outlineColour, isNarrow ? 0.6 * lineWidth : lineWidth,
+                              isNarrow ? 0.6 : 0.8);
         }
     }
     canvas.endClip();
@@ -150,7 +165,7 @@ bool drawMarker(MapCanvas& canvas, const MapView& view, const MapExtent& extent,
         return false;
     }
     constexpr double labelDistance = 24.0;
-    const PixelPosition centre = centreOf(view, extent);
+    const PixelPosition centre = toPixel(view, centreOf(extent));
     const bool isOnLeftHalf = centre.x < view.plot.left + view.plot.width / 2.0;
     const double side = isOnLeftHalf ? 1.0 : -1.0;
     drawCircle(canvas, centre, colour);
@@ -164,7 +179,7 @@ bool markSmallOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines
     for (const std::vector<MapPosition>& outline : outlines) {
         const MapExtent extent = extentOf({outline});
         if (isSmall(view, extent)) {
-            centres.push_back(centreOf(view, extent));
+            centres.push_back(toPixel(view, centreOf(extent)));
         }
     }
     if (centres.empty() || centres.size() > maxMarkedOutlines) {

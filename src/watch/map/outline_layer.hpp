@@ -36,7 +36,8 @@ OutlineCounts countOutlines(const MapOutlines& outlines, const MapView& view);
 /// Returns the width of the outlines in pixels: less for outlines of so much detail that wide lines would fill their bays.
 double outlineWidthOf(const MapOutlines& outlines);
 
-/// Draws the outlines a little translucent, so that lines that lie close together do not hide the nodes between them.
+/// Draws the outlines a little translucent, so that lines that lie close together do not hide the nodes between them. Those
+/// of narrow polygons are thinner and fainter: two lines would cover a corridor.
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth);
 
 /// Draws a labelled circle around an extent that is in the map, but smaller than `minVisibleSize`.

@@ -9,15 +9,13 @@
 #include "watch/map/points.hpp"
 #include "watch/map/raster.hpp"
 #include "watch/map/shading.hpp"
-#include "watch/map/text.hpp"
 #include "watch/show/messages.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
-#include <system_error>
+#include <filesystem>
 
 namespace vadelwatch {
 
@@ -40,10 +38,6 @@ struct MapContent {
     bool hasAllNodes = true;
 };
 
-PictureFormat formatOf(const std::string& pictureFile) {
-    return pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
-}
-
 /// Reads the outlines, counts the nodes and finds their extent.
 std::string readContent(const MapRequest& request, MapContent& content) {
     std::string error = readMapOutlines(request.boundaryFile, content.outlines);
@@ -51,7 +45,7 @@ std::string readContent(const MapRequest& request, MapContent& content) {
         return error;
     }
     return visitNodes(
-        request.inputDirectory, request.outputDirectory, content.counts,
+        request.nodeFiles, request.outputDirectory, content.counts,
         [&content](const MapNode& node) {
             includePosition(node.kept ? content.kept : content.dropped, node.position);
             if (content.nodes.size() == maxNodesInMemory) {
@@ -88,7 +82,7 @@ std::string countNodes(const MapRequest& request, const MapContent& content, Map
         return "";
     }
     NodeCounts counts;
-    return visitNodes(request.inputDirectory, request.outputDirectory, counts, count, request.showsElevation);
+    return visitNodes(request.nodeFiles, request.outputDirectory, counts, count, request.showsElevation);
 }
 
 void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const NodeShades& shades) {
@@ -106,17 +100,23 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
 /// Draws circles around what is too small to be seen.
 /// @return true if there is any.
 bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content) {
-    bool hasMarkers = drawMarker(canvas, view, content.dropped, droppedColour(1.0F), translateMessage("Dropped"));
+    bool hasMarkers = drawMarker(canvas, view, content.dropped, MapColour{110, 110, 110}, translateMessage("Dropped"));
     hasMarkers = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || hasMarkers;
     const MapExtent outlines = extentOf(content.outlines);
     return drawMarker(canvas, view, outlines, outlineColour, translateMessage("Boundary")) ||
            markSmallOutlines(canvas, view, content.outlines) || hasMarkers;
 }
 
+/// Returns the last component of a path, also if a separator follows it.
+std::string lastComponent(const std::string& path) {
+    const std::filesystem::path whole(path);
+    return shownName((whole.has_filename() ? whole : whole.parent_path()).filename().native());
+}
+
 MapTitle titleOf(const MapRequest& request) {
-    return {readableText(lastComponent(request.inputDirectory)), readableText(lastComponent(request.boundaryFile)),
-            formatMessage("Input {0}, output {1}, boundary {2}, {3}", readableText(request.inputDirectory),
-                          readableText(request.outputDirectory), readableText(request.boundaryFile), request.date)};
+    return {lastComponent(request.inputDirectory), lastComponent(request.boundaryFile),
+            formatMessage("Input {0}, output {1}, boundary {2}, {3}", request.inputDirectory, request.outputDirectory,
+                          request.boundaryFile, request.date)};
 }
 
 /// Returns the six lines of a world file: size of a pixel, rotation, and position of the middle of the top left pixel.
@@ -138,7 +138,7 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
     const double outlineWidth = outlineWidthOf(content.outlines);
     drawOutlines(canvas, view, content.outlines, outlineWidth);
     if (occupiedCells(raster) > maxDiscs) {
-        canvas.drawImage(shadeKeptCells(raster, shades, 0.75F), {view.plot.left, view.plot.top});
+        canvas.drawImage(shadeKeptCells(raster, shades), {view.plot.left, view.plot.top});
     }
     const bool hasMarkers = drawMarkers(canvas, view, content);
     drawAxes(canvas, view);
@@ -146,7 +146,8 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
                      density.uneven, hasMarkers,     showsElevation};
     legend.low = showsElevation ? elevations.low : density.low;
     legend.high = showsElevation ? elevations.high : density.high;
-    drawLegend(canvas, view, wordsOf(legend), outlineWidth);
+    legend.outlineWidth = outlineWidth;
+    drawLegend(canvas, view, legend);
     if (!request.warning.empty()) {
         drawWarning(canvas, view, request.warning);
     }
@@ -158,27 +159,6 @@ std::string writePicture(const std::string& pictureFile, const std::string& byte
 }
 
 } // namespace
-
-bool isPictureFileName(std::string_view name) {
-    return name.ends_with(".png") || name.ends_with(".svg");
-}
-
-std::string worldFileOf(const std::string& pictureFile) {
-    constexpr std::string_view suffix = ".png";
-    return pictureFile.ends_with(suffix) ? pictureFile.substr(0, pictureFile.size() - suffix.size()) + ".pgw" : "";
-}
-
-std::optional<PictureSize> readPictureSize(std::string_view text) {
-    PictureSize size;
-    const char* const end = text.data() + text.size();
-    const auto width = std::from_chars(text.data(), end, size.width);
-    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') {
-        return std::nullopt;
-    }
-    const auto height = std::from_chars(width.ptr + 1, end, size.height);
-    const bool isInRange = size.width >= 800 && size.width <= 4096 && size.height >= 600 && size.height <= 4096;
-    return height.ec == std::errc() && height.ptr == end && isInRange ? std::optional(size) : std::nullopt;
-}
 
 std::string drawMap(const MapRequest& request) {
     const std::string worldFile = worldFileOf(request.pictureFile);
@@ -201,15 +181,10 @@ std::string drawMap(const MapRequest& request) {
         return error;
     }
     const MapTitle title = titleOf(request);
-    MapCanvas canvas(formatOf(request.pictureFile), view.pictureWidth, view.pictureHeight,
-                     titleText(title.input, title.boundary));
+    const PictureFormat format = request.pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
+    MapCanvas canvas(format, view.pictureWidth, view.pictureHeight, titleText(title.input, title.boundary));
     drawPicture(canvas, request, view, content, raster);
-    std::string bytes;
-    error = canvas.finish(bytes);
-    if (!error.empty()) {
-        return formatMessage("The map {0} cannot be drawn: {1}.", request.pictureFile, error);
-    }
-    error = writePicture(request.pictureFile, bytes);
+    error = writePicture(request.pictureFile, canvas.finish());
     return error.empty() && !worldFile.empty() ? writePicture(worldFile, worldFileText(view)) : error;
 }
 

@@ -1,6 +1,7 @@
 #include "watch/map/picture_file.hpp"
 
 #include <cerrno>
+#include <charconv>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -32,6 +33,27 @@ int writeBytes(const std::string& path, const std::string& bytes) {
 }
 
 } // namespace
+
+bool isPictureFileName(std::string_view name) {
+    return name.ends_with(".png") || name.ends_with(".svg");
+}
+
+std::string worldFileOf(const std::string& pictureFile) {
+    constexpr std::string_view suffix = ".png";
+    return pictureFile.ends_with(suffix) ? pictureFile.substr(0, pictureFile.size() - suffix.size()) + ".pgw" : "";
+}
+
+std::optional<PictureSize> readPictureSize(std::string_view text) {
+    PictureSize size;
+    const char* const end = text.data() + text.size();
+    const auto width = std::from_chars(text.data(), end, size.width);
+    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') {
+        return std::nullopt;
+    }
+    const auto height = std::from_chars(width.ptr + 1, end, size.height);
+    const bool isInRange = size.width >= 800 && size.width <= 4096 && size.height >= 600 && size.height <= 4096;
+    return height.ec == std::errc() && height.ptr == end && isInRange ? std::optional(size) : std::nullopt;
+}
 
 void removeOldPicture(const std::string& path) {
     std::error_code error;

@@ -1,10 +1,24 @@
 /// \file
-/// Writes the file of a picture so that its name never has part of a picture or an old one.
+/// Names, sizes and files of pictures. The name of a picture never has part of a picture or an old one.
 #pragma once
 
+#include "watch/map/layout.hpp"
+
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace vadelwatch {
+
+/// Returns true if a name ends in ".png" or ".svg". Another name is refused before a run.
+bool isPictureFileName(std::string_view name);
+
+/// Returns the name of the world file that places a PNG picture in the coordinates of the data: ".pgw" in place of ".png".
+/// Empty for another picture.
+std::string worldFileOf(const std::string& pictureFile);
+
+/// Reads "1200x900", from 800x600 to 4096x4096. Returns nothing for anything else.
+std::optional<PictureSize> readPictureSize(std::string_view text);
 
 /// Removes the picture of an earlier run. Leaves anything that is not a regular file, such as a FIFO or a device.
 void removeOldPicture(const std::string& path);

@@ -1,9 +1,7 @@
 #include "watch/map/points.hpp"
 
-#include "clip/input_selection.hpp"
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
-#include "watch/check/node_files.hpp"
 #include "watch/show/messages.hpp"
 
 #include <algorithm>
@@ -56,41 +54,25 @@ struct NodeReaders {
     KeptLines output;
 };
 
-/// Lists the names of the files that may be node files, sorted.
-/// @return false if the directory cannot be read.
-bool listFiles(const std::string& directory, std::vector<std::string>& names) {
-    std::error_code error;
-    std::filesystem::directory_iterator entry(directory, error);
-    while (!error && entry != std::filesystem::directory_iterator()) {
-        std::error_code statusError;
-        const std::string name = entry->path().filename().string();
-        // If the status cannot be read, this is false.
-        if (vadelclip::hasNodeFileSuffix(name) && entry->is_regular_file(statusError)) {
-            names.push_back(name);
-        }
-        entry.increment(error);
+/// @return an error message, empty on success.
+std::string visitFile(NodeReaders& readers, const std::string& inputPath, const std::string& outputPath,
+                      NodeCounts& counts, const NodeVisitor& visit) {
+    const std::string changed =
+        formatMessage("The node file {0} was changed or removed after the run began.", inputPath);
+    if (!readers.input.open(inputPath)) {
+        return changed;
     }
-    std::sort(names.begin(), names.end());
-    return !error;
-}
-
-std::string joinPath(const std::string& directory, const std::string& name) {
-    return (std::filesystem::path(directory) / name).string();
-}
-
-/// @return false if the output file has lines that the input file does not have.
-bool visitFile(NodeReaders& readers, const std::string& inputPath, const std::string& outputPath, NodeCounts& counts,
-               const NodeVisitor& visit) {
-    readers.input.open(inputPath);
+    ++counts.files;
     std::string_view line;
+    if (!readers.input.next(line)) {
+        return ""; // A header without a line feed has no lines after it.
+    }
     char separator = 0;
     std::int32_t nodeFormat = 0;
     std::string errorText;
-    if (!readers.input.next(line) ||
-        !vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
-        return true;
+    if (!vadelclip::readNodeFileHeader(std::string(line), separator, nodeFormat, errorText)) {
+        return changed;
     }
-    ++counts.files;
     readers.output.open(outputPath, line);
     while (readers.input.next(line)) {
         const bool kept = readers.output.take(line);
@@ -112,7 +94,9 @@ bool visitFile(NodeReaders& readers, const std::string& inputPath, const std::st
             visit(node);
         }
     }
-    return readers.output.allTaken();
+    return readers.output.allTaken()
+               ? ""
+               : formatMessage("The file {0} holds lines that its input file does not hold.", outputPath);
 }
 
 } // namespace
@@ -124,13 +108,14 @@ NodeLineReader::~NodeLineReader() {
     open("");
 }
 
-void NodeLineReader::open(const std::string& path) {
+bool NodeLineReader::open(const std::string& path) {
     if (descriptor != -1) {
         close(descriptor);
     }
     descriptor = path.empty() ? -1 : openRegularFile(path);
     lineStart = 0;
     filled = 0;
+    return descriptor != -1;
 }
 
 bool NodeLineReader::next(std::string_view& line) {
@@ -185,22 +170,19 @@ float elevationOf(std::string_view line, char separator) {
                                                                        : std::numeric_limits<float>::quiet_NaN();
 }
 
-std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
+std::string visitNodes(const std::vector<NodeFile>& nodeFiles, const std::string& outputDirectory, NodeCounts& counts,
                        const NodeVisitor& visit, bool readElevations) {
     counts = NodeCounts();
-    std::vector<std::string> names;
-    if (!listFiles(inputDirectory, names)) {
-        return formatMessage("The input directory {0} cannot be read.", inputDirectory);
-    }
     std::error_code error;
     if (!std::filesystem::is_directory(outputDirectory, error)) {
         return formatMessage("The output directory {0} cannot be read.", outputDirectory);
     }
     NodeReaders readers{readElevations, {}, {}};
-    for (const std::string& name : names) {
-        const std::string outputPath = joinPath(outputDirectory, name);
-        if (!visitFile(readers, joinPath(inputDirectory, name), outputPath, counts, visit)) {
-            return formatMessage("The file {0} holds lines that its input file does not hold.", outputPath);
+    for (const NodeFile& file : nodeFiles) {
+        const std::string outputPath = (std::filesystem::path(outputDirectory) / file.name).string();
+        std::string problem = visitFile(readers, file.path, outputPath, counts, visit);
+        if (!problem.empty()) {
+            return problem;
         }
     }
     return "";

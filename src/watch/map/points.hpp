@@ -2,7 +2,7 @@
 /// The points of a run for the map: every node of the input directory, kept or dropped.
 #pragma once
 
-#include "watch/map/layout.hpp"
+#include "watch/check/node_files.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,8 @@ public:
 
     /// Opens a file in place of the one before. The buffer stays: making one for each file takes 100 times as long as
     /// reading a small file.
-    void open(const std::string& path);
+    /// @return false if it cannot be read. It has no lines then.
+    bool open(const std::string& path);
 
     /// @param line receives the next line without its line feed and the carriage returns before it, because input and
     ///             output of a run may differ in these. Valid until the next call.
@@ -67,18 +68,16 @@ float elevationOf(std::string_view line, char separator);
 
 using NodeVisitor = std::function<void(const MapNode& node)>;
 
-/// Visits all nodes of a finished run, file by file in the order of the names, in bounded memory.
+/// Visits all nodes of a finished run, file by file, in bounded memory.
 ///
 /// A node is kept if its line is in the file of the same name in the output directory. The lines of an output file are a
 /// subsequence of those of its input file, and equal lines are all kept or all dropped, so both files are read in step
-/// and no geometry is computed again. Reads the input files that the tool takes, except those that are no regular files:
-/// a FIFO can be read only once.
+/// and no geometry is computed again.
 ///
 /// @param counts receives the numbers, including nodes that cannot be drawn.
-/// @return empty on success, otherwise an error message: a directory cannot be read, or an output file has lines that its
-///         input file does not have, so that the two do not belong to one run. Part of the nodes may have been visited
-///         then.
-std::string visitNodes(const std::string& inputDirectory, const std::string& outputDirectory, NodeCounts& counts,
+/// @return empty on success, otherwise an error message: the output directory cannot be read, or the files have changed
+///         and do not belong to one run. Part of the nodes may have been visited then.
+std::string visitNodes(const std::vector<NodeFile>& nodeFiles, const std::string& outputDirectory, NodeCounts& counts,
                        const NodeVisitor& visit, bool readElevations = false);
 
 } // namespace vadelwatch

@@ -164,6 +164,13 @@ MapElevations measureElevations(const MapRaster& raster) {
     if (sample.empty()) {
         return elevations;
     }
+    // Marks such as -9999 for "no data" would take all colours, however many there are.
+    const float lower = percentile(sample, 0.25);
+    const float upper = percentile(sample, 0.75);
+    const float fence = 3.0F * (upper - lower);
+    if (fence > 0.0F) {
+        std::erase_if(sample, [=](float mean) { return mean < lower - fence || mean > upper + fence; });
+    }
     elevations.low = percentile(sample, 0.02);
     elevations.high = percentile(sample, 0.98);
     const float range = elevations.high - elevations.low;

@@ -69,8 +69,8 @@ MapDensity measureDensity(const MapRaster& raster);
 struct MapElevations {
     /// One for each cell, from 0 to 1; -1 for a cell without elevation. Empty if there is no elevation at all.
     std::vector<float> tones;
-    /// Elevations at tones 0 and 1: the 2nd and the 98th percentile of the cells, so that a few wrong values do not take all
-    /// colours.
+    /// Elevations at tones 0 and 1: the 2nd and the 98th percentile of the cells, without those more than three times the
+    /// interquartile range beyond the quartiles, so that wrong values do not take all colours.
     float low = 0.0F;
     float high = 0.0F;
 };

@@ -179,11 +179,11 @@ PixelImage shadeNodes(const MapRaster& raster, const NodeShades& shades, double 
     return image;
 }
 
-PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades, float opacity) {
+PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades) {
     PixelImage image{raster.width, raster.height, std::vector<std::uint32_t>(raster.cells.size())};
     for (std::size_t i = 0; i < image.pixels.size(); ++i) {
         if (raster.cells[i].anyKept) {
-            blend(image.pixels[i], shades.colourOfKept(shades.kept[i]), opacity);
+            blend(image.pixels[i], shades.colourOfKept(shades.kept[i]), 1.0F);
         }
     }
     return image;

@@ -37,7 +37,7 @@ double discRadius(double nodeSpacing);
 PixelImage shadeNodes(const MapRaster& raster, const NodeShades& shades, double radius);
 
 /// Draws only the pixels of kept nodes. Drawn over the outlines, so that these do not hide the nodes of a narrow polygon.
-PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades, float opacity);
+PixelImage shadeKeptCells(const MapRaster& raster, const NodeShades& shades);
 
 /// Draws one disc for each cell with nodes. For few cells this is small and sharp in SVG.
 void drawDiscs(MapCanvas& canvas, const MapRaster& raster, const NodeShades& shades, double radius,

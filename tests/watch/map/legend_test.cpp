@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pugixml.hpp>
 
 #include <string>
 #include <vector>
@@ -12,7 +13,23 @@ namespace vadelwatch {
 
 namespace {
 
-using Notes = std::vector<std::string>;
+using Texts = std::vector<std::string>;
+
+/// Returns the texts of the legend from top to bottom, without those of the scale bar.
+Texts textsOf(const MapLegend& legend) {
+    MapCanvas canvas(PictureFormat::svg, 1600, 900);
+    drawLegend(canvas, layOutMap({0, 0, 10, 10}, [](const std::string&) { return 50.0; }), legend);
+    const std::string picture = canvas.finish();
+    pugi::xml_document document;
+    EXPECT_TRUE(document.load_buffer(picture.data(), picture.size()));
+    Texts texts;
+    for (const pugi::xml_node& text : document.child("svg").children("text")) {
+        texts.emplace_back(text.text().get());
+    }
+    EXPECT_EQ("0", texts.at(texts.size() - 3));
+    texts.resize(texts.size() - 3);
+    return texts;
+}
 
 const MapLegend much{{3, 10315, 123148, 1234}, 5678, {12, 2, 3, 40}, true};
 const MapLegend one{{1, 1, 1, 1}, 1, {1, 1, 1, 1}, false, true};
@@ -21,58 +38,37 @@ const MapLegend nothing{};
 } // namespace
 
 TEST(MapLegend, textsInEnglish) {
-    const LegendWords words = wordsOf(much);
-    EXPECT_EQ((LegendEntry{"Kept (7.7 %)", "10 315 nodes"}), words.kept);
-    EXPECT_EQ((LegendEntry{"Dropped", "123 148 nodes"}), words.dropped);
-    EXPECT_EQ((LegendEntry{"Boundary", "12 polygons"}), words.boundary);
-    EXPECT_EQ((Notes{"40 polygons smaller than 10 pixels", "2 polygons reaching beyond the map",
-                     "3 polygons with fewer than 3 vertices", "5 678 nodes outside the map",
-                     "1 234 lines without a position"}),
-              words.notes);
-    EXPECT_EQ("in units of the coordinates", words.unit);
-    EXPECT_TRUE(words.showsDensity);
+    EXPECT_EQ((Texts{"Kept (7.7 %)", "10 315 nodes", "Dropped", "123 148 nodes", "Boundary", "12 polygons",
+                     "Nodes per pixel", "0.0", "0.0", "40 polygons smaller than 10 pixels",
+                     "2 polygons reaching beyond the map", "3 polygons with fewer than 3 vertices",
+                     "5 678 nodes outside the map", "1 234 lines without a position"}),
+              textsOf(much));
+    EXPECT_EQ((Texts{"Kept (33.3 %)", "1 node", "Dropped", "1 node", "Boundary", "1 polygon",
+                     "Circle: smaller than 10 pixels", "1 polygon reaching beyond the map",
+                     "1 polygon with fewer than 3 vertices", "1 node outside the map", "1 line without a position"}),
+              textsOf(one));
 }
 
 TEST(MapLegend, textsInGerman) {
     const GermanMessages catalogue;
-    const LegendWords words = wordsOf(much);
-    EXPECT_EQ((LegendEntry{"Behalten (7,7 %)", "10 315 Knoten"}), words.kept);
-    EXPECT_EQ((LegendEntry{"Verworfen", "123 148 Knoten"}), words.dropped);
-    EXPECT_EQ((LegendEntry{"Grenze", "12 Polygone"}), words.boundary);
-    EXPECT_EQ((Notes{"40 Polygone kleiner als 10 Pixel", "2 Polygone teilweise außerhalb der Karte",
-                     "3 Polygone mit weniger als 3 Ecken", "5 678 Knoten außerhalb der Karte",
-                     "1 234 Zeilen ohne Koordinaten"}),
-              words.notes);
-    EXPECT_EQ("in der Einheit der Koordinaten", words.unit);
-}
-
-TEST(MapLegend, textsForOneOfEach) {
-    const LegendWords english = wordsOf(one);
-    EXPECT_EQ((LegendEntry{"Kept (33.3 %)", "1 node"}), english.kept);
-    EXPECT_EQ("1 polygon", english.boundary.count);
-    EXPECT_EQ((Notes{"Circle: smaller than 10 pixels", "1 polygon reaching beyond the map",
-                     "1 polygon with fewer than 3 vertices", "1 node outside the map", "1 line without a position"}),
-              english.notes);
-    const GermanMessages catalogue;
-    const LegendWords german = wordsOf(one);
-    EXPECT_EQ((LegendEntry{"Behalten (33,3 %)", "1 Knoten"}), german.kept);
-    EXPECT_EQ("1 Polygon", german.boundary.count);
-    EXPECT_EQ((Notes{"Kreis: kleiner als 10 Pixel", "1 Polygon teilweise außerhalb der Karte",
+    EXPECT_EQ((Texts{"Behalten (7,7 %)", "10 315 Knoten", "Verworfen", "123 148 Knoten", "Grenze", "12 Polygone",
+                     "Knoten pro Pixel", "0,0", "0,0", "40 Polygone kleiner als 10 Pixel",
+                     "2 Polygone teilweise außerhalb der Karte", "3 Polygone mit weniger als 3 Ecken",
+                     "5 678 Knoten außerhalb der Karte", "1 234 Zeilen ohne Koordinaten"}),
+              textsOf(much));
+    EXPECT_EQ((Texts{"Behalten (33,3 %)", "1 Knoten", "Verworfen", "1 Knoten", "Grenze", "1 Polygon",
+                     "Kreis: kleiner als 10 Pixel", "1 Polygon teilweise außerhalb der Karte",
                      "1 Polygon mit weniger als 3 Ecken", "1 Knoten außerhalb der Karte", "1 Zeile ohne Koordinaten"}),
-              german.notes);
+              textsOf(one));
 }
 
 TEST(MapLegend, hasNoShareAndNoNotesWithoutLines) {
-    const LegendWords words = wordsOf(nothing);
-    EXPECT_EQ((LegendEntry{"Kept", "0 nodes"}), words.kept);
-    EXPECT_EQ("0 polygons", words.boundary.count);
-    EXPECT_EQ(Notes{}, words.notes);
-    EXPECT_FALSE(words.showsDensity);
+    EXPECT_EQ((Texts{"Kept", "0 nodes", "Dropped", "0 nodes", "Boundary", "0 polygons"}), textsOf({}));
 }
 
 TEST(MapLegend, shareIsZeroOrAllOnlyIfExact) {
     const auto nameFor = [](std::uint64_t kept, std::uint64_t dropped) {
-        return wordsOf({{1, kept, dropped, 0}, 0, {}}).kept.name;
+        return textsOf({{1, kept, dropped, 0}, 0, {}}).front();
     };
     EXPECT_EQ("Kept (0.0 %)", nameFor(0, 5));
     EXPECT_EQ("Kept (<0.1 %)", nameFor(1, 9999));
@@ -85,20 +81,36 @@ TEST(MapLegend, shareIsZeroOrAllOnlyIfExact) {
 }
 
 TEST(MapLegend, rampHasNumbersOfDensityOrElevation) {
+    const auto rampOf = [](const MapLegend& legend) {
+        const Texts texts = textsOf(legend);
+        return texts.at(6) + " " + texts.at(7) + " " + texts.at(8);
+    };
     MapLegend legend = much;
     legend.low = 1.25F;
     legend.high = 300.0F;
-    const LegendWords density = wordsOf(legend);
-    EXPECT_EQ("Nodes per pixel 1.2 300.0", density.ramp + " " + density.low + " " + density.high);
+    EXPECT_EQ("Nodes per pixel 1.2 300.0", rampOf(legend));
     legend.showsElevation = true;
     legend.low = -1200.4F;
-    const LegendWords elevation = wordsOf(legend);
-    EXPECT_EQ("Elevation of kept nodes -1200 300", elevation.ramp + " " + elevation.low + " " + elevation.high);
+    EXPECT_EQ("Elevation of kept nodes -1200 300", rampOf(legend));
     legend.low = 299.91F;
-    EXPECT_EQ("299.9100", wordsOf(legend).low);
+    EXPECT_EQ("Elevation of kept nodes 299.9100 300.0000", rampOf(legend));
     legend.counts.withoutElevation = 2;
-    EXPECT_THAT(wordsOf(legend).notes, testing::Contains("2 nodes kept without elevation"));
-    EXPECT_EQ("", wordsOf(one).ramp);
+    EXPECT_THAT(textsOf(legend), testing::Contains("2 nodes kept without elevation"));
+}
+
+TEST(MapLegend, fitsIntoSmallestPicture) {
+    const MapView view = layOutMap({0, 0, 10, 10}, [](const std::string&) { return 50.0; }, '.', {800, 600});
+    MapLegend legend = much;
+    legend.showsElevation = true;
+    legend.counts.withoutElevation = 27217;
+    MapCanvas canvas(PictureFormat::svg, 800, 600);
+    drawLegend(canvas, view, legend);
+    const std::string picture = canvas.finish();
+    pugi::xml_document document;
+    ASSERT_TRUE(document.load_buffer(picture.data(), picture.size()));
+    for (const pugi::xml_node& text : document.child("svg").children("text")) {
+        EXPECT_LT(text.attribute("y").as_double(), 595.0) << text.text().get();
+    }
 }
 
 } // namespace vadelwatch

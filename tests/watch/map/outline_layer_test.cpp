@@ -38,9 +38,7 @@ template <typename Draw>
 std::string pictureOf(Draw draw) {
     MapCanvas canvas(PictureFormat::svg, 1600, 1600);
     draw(canvas);
-    std::string picture;
-    EXPECT_EQ("", canvas.finish(picture));
-    return picture;
+    return canvas.finish();
 }
 
 } // namespace
@@ -53,6 +51,19 @@ TEST(MapOutlineLayer, countsOutlinesForLegend) {
     EXPECT_EQ(2U, counts.beyond);
     EXPECT_EQ(2U, counts.tooShort);
     EXPECT_EQ(2U, counts.small);
+}
+
+TEST(MapOutlineLayer, drawsNarrowPolygonThinner) {
+    const MapView view = viewOfHundred();
+    const auto widthOfLine = [&view](const MapOutlines& outlines) {
+        const std::string picture = pictureOf([&](MapCanvas& canvas) { drawOutlines(canvas, view, outlines, 1.0); });
+        const std::size_t at = picture.find("stroke-width:") + 13;
+        return picture.substr(at, picture.find(';', at) - at);
+    };
+    const double pixel = 1.0 / scaleOf(view);
+    EXPECT_EQ("1", widthOfLine({{{0, 0}, {100, 0}, {100, 7.0 * pixel}, {0, 7.0 * pixel}}}));
+    EXPECT_EQ("0.6", widthOfLine({{{0, 0}, {100, 0}, {100, 5.0 * pixel}, {0, 5.0 * pixel}}}));
+    EXPECT_EQ("1", widthOfLine({{{0, 0}, {100, 0}}}));
 }
 
 TEST(MapOutlineLayer, marksOnlySmallExtentsInMap) {

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,6 +53,32 @@ TEST(MapPictureFile, removesOnlyRegularFiles) {
     removeOldPicture(directory.write("map.png", "old"));
     EXPECT_TRUE(std::filesystem::exists(fifo));
     EXPECT_FALSE(std::filesystem::exists(directory.pathOf("map.png")));
+}
+
+TEST(PictureFile, nameSelectsFormat) {
+    EXPECT_TRUE(isPictureFileName("a.png"));
+    EXPECT_TRUE(isPictureFileName("/b/a.svg"));
+    for (const char* const name : {"", "png", "a.PNG", "a.png ", "a.jpg", "a.svgz"}) {
+        EXPECT_FALSE(isPictureFileName(name)) << name;
+    }
+}
+
+TEST(PictureFile, readsPictureSize) {
+    const std::optional<PictureSize> size = readPictureSize("1200x900");
+    ASSERT_TRUE(size);
+    EXPECT_EQ(1200, size->width);
+    EXPECT_EQ(900, size->height);
+    EXPECT_TRUE(readPictureSize("800x600") && readPictureSize("4096x4096"));
+    for (const char* const text : {"", "1200", "1200x", "x900", "799x600", "800x599", "4097x900", "900x4097",
+                                   "1200X900", "1200x900 ", "-1200x900", "99999999999x900"}) {
+        EXPECT_FALSE(readPictureSize(text)) << text;
+    }
+}
+
+TEST(PictureFile, namesWorldFileOfPng) {
+    EXPECT_EQ("a/b.pgw", worldFileOf("a/b.png"));
+    EXPECT_EQ("", worldFileOf("a/b.svg"));
+    EXPECT_EQ("", worldFileOf(""));
 }
 
 } // namespace vadelwatch

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
-#include <optional>
+#include <filesystem>
 #include <string>
 
 namespace vadelwatch {
@@ -26,8 +26,11 @@ constexpr const char* droppedAtItsDarkest = "58.8235";
 /// A run of a few nodes, ready to be drawn.
 struct DrawnRun {
     TemporaryDirectory directory;
-    MapRequest request{directory.makeDirectory("in"), directory.makeDirectory("out"),
-                       directory.write("b.xml", squareFile), directory.pathOf("map.png")};
+    MapRequest request{{},
+                       directory.makeDirectory("in"),
+                       directory.makeDirectory("out"),
+                       directory.write("b.xml", squareFile),
+                       directory.pathOf("map.png")};
 
     void write(const std::string& inputText, const std::string& outputText) const {
         directory.write("in/a.xyz", inputText);
@@ -37,8 +40,14 @@ struct DrawnRun {
     /// Draws and returns the bytes of the picture. Fails on an error message.
     std::string draw(const std::string& pictureName) {
         request.pictureFile = directory.pathOf(pictureName);
-        EXPECT_EQ("", drawMap(request));
+        EXPECT_EQ("", problem());
         return readFile(request.pictureFile);
+    }
+
+    /// Draws with the files that are there now. Returns the error message.
+    std::string problem() {
+        request.nodeFiles = findNodeFiles(request.inputDirectory).files;
+        return drawMap(request);
     }
 
     bool hasPicture() const { return directory.tree().count("map.png") > 0; }
@@ -77,14 +86,6 @@ int imagesInSvg(const std::string& bytes) {
 }
 
 } // namespace
-
-TEST(MapPicture, nameSelectsFormat) {
-    EXPECT_TRUE(isPictureFileName("a.png"));
-    EXPECT_TRUE(isPictureFileName("/b/a.svg"));
-    for (const char* const name : {"", "png", "a.PNG", "a.png ", "a.jpg", "a.svgz"}) {
-        EXPECT_FALSE(isPictureFileName(name)) << name;
-    }
-}
 
 TEST(MapPicture, pngHasSignatureAndSize) {
     DrawnRun run;
@@ -165,17 +166,14 @@ TEST(MapPicture, reportsErrorsInGerman) {
                                                             "<point/></polygon></group></VadeDGM></VADELSIM>");
     EXPECT_EQ("Die Grenzdatei " + request.boundaryFile + " enthält einen Punkt ohne Koordinaten.", drawMap(request));
     request = run.request;
-    request.inputDirectory = "/no/in";
-    EXPECT_EQ("Das Eingabeverzeichnis /no/in kann nicht gelesen werden.", drawMap(request));
-    request = run.request;
     request.outputDirectory = "/no/out";
     EXPECT_EQ("Das Ausgabeverzeichnis /no/out kann nicht gelesen werden.", drawMap(request));
     run.write("x;y;z\n5;5;1\n", "x;y;z\n6;6;1\n");
     EXPECT_EQ("Die Datei " + run.directory.pathOf("out/a.xyz") + " enthält Zeilen, die in der Eingabedatei fehlen.",
-              drawMap(run.request));
+              run.problem());
     run.write("x;y;z\n5;5;1\n", "");
     run.request.pictureFile = "/no/map.png";
-    EXPECT_EQ("Die Karte /no/map.png kann nicht geschrieben werden: No such file or directory.", drawMap(run.request));
+    EXPECT_EQ("Die Karte /no/map.png kann nicht geschrieben werden: No such file or directory.", run.problem());
 }
 
 TEST(MapPicture, drawsKeptNodesDifferently) {
@@ -211,7 +209,7 @@ TEST(MapPicture, drawsNamesOfAnyBytes) {
 TEST(MapPicture, reportsNothingToDraw) {
     DrawnRun run;
     run.directory.write("b.xml", "<VADELSIM/>");
-    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.", drawMap(run.request));
+    EXPECT_EQ("There is nothing to draw: no node has a position and the boundary has no vertex.", run.problem());
     EXPECT_FALSE(run.hasPicture());
 }
 
@@ -221,9 +219,6 @@ TEST(MapPicture, reportsUnreadableInput) {
     request.boundaryFile = "/no/b.xml";
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request));
     request = run.request;
-    request.inputDirectory = "/no/in";
-    EXPECT_EQ("The input directory /no/in cannot be read.", drawMap(request));
-    request = run.request;
     request.outputDirectory = "/no/out";
     EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request));
     EXPECT_FALSE(run.hasPicture());
@@ -232,36 +227,16 @@ TEST(MapPicture, reportsUnreadableInput) {
 TEST(MapPicture, reportsUnwritablePicture) {
     DrawnRun run;
     run.request.pictureFile = "/no/map.png";
-    EXPECT_EQ("The map /no/map.png cannot be written: No such file or directory.", drawMap(run.request));
+    EXPECT_EQ("The map /no/map.png cannot be written: No such file or directory.", run.problem());
     run.request.pictureFile = run.directory.makeLink("full.svg", "/dev/full");
-    EXPECT_EQ("The map " + run.request.pictureFile + " cannot be written: No space left on device.",
-              drawMap(run.request));
-}
-
-TEST(MapPicture, readsPictureSize) {
-    const std::optional<PictureSize> size = readPictureSize("1200x900");
-    ASSERT_TRUE(size);
-    EXPECT_EQ(1200, size->width);
-    EXPECT_EQ(900, size->height);
-    EXPECT_TRUE(readPictureSize("800x600") && readPictureSize("4096x4096"));
-    for (const char* const text : {"", "1200", "1200x", "x900", "799x600", "800x599", "4097x900", "900x4097",
-                                   "1200X900", "1200x900 ", "-1200x900", "99999999999x900"}) {
-        EXPECT_FALSE(readPictureSize(text)) << text;
-    }
-}
-
-TEST(MapPicture, namesWorldFileOfPng) {
-    EXPECT_EQ("a/b.pgw", worldFileOf("a/b.png"));
-    EXPECT_EQ("", worldFileOf("a/b.svg"));
-    EXPECT_EQ("", worldFileOf(""));
+    EXPECT_EQ("The map " + run.request.pictureFile + " cannot be written: No space left on device.", run.problem());
 }
 
 TEST(MapPicture, worldFileFailsWithItsName) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n", "");
     run.directory.makeDirectory("map.pgw");
-    EXPECT_EQ("The map " + run.directory.pathOf("map.pgw") + " cannot be written: Is a directory.",
-              drawMap(run.request));
+    EXPECT_EQ("The map " + run.directory.pathOf("map.pgw") + " cannot be written: Is a directory.", run.problem());
 }
 
 TEST(MapPicture, hasAskedSize) {
@@ -270,6 +245,19 @@ TEST(MapPicture, hasAskedSize) {
     const std::string bytes = run.draw("map.png");
     EXPECT_EQ(900U, bigEndian(bytes, 16));
     EXPECT_EQ(700U, bigEndian(bytes, 20));
+}
+
+TEST(MapPicture, reportsNodeFileThatIsGone) {
+    DrawnRun run;
+    run.write("x;y;z\n5;5;1\n", "");
+    run.request.nodeFiles = findNodeFiles(run.request.inputDirectory).files;
+    const std::string path = run.directory.pathOf("in/a.xyz");
+    const std::string expected = "The node file " + path + " was changed or removed after the run began.";
+    run.directory.write("in/a.xyz", "remark\n");
+    EXPECT_EQ(expected, drawMap(run.request));
+    std::filesystem::remove(path);
+    EXPECT_EQ(expected, drawMap(run.request));
+    EXPECT_FALSE(run.hasPicture());
 }
 
 } // namespace vadelwatch

@@ -46,9 +46,9 @@ struct FilesOfRun {
 std::string visit(const FilesOfRun& run) {
     std::ostringstream text;
     NodeCounts counts;
-    const std::string error = visitNodes(run.input, run.output, counts, [&text](const MapNode& node) {
-        text << (node.kept ? "+" : "-") << node.position.x << " ";
-    });
+    const std::string error =
+        visitNodes(findNodeFiles(run.input).files, run.output, counts,
+                   [&text](const MapNode& node) { text << (node.kept ? "+" : "-") << node.position.x << " "; });
     text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
          << counts.unreadable << " unreadable";
     if (!error.empty()) {
@@ -193,13 +193,12 @@ TEST(MapPoints, rejectsOutputFileOfAnotherInput) {
               visit(run));
 }
 
-TEST(MapPoints, reportsMissingDirectories) {
+TEST(MapPoints, reportsMissingOutputDirectory) {
     const FilesOfRun run;
     NodeCounts counts;
     const NodeVisitor ignore = [](const MapNode&) {};
-    EXPECT_EQ("The input directory /no/in cannot be read.", visitNodes("/no/in", run.output, counts, ignore));
-    EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes(run.input, "/no/out", counts, ignore));
-    EXPECT_EQ("", visitNodes(run.input, run.output, counts, ignore));
+    EXPECT_EQ("The output directory /no/out cannot be read.", visitNodes({}, "/no/out", counts, ignore));
+    EXPECT_EQ("", visitNodes(findNodeFiles(run.input).files, run.output, counts, ignore));
 }
 
 TEST(MapPoints, readsElevationFromThirdColumn) {
@@ -219,12 +218,12 @@ TEST(MapPoints, countsKeptNodesWithoutElevation) {
     NodeCounts counts;
     std::vector<float> elevations;
     const NodeVisitor visit = [&elevations](const MapNode& node) { elevations.push_back(node.elevation); };
-    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit, true));
+    EXPECT_EQ("", visitNodes(findNodeFiles(run.input).files, run.output, counts, visit, true));
     EXPECT_EQ(1U, counts.withoutElevation);
     ASSERT_EQ(3U, elevations.size());
     EXPECT_EQ(5.0F, elevations[0]);
     EXPECT_TRUE(std::isnan(elevations[1]) && std::isnan(elevations[2]));
-    EXPECT_EQ("", visitNodes(run.input, run.output, counts, visit));
+    EXPECT_EQ("", visitNodes(findNodeFiles(run.input).files, run.output, counts, visit));
     EXPECT_EQ(0U, counts.withoutElevation);
     EXPECT_TRUE(std::isnan(elevations[3]));
 }

@@ -187,8 +187,7 @@ TEST(MapShading, keptCellsAreSinglePixels) {
     countNode(raster, {0.5, 0.5}, true);
     countNode(raster, {1.5, 0.5}, false);
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF4180BAU, 0U, 0U}),
-              shadeKeptCells(raster, NodeShades(measureDensity(raster)), 1.0F).pixels);
-    EXPECT_EQ(0x80U, shadeKeptCells(raster, NodeShades(measureDensity(raster)), 0.5F).pixels[0] >> 24U);
+              shadeKeptCells(raster, NodeShades(measureDensity(raster))).pixels);
 }
 
 TEST(MapElevation, tonesFollowMeanElevationOfCells) {
@@ -237,6 +236,17 @@ TEST(MapShading, elevationHasColoursOfViridis) {
     elevations.tones[1] = 1.0F;
     const PixelImage image = shadeNodes(raster, {density, elevations}, 0.5);
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF21908DU, 0xFFFDE725U, 0xFF3C3C3CU}), image.pixels);
+}
+
+TEST(MapRaster, elevationsIgnoreMarksOfMissingData) {
+    MapRaster raster = makeRaster(100, 1, {0, 0, 100, 1}, true);
+    for (int i = 0; i < 100; ++i) {
+        countNode(raster, {i + 0.5, 0.5}, true, i % 10 == 0 ? -9999.0F : static_cast<float>(i));
+    }
+    const MapElevations elevations = measureElevations(raster);
+    EXPECT_EQ(2.0F, elevations.low);
+    EXPECT_EQ(97.0F, elevations.high);
+    EXPECT_EQ(0.0F, elevations.tones.at(50));
 }
 
 } // namespace vadelwatch
