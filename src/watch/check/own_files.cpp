@@ -49,20 +49,6 @@ bool wouldBeNodeFile(const std::string& path, const std::string& inputDirectory)
     return vadelclip::hasNodeFileSuffix(place.native()) && place.parent_path() == comparable(inputDirectory);
 }
 
-/// Returns an errno if no file can be made in a directory, else 0. `stat` succeeds for a working directory that has
-/// been removed, so its path is read too.
-int whyNothingCanBeMadeIn(const fs::path& directory) {
-    const int absent = whyAbsent(directory);
-    if (absent != 0) {
-        return absent;
-    }
-    std::error_code error;
-    if (directory.lexically_normal() == ".") {
-        static_cast<void>(fs::current_path(error));
-    }
-    return error ? error.value() : whyNotPermitted(directory, W_OK | X_OK);
-}
-
 } // namespace
 
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile) {
@@ -87,15 +73,16 @@ bool isSameFile(const std::string& first, const std::string& second) {
 
 int whyUnwritable(const std::string& path) {
     const fs::path place = placeOf(path);
-    const int absent = whyAbsent(place);
-    if (absent == 0) {
-        std::error_code error;
+    std::error_code error;
+    if (whyAbsent(place) != ENOENT) {
         return fs::is_directory(place, error) ? EISDIR : whyNotPermitted(place, W_OK);
     }
-    if (absent != ENOENT) {
-        return absent;
+    const fs::path directory = place.has_parent_path() ? place.parent_path() : ".";
+    if (directory.lexically_normal() == ".") {
+        // `access` succeeds for a working directory that has been removed.
+        static_cast<void>(fs::current_path(error));
     }
-    return whyNothingCanBeMadeIn(place.has_parent_path() ? place.parent_path() : ".");
+    return error ? error.value() : whyNotPermitted(directory, W_OK | X_OK);
 }
 
 } // namespace vadelwatch

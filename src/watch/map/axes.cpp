@@ -32,11 +32,6 @@ std::string withGroups(std::string number) {
     return number;
 }
 
-std::string withDecimalPoint(std::string number, char decimalPoint) {
-    std::replace(number.begin(), number.end(), '.', decimalPoint);
-    return number;
-}
-
 /// Returns the number of digits of an integer, without its sign.
 int digitsOf(double number) {
     return static_cast<int>(fmt::format("{:.0f}", std::abs(number)).size());
@@ -54,12 +49,10 @@ LabelForm formOfLabels(double largest, TickStep step) {
     const int place = digitsOf(largest) - 1 + step.exponent;
     const int decimals = std::max(0, -step.exponent);
     const int plainDigits = std::max(0, place) + 1 + decimals;
-    // From the first place of the largest label to the last place of the step.
-    const int otherDigits = digitsOf(largest);
-    if (plainDigits <= longestPlainLabel || plainDigits <= otherDigits) {
+    if (plainDigits <= longestPlainLabel || plainDigits <= digitsOf(largest)) {
         return {0, decimals, true};
     }
-    return {place, otherDigits - 1, false};
+    return {place, digitsOf(largest) - 1, false};
 }
 
 /// @param units the number as a multiple of the last decimal place of the step: 250 for 0.250.
@@ -70,7 +63,9 @@ std::string formatTick(double units, TickStep step, LabelForm form, char decimal
     }
     if (form.plain) {
         const double value = multipleOf({1, step.exponent}, units);
-        return withDecimalPoint(withGroups(fmt::format("{:.{}f}", value, form.decimals)), decimalPoint);
+        std::string text = withGroups(fmt::format("{:.{}f}", value, form.decimals));
+        std::replace(text.begin(), text.end(), '.', decimalPoint);
+        return text;
     }
     // The decimal sign is inserted into the digits, because a double may not be able to hold the common power of ten.
     std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);
@@ -95,33 +90,16 @@ TickStep stepAtLeast(double least) {
 }
 
 TickStep stepAtMost(double most) {
-    TickStep step{1, placeOf(most) + 1};
-    while (valueOf(step) > most) {
-        step = stepBelow(step);
-    }
-    return step;
+    const TickStep step = stepAtLeast(most);
+    return valueOf(step) > most ? stepBelow(step) : step;
 }
 
 TickStep stepAbove(TickStep step) {
-    switch (step.mantissa) {
-    case 1:
-        return {2, step.exponent};
-    case 2:
-        return {5, step.exponent};
-    default:
-        return {1, step.exponent + 1};
-    }
+    return step.mantissa == 5 ? TickStep{1, step.exponent + 1} : TickStep{step.mantissa == 1 ? 2 : 5, step.exponent};
 }
 
 TickStep stepBelow(TickStep step) {
-    switch (step.mantissa) {
-    case 5:
-        return {2, step.exponent};
-    case 2:
-        return {1, step.exponent};
-    default:
-        return {5, step.exponent - 1};
-    }
+    return step.mantissa == 1 ? TickStep{5, step.exponent - 1} : TickStep{step.mantissa / 2, step.exponent};
 }
 
 std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint) {

@@ -29,6 +29,8 @@ struct MapColour {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
     std::uint8_t blue = 0;
+
+    bool operator==(const MapColour&) const = default;
 };
 
 /// An image: rows from top to bottom, each pixel as 0xAARRGGBB with the colours multiplied by the opacity.

@@ -42,12 +42,6 @@ constexpr double labelGap = 36.0;
 /// The minimum number of ticks on the y axis.
 constexpr std::size_t fewestTicks = 4;
 
-struct LabelStyle {
-    const LabelWidth& width;
-    char decimalPoint;
-    PictureSize size;
-};
-
 double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
     double widest = 0.0;
     for (const MapTick& tick : ticks) {
@@ -58,36 +52,18 @@ double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWid
 
 /// Chooses the smallest step at which neither the ticks nor the labels of x are crowded. Both axes have the same step,
 /// so that the grid has squares. In a flat map, where y would have too few ticks, y has smaller steps.
-void chooseTicks(MapView& view, const LabelStyle& style) {
+void chooseTicks(MapView& view, const LabelWidth& labelWidth, char decimalPoint) {
     TickStep step = stepAtLeast(tickDistance / scaleOf(view));
-    while (true) {
-        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, style.decimalPoint);
-        const double stepWidth = valueOf(step) * scaleOf(view);
-        if (view.xTicks.size() < 2 || stepWidth >= widestLabel(view.xTicks, style.width) + labelGap) {
-            break;
-        }
+    view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, decimalPoint);
+    while (view.xTicks.size() > 1 && valueOf(step) * scaleOf(view) < widestLabel(view.xTicks, labelWidth) + labelGap) {
         step = stepAbove(step);
+        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, decimalPoint);
     }
-    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
     while (view.yTicks.size() < fewestTicks) {
         step = stepBelow(step);
-        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, style.decimalPoint);
+        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
     }
-}
-
-MapView layOutBeside(const MapExtent& frame, const LabelStyle& style, double yLabelWidth) {
-    MapView view;
-    view.pictureWidth = style.size.width;
-    view.plot.left = std::ceil(leftSpace + yLabelWidth);
-    view.plot.top = topSpace;
-    view.plot.width = view.pictureWidth - rightSpace - view.plot.left;
-    const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
-    view.plot.height = style.size.height > 0 ? style.size.height - topSpace - bottomSpace
-                                             : std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
-    view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
-    view.shown = fitAspect(frame, view.plot.height / view.plot.width);
-    chooseTicks(view, style);
-    return view;
 }
 
 } // namespace
@@ -123,14 +99,22 @@ MapExtent fitAspect(const MapExtent& frame, double aspect) {
 }
 
 MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint, PictureSize size) {
-    const LabelStyle style{labelWidth, decimalPoint, size};
+    MapView view;
+    view.pictureWidth = size.width;
+    view.plot.top = topSpace;
     // The space for the labels of y depends on the labels, and the labels on the space. A few rounds settle it.
     double yLabelWidth = 80.0;
-    MapView view = layOutBeside(frame, style, yLabelWidth);
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < 4; ++round) {
+        view.plot.left = std::ceil(leftSpace + yLabelWidth);
+        view.plot.width = size.width - rightSpace - view.plot.left;
+        const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
+        view.plot.height = size.height > 0 ? size.height - topSpace - bottomSpace
+                                           : std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+        view.shown = fitAspect(frame, view.plot.height / view.plot.width);
+        chooseTicks(view, labelWidth, decimalPoint);
         yLabelWidth = widestLabel(view.yTicks, labelWidth);
-        view = layOutBeside(frame, style, yLabelWidth);
     }
+    view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);
     return view;
 }
 

@@ -54,30 +54,29 @@ std::string keptName(const NodeCounts& counts) {
                          shareText(100.0 * static_cast<double>(counts.kept) / static_cast<double>(all)));
 }
 
+std::string unreadableText(std::uint64_t lines) {
+    const std::string count = groupedNumber(lines);
+    return lines == 1 ? formatMessage("{0} line without a position", count)
+                      : formatMessage("{0} lines without a position", count);
+}
+
 std::vector<std::string> notesOf(const MapLegend& legend) {
     std::vector<std::string> notes;
-    if (legend.hasMarkers) {
-        notes.push_back(translateMessage("Circle: smaller than 10 pixels"));
-    } else if (legend.outlines.small > 0) {
-        notes.push_back(formatMessage("{0} smaller than 10 pixels", polygonsText(legend.outlines.small)));
-    }
-    if (legend.outlines.beyond > 0) {
-        notes.push_back(formatMessage("{0} reaching beyond the map", polygonsText(legend.outlines.beyond)));
-    }
-    if (legend.outlines.tooShort > 0) {
-        notes.push_back(formatMessage("{0} with fewer than 3 vertices", polygonsText(legend.outlines.tooShort)));
-    }
-    if (legend.outside > 0) {
-        notes.push_back(formatMessage("{0} outside the map", nodesText(legend.outside)));
-    }
-    if (legend.counts.withoutElevation > 0) {
-        notes.push_back(formatMessage("{0} kept without elevation", nodesText(legend.counts.withoutElevation)));
-    }
-    if (legend.counts.unreadable > 0) {
-        const std::string count = groupedNumber(legend.counts.unreadable);
-        notes.push_back(legend.counts.unreadable == 1 ? formatMessage("{0} line without a position", count)
-                                                      : formatMessage("{0} lines without a position", count));
-    }
+    const auto addIf = [&notes](bool isNeeded, const std::string& note) {
+        if (isNeeded) {
+            notes.push_back(note);
+        }
+    };
+    const OutlineCounts& outlines = legend.outlines;
+    addIf(legend.hasMarkers, translateMessage("Circle: smaller than 10 pixels"));
+    addIf(!legend.hasMarkers && outlines.small > 0,
+          formatMessage("{0} smaller than 10 pixels", polygonsText(outlines.small)));
+    addIf(outlines.beyond > 0, formatMessage("{0} reaching beyond the map", polygonsText(outlines.beyond)));
+    addIf(outlines.tooShort > 0, formatMessage("{0} with fewer than 3 vertices", polygonsText(outlines.tooShort)));
+    addIf(legend.outside > 0, formatMessage("{0} outside the map", nodesText(legend.outside)));
+    addIf(legend.counts.withoutElevation > 0,
+          formatMessage("{0} kept without elevation", nodesText(legend.counts.withoutElevation)));
+    addIf(legend.counts.unreadable > 0, unreadableText(legend.counts.unreadable));
     return notes;
 }
 

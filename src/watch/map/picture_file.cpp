@@ -1,10 +1,10 @@
 #include "watch/map/picture_file.hpp"
 
 #include <cerrno>
-#include <charconv>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <system_error>
 #include <unistd.h>
 
@@ -43,16 +43,14 @@ std::string worldFileOf(const std::string& pictureFile) {
     return pictureFile.ends_with(suffix) ? pictureFile.substr(0, pictureFile.size() - suffix.size()) + ".pgw" : "";
 }
 
-std::optional<PictureSize> readPictureSize(std::string_view text) {
-    PictureSize size;
-    const char* const end = text.data() + text.size();
-    const auto width = std::from_chars(text.data(), end, size.width);
-    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') {
+std::optional<PictureSize> readPictureSize(const std::string& text) {
+    std::smatch parts;
+    if (!std::regex_match(text, parts, std::regex("([0-9]{3,4})x([0-9]{3,4})"))) {
         return std::nullopt;
     }
-    const auto height = std::from_chars(width.ptr + 1, end, size.height);
+    const PictureSize size{std::stoi(parts[1]), std::stoi(parts[2])};
     const bool isInRange = size.width >= 800 && size.width <= 4096 && size.height >= 600 && size.height <= 4096;
-    return height.ec == std::errc() && height.ptr == end && isInRange ? std::optional(size) : std::nullopt;
+    return isInRange ? std::optional(size) : std::nullopt;
 }
 
 void removeOldPicture(const std::string& path) {

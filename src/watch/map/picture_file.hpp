@@ -18,7 +18,7 @@ bool isPictureFileName(std::string_view name);
 std::string worldFileOf(const std::string& pictureFile);
 
 /// Reads "1200x900", from 800x600 to 4096x4096. Returns nothing for anything else.
-std::optional<PictureSize> readPictureSize(std::string_view text);
+std::optional<PictureSize> readPictureSize(const std::string& text);
 
 /// Removes the picture of an earlier run. Leaves anything that is not a regular file, such as a FIFO or a device.
 void removeOldPicture(const std::string& path);

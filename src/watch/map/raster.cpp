@@ -21,17 +21,6 @@ int cellOf(double distance, double length, int cells) {
     return std::clamp(static_cast<int>(distance / length * cells), 0, cells - 1);
 }
 
-/// Returns the number of cells with a node in the block at this corner. The block may extend beyond the raster.
-double occupiedCellsOfBlock(const MapRaster& raster, int firstColumn, int firstRow) {
-    double occupied = 0.0;
-    for (int row = firstRow; row < std::min(firstRow + blockSide, raster.height); ++row) {
-        for (int column = firstColumn; column < std::min(firstColumn + blockSide, raster.width); ++column) {
-            occupied += raster.cells[indexOf(raster, column, row)].nodes > 0 ? 1.0 : 0.0;
-        }
-    }
-    return occupied;
-}
-
 /// The average of a cell includes this many cells on each of its sides.
 constexpr int reach = 2;
 constexpr float evenTone = 0.5F;
@@ -54,14 +43,12 @@ float averageAround(const MapRaster& raster, int column, int row) {
 }
 
 std::vector<float> averageCounts(const MapRaster& raster) {
-    std::vector<float> averages(raster.cells.size());
-    std::size_t index = 0;
+    std::vector<float> averages;
+    averages.reserve(raster.cells.size());
     for (int row = 0; row < raster.height; ++row) {
         for (int column = 0; column < raster.width; ++column) {
-            if (raster.cells[index].nodes > 0) {
-                averages[index] = averageAround(raster, column, row);
-            }
-            ++index;
+            const bool hasNodes = raster.cells[indexOf(raster, column, row)].nodes > 0;
+            averages.push_back(hasNodes ? averageAround(raster, column, row) : 0.0F);
         }
     }
     return averages;
@@ -82,13 +69,9 @@ float toneOf(float average, float low, float high) {
 } // namespace
 
 MapRaster makeRaster(int width, int height, const MapExtent& shown, bool showsElevation) {
-    MapRaster raster;
-    raster.width = width;
-    raster.height = height;
-    raster.shown = shown;
-    raster.cells.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    raster.elevations.resize(showsElevation ? raster.cells.size() : 0);
-    return raster;
+    const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    return {width, height, shown, std::vector<RasterCell>(cells),
+            std::vector<CellElevation>(showsElevation ? cells : 0)};
 }
 
 void countNode(MapRaster& raster, MapPosition position, bool kept, float elevation) {
@@ -101,9 +84,7 @@ void countNode(MapRaster& raster, MapPosition position, bool kept, float elevati
     const int row = cellOf(shown.maxY - position.y, heightOf(shown), raster.height);
     const std::size_t index = indexOf(raster, column, row);
     RasterCell& cell = raster.cells[index];
-    if (cell.nodes < std::numeric_limits<std::uint32_t>::max()) {
-        ++cell.nodes;
-    }
+    cell.nodes += cell.nodes < std::numeric_limits<std::uint32_t>::max() ? 1U : 0U;
     cell.anyKept = cell.anyKept || kept;
     cell.anyDropped = cell.anyDropped || !kept;
     if (!raster.elevations.empty() && !std::isnan(elevation)) {
@@ -119,16 +100,19 @@ std::size_t occupiedCells(const MapRaster& raster) {
 }
 
 double nodeSpacing(const MapRaster& raster) {
+    const int blocksPerRow = raster.width / blockSide + 1;
+    std::vector<bool> isCovered(static_cast<std::size_t>(blocksPerRow * (raster.height / blockSide + 1)));
     double occupied = 0.0;
-    double coveredBlocks = 0.0;
-    for (int row = 0; row < raster.height; row += blockSide) {
-        for (int column = 0; column < raster.width; column += blockSide) {
-            const double occupiedHere = occupiedCellsOfBlock(raster, column, row);
-            occupied += occupiedHere;
-            coveredBlocks += occupiedHere > 0.0 ? 1.0 : 0.0;
+    for (int row = 0; row < raster.height; ++row) {
+        for (int column = 0; column < raster.width; ++column) {
+            if (raster.cells[indexOf(raster, column, row)].nodes > 0) {
+                isCovered[static_cast<std::size_t>(row / blockSide * blocksPerRow + column / blockSide)] = true;
+                occupied += 1.0;
+            }
         }
     }
-    return occupied > 0.0 ? std::sqrt(coveredBlocks * blockSide * blockSide / occupied) : 0.0;
+    const auto blocks = static_cast<double>(std::ranges::count(isCovered, true));
+    return occupied > 0.0 ? std::sqrt(blocks * blockSide * blockSide / occupied) : 0.0;
 }
 
 MapDensity measureDensity(const MapRaster& raster) {
@@ -140,14 +124,12 @@ MapDensity measureDensity(const MapRaster& raster) {
     if (sample.empty()) {
         return density;
     }
-    const float low = percentile(sample, 0.02);
-    const float high = percentile(sample, 0.98);
-    density.low = low;
-    density.high = high;
-    density.uneven = high >= unevenRatio * low;
+    density.low = percentile(sample, 0.02);
+    density.high = percentile(sample, 0.98);
+    density.uneven = density.high >= unevenRatio * density.low;
     for (float& tone : density.tones) {
         if (tone > 0.0F) {
-            tone = density.uneven ? toneOf(tone, low, high) : evenTone;
+            tone = density.uneven ? toneOf(tone, density.low, density.high) : evenTone;
         }
     }
     return density;

@@ -92,10 +92,6 @@ void blend(std::uint32_t& pixel, MapColour colour, float opacity) {
     pixel = part(24, 255) | part(16, colour.red) | part(8, colour.green) | part(0, colour.blue);
 }
 
-bool isSameColour(MapColour first, MapColour second) {
-    return first.red == second.red && first.green == second.green && first.blue == second.blue;
-}
-
 /// Draws consecutive discs of the same colour together.
 void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, std::span<const float> tones, double radius,
                     PixelPosition corner, bool RasterCell::*belongs, ColourOfTone colourOfTone) {
@@ -106,7 +102,7 @@ void drawLayerDiscs(MapCanvas& canvas, const MapRaster& raster, std::span<const 
             continue;
         }
         const MapColour next = colourOfTone(tones[cell]);
-        if (!isSameColour(next, colour)) {
+        if (next != colour) {
             canvas.fillDiscs(centres, radius, colour);
             centres.clear();
         }
