@@ -66,7 +66,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
         summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
         return;
     }
-    MapRequest request{watch.lineCount.nodeFiles().files, watch.directories.input, watch.directories.output,
+    MapRequest request{watch.lineCount.nodeFiles(), watch.directories.input, watch.directories.output,
                        watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
     request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());

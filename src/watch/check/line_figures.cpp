@@ -96,13 +96,14 @@ private:
 
 /// Reads from the position of the descriptor to the end of the file, in blocks of whole lines.
 ///
+/// @param kept so many bytes of the beginning of a line are kept if it does not end in its block.
 /// @param take is called with the first and the last byte of each block; the last byte is a line feed. `plainLineReach`
 ///             bytes after it are readable. It returns false to end the reading.
 /// @return the bytes and the last one, but not the lines; nothing after a failure.
 template <typename Take>
-std::optional<LineCount> readBlocks(int descriptor, const std::atomic<bool>& stop, Take take) {
+std::optional<LineCount> readBlocks(int descriptor, std::size_t kept, const std::atomic<bool>& stop, Take take) {
     // Not a vector, which would write zeros to a megabyte for each small file. NOLINTNEXTLINE(modernize-avoid-c-arrays)
-    const auto buffer = std::make_unique_for_overwrite<char[]>(maxLine + blockSize + plainLineReach);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kept + blockSize + plainLineReach);
     LineCount count;
     std::size_t begun = 0; // bytes of a line whose end is not read yet
     while (!stop) {
@@ -124,19 +125,19 @@ std::optional<LineCount> readBlocks(int descriptor, const std::atomic<bool>& sto
         if (last != nullptr && !take(buffer.get(), last)) {
             return std::nullopt;
         }
-        begun = std::min(static_cast<std::size_t>(block + size - rest), maxLine);
+        begun = std::min(static_cast<std::size_t>(block + size - rest), kept);
         std::memmove(buffer.get(), rest, begun);
     }
     return std::nullopt;
 }
 
 template <typename Take>
-std::optional<LineCount> readFile(const std::string& path, const std::atomic<bool>& stop, Take take) {
+std::optional<LineCount> readFile(const std::string& path, std::size_t kept, const std::atomic<bool>& stop, Take take) {
     const int descriptor = openRegularFile(path);
     if (descriptor == -1) {
         return std::nullopt;
     }
-    const std::optional<LineCount> count = readBlocks(descriptor, stop, take);
+    const std::optional<LineCount> count = readBlocks(descriptor, kept, stop, take);
     close(descriptor);
     return count;
 }
@@ -164,7 +165,7 @@ int openRegularFile(const std::string& path) {
 
 std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
     std::uint64_t lineFeeds = 0;
-    std::optional<LineCount> count = readFile(path, stop, [&lineFeeds](const char* first, const char* last) {
+    std::optional<LineCount> count = readFile(path, 0, stop, [&lineFeeds](const char* first, const char* last) {
         lineFeeds += vadelclip::countLineFeeds(first, static_cast<std::size_t>(last + 1 - first));
         return true;
     });
@@ -177,7 +178,7 @@ std::optional<LineCount> countLines(const std::string& path, const std::atomic<b
 std::optional<LineFigures> readLineFigures(const std::string& path, const std::atomic<bool>& stop) {
     LinePass pass;
     const std::optional<LineCount> count =
-        readFile(path, stop, [&pass](const char* first, const char* last) { return pass.take(first, last); });
+        readFile(path, maxLine, stop, [&pass](const char* first, const char* last) { return pass.take(first, last); });
     if (!count) {
         return std::nullopt;
     }

@@ -85,13 +85,14 @@ NodeFiles findNodeFiles(const std::string& directory) {
          entry.increment(error)) {
         addEntry(entry->path(), found);
     }
+    found.isListed = !error;
     std::ranges::sort(found.files, {}, &NodeFile::name);
     std::ranges::sort(found.passedOver, {}, &PassedOverEntry::name);
     return found;
 }
 
 std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atomic<bool>& stop) {
-    if (!nodeFiles.unread.empty()) {
+    if (!nodeFiles.isListed || !nodeFiles.unread.empty()) {
         return std::nullopt;
     }
     std::uint64_t total = 0;

@@ -50,6 +50,7 @@ struct PassedOverEntry {
 };
 
 struct NodeFiles {
+    bool isListed = false;       ///< The whole directory could be read.
     std::vector<NodeFile> files; ///< Sorted by name.
     /// Names with the suffix of a node file that are not regular files. They may be node files, but reading them would
     /// take their bytes from the tool.

@@ -44,8 +44,11 @@ std::string readContent(const MapRequest& request, MapContent& content) {
     if (!error.empty()) {
         return error;
     }
+    if (!request.nodeFiles.isListed) {
+        return formatMessage("The input directory {0} cannot be read.", request.inputDirectory);
+    }
     return visitNodes(
-        request.nodeFiles, request.outputDirectory, content.counts,
+        request.nodeFiles.files, request.outputDirectory, content.counts,
         [&content](const MapNode& node) {
             includePosition(node.kept ? content.kept : content.dropped, node.position);
             if (content.nodes.size() == maxNodesInMemory) {
@@ -82,7 +85,7 @@ std::string countNodes(const MapRequest& request, const MapContent& content, Map
         return "";
     }
     NodeCounts counts;
-    return visitNodes(request.nodeFiles, request.outputDirectory, counts, count, request.showsElevation);
+    return visitNodes(request.nodeFiles.files, request.outputDirectory, counts, count, request.showsElevation);
 }
 
 void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const NodeShades& shades) {

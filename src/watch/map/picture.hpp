@@ -6,12 +6,11 @@
 #include "watch/map/layout.hpp"
 
 #include <string>
-#include <vector>
 
 namespace vadelwatch {
 
 struct MapRequest {
-    std::vector<NodeFile> nodeFiles; ///< The regular files of the input directory that the tool took.
+    NodeFiles nodeFiles; ///< As they were when the run began.
     std::string inputDirectory;
     std::string outputDirectory;
     std::string boundaryFile;

@@ -93,6 +93,7 @@ TEST(NodeFiles, fifoIsNotRead) {
 }
 
 TEST(NodeFiles, missingDirectoryHasNone) {
+    EXPECT_FALSE(findNodeFiles("/none/there").isListed);
     EXPECT_TRUE(findNodeFiles("/none/there").files.empty());
 }
 

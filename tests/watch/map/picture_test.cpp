@@ -46,7 +46,7 @@ struct DrawnRun {
 
     /// Draws with the files that are there now. Returns the error message.
     std::string problem() {
-        request.nodeFiles = findNodeFiles(request.inputDirectory).files;
+        request.nodeFiles = findNodeFiles(request.inputDirectory);
         return drawMap(request);
     }
 
@@ -165,7 +165,10 @@ TEST(MapPicture, reportsErrorsInGerman) {
     request.boundaryFile = run.directory.write("point.xml", "<VADELSIM><VadeDGM><group type='boundaries'><polygon>"
                                                             "<point/></polygon></group></VadeDGM></VADELSIM>");
     EXPECT_EQ("Die Grenzdatei " + request.boundaryFile + " enthält einen Punkt ohne Koordinaten.", drawMap(request));
-    request = run.request;
+    EXPECT_EQ("Das Eingabeverzeichnis " + run.request.inputDirectory + " kann nicht gelesen werden.",
+              drawMap(run.request));
+    request.nodeFiles.isListed = true;
+    request.boundaryFile = run.request.boundaryFile;
     request.outputDirectory = "/no/out";
     EXPECT_EQ("Das Ausgabeverzeichnis /no/out kann nicht gelesen werden.", drawMap(request));
     run.write("x;y;z\n5;5;1\n", "x;y;z\n6;6;1\n");
@@ -218,7 +221,9 @@ TEST(MapPicture, reportsUnreadableInput) {
     MapRequest request = run.request;
     request.boundaryFile = "/no/b.xml";
     EXPECT_EQ("The boundary file /no/b.xml cannot be read: File was not found.", drawMap(request));
-    request = run.request;
+    EXPECT_EQ("The input directory " + run.request.inputDirectory + " cannot be read.", drawMap(run.request));
+    request.nodeFiles.isListed = true;
+    request.boundaryFile = run.request.boundaryFile;
     request.outputDirectory = "/no/out";
     EXPECT_EQ("The output directory /no/out cannot be read.", drawMap(request));
     EXPECT_FALSE(run.hasPicture());
@@ -250,7 +255,7 @@ TEST(MapPicture, hasAskedSize) {
 TEST(MapPicture, reportsNodeFileThatIsGone) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n", "");
-    run.request.nodeFiles = findNodeFiles(run.request.inputDirectory).files;
+    run.request.nodeFiles = findNodeFiles(run.request.inputDirectory);
     const std::string path = run.directory.pathOf("in/a.xyz");
     const std::string expected = "The node file " + path + " was changed or removed after the run began.";
     run.directory.write("in/a.xyz", "remark\n");
