@@ -4,7 +4,6 @@
 #include "clip/node_line.hpp"
 #include "text/text_lines.hpp"
 #include "text/text_mode.hpp"
-#include "watch/check/plain_line.hpp"
 
 #include <algorithm>
 #include <cstring>

@@ -137,13 +137,14 @@ void NodeLineCount::count(const std::string& directory) {
     }
     fileCount = found.files.size() + found.unread.size();
     byteCount = size;
-    const std::optional<std::uint64_t> lines = readNodeFiles(found, stopped);
-    total = lines.value_or(0);
-    known = lines.has_value();
+    if (const std::optional<std::uint64_t> lines = readNodeFiles(found, stopped)) {
+        lineCount = static_cast<std::int64_t>(*lines);
+    }
 }
 
 std::optional<std::uint64_t> NodeLineCount::nodeLines() const {
-    return known ? std::optional(total) : std::nullopt;
+    const std::int64_t lines = lineCount;
+    return lines >= 0 ? std::optional(static_cast<std::uint64_t>(lines)) : std::nullopt;
 }
 
 void NodeLineCount::wait() {

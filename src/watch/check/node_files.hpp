@@ -104,10 +104,9 @@ private:
     void count(const std::string& directory);
 
     NodeFiles found;
-    std::uint64_t total = 0;
     std::atomic<std::uint64_t> fileCount = 0;
     std::atomic<std::uint64_t> byteCount = 0;
-    std::atomic<bool> known = false;
+    std::atomic<std::int64_t> lineCount = -1; ///< -1 if it is unknown.
     std::atomic<bool> stopped = false;
     std::thread worker;
 };

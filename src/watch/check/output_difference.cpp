@@ -126,17 +126,13 @@ void addMissing(const std::vector<std::string>& missing, std::vector<Suspect>& s
     }
 }
 
-/// Names directories that have the place of an output file.
-void addDirectories(const OutputCheck& check, const std::set<std::string>& expected, std::vector<Suspect>& suspects) {
+/// Names directories in place of an output file, and files that are the output of no node file.
+void addUnexpected(const OutputCheck& check, const std::set<std::string>& expected, std::vector<Suspect>& suspects) {
     for (const std::string& name : check.directories) {
         if (name == nodeCountName || expected.contains(name)) {
             suspects.push_back({name, formatMessage("{0}: a directory in place of the file", name)});
         }
     }
-}
-
-void addFilesWithoutInput(const OutputCheck& check, const std::set<std::string>& expected,
-                          std::vector<Suspect>& suspects) {
     for (const OutputFile& file : check.files) {
         if (!expected.empty() && !expected.contains(file.name)) {
             suspects.push_back(
@@ -156,8 +152,7 @@ Difference findDifference(const OutputCheck& check, const RunEvidence& evidence)
     const std::set<std::string> expected = expectedNames(evidence.nodeFiles);
     std::vector<std::string> missing;
     if (!check.directoryError) {
-        addDirectories(check, expected, details);
-        addFilesWithoutInput(check, expected, details);
+        addUnexpected(check, expected, details);
         missing = missingNames(check, expected);
     }
     // Without a count it is unknown if output is missing.

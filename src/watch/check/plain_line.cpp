@@ -1,4 +1,4 @@
-#include "watch/check/plain_line.hpp"
+#include "watch/check/line_figures.hpp"
 
 #include <algorithm>
 #include <bit>

@@ -174,19 +174,16 @@ bool drawMarker(MapCanvas& canvas, const MapView& view, const MapExtent& extent,
     return true;
 }
 
-bool markSmallOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines) {
-    std::vector<PixelPosition> centres;
+bool markSmallOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines,
+                       const OutlineCounts& counts) {
+    if (counts.small == 0 || counts.small > maxMarkedOutlines) {
+        return false;
+    }
     for (const std::vector<MapPosition>& outline : outlines) {
         const MapExtent extent = extentOf({outline});
         if (isSmall(view, extent)) {
-            centres.push_back(toPixel(view, centreOf(extent)));
+            drawCircle(canvas, toPixel(view, centreOf(extent)), outlineColour);
         }
-    }
-    if (centres.empty() || centres.size() > maxMarkedOutlines) {
-        return false;
-    }
-    for (const PixelPosition& centre : centres) {
-        drawCircle(canvas, centre, outlineColour);
     }
     return true;
 }

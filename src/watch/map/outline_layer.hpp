@@ -47,6 +47,7 @@ bool drawMarker(MapCanvas& canvas, const MapView& view, const MapExtent& extent,
 
 /// Draws circles around all small polygons, unless there are many of them.
 /// @return true if there are any.
-bool markSmallOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines);
+bool markSmallOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines,
+                       const OutlineCounts& counts);
 
 } // namespace vadelwatch

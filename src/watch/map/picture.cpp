@@ -102,12 +102,12 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
 
 /// Draws circles around what is too small to be seen.
 /// @return true if there is any.
-bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content) {
-    bool hasMarkers = drawMarker(canvas, view, content.dropped, MapColour{110, 110, 110}, translateMessage("Dropped"));
-    hasMarkers = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || hasMarkers;
-    const MapExtent outlines = extentOf(content.outlines);
-    return drawMarker(canvas, view, outlines, outlineColour, translateMessage("Boundary")) ||
-           markSmallOutlines(canvas, view, content.outlines) || hasMarkers;
+bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content, const OutlineCounts& counts) {
+    constexpr MapColour dropped{110, 110, 110}; // darker than the nodes, so that its label is readable
+    bool any = drawMarker(canvas, view, content.dropped, dropped, translateMessage("Dropped"));
+    any = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || any;
+    return drawMarker(canvas, view, extentOf(content.outlines), outlineColour, translateMessage("Boundary")) ||
+           markSmallOutlines(canvas, view, content.outlines, counts) || any;
 }
 
 /// Returns the last component of a path, also if a separator follows it.
@@ -143,14 +143,13 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
     if (occupiedCells(raster) > maxDiscs) {
         canvas.drawImage(shadeKeptCells(raster, shades), {view.plot.left, view.plot.top});
     }
-    const bool hasMarkers = drawMarkers(canvas, view, content);
+    const OutlineCounts outlines = countOutlines(content.outlines, view);
+    const bool hasMarkers = drawMarkers(canvas, view, content, outlines);
     drawAxes(canvas, view);
-    MapLegend legend{content.counts, raster.outside, countOutlines(content.outlines, view),
-                     density.uneven, hasMarkers,     showsElevation};
-    legend.low = showsElevation ? elevations.low : density.low;
-    legend.high = showsElevation ? elevations.high : density.high;
-    legend.outlineWidth = outlineWidth;
-    drawLegend(canvas, view, legend);
+    drawLegend(canvas, view,
+               {content.counts, raster.outside, outlines, density.uneven, hasMarkers, showsElevation,
+                showsElevation ? elevations.low : density.low, showsElevation ? elevations.high : density.high,
+                outlineWidth});
     if (!request.warning.empty()) {
         drawWarning(canvas, view, request.warning);
     }

@@ -47,7 +47,6 @@ private:
     bool isOpen = false;
 };
 
-/// Reads the files of the input directory and those of the output directory.
 struct NodeReaders {
     bool readElevations;
     NodeLineReader input;
@@ -129,23 +128,17 @@ bool NodeLineReader::next(std::string_view& line) {
             lineStart = lineEnd + 1;
             return true;
         }
-        // The incomplete line moves to the front, and is truncated there.
+        // The incomplete line moves to the front, is truncated there, and the next block is read after it.
         searched = std::min(filled - lineStart, longestLine);
-        if (!readBlock()) {
+        std::memmove(buffer.data(), buffer.data() + lineStart, searched);
+        lineStart = 0;
+        filled = searched;
+        const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
+        if (received <= 0) {
             return false;
         }
+        filled += static_cast<std::size_t>(received);
     }
-}
-
-/// Moves the incomplete line to the front, truncated, and reads the next block after it.
-bool NodeLineReader::readBlock() {
-    const std::size_t incomplete = std::min(filled - lineStart, longestLine);
-    std::memmove(buffer.data(), buffer.data() + lineStart, incomplete);
-    lineStart = 0;
-    filled = incomplete;
-    const ssize_t received = TEMP_FAILURE_RETRY(read(descriptor, buffer.data() + filled, buffer.size() - filled));
-    filled += received > 0 ? static_cast<std::size_t>(received) : 0;
-    return received > 0;
 }
 
 float elevationOf(std::string_view line, char separator) {

@@ -37,8 +37,6 @@ public:
     bool next(std::string_view& line);
 
 private:
-    bool readBlock();
-
     int descriptor = -1;
     std::vector<char> buffer;
     std::size_t lineStart = 0;

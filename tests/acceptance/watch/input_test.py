@@ -79,6 +79,7 @@ class Sentences(InputTest):
         for inside, outside, text in ((1, 1999, "1 of 2 000 (<0.1 %)"), (1999, 1, "1 999 of 2 000 (>99.9 %)")):
             self.giveJob({"a.xyz": HEADER + INSIDE * inside + OUTSIDE * outside})
             self.assertIn("  Nodes kept        " + text, self.again("--lang=en").outputLines())
+            self.assertEqual(100 * inside / 2000, self.summary()["percent_kept"])
 
 
 class NothingKept(InputTest):
@@ -95,6 +96,12 @@ class NothingKept(InputTest):
                                          "Nodes: x from 20 to 30, y from 1 to 2.5",
                                          "Boundary: x from 0 to 10, y from 0 to 10"]), self.reason(SQUARE))
         self.assertEqual("Warning: no node was kept. Nodes and boundary do not overlap.", self.sentences()[0])
+
+    def test_says_that_nodes_are_sampled(self):
+        self.giveJob({"a.xyz": HEADER + b"20;1;1\n" * 3000})
+        summary = self.summary()
+        self.assertTrue(summary["input"]["nothing_kept"]["nodes_are_sampled"])
+        self.assertIn("Nodes, in a sample of the lines: x from 20 to 20, y from 1 to 1", summary["input"]["sentences"])
 
     def test_explains_exchanged_x_and_y(self):
         area = SQUARE.replace(b'y="0"', b'y="20"').replace(b'y="10"', b'y="25"')
@@ -122,6 +129,11 @@ class Boundary(InputTest):
         watched = self.run_("base/data", "out", name, "--lang=en")
         self.assertEqual(1, watched.status)
         return watched.errorLines()[-1]
+
+    def test_explains_empty_file(self):
+        self.give({"empty.xml": b""})
+        self.assertEqual("Vadelwatch: The boundary file empty.xml exists, but cannot be read: No document element found, "
+                         "line 1, column 1.", self.lastLine("empty.xml"))
 
     def test_explains_malformed_xml(self):
         self.give({"bad.xml": b"<a>\n <b></c>\n</a>"})

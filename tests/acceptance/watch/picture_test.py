@@ -122,21 +122,53 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         self.assertEqual(picture.words()[-9:], ["Kept (50.0 %)", "2 nodes", "Dropped", "2 nodes", "Boundary", "1 polygon",
                                             "0", "2", "in units of the coordinates"])
 
-    def drawJob(self, boundary, nodes):
+    def drawJob(self, boundary, nodes, name="map.png"):
         points = ("".join(f'<polygon id="1">{"".join(f"""<point x="{x}" y="{y}"/>""" for x, y in polygon)}</polygon>'
                           for polygon in boundary))
         self.giveJob({"a.xyz": HEADER + "".join(f"{x};{y};1\n" for x, y in nodes).encode()})
         self.give({"area.xml": f'<VADELSIM><VadeDGM><group type="boundaries">{points}</group></VadeDGM></VADELSIM>'.encode()})
-        self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
-        return PngPicture(self.content("map.png"))
+        self.expect(self.run_(*JOB, "--quiet", "--map", name, "--lang=en"), status=0)
+        return (PngPicture if name.endswith("png") else SvgPicture)(self.content(name))
+
+    def test_legendNamesWhatIsBeyondTheMapOrHasFewVertices(self):
+        square = [(0, 0), (100, 0), (100, 100), (0, 100)]
+        nodes = [(x, y) for x in range(5, 150, 10) for y in range(5, 150, 10)]
+        picture = self.drawJob([square, [(1e6, 1e6)], [(20, 50), (80, 50)]], nodes + [(-9e6, 3)], "map.svg")
+        words = picture.words()
+        for note in ("1 polygon reaching beyond the map", "2 polygons with fewer than 3 vertices", "1 node outside the map"):
+            self.assertIn(note, words)
+        # The square, the line of two vertices, and the legend.
+        self.assertEqual(3, len(picture.strokesOf(OUTLINE)))
+
+    def test_polygonOfOneVertexHasADotAndACircle(self):
+        picture = self.drawJob([[(0, 0), (100, 0), (100, 100), (0, 100)], [(50, 130)]], [(5, 5), (95, 160)], "map.svg")
+        dots = [line for lines in picture.strokesOf(OUTLINE) for line in lines if len(line) == 2 and line[0] == line[1]]
+        self.assertEqual(1, len(dots))
+        self.assertIn("Circle: smaller than 10 pixels", picture.words())
+
+    def test_nothingKeptShowsBothPlacesWithLabels(self):
+        picture = self.drawJob([[(0, 0), (10, 0), (10, 10)]], [(5e6, 4e6), (5e6 + 9, 4e6)], "map.svg")
+        for word in ("Kept (0.0 %)", "Boundary", "Dropped", "Circle: smaller than 10 pixels"):
+            self.assertIn(word, picture.words())
+        self.assertEqual((2, 2), tuple(picture.words().count(word) for word in ("Boundary", "Dropped")))
+
+    def test_manySmallPolygonsShowTheirKeptNodes(self):
+        # 2,500 squares of 8 pixels.
+        corners = [(x * 20, y * 20) for x in range(50) for y in range(50)]
+        picture = self.drawJob([[(x, y), (x + 8, y), (x + 8, y + 8), (x, y + 8)] for x, y in corners],
+                               [(x / 2, y / 2) for x in range(-20, 2000, 3) for y in range(-20, 2000, 3)])
+        pixels = [picture.pixel(x, y) for x in range(200, 1200, 2) for y in range(200, 1200, 2)]
+        kept = sum(blue > red + 60 for red, _, blue in pixels)
+        outlines = sum(red > blue + 60 for red, _, blue in pixels)
+        self.assertGreater(kept, 3 * outlines)
 
     def test_narrow_corridor_shows_its_kept_nodes(self):
         # 30 by 20,000, so 1.6 pixels wide.
         picture = self.drawJob([[(0, 985), (20000, 985), (20000, 1015), (0, 1015)]],
                                [(x * 20, y * 20) for x in range(1000) for y in range(0, 100)] +
                                [(x * 5, 990 + 5 * (x % 5)) for x in range(4000)])
-        # Each column of the corridor has a pixel that is more blue than red, among grey and orange ones.
-        blueColumns = sum(any(picture.pixel(x, y)[2] > picture.pixel(x, y)[0] + 30 for y in range(71, 550))
+        # Each column of the corridor has a pixel in the colour of kept nodes, among grey and orange ones.
+        blueColumns = sum(any(picture.pixel(x, y)[2] > picture.pixel(x, y)[0] + 100 for y in range(71, 550))
                           for x in range(300, 1100))
         self.assertGreater(blueColumns, 700)
 
@@ -169,6 +201,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         for colour in ((33, 144, 141), (60, 60, 60), DROPPED):
             self.assertEqual(1, len(picture.strokesOf(colour)), colour)
         self.assertEqual([], picture.strokesOf(KEPT))
+        self.assertIn("1 Knoten behalten, aber ohne Höhe", picture.words())
 
     def test_tiny_boundary_has_a_circle(self):
         picture = self.drawJob([[(500000, 0), (500010, 0), (500010, 10)]], [(x, x % 7) for x in range(50)])

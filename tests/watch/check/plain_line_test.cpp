@@ -1,4 +1,4 @@
-#include "watch/check/plain_line.hpp"
+#include "watch/check/line_figures.hpp"
 
 #include "clip/node_line.hpp"
 

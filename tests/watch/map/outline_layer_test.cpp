@@ -79,9 +79,12 @@ TEST(MapOutlineLayer, marksOnlySmallExtentsInMap) {
 TEST(MapOutlineLayer, marksSmallOutlinesUnlessThereAreMany) {
     const MapView view = viewOfHundred();
     MapCanvas canvas(PictureFormat::png, 1600, 1600);
-    EXPECT_FALSE(markSmallOutlines(canvas, view, {squareAt(10, 10, 50)}));
-    EXPECT_TRUE(markSmallOutlines(canvas, view, MapOutlines(30, squareAt(10, 10, 0.1))));
-    EXPECT_FALSE(markSmallOutlines(canvas, view, MapOutlines(31, squareAt(10, 10, 0.1))));
+    const auto marks = [&](const MapOutlines& outlines) {
+        return markSmallOutlines(canvas, view, outlines, countOutlines(outlines, view));
+    };
+    EXPECT_FALSE(marks({squareAt(10, 10, 50)}));
+    EXPECT_TRUE(marks(MapOutlines(30, squareAt(10, 10, 0.1))));
+    EXPECT_FALSE(marks(MapOutlines(31, squareAt(10, 10, 0.1))));
 }
 
 TEST(MapOutlineLayer, drawsOutlinesTranslucent) {
