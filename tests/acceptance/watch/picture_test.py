@@ -127,18 +127,19 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
                           for polygon in boundary))
         self.giveJob({"a.xyz": HEADER + "".join(f"{x};{y};1\n" for x, y in nodes).encode()})
         self.give({"area.xml": f'<VADELSIM><VadeDGM><group type="boundaries">{points}</group></VadeDGM></VADELSIM>'.encode()})
-        self.expect(self.run_(*JOB, "--quiet", "--map", name, "--lang=en"), status=0)
+        self.expect(self.run_(*JOB, "--quiet", "--map", name), status=0)
         return (PngPicture if name.endswith("png") else SvgPicture)(self.content(name))
 
     def test_legendNamesWhatIsBeyondTheMapOrHasFewVertices(self):
         square = [(0, 0), (100, 0), (100, 100), (0, 100)]
         nodes = [(x, y) for x in range(5, 150, 10) for y in range(5, 150, 10)]
-        picture = self.drawJob([square, [(1e6, 1e6)], [(20, 50), (80, 50)]], nodes + [(-9e6, 3)], "map.svg")
-        words = picture.words()
-        for note in ("1 polygon reaching beyond the map", "2 polygons with fewer than 3 vertices", "1 node outside the map"):
-            self.assertIn(note, words)
+        picture = self.drawJob([square, [(1e6, 1e6)], [(20, 50), (80, 50)]], nodes, "map.svg")
+        for note in ("1 polygon reaching beyond the map", "2 polygons with fewer than 3 vertices"):
+            self.assertIn(note, picture.words())
         # The square, the line of two vertices, and the legend.
         self.assertEqual(3, len(picture.strokesOf(OUTLINE)))
+        os.rename(self.path("base/out"), self.path("first"))
+        self.assertIn("1 node outside the map", self.drawJob([square], nodes + [(-9e6, 3)], "map.svg").words())
 
     def test_polygonOfOneVertexHasADotAndACircle(self):
         picture = self.drawJob([[(0, 0), (100, 0), (100, 100), (0, 100)], [(50, 130)]], [(5, 5), (95, 160)], "map.svg")
@@ -201,7 +202,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         for colour in ((33, 144, 141), (60, 60, 60), DROPPED):
             self.assertEqual(1, len(picture.strokesOf(colour)), colour)
         self.assertEqual([], picture.strokesOf(KEPT))
-        self.assertIn("1 Knoten behalten, aber ohne Höhe", picture.words())
+        self.assertIn("1 node kept without elevation", picture.words())
 
     def test_tiny_boundary_has_a_circle(self):
         picture = self.drawJob([[(500000, 0), (500010, 0), (500010, 10)]], [(x, x % 7) for x in range(50)])
