@@ -157,8 +157,8 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n5;5;1\\n3;3;1\\n')
         # 2,500 squares of 8 pixels.
         corners = [(x * 20, y * 20) for x in range(50) for y in range(50)]
         picture = self.drawJob([[(x, y), (x + 8, y), (x + 8, y + 8), (x, y + 8)] for x, y in corners],
-                               [(x / 2, y / 2) for x in range(-20, 2000, 3) for y in range(-20, 2000, 3)])
-        pixels = [picture.pixel(x, y) for x in range(200, 1200, 2) for y in range(200, 1200, 2)]
+                               [(x / 2, y / 2) for x in range(-20, 2000, 5) for y in range(-20, 2000, 5)])
+        pixels = [picture.pixel(x, y) for x in range(200, 1200, 4) for y in range(200, 1200, 4)]
         kept = sum(blue > red + 60 for red, _, blue in pixels)
         outlines = sum(red > blue + 60 for red, _, blue in pixels)
         self.assertGreater(kept, 3 * outlines)
