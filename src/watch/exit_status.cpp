@@ -14,19 +14,6 @@ std::string signalName(int number) {
     return name == nullptr ? std::to_string(number) : name;
 }
 
-/// Returns the line about the end of a tool that a signal asked to end.
-std::string interruptedEnd(const RunRecord& record) {
-    const std::string signal = signalName(record.interruptedBy);
-    if (record.end.signal != 0) {
-        return formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended.", signal);
-    }
-    if (record.end.exitStatus == finishedStatus) {
-        return formatMessage("Vadelwatch: interrupted by SIG{0}, but Vadelclip finished.", signal);
-    }
-    return formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended with exit status {1}.", signal,
-                         std::to_string(record.end.exitStatus));
-}
-
 std::string abnormalEnd(const ToolEnd& end) {
     if (end.signal != 0) {
         return formatMessage("Vadelwatch: Vadelclip was ended by signal {1} (SIG{0}).", signalName(end.signal),
@@ -34,6 +21,17 @@ std::string abnormalEnd(const ToolEnd& end) {
     }
     return formatMessage("Vadelwatch: Vadelclip ended abnormally, with exit status {0}.",
                          std::to_string(end.exitStatus));
+}
+
+/// Returns the line about the end of a tool that this signal asked to end.
+std::string interruptedEnd(const ToolEnd& end, const std::string& signal) {
+    if (end.signal != 0) {
+        return formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended.", signal);
+    }
+    return end.exitStatus == finishedStatus
+               ? formatMessage("Vadelwatch: interrupted by SIG{0}, but Vadelclip finished.", signal)
+               : formatMessage("Vadelwatch: interrupted by SIG{0}, Vadelclip has ended with exit status {1}.", signal,
+                               std::to_string(end.exitStatus));
 }
 
 } // namespace
@@ -53,15 +51,10 @@ std::vector<std::string> endingLines(const RunRecord& record, const std::string&
     if (status == toolFailedStatus && !record.closingText.empty()) {
         lines.push_back(record.closingText);
     }
-    if (record.interruptedBy != 0) {
-        lines.push_back(interruptedEnd(record));
-    } else if (status == abnormalEndStatus) {
-        lines.push_back(abnormalEnd(record.end));
-    } else {
-        return lines;
-    }
-    if (status != finishedStatus) {
-        lines.back() += ' ' + incompleteOutput(outputDirectory);
+    if (record.interruptedBy != 0 || status == abnormalEndStatus) {
+        lines.push_back(record.interruptedBy == 0 ? abnormalEnd(record.end)
+                                                  : interruptedEnd(record.end, signalName(record.interruptedBy)));
+        lines.back() += status == finishedStatus ? "" : ' ' + incompleteOutput(outputDirectory);
     }
     return lines;
 }

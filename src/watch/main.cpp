@@ -17,9 +17,9 @@ int main(int argc, char* argv[]) {
     vadelclip::guardStandardDescriptors();
     vadelwatch::OwnOutput errors(STDERR_FILENO);
     try {
+        vadelwatch::setUpMessages(vadelwatch::wantedLanguage(argc, argv));
         const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);
         if (outcome.options) {
-            vadelwatch::setUpMessages(vadelwatch::toolLanguage(*outcome.options));
             return vadelwatch::watchRun(*outcome.options);
         }
         vadelwatch::OwnOutput output(STDOUT_FILENO);

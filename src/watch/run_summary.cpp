@@ -24,14 +24,14 @@ struct Row {
 
 /// Returns the share of the nodes read, or nothing if their number is 0 or unknown.
 std::optional<double> percentKept(const RunSummary& summary) {
-    if (!summary.nodesRead || *summary.nodesRead == 0) {
+    if (summary.nodesRead.value_or(0) == 0) {
         return std::nullopt;
     }
-    return 100.0 * static_cast<double>(summary.nodesKept) / static_cast<double>(*summary.nodesRead);
+    return 100.0 * static_cast<double>(summary.check->nodeLines) / static_cast<double>(*summary.nodesRead);
 }
 
 std::string nodesText(const RunSummary& summary) {
-    std::string kept = groupedNumber(summary.nodesKept);
+    std::string kept = groupedNumber(summary.check->nodeLines);
     if (!summary.nodesRead) {
         return kept;
     }
@@ -42,75 +42,76 @@ std::string nodesText(const RunSummary& summary) {
 
 /// Returns a line for each node file, with its figures before its name.
 std::string filesText(const std::vector<InputFile>& files) {
-    std::string text;
-    const auto addLine = [&text](const std::array<std::string, 5>& figures, const std::string& name) {
-        for (const std::string& figure : figures) {
-            constexpr std::size_t width = 15;
-            text.append(2 + width - std::min(width, columnsOf(figure)), ' ');
-            text += figure;
-        }
-        text += fmt::format("  {}\n", name);
-    };
-    addLine({translateMessage("lines"), translateMessage("kept"), translateMessage("outside"),
-             translateMessage("unparsable"), translateMessage("bytes")},
-            translateMessage("node file"));
+    using Cells = std::array<std::string, 6>;
+    std::vector<Cells> lines{{translateMessage("lines"), translateMessage("kept"), translateMessage("outside"),
+                              translateMessage("unparsable"), translateMessage("bytes"),
+                              translateMessage("node file")}};
     for (const InputFile& file : files) {
         const LineFigures& figures = file.figures;
-        addLine({groupedNumber(figures.count.nodeLines()), groupedNumber(file.kept), groupedNumber(file.outside()),
-                 groupedNumber(figures.unparsable.count), groupedNumber(figures.count.bytes)},
-                shownName(file.name));
+        lines.push_back({groupedNumber(figures.count.nodeLines()), groupedNumber(file.kept),
+                         groupedNumber(file.outside()), groupedNumber(figures.unparsable.count),
+                         groupedNumber(figures.count.bytes), shownName(file.name)});
+    }
+    std::array<std::size_t, 5> widths{};
+    for (const Cells& cells : lines) {
+        for (std::size_t i = 0; i < widths.size(); ++i) {
+            widths[i] = std::max(widths[i], columnsOf(cells[i]));
+        }
+    }
+    std::string text;
+    for (const Cells& cells : lines) {
+        for (std::size_t i = 0; i < widths.size(); ++i) {
+            text.append(2 + widths[i] - columnsOf(cells[i]), ' ');
+            text += cells[i];
+        }
+        text += fmt::format("  {}\n", cells.back());
     }
     return text;
 }
 
 /// Wraps a sentence between words.
-std::string wrapped(const std::string& sentence, const std::string& indent, std::size_t columns) {
+///
+/// @param nextIndent of all lines but the first.
+std::string wrapped(const std::string& sentence, const std::string& indent, const std::string& nextIndent,
+                    std::size_t columns) {
     std::string text;
     std::string line = indent;
     std::istringstream words(sentence);
     for (std::string word; words >> word;) {
-        if (line.size() > indent.size() && columnsOf(line) + 1 + columnsOf(word) > columns) {
+        const bool isFirst = line.find_first_not_of(' ') == std::string::npos;
+        if (!isFirst && columnsOf(line) + 1 + columnsOf(word) > columns) {
             text += line + "\n";
-            line = indent;
+            line = nextIndent;
+        } else if (!isFirst) {
+            line += ' ';
         }
-        line += (line.size() > indent.size() ? " " : "") + word;
+        line += word;
     }
     return text + line + "\n";
 }
 
-std::string_view colourEnd(const Row& row) {
-    return row.colour.empty() ? "" : "\033[0m";
-}
-
-std::string alignedRows(const std::vector<Row>& rows, std::size_t labelColumns) {
-    std::string text;
-    for (const Row& row : rows) {
-        const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
-        text += fmt::format("  {}{}{}{}{}\n", row.label, space, row.colour, row.value, colourEnd(row));
-    }
-    return text;
-}
-
-std::string stackedRows(const std::vector<Row>& rows, std::size_t columns) {
-    std::string text;
-    for (const Row& row : rows) {
-        text += fmt::format("  {}\n", row.label);
-        text += row.colour;
-        text += row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", columns);
-        text += colourEnd(row);
-    }
-    return text;
-}
-
+/// Each value is next to its label, or below it if the table would be wider than the window. A path is never wrapped.
 std::string tableText(const std::vector<Row>& rows, std::size_t columns) {
     std::size_t labelColumns = 0;
     std::size_t valueColumns = 0;
     for (const Row& row : rows) {
         labelColumns = std::max(labelColumns, columnsOf(row.label));
-        // A path is never wrapped, so its width does not matter.
         valueColumns = std::max(valueColumns, row.isPath ? 0 : columnsOf(row.value));
     }
-    return labelColumns + valueColumns + 4 <= columns ? alignedRows(rows, labelColumns) : stackedRows(rows, columns);
+    const bool isWide = labelColumns + valueColumns + 4 <= columns;
+    std::string text;
+    for (const Row& row : rows) {
+        const std::string_view colourEnd = row.colour.empty() ? "" : "\033[0m";
+        if (isWide) {
+            const std::string space(labelColumns - columnsOf(row.label) + 2, ' ');
+            text += fmt::format("  {}{}{}{}{}\n", row.label, space, row.colour, row.value, colourEnd);
+        } else {
+            const std::string value =
+                row.isPath ? fmt::format("    {}\n", row.value) : wrapped(row.value, "    ", "    ", columns);
+            text += fmt::format("  {}\n{}{}{}", row.label, row.colour, value, colourEnd);
+        }
+    }
+    return text;
 }
 
 template <typename Value>
@@ -176,45 +177,52 @@ OrderedJson suspectsJson(const std::vector<Suspect>& suspects) {
 } // namespace
 
 std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour) {
-    const std::string_view verdict = summary.addsUp ? "\033[32m" : "\033[31m";
-    const std::string check = summary.addsUp ? translateMessage("the lines add up to total_node_count.txt")
+    const OutputCheck& check = *summary.check;
+    const std::string_view verdictColour = check.addsUp ? "\033[32m" : "\033[31m";
+    const std::string verdict = check.addsUp ? translateMessage("the lines add up to total_node_count.txt")
                                              : translateMessage("the lines do not add up to total_node_count.txt");
     const std::vector<Row> rows{
-        {translateMessage("Node files read"), groupedNumber(summary.filesRead)},
-        {translateMessage("Files written"), groupedNumber(summary.filesWritten)},
+        {translateMessage("Node files read"), groupedNumber(summary.record.passes)},
+        {translateMessage("Files written"), groupedNumber(check.files.size())},
         {translateMessage("Nodes kept"), nodesText(summary)},
-        {translateMessage("Time"), decimalNumber(summary.seconds, 1) + " s"},
+        {translateMessage("Time"), decimalNumber(summary.record.seconds, 1) + " s"},
         {translateMessage("Output directory"), shownName(summary.outputDirectory), true},
-        {translateMessage("Check"), check, false, colour ? verdict : ""},
+        {translateMessage("Check"), verdict, false, colour ? verdictColour : ""},
     };
     const std::string headline =
-        summary.addsUp ? summary.closingText : translateMessage("Clipping ended, but its output does not add up");
-    std::string text = (headline.empty() ? "" : wrapped(headline, "", columns)) + tableText(rows, columns);
+        check.addsUp ? summary.record.closingText : translateMessage("Clipping ended, but its output does not add up");
+    std::string text = (headline.empty() ? "" : wrapped(headline, "", "", columns)) + tableText(rows, columns);
     for (const std::string& sentence : inputSentences(summary.input)) {
-        text += wrapped(sentence, "  ", columns);
+        text += wrapped(sentence, "  ", "    ", columns);
     }
     return summary.options.verbose && !summary.input.files.empty() ? text + filesText(summary.input.files) : text;
 }
 
 std::string summaryJson(const RunSummary& summary) {
-    const bool finished = summary.finished;
+    const RunRecord& record = summary.record;
     // Not null at first: without memory for its conversion the library would destroy an object that is not there.
     OrderedJson object = OrderedJson::object();
-    object["finished"] = finished;
+    object["finished"] = summary.finished;
     object["exit_status"] = summary.exitStatus;
-    object["files_read"] = finished ? OrderedJson(summary.filesRead) : OrderedJson();
-    object["files_written"] = finished ? OrderedJson(summary.filesWritten) : OrderedJson();
-    object["nodes_read"] = finished ? orNull(summary.nodesRead) : OrderedJson();
-    object["nodes_kept"] = finished ? OrderedJson(summary.nodesKept) : OrderedJson();
-    object["percent_kept"] = finished ? orNull(percentKept(summary)) : OrderedJson();
-    object["total_node_count"] = finished ? orNull(summary.nodeCount) : OrderedJson();
-    object["adds_up"] = finished ? OrderedJson(summary.addsUp) : OrderedJson();
-    object["seconds"] = summary.seconds;
+    for (const char* const key :
+         {"files_read", "files_written", "nodes_read", "nodes_kept", "percent_kept", "total_node_count", "adds_up"}) {
+        object[key] = nullptr;
+    }
+    if (summary.check) {
+        object["files_read"] = record.passes;
+        object["files_written"] = summary.check->files.size();
+        object["nodes_read"] = orNull(summary.nodesRead);
+        object["nodes_kept"] = summary.check->nodeLines;
+        object["percent_kept"] = orNull(percentKept(summary));
+        object["total_node_count"] = orNull(summary.check->nodeCount);
+        object["adds_up"] = summary.check->addsUp;
+    }
+    object["seconds"] = record.seconds;
     object["output_directory"] = summary.outputDirectory;
-    object["errors"] = summary.errors;
+    object["errors"] = record.errors;
     object["failure"] = orNull(summary.failure);
-    object["signal"] = orNull(summary.signal);
-    object["interrupted_by"] = orNull(summary.interruptedBy);
+    object["signal"] = orNull(record.end.signal);
+    object["interrupted_by"] = orNull(record.interruptedBy);
     object["suspects"] = suspectsJson(summary.suspects);
     object["map"] = summary.whyNoMap.empty() ? orNull(summary.options.mapPath) : OrderedJson();
     object["why_no_map"] = orNull(summary.whyNoMap);

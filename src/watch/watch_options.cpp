@@ -7,6 +7,8 @@
 #include "watch/show/messages.hpp"
 
 #include <CLI/CLI.hpp>
+#include <boost/algorithm/string/join.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <boost/filesystem/path.hpp>
 
 #include <algorithm>
@@ -26,24 +28,28 @@ constexpr const char* footer =
 
 std::string requireFileName(const std::string& path) {
     if (path == "-") {
-        return "standard output is for the summary, so - is not accepted; name a file";
+        return translateMessage("standard output is for the summary, so - is not accepted; name a file");
     }
-    return path.empty() ? "needs the name of a file" : "";
+    return path.empty() ? translateMessage("needs the name of a file") : "";
 }
 
 #ifdef VADELWATCH_MAP
 std::string requirePictureFileName(const std::string& path) {
-    return isPictureFileName(path) ? "" : "the name must end in .png or .svg: " + path;
+    return isPictureFileName(path) ? "" : formatMessage("the name must end in .png or .svg: {0}", path);
 }
 
 std::string requirePictureSize(const std::string& size) {
-    return readPictureSize(size) ? "" : "must be WIDTHxHEIGHT, from 800x600 to 4096x4096: " + size;
+    return readPictureSize(size) ? "" : formatMessage("must be WIDTHxHEIGHT, from 800x600 to 4096x4096: {0}", size);
 }
 #endif
 
-std::string requireProgress(const std::string& word) {
-    const bool isKnown = word == "auto" || word == "bar" || word == "plain" || word == "none";
-    return isKnown ? "" : "must be auto, bar, plain or none, not " + word;
+/// Not `CLI::IsMember`, whose message is English.
+CLI::Validator requireOneOf(const std::vector<std::string>& words) {
+    const auto check = [words](const std::string& word) {
+        const bool isKnown = std::find(words.begin(), words.end(), word) != words.end();
+        return isKnown ? "" : formatMessage("must be one of {0}, not {1}", boost::algorithm::join(words, ", "), word);
+    };
+    return {check, ""};
 }
 
 void addArguments(CLI::App& app, WatchOptions& options) {
@@ -61,7 +67,7 @@ void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_flag("--quiet", options.quiet, "Show errors only");
     app.add_option("--progress", options.progress, "How to show progress: auto, bar, plain or none")
         ->type_name("HOW")
-        ->check(requireProgress);
+        ->check(requireOneOf({"auto", "bar", "plain", "none"}));
     app.add_flag("--verbose", options.verbose, "Add a table of the node files to the summary");
     app.add_flag("--json", options.json, "Print the summary as one JSON object");
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
@@ -74,7 +80,7 @@ void addOptions(CLI::App& app, WatchOptions& options) {
         ->check(requirePictureFileName);
     app.add_option("--map-colour", options.mapColour, "What colours the kept points: density or elevation")
         ->type_name("BY")
-        ->check(CLI::IsMember({"density", "elevation"}))
+        ->check(requireOneOf({"density", "elevation"}))
         ->needs("--map");
     app.add_option("--map-size", options.mapSize, "Size of the map in pixels, from 800x600 to 4096x4096")
         ->type_name("WIDTHxHEIGHT")
@@ -83,25 +89,70 @@ void addOptions(CLI::App& app, WatchOptions& options) {
 #endif
 }
 
+/// Returns what is wrong, because the messages of the library are English. Its error classes carry no name of an option,
+/// so that is searched in their texts.
+std::string reworded(const CLI::App& app, const CLI::Error& error) {
+    const std::string english = error.what();
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        return formatMessage("Vadelwatch: unexpected argument: {0}", boost::algorithm::join(app.remaining(), " "));
+    }
+    if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
+        return shownName("Vadelwatch: " + english);
+    }
+    std::string name;
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string each = option->get_name();
+        if (each.size() > name.size() && english.find(each) != std::string::npos) {
+            name = each;
+        }
+    }
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        return formatMessage("Vadelwatch: the argument {0} is missing.", name);
+    }
+    if (dynamic_cast<const CLI::RequiresError*>(&error) != nullptr) {
+        return formatMessage("Vadelwatch: {0} needs --map.", name);
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+        return app.get_option(name)->count() > 1 ? formatMessage("Vadelwatch: {0} may be given only once.", name)
+                                                 : formatMessage("Vadelwatch: {0} needs a value.", name);
+    }
+    return name.empty() ? shownName("Vadelwatch: " + english)
+                        : formatMessage("Vadelwatch: {0} must be true or false.", name);
+}
+
 /// Returns a hint if an argument is an option of ours with one hyphen, as the tool spells its options.
 std::string meantOption(const CLI::App& app, int argc, const char* const* argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
         const std::string option = '-' + argument.substr(0, argument.find('='));
         if (argument.starts_with('-') && option.size() > 3 && app.get_option_no_throw(option) != nullptr) {
-            return "Did you mean " + shownName('-' + argument) + "?\n";
+            return formatMessage("Did you mean {0}?", '-' + argument) + "\n";
         }
     }
     return {};
 }
 
-/// Returns the first line of the help that names the arguments.
+/// Returns the first line of the help, which names the arguments.
 std::string usageLine(const CLI::App& app) {
-    const std::string usage = CLI::Formatter().make_usage(&app, app.get_name());
-    return CLI::detail::trim_copy(usage) + "\n";
+    const std::string usage = boost::algorithm::trim_copy(CLI::Formatter().make_usage(&app, app.get_name()));
+    return formatMessage("Usage: {0}", usage.substr(usage.find(app.get_name()))) + "\n";
 }
 
 } // namespace
+
+std::optional<std::string> wantedLanguage(int argc, const char* const* argv) {
+    WatchOptions options;
+    CLI::App app;
+    app.set_help_flag();
+    app.allow_extras();
+    app.add_option("--lang", options.language);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Error&) {
+        // An option without its value: `readCommandLine` reports it.
+    }
+    return toolLanguage(options);
+}
 
 CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     CLI::App app(description, "Vadelwatch");
@@ -111,10 +162,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     app.set_help_flag("-h,--help", "Show this help and exit");
     app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
     app.footer(footer);
-    // An argument may hold control characters, and a terminal obeys some of them.
     app.failure_message([argc, argv](const CLI::App* failed, const CLI::Error& error) {
-        return shownName(error.what()) + "\n" + meantOption(*failed, argc, argv) + usageLine(*failed) +
-               "Run with --help for more information.\n";
+        return reworded(*failed, error) + "\n" + meantOption(*failed, argc, argv) + usageLine(*failed) +
+               translateMessage("Run with --help for more information.") + "\n";
     });
 
     CommandLineOutcome outcome;

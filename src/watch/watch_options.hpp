@@ -35,6 +35,10 @@ struct CommandLineOutcome {
     std::string standardError;  ///< What is wrong, and how to get help.
 };
 
+/// Returns the language of --lang for the tool, also if the rest of the command line is wrong: usage errors are in this
+/// language.
+std::optional<std::string> wantedLanguage(int argc, const char* const* argv);
+
 /// Reads the arguments after the program name. Options may be anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
 

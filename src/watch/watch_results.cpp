@@ -47,6 +47,18 @@ void writeErrors(WatchContext& watch, const std::vector<std::string>& lines) {
     }
 }
 
+void writeLastWords(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence) {
+    writeErrors(watch, {sentence});
+    if (watch.options.json) {
+        // As a shell reports it.
+        summary.exitStatus = 128 + signal;
+        summary.record.interruptedBy = signal;
+        summary.failure = sentence;
+        summary.whyNoMap = sentence;
+        watch.output.write(summaryJson(summary));
+    }
+}
+
 void closeLog(WatchContext& watch, RunSummary& summary) {
     const int error = watch.log.close();
     if (error != 0) {
@@ -58,28 +70,35 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
 #ifdef VADELWATCH_MAP
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     const std::string& map = watch.options.mapPath;
-    std::error_code error;
-    if (!summary.finished && !map.empty() && std::filesystem::is_regular_file(map, error)) {
-        writeErrors(watch, {formatMessage("Vadelwatch: no map was drawn; {0} is from an earlier run.", map)});
+    if (map.empty()) {
+        summary.whyNoMap = "not asked for";
+        return;
     }
-    if (!summary.finished || map.empty()) {
-        summary.whyNoMap = map.empty() ? "not asked for" : "the run did not finish";
+    if (!summary.finished) {
+        summary.whyNoMap = "the run did not finish";
+        std::error_code error;
+        if (std::filesystem::is_regular_file(map, error)) {
+            writeErrors(watch, {formatMessage("Vadelwatch: no map was drawn; {0} is from an earlier run.", map)});
+        }
         return;
     }
     MapRequest request{watch.lineCount.nodeFiles(), watch.directories.input, watch.directories.output,
                        watch.options.boundaryFilePath, map};
     request.showsElevation = watch.options.mapColour == "elevation";
     request.size = readPictureSize(watch.options.mapSize).value_or(PictureSize());
-    const std::time_t now = std::time(nullptr);
-    request.date = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(now));
-    if (!summary.addsUp) {
+    request.date = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
+    if (!summary.check->addsUp) {
         request.warning =
             translateMessage("Do not rely on this map: the output does not add up to total_node_count.txt");
     }
     std::string problem;
     try {
-        const PhaseWatch drawing(watch.progressMode, watch.errors, translateMessage("drawing"),
-                                 formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
+        PhaseWatch drawing(watch.progressMode, watch.errors, translateMessage("drawing"), [&](int signal) {
+            writeLastWords(watch, summary, signal,
+                           formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
+        });
+        request.nodes = summary.nodesRead.value_or(0);
+        request.showPercent = [&drawing](double percent) { drawing.show(percent); };
         problem = drawMap(request);
     } catch (const std::exception& failure) {
         // For example without memory. The run itself has finished.
@@ -99,11 +118,11 @@ void drawWantedMap(WatchContext&, RunSummary& summary) {
 void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {
         watch.output.write(summaryJson(summary));
-    } else if (summary.finished && !watch.options.quiet) {
+    } else if (summary.check && !watch.options.quiet) {
         const bool onTerminal = isatty(STDOUT_FILENO) == 1;
         const bool hasColour = progressModeFor(STDOUT_FILENO, "auto") == ProgressMode::bar;
         if (onTerminal) {
-            summary.closingText = shownName(summary.closingText);
+            summary.record.closingText = shownName(summary.record.closingText);
         }
         watch.output.write(summaryText(summary, summaryColumns(), hasColour && barStyleFromEnvironment().colour));
     }

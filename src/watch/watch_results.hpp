@@ -3,11 +3,10 @@
 /// so all of it may wait for a reader.
 #pragma once
 
-#include "watch/run/message_log.hpp"
 #include "watch/check/node_files.hpp"
+#include "watch/run_summary.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/show/progress_display.hpp"
-#include "watch/run_summary.hpp"
 #include "watch/watch_options.hpp"
 
 #include <string>
@@ -29,13 +28,16 @@ struct WatchContext {
     ProgressMode progressMode;
     OwnOutput output{STDOUT_FILENO};
     OwnOutput errors{STDERR_FILENO};
-    MessageLog log;
+    OwnOutput log;
     NodeLineCount lineCount;
-    std::string failure; ///< Why the tool could not be started or watched.
 };
 
 /// Writes lines to standard error.
 void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
+
+/// Writes the last lines of a process that a signal ends during its own work: the sentence, and the summary if the
+/// options have --json.
+void writeLastWords(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence);
 
 // Each of the following functions reports its failure, and then turns the status of a finished run into
 // `usageErrorStatus`.

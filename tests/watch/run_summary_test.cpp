@@ -14,15 +14,16 @@ constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 
 RunSummary finishedRun() {
     RunSummary summary;
-    summary.closingText = "Finished clipping";
+    summary.record.closingText = "Finished clipping";
+    summary.record.passes = 6;
+    summary.record.seconds = 0.25;
     summary.finished = true;
-    summary.filesRead = 6;
-    summary.filesWritten = 5;
     summary.nodesRead = 133463;
-    summary.nodesKept = 10315;
-    summary.nodeCount = 10315;
-    summary.addsUp = true;
-    summary.seconds = 0.25;
+    OutputCheck& check = summary.check.emplace();
+    check.files.resize(5);
+    check.nodeLines = 10315;
+    check.nodeCount = 10315;
+    check.addsUp = true;
     summary.outputDirectory = "base/Höhe 1";
     return summary;
 }
@@ -86,15 +87,15 @@ TEST(RunSummary, escapesControlCharactersOfPath) {
 
 TEST(RunSummary, leavesOutUnknownValues) {
     RunSummary summary = finishedRun();
-    summary.closingText.clear();
+    summary.record.closingText.clear();
     summary.nodesRead.reset();
-    summary.addsUp = false;
+    summary.check->addsUp = false;
     const std::string text = summaryText(summary, unlimited);
     EXPECT_EQ(0U, text.find("Clipping ended, but its output does not add up\n  Node files read"));
     EXPECT_NE(std::string::npos, text.find("  Nodes kept        10 315\n"));
     EXPECT_NE(std::string::npos, text.find("the lines do not add up to"));
     summary.nodesRead = 0;
-    summary.nodesKept = 0;
+    summary.check->nodeLines = 0;
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited).find("0 of 0 (- %)\n"));
 }
 
@@ -102,7 +103,7 @@ TEST(RunSummary, coloursVerdict) {
     RunSummary summary = finishedRun();
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[32mthe lines add up to"));
     EXPECT_TRUE(summaryText(summary, unlimited, true).ends_with("total_node_count.txt\033[0m\n"));
-    summary.addsUp = false;
+    summary.check->addsUp = false;
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[31mthe lines do not add up"));
     EXPECT_NE(std::string::npos, summaryText(summary, 14, true).find("\033[31m    the lines"));
 }
@@ -126,13 +127,14 @@ TEST(RunSummary, hasSentencesAndTableOfFiles) {
     summary.input.files = {{"a.xyz", LineFigures{{39, 4, true}, {}, {}, {}}, 2, false}};
     const std::string sentence = "  1 of 2 entries passed over, the suffix has capital letters: D\\x1B.TXT\n";
     EXPECT_TRUE(summaryText(summary, unlimited).ends_with(sentence)) << summaryText(summary, unlimited);
+    EXPECT_TRUE(summaryText(summary, 52)
+                    .ends_with("  1 of 2 entries passed over, the suffix has capital\n"
+                               "    letters: D\\x1B.TXT\n"))
+        << summaryText(summary, 52);
     summary.options.verbose = true;
-    EXPECT_TRUE(
-        summaryText(summary, unlimited)
-            .ends_with(
-                sentence +
-                "            lines             kept          outside       unparsable            bytes  node file\n"
-                "                3                2                1                0               39  a.xyz\n"))
+    EXPECT_TRUE(summaryText(summary, unlimited)
+                    .ends_with(sentence + "  lines  kept  outside  unparsable  bytes  node file\n"
+                                          "      3     2        1           0     39  a.xyz\n"))
         << summaryText(summary, unlimited);
 }
 
@@ -166,9 +168,9 @@ TEST(RunSummary, isJsonOfFailedRun) {
     RunSummary summary;
     summary.exitStatus = 1;
     summary.outputDirectory = "caf\xE9";
-    summary.errors = {"a", "b"};
+    summary.record.errors = {"a", "b"};
     summary.failure = std::string("a");
-    summary.signal = 9;
+    summary.record.end.signal = 9;
     summary.suspects = {{"b.xyz", "b.xyz: empty"}, {"", "No space"}};
     EXPECT_EQ(0U, summaryJson(summary).find(
                       R"({"finished":false,"exit_status":1,"files_read":null,"files_written":null,"nodes_read":null,)"

@@ -2,6 +2,8 @@
 
 #include "watch/exit_status.hpp"
 
+#include "support/german_messages.hpp"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -85,18 +87,18 @@ TEST(WatchOptions, toolGetsLanguageWithoutCharacterSet) {
 
 TEST(WatchOptions, suggestsTwoHyphens) {
     for (const char* const option : {"-lang=en", "-quiet"}) {
-        EXPECT_EQ("The following argument was not expected: " + std::string(option) + "\nDid you mean -" + option +
-                      "?\n" + usageEnd,
+        EXPECT_EQ("Vadelwatch: unexpected argument: " + std::string(option) + "\nDid you mean -" + option + "?\n" +
+                      usageEnd,
                   read({"a", "b", "c", option}).standardError);
     }
-    EXPECT_EQ("The following argument was not expected: -none=1\n" + usageEnd,
-              read({"a", "b", "c", "-none=1"}).standardError);
+    EXPECT_EQ("Vadelwatch: unexpected argument: -none=1\n" + usageEnd, read({"a", "b", "c", "-none=1"}).standardError);
 }
 
 TEST(WatchOptions, refusesStandardOutputAsFile) {
     const CommandLineOutcome outcome = read({"--log", "-", "a", "b", "c"});
     EXPECT_FALSE(outcome.options);
-    EXPECT_EQ(0U, outcome.standardError.find("--log: standard output is for the summary")) << outcome.standardError;
+    EXPECT_EQ(0U, outcome.standardError.find("Vadelwatch: --log: standard output is for the summary"))
+        << outcome.standardError;
 }
 
 TEST(WatchOptions, nothingAfterEqualsSignIsNotAValue) {
@@ -112,7 +114,7 @@ TEST(WatchOptions, refusesEmptyFileNames) {
     const CommandLineOutcome outcome = read({"--log", "", "a", "b", "c"});
     EXPECT_FALSE(outcome.options);
     EXPECT_EQ(usageErrorStatus, outcome.exitStatus);
-    EXPECT_EQ("--log: needs the name of a file\n" + usageEnd, outcome.standardError);
+    EXPECT_EQ("Vadelwatch: --log: needs the name of a file\n" + usageEnd, outcome.standardError);
 }
 
 TEST(WatchOptions, equalsSignAfterEndOfOptionsIsPartOfName) {
@@ -129,7 +131,7 @@ TEST(WatchOptions, flagsMayBeSwitchedOff) {
 }
 
 TEST(WatchOptions, errorsEscapeControlCharacters) {
-    EXPECT_EQ("The following argument was not expected: \\x1B[2J\\x0A\\xE9\n" + usageEnd,
+    EXPECT_EQ("Vadelwatch: unexpected argument: \\x1B[2J\\x0A\\xE9\n" + usageEnd,
               read({"a", "b", "c", "\x1B[2J\n\xE9"}).standardError);
 }
 
@@ -148,6 +150,52 @@ TEST(WatchOptions, errorsNameTheArgument) {
         EXPECT_EQ("", outcome.standardOutput);
         EXPECT_NE(std::string::npos, outcome.standardError.find(each.words)) << outcome.standardError;
     }
+}
+
+TEST(WatchOptions, errorsAreWorded) {
+    struct Case {
+        std::vector<const char*> arguments;
+        std::string english;
+        std::string german;
+    };
+    for (const Case& each : {
+             Case{{"a", "b"}, "the argument boundary-file-path is missing.", "Das Argument boundary-file-path fehlt."},
+             Case{{"a", "b", "c", "d", "e"}, "unexpected argument: d e", "Unerwartetes Argument: d e"},
+             Case{{"a", "b", "c", "--log"}, "--log needs a value.", "--log braucht einen Wert."},
+             Case{{"a", "b", "c", "--log=1", "--log=2"},
+                  "--log may be given only once.",
+                  "--log darf nur einmal angegeben werden."},
+             Case{{"a", "b", "c", "--quiet=perhaps"},
+                  "--quiet must be true or false.",
+                  "--quiet muss true oder false sein."},
+             Case{{"a", "b", "c", "--progress=fast"},
+                  "--progress: must be one of auto, bar, plain, none, not fast",
+                  "--progress: erlaubt sind auto, bar, plain, none, nicht fast"},
+#ifdef VADELWATCH_MAP
+             Case{{"a", "b", "c", "--map-size=900x900"},
+                  "--map-size needs --map.",
+                  "--map-size ist nur zusammen mit --map möglich."},
+#endif
+         }) {
+        EXPECT_EQ("Vadelwatch: " + each.english + "\n" + usageEnd, read(each.arguments).standardError);
+        const GermanMessages german;
+        EXPECT_EQ("Vadelwatch: " + each.german +
+                      "\nAufruf: Vadelwatch [OPTIONS] input-directory-path output-directory-name boundary-file-path\n"
+                      "Weitere Hinweise mit --help.\n",
+                  read(each.arguments).standardError);
+    }
+}
+
+TEST(WatchOptions, languageIsKnownDespiteErrors) {
+    const auto language = [](std::vector<const char*> arguments) {
+        arguments.insert(arguments.begin(), "Vadelwatch");
+        return wantedLanguage(static_cast<int>(arguments.size()), arguments.data());
+    };
+    EXPECT_EQ("en", language({"--none", "--lang=en"}));
+    EXPECT_EQ("de_DE", language({"a", "--log", "--lang", "de_DE.UTF-8", "-x"}));
+    EXPECT_EQ("en", language({"--help", "--lang=en", "a", "b", "c", "d"}));
+    EXPECT_EQ(std::nullopt, language({"a", "--lang"}));
+    EXPECT_EQ(std::nullopt, language({"--", "--lang=en"}));
 }
 
 TEST(WatchOptions, helpAndVersionReturnZero) {
@@ -207,18 +255,19 @@ TEST(WatchOptions, acceptsPictureNames) {
 }
 
 TEST(WatchOptions, refusesNamesOfNoPicture) {
-    EXPECT_EQ("--map: needs the name of a file\n" + usageEnd, read({"a", "b", "c", "--map", ""}).standardError);
-    EXPECT_EQ("--map: the name must end in .png or .svg: m.jpg\n" + usageEnd,
+    EXPECT_EQ("Vadelwatch: --map: needs the name of a file\n" + usageEnd,
+              read({"a", "b", "c", "--map", ""}).standardError);
+    EXPECT_EQ("Vadelwatch: --map: the name must end in .png or .svg: m.jpg\n" + usageEnd,
               read({"a", "b", "c", "--map", "m.jpg"}).standardError);
     EXPECT_FALSE(read({"a", "b", "c", "--map="}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map-colour=elevation"}).options);
     EXPECT_FALSE(read({"a", "b", "c", "--map=m.png", "--map-colour=height"}).options);
-    EXPECT_EQ("--map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\n" + usageEnd,
+    EXPECT_EQ("Vadelwatch: --map-size: must be WIDTHxHEIGHT, from 800x600 to 4096x4096: 9x9\n" + usageEnd,
               read({"a", "b", "c", "--map=m.png", "--map-size=9x9"}).standardError);
 }
 #else
 TEST(WatchOptions, hasNoMapWithoutItsLibrary) {
-    EXPECT_EQ("The following argument was not expected: --map=m.png\n" + usageEnd,
+    EXPECT_EQ("Vadelwatch: unexpected argument: --map=m.png\n" + usageEnd,
               read({"a", "b", "c", "--map=m.png"}).standardError);
 }
 #endif

@@ -162,10 +162,13 @@ int openRegularFile(const std::string& path) {
     return descriptor;
 }
 
-std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop) {
+std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop,
+                                    const std::function<void(std::size_t bytes)>& counted) {
     std::uint64_t lineFeeds = 0;
-    std::optional<LineCount> count = readFile(path, 0, stop, [&lineFeeds](const char* first, const char* last) {
-        lineFeeds += vadelclip::countLineFeeds(first, static_cast<std::size_t>(last + 1 - first));
+    std::optional<LineCount> count = readFile(path, 0, stop, [&](const char* first, const char* last) {
+        const auto size = static_cast<std::size_t>(last + 1 - first);
+        lineFeeds += vadelclip::countLineFeeds(first, size);
+        counted(size);
         return true;
     });
     if (count) {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -54,9 +55,12 @@ int openRegularFile(const std::string& path);
 
 /// Counts the lines of a regular file.
 ///
-/// @param stop ends the count soon after it becomes true, here and below.
+/// @param stop    ends the count soon after it becomes true, here and below.
+/// @param counted receives the number of bytes in whole lines of each block.
 /// @return nothing if the file cannot be read, is not a regular file, or the count was stopped.
-std::optional<LineCount> countLines(const std::string& path, const std::atomic<bool>& stop);
+std::optional<LineCount> countLines(
+    const std::string& path, const std::atomic<bool>& stop,
+    const std::function<void(std::size_t bytes)>& counted = [](std::size_t) {});
 
 /// Reads a node file once. Of a line longer than 1 MiB only its beginning and its end are checked.
 ///

@@ -28,14 +28,14 @@ OutputCondition conditionOf(const LineCount& count) {
     return count.nodeLines() == 0 ? OutputCondition::withoutNode : OutputCondition::whole;
 }
 
-OutputFile checkFile(const fs::path& path) {
+OutputFile checkFile(const fs::path& path, const std::function<void(std::size_t bytes)>& counted) {
     OutputFile file{path.filename().string(), 0, OutputCondition::whole};
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
         file.condition = OutputCondition::notRegular;
         return file;
     }
-    const std::optional<LineCount> count = countLines(path.string(), false);
+    const std::optional<LineCount> count = countLines(path.string(), false, counted);
     if (!count) {
         file.condition = OutputCondition::unreadable;
         return file;
@@ -71,17 +71,28 @@ std::int64_t OutputCheck::missingNodes() const {
     return static_cast<std::int32_t>(expected - static_cast<std::uint32_t>(nodeLines));
 }
 
-OutputCheck checkOutput(const std::string& outputDirectory) {
+OutputCheck checkOutput(const std::string& outputDirectory, const std::function<void(double percent)>& showPercent) {
     OutputCheck check;
+    std::vector<fs::path> paths;
+    double allBytes = 0.0;
     std::error_code& error = check.directoryError;
     std::error_code ignored;
     for (fs::directory_iterator entry(outputDirectory, error), end; !error && entry != end; entry.increment(error)) {
         if (fs::is_directory(entry->path(), ignored)) {
             check.directories.push_back(entry->path().filename().string());
         } else if (entry->path().filename() != nodeCountName) {
-            check.files.push_back(checkFile(entry->path()));
-            check.nodeLines += check.files.back().nodeLines;
+            paths.push_back(entry->path());
+            const std::uintmax_t size = fs::file_size(entry->path(), ignored);
+            allBytes += ignored ? 0.0 : static_cast<double>(size);
         }
+    }
+    double bytes = 0.0;
+    for (const fs::path& path : paths) {
+        check.files.push_back(checkFile(path, [&](std::size_t size) {
+            bytes += static_cast<double>(size);
+            showPercent(100.0 * std::min(1.0, bytes / allBytes));
+        }));
+        check.nodeLines += check.files.back().nodeLines;
     }
     std::sort(check.files.begin(), check.files.end(),
               [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });

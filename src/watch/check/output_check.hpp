@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <sys/statvfs.h>
@@ -47,7 +48,10 @@ struct OutputCheck {
 };
 
 /// Reads every file of a finished output directory once, but not the directories in it.
-OutputCheck checkOutput(const std::string& outputDirectory);
+///
+/// @param showPercent is called now and then with the share of the bytes that are read.
+OutputCheck checkOutput(
+    const std::string& outputDirectory, const std::function<void(double percent)>& showPercent = [](double) {});
 
 /// What is known about a difference besides the output.
 struct RunEvidence {

@@ -36,7 +36,18 @@ struct MapContent {
     MapExtent dropped;
     std::vector<MapNode> nodes; ///< Empty unless all are in memory.
     bool hasAllNodes = true;
+    std::uint64_t visits = 0; ///< Nodes read in all passes.
 };
+
+/// Counts the visit of a node. Shows the percentage now and then, up to 90: the picture itself takes the rest of the time.
+void noteVisit(const MapRequest& request, MapContent& content) {
+    constexpr std::uint64_t visitsBetween = 1 << 16;
+    if (++content.visits % visitsBetween == 0 && request.nodes > 0 && request.showPercent) {
+        const double passes = request.nodes > maxNodesInMemory ? 2.0 : 1.0;
+        const double share = static_cast<double>(content.visits) / (passes * static_cast<double>(request.nodes));
+        request.showPercent(90.0 * std::min(1.0, share));
+    }
+}
 
 /// Reads the outlines, counts the nodes and finds their extent.
 std::string readContent(const MapRequest& request, MapContent& content) {
@@ -49,7 +60,8 @@ std::string readContent(const MapRequest& request, MapContent& content) {
     }
     return visitNodes(
         request.nodeFiles.files, request.outputDirectory, content.counts,
-        [&content](const MapNode& node) {
+        [&request, &content](const MapNode& node) {
+            noteVisit(request, content);
             includePosition(node.kept ? content.kept : content.dropped, node.position);
             if (content.nodes.size() == maxNodesInMemory) {
                 content.hasAllNodes = false;
@@ -78,14 +90,18 @@ MapView layOut(const MapExtent& frame, PictureSize size) {
 }
 
 /// Counts the nodes of each pixel.
-std::string countNodes(const MapRequest& request, const MapContent& content, MapRaster& raster) {
+std::string countNodes(const MapRequest& request, MapContent& content, MapRaster& raster) {
     const auto count = [&raster](const MapNode& node) { countNode(raster, node.position, node.kept, node.elevation); };
     if (content.hasAllNodes) {
         std::for_each(content.nodes.begin(), content.nodes.end(), count);
         return "";
     }
+    const auto readAndCount = [&](const MapNode& node) {
+        noteVisit(request, content);
+        count(node);
+    };
     NodeCounts counts;
-    return visitNodes(request.nodeFiles.files, request.outputDirectory, counts, count, request.showsElevation);
+    return visitNodes(request.nodeFiles.files, request.outputDirectory, counts, readAndCount, request.showsElevation);
 }
 
 void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, const NodeShades& shades) {

@@ -5,6 +5,8 @@
 #include "watch/check/node_files.hpp"
 #include "watch/map/layout.hpp"
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace vadelwatch {
@@ -23,6 +25,9 @@ struct MapRequest {
     PictureSize size = {};
     /// Date and time for the subtitle.
     std::string date = {};
+    /// Of all node files, for the percentage. 0 if unknown.
+    std::uint64_t nodes = 0;
+    std::function<void(double percent)> showPercent = {};
 };
 
 /// Draws the map of a finished run in bounded memory. Reads the node files once up to a million nodes, otherwise twice.

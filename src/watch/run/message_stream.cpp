@@ -1,9 +1,10 @@
 #include "watch/run/message_stream.hpp"
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <optional>
+#include <map>
 
 namespace vadelwatch {
 
@@ -11,71 +12,22 @@ namespace {
 
 using Json = nlohmann::json;
 
-MessageKind kindOf(const std::string& type) {
-    if (type == "error") {
-        return MessageKind::error;
-    }
-    if (type == "state") {
-        return MessageKind::state;
-    }
-    if (type == "progress") {
-        return MessageKind::progress;
-    }
-    if (type == "failed") {
-        return MessageKind::failed;
-    }
-    return type == "finish" ? MessageKind::finish : MessageKind::other;
-}
-
-/// Returns the string under a key, or nothing.
-std::optional<std::string> textAt(const Json& object, const char* key) {
-    const auto found = object.find(key);
-    if (found == object.end() || !found->is_string()) {
-        return std::nullopt;
-    }
-    return found->get<std::string>();
-}
-
-void readProgress(const Json& object, Message& message) {
-    const auto percent = object.find("percent");
-    if (percent == object.end() || !percent->is_number()) {
-        message.kind = MessageKind::unreadable;
-        return;
-    }
-    message.percent = std::clamp(percent->get<double>(), 0.0, 100.0);
-}
-
-void readText(const Json& object, Message& message) {
-    const std::optional<std::string> text = textAt(object, "text");
-    if (!text) {
-        message.kind = MessageKind::unreadable;
-        return;
-    }
-    message.text = *text;
-}
-
-/// Replaces bytes that are not UTF-8 by U+FFFD, exactly as the tool does in its messages: with the same library.
-std::string asUtf8(std::string_view bytes) {
-    const std::string quoted = Json(bytes).dump(-1, ' ', false, Json::error_handler_t::replace);
-    return Json::parse(quoted).get<std::string>();
+/// Returns the bytes as a JSON string, with U+FFFD for what is not UTF-8, exactly as the tool does in its messages.
+std::string quoted(std::string_view bytes) {
+    return Json(bytes).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 } // namespace
 
 void LineSplitter::feed(std::string_view bytes, const LineConsumer& consume) {
-    std::size_t lineFeed = bytes.find('\n');
-    while (lineFeed != std::string_view::npos) {
-        if (incomplete.empty()) {
-            consume(bytes.substr(0, lineFeed));
-        } else {
-            incomplete += bytes.substr(0, lineFeed);
-            consume(incomplete);
-            incomplete.clear();
-        }
-        bytes.remove_prefix(lineFeed + 1);
-        lineFeed = bytes.find('\n');
-    }
+    std::size_t end = incomplete.size();
     incomplete += bytes;
+    std::size_t start = 0;
+    while ((end = incomplete.find('\n', end)) != std::string::npos) {
+        consume(std::string_view(incomplete).substr(start, end - start));
+        start = ++end;
+    }
+    incomplete.erase(0, start);
 }
 
 void LineSplitter::finish(const LineConsumer& consume) {
@@ -86,27 +38,39 @@ void LineSplitter::finish(const LineConsumer& consume) {
 }
 
 Message parseMessage(std::string_view line) {
+    static const std::map<std::string, MessageKind> kinds{{"error", MessageKind::error},
+                                                          {"state", MessageKind::state},
+                                                          {"progress", MessageKind::progress},
+                                                          {"failed", MessageKind::failed},
+                                                          {"finish", MessageKind::finish}};
     Message message;
     const Json object = Json::parse(line, nullptr, false);
     message.isJson = !object.is_discarded();
-    if (!object.is_object()) {
-        return message;
-    }
-    const std::optional<std::string> type = textAt(object, "type");
-    if (!type) {
-        return message;
-    }
-    message.kind = kindOf(*type);
-    if (message.kind == MessageKind::progress) {
-        readProgress(object, message);
-    } else if (message.kind != MessageKind::other) {
-        readText(object, message);
+    try {
+        const auto kind = kinds.find(object.at("type").get<std::string>());
+        if (kind == kinds.end()) {
+            message.kind = MessageKind::other;
+            return message;
+        }
+        if (kind->second == MessageKind::progress) {
+            message.percent = std::clamp(object.at("percent").get<double>(), 0.0, 100.0);
+        } else {
+            message.text = object.at("text").get<std::string>();
+        }
+        message.kind = kind->second;
+    } catch (const Json::exception&) {
+        // A key is missing or has another type, so the message stays unreadable.
     }
     return message;
 }
 
+std::string logLine(double seconds, std::string_view line, const Message& message) {
+    return message.isJson ? fmt::format("{{\"seconds\":{:.6f},\"message\":{}}}\n", seconds, line)
+                          : fmt::format("{{\"seconds\":{:.6f},\"line\":{}}}\n", seconds, quoted(line));
+}
+
 void ErrorEcho::shown(std::string_view consoleLine) {
-    lines += asUtf8(consoleLine);
+    lines += Json::parse(quoted(consoleLine)).get<std::string>();
     lines += '\n';
     if (lines.size() - used > rememberedBytes) {
         used = lines.find('\n', lines.size() - rememberedBytes / 2) + 1;

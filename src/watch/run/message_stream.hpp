@@ -44,6 +44,10 @@ struct Message {
 /// Reads one line of the channel. Never fails: a line that cannot be read is `unreadable`.
 Message parseMessage(std::string_view line);
 
+/// Returns one line of the log, with its line feed: `{"seconds":1.25,"message":{...}}` with the message byte for byte,
+/// or `{"seconds":1.25,"line":"..."}` for a line that is not JSON, with U+FFFD for bytes that are not UTF-8.
+std::string logLine(double seconds, std::string_view line, const Message& message);
+
 /// Remembers the console lines that were shown and finds the error messages that repeat them. The tool reports every
 /// error twice, on its console and then as a message; people see it once.
 ///

@@ -1,67 +1,54 @@
 #include "watch/run/phase_watch.hpp"
 
-#include <array>
+#include <chrono>
 #include <csignal>
-#include <cstdint>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace vadelwatch {
 
-namespace {
-
-constexpr int drawingMilliseconds = 100;
-
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
-} // namespace
-
-PhaseWatch::PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, std::string sentence)
-    : errors(output), name(std::move(phase)), interruption(std::move(sentence)),
-      display(
-          mode, barStyleFromEnvironment(), [&output](std::string_view text) { output.keep(text); },
-          [] { return terminalColumns(STDERR_FILENO); }),
-      wakeDescriptor(eventfd(0, EFD_CLOEXEC)) {
+PhaseWatch::PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, LastWords lastWords)
+    : errors(output), name(std::move(phase)), interrupted(std::move(lastWords)),
+      display(displayOnStandardError(mode, output)) {
     try {
-        if (wakeDescriptor != -1) {
-            thread = std::thread([this] { showAndListen(); });
-        }
+        thread = std::thread([this] { showAndListen(); });
     } catch (const std::system_error&) {
         // No thread. The work does not need to be shown.
-    }
-    if (!thread.joinable()) {
         signals.reset();
     }
 }
 
 PhaseWatch::~PhaseWatch() {
     if (thread.joinable()) {
-        const std::uint64_t one = 1;
-        static_cast<void>(TEMP_FAILURE_RETRY(write(wakeDescriptor, &one, sizeof one)));
+        ended = true;
+        // Ends the wait of the thread at once.
+        pthread_kill(thread.native_handle(), SIGWINCH);
         thread.join();
-    }
-    if (wakeDescriptor != -1) {
-        close(wakeDescriptor);
     }
 }
 
 /// Runs in the thread.
 void PhaseWatch::showAndListen() {
-    std::array<pollfd, 2> sources{{{wakeDescriptor, POLLIN, 0}, {signals->descriptor(), POLLIN, 0}}};
-    while (sources[0].revents == 0) {
-        poll(sources.data(), sources.size(), drawingMilliseconds);
-        for (const int number : signals->take()) {
-            if (asksForEnd(number)) {
-                endBy(number);
-            }
+    constexpr int drawingMilliseconds = 100;
+    const auto startTime = std::chrono::steady_clock::now();
+    while (!ended) {
+        pollfd source{signals->descriptor(), POLLIN, 0};
+        poll(&source, 1, drawingMilliseconds);
+        const std::vector<int> numbers = signals->takeEndingSignals();
+        if (!numbers.empty()) {
+            display.clear();
+            display.flush();
+            signals.reset();
+            interrupted(numbers.front());
+            static_cast<void>(raise(numbers.front()));
         }
         const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - startTime).count();
         if (errors.waitingBytes() == 0 && display.isDue(seconds)) {
             ProgressFigures figures;
             figures.phase = name;
+            figures.percent = percent;
             figures.elapsedSeconds = seconds;
             display.update(figures, seconds);
             display.flush();
@@ -69,20 +56,6 @@ void PhaseWatch::showAndListen() {
     }
     display.clear();
     display.flush();
-}
-
-void PhaseWatch::endBy(int number) {
-    display.showLine(interruption);
-    display.flush();
-    // From now on a second signal ends the process, also while a slow reader is waited for.
-    sigset_t ending;
-    sigemptyset(&ending);
-    for (const int each : endingSignals) {
-        sigaddset(&ending, each);
-    }
-    pthread_sigmask(SIG_UNBLOCK, &ending, nullptr);
-    errors.write({});
-    static_cast<void>(raise(number));
 }
 
 } // namespace vadelwatch

@@ -1,12 +1,13 @@
 /// \file
-/// Shows the work of Vadelwatch itself after a run, and lets a signal end it with one sentence.
+/// Shows the work of Vadelwatch itself after a run, and lets a signal end it.
 #pragma once
 
 #include "watch/run/run_signals.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/show/progress_display.hpp"
 
-#include <chrono>
+#include <atomic>
+#include <functional>
 #include <optional>
 #include <string>
 #include <thread>
@@ -15,33 +16,38 @@
 namespace vadelwatch {
 
 /// Shows a phase during its lifetime, if that is longer than a moment. A thread draws, and reads signals: the first
-/// signal that asks for the end is reported, and ends the process as if it had not been caught.
+/// signal that asks for the end ends the process as if it had not been caught.
 ///
 /// Nothing else may be written to `output` during its lifetime. Without a thread the phase is not shown.
 class PhaseWatch {
 public:
-    /// @param mode     how to show the phase.
-    /// @param output   standard error; must outlive this object.
-    /// @param phase    its translated name.
-    /// @param sentence written if a signal ends the process, without its line feed.
-    PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, std::string sentence);
+    /// Receives the number of the signal, in the thread, before the process ends. A second signal ends the process at
+    /// once, also while this function waits for a reader.
+    using LastWords = std::function<void(int signal)>;
+
+    /// @param mode   how to show the phase.
+    /// @param output standard error; must outlive this object.
+    /// @param phase  its translated name.
+    PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, LastWords lastWords);
     PhaseWatch(const PhaseWatch&) = delete;
     PhaseWatch& operator=(const PhaseWatch&) = delete;
 
     /// Removes the bar.
     ~PhaseWatch();
 
+    /// Shows how much of the phase is done. May be called in any thread.
+    void show(double donePercent) { percent = donePercent; }
+
 private:
     void showAndListen();
-    void endBy(int number);
 
     std::optional<RunSignals> signals{std::in_place};
     OwnOutput& errors;
     std::string name;
-    std::string interruption;
+    LastWords interrupted;
     ProgressDisplay display;
-    std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
-    int wakeDescriptor = -1; ///< Readable at the end of the phase.
+    std::atomic<double> percent = 0.0;
+    std::atomic<bool> ended = false;
     std::thread thread;
 };
 

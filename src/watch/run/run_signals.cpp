@@ -35,17 +35,15 @@ RunSignals::~RunSignals() {
     pthread_sigmask(SIG_SETMASK, &formerMask, nullptr);
 }
 
-std::vector<int> RunSignals::take() const {
+std::vector<int> RunSignals::takeEndingSignals() const {
     std::vector<int> numbers;
     signalfd_siginfo info{};
     while (read(signalDescriptor, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
-        numbers.push_back(static_cast<int>(info.ssi_signo));
+        if (info.ssi_signo != SIGWINCH && info.ssi_signo != SIGCHLD) {
+            numbers.push_back(static_cast<int>(info.ssi_signo));
+        }
     }
     return numbers;
-}
-
-bool asksForEnd(int signal) {
-    return signal == SIGINT || signal == SIGTERM || signal == SIGHUP || signal == SIGQUIT;
 }
 
 } // namespace vadelwatch

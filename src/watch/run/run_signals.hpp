@@ -19,15 +19,13 @@ public:
     /// Returns a descriptor that becomes readable when a signal has arrived. Reading it does not block.
     int descriptor() const { return signalDescriptor; }
 
-    /// Returns the numbers of the signals since the last call, in the order of their arrival.
-    std::vector<int> take() const;
+    /// Returns the signals since the last call that ask for the end of the run: all but SIGWINCH and SIGCHLD, which
+    /// only end a wait.
+    std::vector<int> takeEndingSignals() const;
 
 private:
     sigset_t formerMask{};
     int signalDescriptor = -1;
 };
-
-/// Returns true for a signal that asks for the end of the run and is forwarded to the tool.
-bool asksForEnd(int signal);
 
 } // namespace vadelwatch

@@ -5,11 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <optional>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace vadelwatch {
@@ -33,12 +31,6 @@ constexpr int pollMilliseconds = 100;
 /// Shorter, because the tool may be blocked until our own output is written.
 constexpr int backlogMilliseconds = 5;
 
-/// Returns the absolute path without links, or an empty string if the system does not know it.
-std::string realPath(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::canonical(path, error).string();
-}
-
 } // namespace
 
 RunWatcher::Source::Source(int pipe) : descriptor(pipe), block(pipeBlockSize) {}
@@ -48,17 +40,12 @@ std::string_view RunWatcher::Source::readBlock() {
         return {};
     }
     // A read of 0 bytes is end of stream, also when `readable` is 0.
-    ssize_t size = 0;
-    do {
-        size = read(descriptor, block.data(), std::min(block.size(), readable));
-    } while (size == -1 && errno == EINTR);
+    const ssize_t size = TEMP_FAILURE_RETRY(read(descriptor, block.data(), std::min(block.size(), readable)));
     if (size > 0) {
         readable -= static_cast<std::size_t>(size);
         return {block.data(), static_cast<std::size_t>(size)};
     }
-    if (size == 0 || errno != EAGAIN) {
-        open = false;
-    }
+    open = size == -1 && errno == EAGAIN;
     return {};
 }
 
@@ -69,9 +56,9 @@ void RunWatcher::Source::endAfterWrittenBytes() {
 }
 
 RunWatcher::RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
-                       MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory)
+                       OwnOutput& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory)
     : tool(toolProcess), display(progressDisplay), shown(displayOutput), log(messageLog), lineCount(nodeLineCount),
-      directory(realPath(nodeDirectory)), channel(tool.channel()), console(tool.console()) {}
+      directory(nodeDirectory), channel(tool.channel()), console(tool.console()) {}
 
 RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
@@ -85,7 +72,8 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
         }
     }
     readTheRest();
-    finishLines();
+    console.lines.finish([this](std::string_view line) { takeConsoleLine(line); });
+    channel.lines.finish([this](std::string_view line) { takeMessageLine(line); });
     record.seconds = secondsSinceStart();
     display.clear();
     display.flush();
@@ -110,12 +98,9 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
     // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has
     // arrived.
     const std::optional<ToolEnd> end = tool.pollEnd();
-    for (const int number : signals.take()) {
-        if (asksForEnd(number)) {
-            record.interruptedBy = number;
-            tool.forward(number);
-        }
-        // SIGWINCH only ends the wait: the next drawing reads the width.
+    for (const int number : signals.takeEndingSignals()) {
+        record.interruptedBy = number;
+        tool.forward(number);
     }
     if (end) {
         record.end = *end;
@@ -154,11 +139,6 @@ void RunWatcher::readTheRest() {
     }
 }
 
-void RunWatcher::finishLines() {
-    console.lines.finish([this](std::string_view line) { takeConsoleLine(line); });
-    channel.lines.finish([this](std::string_view line) { takeMessageLine(line); });
-}
-
 void RunWatcher::takeConsoleLine(std::string_view line) {
     showLine(line);
     echo.shown(line);
@@ -171,11 +151,7 @@ void RunWatcher::showLine(std::string_view line) {
 
 void RunWatcher::takeMessageLine(std::string_view line) {
     const Message message = parseMessage(line);
-    log.add(secondsSinceStart(), line, message);
-    takeMessage(message, line);
-}
-
-void RunWatcher::takeMessage(const Message& message, std::string_view line) {
+    log.keep(logLine(secondsSinceStart(), line, message));
     switch (message.kind) {
     case MessageKind::error:
         record.errors.push_back(message.text);

@@ -2,7 +2,6 @@
 /// Watches one run from its first message to its end.
 #pragma once
 
-#include "watch/run/message_log.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/run/message_stream.hpp"
 #include "watch/run/run_signals.hpp"
@@ -38,9 +37,10 @@ public:
     /// All arguments must outlive the watcher. The tool has just been started.
     ///
     /// @param displayOutput the output that the display writes to.
+    /// @param messageLog    receives every message with the seconds since the start.
     /// @param nodeDirectory the input directory.
     RunWatcher(ToolProcess& toolProcess, ProgressDisplay& progressDisplay, OwnOutput& displayOutput,
-               MessageLog& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory);
+               OwnOutput& messageLog, const NodeLineCount& nodeLineCount, const std::string& nodeDirectory);
 
     /// Returns when the tool has ended and everything it wrote has been read. The bar is removed. The outputs may still
     /// hold text that is not written: this function never waits for a reader, so that signals are forwarded at once.
@@ -71,10 +71,8 @@ private:
     bool readMessages();
     bool readConsole();
     void readTheRest();
-    void finishLines();
     void takeConsoleLine(std::string_view line);
     void takeMessageLine(std::string_view line);
-    void takeMessage(const Message& message, std::string_view line);
     void showLine(std::string_view line);
     void showProgress();
     ProgressFigures figures() const;
@@ -83,9 +81,9 @@ private:
     ToolProcess& tool;
     ProgressDisplay& display;
     OwnOutput& shown;
-    MessageLog& log;
+    OwnOutput& log;
     const NodeLineCount& lineCount;
-    std::string directory; ///< The input directory, absolute and without links.
+    const std::string& directory;
     std::chrono::steady_clock::time_point startTime = std::chrono::steady_clock::now();
     Source channel;
     Source console;

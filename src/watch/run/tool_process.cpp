@@ -3,10 +3,8 @@
 #include "messages/executable_path.hpp"
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <exception>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -44,12 +42,6 @@ Pipe makePipe() {
     return {movedUp(ends[0]), movedUp(ends[1])};
 }
 
-void closeIfOpen(int descriptor) {
-    if (descriptor != -1) {
-        close(descriptor);
-    }
-}
-
 /// Becomes the tool. Runs in the child, which has only the thread that called `fork`: every call is async-signal-safe.
 [[noreturn]] void becomeTool(char* const* words, const Pipe& channel, const Pipe& console, const Pipe& failure,
                              pid_t parent) {
@@ -73,39 +65,15 @@ void closeIfOpen(int descriptor) {
     _exit(1);
 }
 
-void endProcess(pid_t pid) {
-    kill(pid, SIGTERM);
-    static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
-}
-
-/// For a process that ends without its destructors: a library calls std::terminate if an exception, for example for
-/// missing memory, leaves a function that is declared not to throw.
-std::atomic<pid_t> runningTool = -1;
-std::terminate_handler formerHandler = nullptr;
-
-void terminateWithTool() {
-    if (runningTool != -1) {
-        endProcess(runningTool);
-    }
-    formerHandler();
-}
-
-void endWithProcess(pid_t pid) {
-    runningTool = pid;
-    if (formerHandler == nullptr) {
-        formerHandler = std::set_terminate(terminateWithTool);
-    }
-}
-
 } // namespace
 
 ToolProcess::~ToolProcess() {
-    // First, because a tool that waits for space in a pipe can then end.
-    closeIfOpen(channelDescriptor);
-    closeIfOpen(consoleDescriptor);
+    // First, because a tool that waits for space in a pipe can then end. Closing -1 has no effect, here and below.
+    close(channelDescriptor);
+    close(consoleDescriptor);
     if (pid != -1) {
-        endProcess(pid);
-        runningTool = -1;
+        kill(pid, SIGTERM);
+        static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
     }
 }
 
@@ -135,18 +103,15 @@ int ToolProcess::start(const std::string& program, const std::vector<std::string
             becomeTool(pointers.data(), channelPipe, consolePipe, failurePipe, parent);
         }
     }
-    closeIfOpen(channelPipe.writing);
-    closeIfOpen(consolePipe.writing);
-    closeIfOpen(failurePipe.writing);
+    close(channelPipe.writing);
+    close(consolePipe.writing);
+    close(failurePipe.writing);
     // Ends without a byte when the child has become the tool.
     if (error == 0 && TEMP_FAILURE_RETRY(read(failurePipe.reading, &error, sizeof error)) > 0) {
         static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
         pid = -1;
     }
-    closeIfOpen(failurePipe.reading);
-    if (error == 0) {
-        endWithProcess(pid);
-    }
+    close(failurePipe.reading);
     return error;
 }
 
@@ -170,7 +135,7 @@ std::string ToolProcess::openFileIn(const std::string& directory) const {
          entry.increment(error)) {
         std::error_code ignored;
         const fs::path target = fs::read_symlink(entry->path(), ignored);
-        if (target.is_absolute() && target.parent_path() == directory) {
+        if (target.is_absolute() && fs::equivalent(target.parent_path(), directory, ignored)) {
             return target.filename().string();
         }
     }
@@ -183,7 +148,6 @@ std::optional<ToolEnd> ToolProcess::pollEnd() {
         return std::nullopt;
     }
     pid = -1;
-    runningTool = -1;
     if (WIFSIGNALED(status)) {
         return ToolEnd{0, WTERMSIG(status)};
     }

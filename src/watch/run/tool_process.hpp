@@ -44,8 +44,6 @@ public:
     std::uint64_t bytesRead() const;
 
     /// Returns the name of a file that the process has open in this directory, empty if there is none.
-    ///
-    /// @param directory absolute path without links.
     std::string openFileIn(const std::string& directory) const;
 
     /// Returns how the process ended, once, or nothing while it is running. Does not wait.

@@ -24,27 +24,6 @@ bool turnsText(char32_t character) {
            (character >= 0x202AU && character <= 0x202EU) || (character >= 0x2066U && character <= 0x2069U);
 }
 
-std::string inHexadecimal(const char* begin, const char* end) {
-    std::string text;
-    for (; begin != end; ++begin) {
-        text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*begin));
-    }
-    return text;
-}
-
-/// @param bytes valid UTF-8.
-void appendShown(std::string& shown, const char* bytes, const char* end) {
-    while (bytes != end) {
-        const char* const character = bytes;
-        const char32_t number = utf8::unchecked::next(bytes);
-        if (isControl(number) || turnsText(number)) {
-            shown += inHexadecimal(character, bytes);
-        } else {
-            shown.append(character, bytes);
-        }
-    }
-}
-
 } // namespace
 
 void setUpMessages(const std::optional<std::string>& language) {
@@ -65,15 +44,23 @@ void setUpMessages(const std::optional<std::string>& language) {
 
 std::string shownName(std::string_view name) {
     std::string shown;
-    const char* bytes = name.data();
-    const char* const end = bytes + name.size();
-    while (bytes != end) {
-        const char* const invalid = utf8::find_invalid(bytes, end);
-        appendShown(shown, bytes, invalid);
-        bytes = invalid;
-        if (bytes != end) {
-            shown += inHexadecimal(bytes, bytes + 1);
-            ++bytes;
+    const char* at = name.data();
+    const char* const end = at + name.size();
+    while (at != end) {
+        const char* const character = at;
+        bool isSafe = false;
+        try {
+            const char32_t number = utf8::next(at, end);
+            isSafe = !isControl(number) && !turnsText(number);
+        } catch (const utf8::exception&) {
+            ++at;
+        }
+        if (isSafe) {
+            shown.append(character, at);
+            continue;
+        }
+        for (const char* byte = character; byte != at; ++byte) {
+            shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(*byte));
         }
     }
     return shown;

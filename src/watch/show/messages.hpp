@@ -1,5 +1,5 @@
 /// \file
-/// Messages in the language of the tool, and names and numbers as people see them. Help and usage errors stay English.
+/// Messages in the language of the tool, and names and numbers as people see them. Help stays English.
 #pragma once
 
 #include "messages/translation.hpp"

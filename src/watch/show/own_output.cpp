@@ -1,11 +1,13 @@
 #include "watch/show/own_output.hpp"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace vadelwatch {
 
@@ -42,6 +44,24 @@ OwnOutput::~OwnOutput() {
         changed.notify_all();
         thread.join();
     }
+    close();
+}
+
+int OwnOutput::open(const std::string& path) {
+    constexpr mode_t everybody = 0666; // less the umask
+    descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, everybody);
+    isOwnFile = descriptor != -1;
+    return isOwnFile ? 0 : errno;
+}
+
+int OwnOutput::close() {
+    if (!std::exchange(isOwnFile, false)) {
+        return 0;
+    }
+    write({});
+    // Some file systems report only now that there was no space.
+    const int closing = ::close(std::exchange(descriptor, -1)) == 0 ? 0 : errno;
+    return failure() != 0 ? failure() : closing;
 }
 
 void OwnOutput::keep(std::string_view text) {

@@ -15,13 +15,23 @@ namespace vadelwatch {
 /// A descriptor and the text that is not written to it yet. After the first write that fails, every text is dropped.
 class OwnOutput {
 public:
-    /// Does not take ownership of the descriptor. -1 drops every text.
-    explicit OwnOutput(int outputDescriptor) : descriptor(outputDescriptor) {}
+    /// Does not take ownership of the descriptor. Without one every text is dropped.
+    explicit OwnOutput(int outputDescriptor = -1) : descriptor(outputDescriptor) {}
     OwnOutput(const OwnOutput&) = delete;
     OwnOutput& operator=(const OwnOutput&) = delete;
 
     /// Waits until everything is written.
     ~OwnOutput();
+
+    /// Creates or empties a file, and writes to it from now on.
+    ///
+    /// @return 0, or an errno if it cannot be opened.
+    int open(const std::string& path);
+
+    /// Waits until everything is written, and closes the file of `open`, if there is one.
+    ///
+    /// @return 0, or the errno of the first write or of the close that failed.
+    int close();
 
     /// Appends a text and returns at once. A thread writes it.
     ///
@@ -45,7 +55,8 @@ public:
 private:
     void writeKeptTexts();
 
-    const int descriptor;
+    int descriptor;
+    bool isOwnFile = false;
     mutable std::mutex mutex;        ///< For all below, except the thread.
     std::condition_variable changed; ///< Notified after every change.
     std::string kept;                ///< Not begun yet.

@@ -1,5 +1,7 @@
 #include "watch/show/progress_display.hpp"
 
+#include <boost/algorithm/string/predicate.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <sys/ioctl.h>
@@ -51,8 +53,7 @@ bool usesUtf8() {
     for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         const std::string_view value = environmentValue(name);
         if (!value.empty()) {
-            return value.find("UTF-8") != std::string_view::npos || value.find("utf8") != std::string_view::npos ||
-                   value.find("utf-8") != std::string_view::npos || value.find("UTF8") != std::string_view::npos;
+            return boost::algorithm::icontains(value, "utf-8") || boost::algorithm::icontains(value, "utf8");
         }
     }
     return false;
@@ -136,6 +137,11 @@ void ProgressDisplay::flush() {
         writer(pending);
         pending.clear();
     }
+}
+
+ProgressDisplay displayOnStandardError(ProgressMode mode, OwnOutput& errors) {
+    return {mode, barStyleFromEnvironment(), [&errors](std::string_view text) { errors.keep(text); },
+            [] { return terminalColumns(STDERR_FILENO); }};
 }
 
 ProgressMode progressModeFor(int descriptor, std::string_view wanted) {

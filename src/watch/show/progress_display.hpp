@@ -3,6 +3,7 @@
 /// lines above it.
 #pragma once
 
+#include "watch/show/own_output.hpp"
 #include "watch/show/progress_line.hpp"
 
 #include <functional>
@@ -58,6 +59,9 @@ private:
     std::string plainPhase; ///< Phase and percentage of the last plain line.
     double plainPercent = -100;
 };
+
+/// Returns a display on the terminal of standard error that writes to `errors`, which must outlive it.
+ProgressDisplay displayOnStandardError(ProgressMode mode, OwnOutput& errors);
 
 /// Returns how to show progress on a descriptor.
 ///

@@ -2,14 +2,15 @@
 
 #include "watch/show/messages.hpp"
 
+#include <boost/algorithm/string/trim.hpp>
 #include <fmt/format.h>
+#include <utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <map>
-#include <utility>
+#include <string_view>
 
 namespace vadelwatch {
 
@@ -30,7 +31,7 @@ constexpr double usualTimes = 3.0;
 
 constexpr int minBarWidth = 8;
 constexpr int maxBarWidth = 80;
-constexpr int minNameWidth = 8;
+constexpr int minNameWidth = 6;
 constexpr int maxNameWidth = 40;
 
 /// Spaces between two figures.
@@ -53,15 +54,49 @@ std::string barText(double percent, int width, const BarStyle& style) {
     return fmt::format("\033[32m{}\033[0;2m{}\033[0m", doneText, openText);
 }
 
-enum class Part { phase, bar, percent, file, speed, bytes, elapsed, left, name };
+/// Returns three digits and a unit, as in "1.12M" or "999k".
+std::string shortNumber(double number) {
+    std::string unit;
+    for (const char* const next : {"k", "M", "G", "T"}) {
+        if (number < 999.5) {
+            break;
+        }
+        number /= 1000.0;
+        unit = next;
+    }
+    const int decimals = unit.empty() || number >= 99.95 ? 0 : number >= 9.995 ? 1 : 2;
+    return decimalNumber(number, decimals) + unit;
+}
 
-/// The parts from left to right. With a different number in each, they keep their places while the figures change.
-constexpr std::array partsInOrder{Part::phase, Part::bar,     Part::percent, Part::file, Part::speed,
-                                  Part::bytes, Part::elapsed, Part::left,    Part::name};
+std::string speedText(const ProgressFigures& figures) {
+    if (figures.stalledSeconds > 0.0) {
+        return formatMessage("no progress for {0} s",
+                             std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)));
+    }
+    // Without a file in work, while the tool counts for example, there is no such speed.
+    if (figures.file == 0 && !figures.linesPerSecond) {
+        return {};
+    }
+    const std::string lines = figures.linesPerSecond ? shortNumber(*figures.linesPerSecond) : "-";
+    return fmt::format("{:>5} {}", lines, translateMessage("lines/s"));
+}
 
-/// The most important part first. A window that has no space for one of them has none for those after it.
-constexpr std::array partsByImportance{Part::percent, Part::bar,     Part::left,  Part::phase, Part::speed,
-                                       Part::file,    Part::elapsed, Part::bytes, Part::name};
+std::string bytesText(const ProgressFigures& figures) {
+    if (figures.stalledSeconds > 0.0 || (figures.file == 0 && !figures.bytesPerSecond)) {
+        return {};
+    }
+    const double megabytes = figures.bytesPerSecond.value_or(0.0) / 1e6;
+    return fmt::format("{:>4} MB/s",
+                       figures.bytesPerSecond ? decimalNumber(megabytes, megabytes < 99.95 ? 1 : 0) : "-");
+}
+
+std::string leftText(const ProgressFigures& figures) {
+    if (!figures.remainingSeconds && (figures.file == 0 || figures.stalledSeconds > 0.0)) {
+        return {};
+    }
+    const std::string left = figures.remainingSeconds ? clockText(std::ceil(*figures.remainingSeconds)) : "-:--";
+    return fmt::format("{:>5} {}", left, translateMessage("left"));
+}
 
 std::string fileText(const ProgressFigures& figures) {
     if (figures.file == 0) {
@@ -72,64 +107,59 @@ std::string fileText(const ProgressFigures& figures) {
     return figures.files == 0 ? formatMessage("file {0}", number) : formatMessage("file {0}/{1}", number, files);
 }
 
-std::string speedText(const ProgressFigures& figures) {
-    if (figures.stalledSeconds > 0.0) {
-        return formatMessage("no progress for {0} s",
-                             std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)));
-    }
-    // No file in work: counting, for example, has no such speed.
-    if (figures.file == 0 && !figures.linesPerSecond) {
-        return {};
-    }
-    const std::string lines =
-        figures.linesPerSecond ? groupedNumber(static_cast<std::uint64_t>(*figures.linesPerSecond)) : "-";
-    return fmt::format("{:>9} {}", lines, translateMessage("lines/s"));
+/// The most important part first. A part that does not fit is left out.
+enum Part : std::size_t {
+    percentPart,
+    barPart,
+    leftPart,
+    speedPart,
+    filePart,
+    bytesPart,
+    namePart,
+    phasePart,
+    elapsedPart
+};
+
+constexpr std::array partsFromLeft{phasePart,   barPart,  percentPart, speedPart, bytesPart,
+                                   elapsedPart, leftPart, filePart,    namePart};
+
+using PartTexts = std::array<std::string, partsFromLeft.size()>;
+
+/// Returns the text of each part, empty if it is unknown: without the bar, and with the whole name.
+PartTexts partsOf(const ProgressFigures& figures) {
+    PartTexts texts;
+    texts[phasePart] = figures.phase;
+    texts[percentPart] = figures.percent ? percentText(*figures.percent) : "";
+    texts[speedPart] = speedText(figures);
+    texts[bytesPart] = bytesText(figures);
+    texts[elapsedPart] = fmt::format("{:>5} {}", clockText(figures.elapsedSeconds), translateMessage("elapsed"));
+    texts[leftPart] = leftText(figures);
+    texts[filePart] = fileText(figures);
+    texts[namePart] = figures.file > 0 ? shownName(figures.fileName) : "";
+    return texts;
 }
 
-/// Returns the text of each part except the bar, empty if it is unknown.
-std::string partText(Part part, const ProgressFigures& figures) {
-    constexpr double bytesPerMegabyte = 1e6;
-    switch (part) {
-    case Part::phase:
-        return figures.phase;
-    case Part::percent:
-        return figures.percent ? percentText(*figures.percent) : "";
-    case Part::file:
-        return fileText(figures);
-    case Part::speed:
-        return speedText(figures);
-    case Part::bytes:
-        return figures.bytesPerSecond
-                   ? fmt::format("{:>6} MB/s", decimalNumber(*figures.bytesPerSecond / bytesPerMegabyte, 1))
-                   : "";
-    case Part::elapsed:
-        return fmt::format("{:>5} {}", clockText(figures.elapsedSeconds), translateMessage("elapsed"));
-    case Part::left:
-        if (!figures.remainingSeconds && (figures.file == 0 || figures.stalledSeconds > 0.0)) {
-            return {};
-        }
-        return fmt::format("{:>5} {}",
-                           figures.remainingSeconds ? clockText(std::ceil(*figures.remainingSeconds)) : "-:--",
-                           translateMessage("left"));
-    case Part::name:
-        return shownName(figures.fileName);
-    case Part::bar:
-        break;
+/// Returns a text in UTF-8 with dots in place of its middle if it is too long.
+std::string shortened(const std::string& text, std::size_t columns, BarLetters style) {
+    const std::u32string_view dots = style == BarLetters::drawn ? U"…" : U"..";
+    std::u32string letters = utf8::utf8to32(text);
+    if (letters.size() > columns) {
+        const std::size_t tail = (columns - dots.size()) / 2;
+        const std::size_t head = columns - dots.size() - tail;
+        letters.replace(head, letters.size() - head - tail, dots);
     }
-    return {};
+    return utf8::utf32to8(letters);
 }
 
-/// Returns the first characters of a text in UTF-8.
-std::string cutText(const std::string& text, std::size_t columns) {
-    std::size_t end = 0;
-    std::size_t characters = 0;
-    for (; end < text.size(); ++end) {
-        const bool startsCharacter = (static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U;
-        if (startsCharacter && ++characters > columns) {
-            break;
+std::string joined(const PartTexts& texts) {
+    std::string line;
+    for (const Part part : partsFromLeft) {
+        if (!line.empty() && !texts[part].empty()) {
+            line.append(gap, ' ');
         }
+        line += texts[part];
     }
-    return text.substr(0, end);
+    return line;
 }
 
 } // namespace
@@ -185,45 +215,36 @@ std::string clockText(double seconds) {
 }
 
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style) {
-    std::map<Part, std::string> chosen;
+    PartTexts texts = partsOf(figures);
+    if (figures.percent) {
+        texts[barPart].assign(minBarWidth, ' ');
+    }
     int space = columns + gap;
-    for (const Part part : partsByImportance) {
-        std::string text =
-            part == Part::bar && figures.percent ? std::string(minBarWidth, ' ') : partText(part, figures);
-        if (text.empty()) {
-            continue;
+    for (std::size_t part = 0; part < texts.size(); ++part) {
+        int width = static_cast<int>(columnsOf(texts[part]));
+        if (part == namePart && !texts[filePart].empty()) {
+            // A field of one width, or the bar would change its own with every name.
+            width = std::clamp(space - gap, minNameWidth, std::clamp(columns / 5, minNameWidth, maxNameWidth));
+            texts[part] = shortened(texts[part], static_cast<std::size_t>(width), style.letters);
         }
-        // A field of one width, or the bar would change its own with every name.
-        const int width = part == Part::name ? std::min(maxNameWidth, space - gap) : static_cast<int>(columnsOf(text));
-        if (width + gap > space || (part == Part::name && width < minNameWidth)) {
-            break;
+        if (width + gap > space || (part == namePart && texts[filePart].empty())) {
+            texts[part].clear();
+        } else if (width > 0) {
+            space -= width + gap;
         }
-        space -= width + gap;
-        chosen[part] = part == Part::name ? cutText(text, static_cast<std::size_t>(width)) : std::move(text);
     }
-    std::string line;
-    for (const Part part : partsInOrder) {
-        const auto found = chosen.find(part);
-        if (found == chosen.end()) {
-            continue;
-        }
-        line += line.empty() ? "" : std::string(gap, ' ');
-        line += part == Part::bar
-                    ? barText(*figures.percent, std::min(maxBarWidth, minBarWidth + std::max(0, space)), style)
-                    : found->second;
+    if (!texts[barPart].empty()) {
+        texts[barPart] = barText(*figures.percent, std::min(maxBarWidth, minBarWidth + space), style);
     }
-    return line;
+    return joined(texts);
 }
 
 std::string plainProgressLine(const ProgressFigures& figures) {
-    std::string line;
-    for (const Part part : partsInOrder) {
-        const std::string text = partText(part, figures);
-        if (!text.empty()) {
-            line += (line.empty() ? "" : "  ") + text.substr(std::min(text.find_first_not_of(' '), text.size()));
-        }
+    PartTexts texts = partsOf(figures);
+    for (std::string& text : texts) {
+        boost::algorithm::trim_left(text);
     }
-    return line;
+    return joined(texts);
 }
 
 } // namespace vadelwatch

@@ -59,8 +59,8 @@ class Sentences(InputTest):
         self.giveJob({"a.xyz": HEADER + INSIDE + b"bad\n" + OUTSIDE + b"1;1\n"})
         self.assertEqual([
             "2 of 4 lines dropped, x or y is no number or nothing follows y: a.xyz (2, first: line 3)",
-            "          lines             kept          outside       unparsable            bytes  node file",
-            "              4                1                1                2               27  a.xyz"],
+            "lines  kept  outside  unparsable  bytes  node file",
+            "    4     1        1           2     27  a.xyz"],
             self.sentences("--verbose"))
 
     def test_names_files_with_x_and_y_exchanged(self):

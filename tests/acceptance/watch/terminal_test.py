@@ -11,6 +11,11 @@ from watching import HEADER, JOB, STEADY, TerminalTest, summaryLines
 COLOUR = re.compile(rb"\x1b\[[0-9;]*m")
 
 
+def clippingRows(screen):
+    """A stand-in that starts slowly is counting first."""
+    return [row for row in screen.drawings if not row.startswith("counting")]
+
+
 class Bar(TerminalTest):
     def test_only_the_summary_remains(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 2000000})
@@ -34,16 +39,17 @@ class Bar(TerminalTest):
 
     def test_bar_has_these_parts_at_usual_widths(self):
         self.standIn(STEADY)
-        number = r"[ \d]+|-"
+        left = r"(\d:\d\d|-:--) left"
+        speed = r"( +-|[ \d.]{4}[\dk]) lines/s"
+        bytes_ = r"( +-| 0.0) MB/s"
         for columns, form in (
-                (40, r"clipping  [━─]{8,} +\d+\.\d %   (\d:\d\d|-:--) left"),
-                (80, rf"clipping  [━─]{{8,}} +\d+\.\d %  file 1  +({number}) lines/s   (\d:\d\d|-:--) left"),
-                (200, rf"clipping  [━─]{{80}} +\d+\.\d %  file 1  +({number}) lines/s   \d:\d\d elapsed   "
-                      r"(\d:\d\d|-:--) left")):
+                (40, rf"[━─]{{8,}} +\d+\.\d %   {left}  file 1"),
+                (80, rf"[━─]{{8,}} +\d+\.\d %  {speed}  {bytes_}   {left}  file 1"),
+                (200, rf"clipping  [━─]{{60,80}} +\d+\.\d %  {speed}  {bytes_}   \d:\d\d elapsed   {left}  file 1")):
             with self.subTest(columns=columns):
                 _, _, screen = self.finished(columns=columns)
                 self.assertGreater(len(screen.drawings), 5)
-                for row in screen.drawings:
+                for row in clippingRows(screen):
                     self.assertRegex(row, f"^{form}$")
 
     def test_bar_is_drawn_at_most_ten_times_a_second(self):
@@ -59,9 +65,8 @@ class Bar(TerminalTest):
             self.assertGreater(last - first, 1.0 - delay)
 
     def test_short_run_draws_nothing(self):
-        self.standIn("message(type='progress', percent=10.0); time.sleep(0.2); finish()")
-        status, terminal, screen = self.finished()
-        self.assertEqual((0, []), (status, screen.drawings))
+        self.standIn("message(type='progress', percent=10.0); time.sleep(0.1); finish()")
+        self.expectShortRun(lambda: self.finished()[2].drawings)
 
     def test_progress_option_selects_bar_lines_or_none(self):
         self.standIn(STEADY.replace("0.002", "0.003"))
@@ -84,8 +89,8 @@ message(type='progress', percent=70.0); time.sleep(1)
 finish()
 """)
         _, _, screen = self.finished(columns=200)
-        self.assertRegex(screen.drawings[0], r"^counting  [━─]{80}   [56]\d\.\d %   0:00 elapsed$")
-        form = r"^clipping  [━─]+   70\.0 %  file 2/1 .*left  a\.xyz$"
+        self.assertRegex(screen.drawings[0], r"^counting  [━─]{80}   [56]\d\.\d %   \d:\d\d elapsed$")
+        form = r"^clipping  [━─]+   70\.0 % .* left  file 2/1  a\.xyz$"
         self.assertTrue(any(re.match(form, row) for row in screen.drawings), screen.drawings)
 
     def test_control_characters_of_the_tool_are_escaped(self):
@@ -108,8 +113,8 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
     def test_time_continues_without_messages(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(2.3); finish()")
         _, _, screen = self.finished(columns=120)
-        clocks = [re.search(r"(\d:\d\d) elapsed", row)[1] for row in screen.drawings]
-        self.assertEqual(["0:00", "0:01", "0:02"], sorted(set(clocks)))
+        clocks = {re.search(r"(\d:\d\d) elapsed", row)[1] for row in screen.drawings}
+        self.assertLessEqual({"0:01", "0:02"}, clocks)
 
     def test_NO_COLOR_removes_colours(self):
         self.standIn(STEADY)
@@ -121,15 +126,15 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
     def test_bar_is_ascii_without_utf8(self):
         self.standIn(STEADY)
         _, _, screen = self.finished(environment={"LC_ALL": "C"})
-        for row in screen.drawings:
-            self.assertRegex(row, "^clipping  =*-* ")
+        for row in clippingRows(screen):
+            self.assertRegex(row, "^=*-* +[0-9]")
 
     def test_dumb_terminal_has_plain_lines(self):
         self.standIn(STEADY.replace("0.002", "0.003"))
         for settings in ({"TERM": "dumb"}, {"TERM": ""}, {"TERM": None}):
             _, terminal, screen = self.finished(environment=settings)
             self.assertNotIn(b"\x1b", terminal.received)
-            self.assertEqual(1, len([row for row in screen.rows if re.match(r"clipping  \d+\.\d %  file 1  ", row)]))
+            self.assertEqual(1, len([row for row in screen.rows if re.match(r"clipping  \d+\.\d %  .*left  file 1", row)]))
 
     def test_quiet_draws_nothing(self):
         self.standIn(STEADY)
@@ -158,7 +163,7 @@ finish()
             terminal.readSome(0.2)
         self.assertEqual(0, terminal.finish())
         screen = self.shown(terminal.received, 80)
-        self.assertEqual([], [row for row in screen.drawings if not re.match("clipping  [━─]{8,} +[0-9]", row)])
+        self.assertEqual([], [row for row in clippingRows(screen) if not re.match("[━─]{8,} +[0-9]", row)])
         self.assertEqual("The end", screen.rows[0])
 
     def test_bar_is_shown_if_the_summary_is_in_a_file(self):

@@ -16,22 +16,21 @@ class Usage(WatchTest):
         self.giveJob(NODES)
         job = ["base/data", "out", "area.xml"]
         for arguments, sentence in (
-                ([], "input-directory-path is required"), (job[:1], "output-directory-name is required"),
-                (job[:2], "boundary-file-path is required"),
-                ([*job, "more"], "The following argument was not expected: more"),
-                ([*job, "--none"], "The following argument was not expected: --none"),
-                ([*job, "--lang"], "--lang: 1 required LANGUAGE missing"),
+                ([], "the argument input-directory-path is missing."),
+                (job[:1], "the argument output-directory-name is missing."),
+                ([*job, "more"], "unexpected argument: more"), ([*job, "--none"], "unexpected argument: --none"),
+                ([*job, "--log"], "--log needs a value."),
                 ([*job, "--map", "map.jpg"], "--map: the name must end in .png or .svg: map.jpg"),
                 ([*job, "--log", ""], "--log: needs the name of a file")):
             with self.subTest(arguments=arguments):
-                self.expect(self.run_(*arguments), status=2,
-                            errors=[sentence, USAGE, "Run with --help for more information."])
+                self.expect(self.run_("--lang=en", *arguments), status=2,
+                            errors=["Vadelwatch: " + sentence, USAGE, "Run with --help for more information."])
                 self.assertFalse(os.path.exists(self.path("base/out")))
 
     def test_option_with_one_hyphen_is_refused(self):
         self.expect(self.run_("base/data", "out", "area.xml", "-lang=en"), status=2, errors=[
-            "The following argument was not expected: -lang=en", "Did you mean --lang=en?", USAGE,
-            "Run with --help for more information."])
+            "Vadelwatch: Unerwartetes Argument: -lang=en", "Meinten Sie --lang=en?", USAGE.replace("Usage", "Aufruf"),
+            "Weitere Hinweise mit --help."])
 
     def test_old_output_directory_is_refused_with_a_command(self):
         self.giveJob(NODES)

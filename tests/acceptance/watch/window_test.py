@@ -1,4 +1,5 @@
 """A pseudo-terminal that changes its size, and one whose run is interrupted: the rows that remain."""
+import json
 import os
 import signal
 import sys
@@ -124,6 +125,7 @@ with open('base/out/a.xyz', 'wb') as file:
         status, screen = self.interrupted(b"checking")
         self.assertEqual(-signal.SIGINT, status)
         self.assertEqual("Vadelwatch: interrupted, so the output in base/out was not checked.", screen.text().strip())
+        self.assertRegex(screen.drawings[0], r"^checking  [━─]+ +\d+\.\d %   \d:\d\d elapsed$")
 
     def test_control_c_ends_the_map(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
@@ -132,6 +134,34 @@ with open('base/out/a.xyz', 'wb') as file:
         self.assertEqual(-signal.SIGINT, status)
         self.assertEqual("Vadelwatch: interrupted, so the map map.png was not drawn.",
                          screen.text().strip().splitlines()[-1])
+
+    def interruptedJson(self, phase, script):
+        self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})
+        self.standIn(script)
+        os.mkfifo(self.path("map.png"))
+        process = self.start(*JOB, "--json", "--map=map.png", "--progress=bar")
+        shown = b""
+        while phase not in shown:
+            data = os.read(process.stderr.fileno(), 4096)
+            self.assertTrue(data, f"no {phase} in {shown}")
+            shown += data
+        process.send_signal(signal.SIGTERM)
+        watched = self.finish(process)
+        summary = json.loads(watched.output)
+        self.assertEqual((-signal.SIGTERM, 128 + signal.SIGTERM, signal.SIGTERM, True),
+                         (watched.status, summary["exit_status"], summary["interrupted_by"], summary["finished"]))
+        self.assertTrue(watched.errors.endswith(summary["failure"] + "\n"), watched.errors)
+        return summary
+
+    def test_json_follows_a_signal_during_the_check(self):
+        summary = self.interruptedJson(b"checking", "finish()\nopen('base/out/a.xyz', 'wb').truncate(1 << 40)")
+        self.assertEqual(("Vadelwatch: interrupted, so the output in base/out was not checked.", None, None),
+                         (summary["why_no_map"], summary["files_written"], summary["adds_up"]))
+
+    def test_json_follows_a_signal_during_the_map(self):
+        summary = self.interruptedJson(b"drawing", "finish()")
+        self.assertEqual(("Vadelwatch: interrupted, so the map map.png was not drawn.", 0, True),
+                         (summary["why_no_map"], summary["files_written"], summary["adds_up"]))
 
     def test_second_signal_ends_a_held_terminal(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n"})

@@ -41,6 +41,18 @@ TEST(OutputCheck, headersDoNotCount) {
     EXPECT_TRUE(differenceIn(directory).empty());
 }
 
+TEST(OutputCheck, showsShareOfBytesRead) {
+    const TemporaryDirectory directory;
+    directory.write("a.xyz", std::string(1499, '1') + '\n');
+    directory.write("b.txt", std::string(499, '1') + '\n');
+    directory.write("total_node_count.txt", "3\n");
+    std::vector<double> shown;
+    checkOutput(directory.path(), [&shown](double percent) { shown.push_back(percent); });
+    ASSERT_EQ(2U, shown.size());
+    EXPECT_TRUE(shown.front() == 75.0 || shown.front() == 25.0) << shown.front();
+    EXPECT_EQ(100.0, shown.back());
+}
+
 TEST(OutputCheck, addsUpWithoutKeptNodes) {
     const TemporaryDirectory directory;
     directory.write("total_node_count.txt", "0\n");

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace vadelwatch {
 
@@ -86,6 +87,16 @@ int imagesInSvg(const std::string& bytes) {
 }
 
 } // namespace
+
+TEST(MapPicture, showsShareOfNodesRead) {
+    DrawnRun run;
+    std::vector<double> shown;
+    run.request.nodes = 320 * 320;
+    run.request.showPercent = [&shown](double percent) { shown.push_back(percent); };
+    withManyNodes(run, 320).draw("map.png");
+    ASSERT_EQ(1U, shown.size());
+    EXPECT_DOUBLE_EQ(90.0 * 65536 / (320 * 320), shown.front());
+}
 
 TEST(MapPicture, pngHasSignatureAndSize) {
     DrawnRun run;

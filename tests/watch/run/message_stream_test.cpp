@@ -83,6 +83,16 @@ TEST(ParseMessage, otherTextIsUnreadable) {
     }
 }
 
+TEST(LogLine, keepsMessageByteForByte) {
+    const std::string line = R"({"type" : "progress", "percent":12.50 })";
+    EXPECT_EQ("{\"seconds\":1.250000,\"message\":" + line + "}\n", logLine(1.25, line, parseMessage(line)));
+}
+
+TEST(LogLine, quotesLineThatIsNotJson) {
+    EXPECT_EQ("{\"seconds\":0.000001,\"line\":\"a \\\"b\\\" \xEF\xBF\xBD\"}\n",
+              logLine(0.000001, "a \"b\" \xFF", parseMessage("a \"b\" \xFF")));
+}
+
 TEST(ErrorEcho, eachLineIsRepeatedOnce) {
     ErrorEcho echo;
     echo.shown("a");

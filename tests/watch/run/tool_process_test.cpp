@@ -6,8 +6,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <poll.h>
 #include <string>
@@ -84,23 +82,6 @@ private:
     int number;
     struct sigaction former {};
 };
-
-constexpr int noChildLeft = 3;
-
-void exitByChildren() {
-    std::exit(waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD ? noChildLeft : 1);
-}
-
-/// Ends this process abnormally. Its status is `noChildLeft` if no child is left.
-void terminateBesideTool(const std::string& script, bool waitsForEnd) {
-    std::set_terminate(exitByChildren);
-    ToolProcess process;
-    startScript(process, script);
-    if (waitsForEnd) {
-        endOf(process);
-    }
-    std::terminate();
-}
 
 } // namespace
 
@@ -224,12 +205,6 @@ TEST(ToolProcess, lostStatusIsNotWaitedFor) {
     const Disposition vanishing(SIGCHLD, SIG_IGN);
     ToolProcess process;
     ASSERT_EQ(0, startScript(process, "exec sleep 60"));
-}
-
-TEST(ToolProcessDeathTest, abnormalEndOfProcessEndsTool) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(terminateBesideTool("exec sleep 60", false), testing::ExitedWithCode(noChildLeft), "");
-    EXPECT_EXIT(terminateBesideTool("true", true), testing::ExitedWithCode(noChildLeft), "");
 }
 
 } // namespace vadelwatch

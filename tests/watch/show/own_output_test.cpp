@@ -1,6 +1,7 @@
 #include "watch/show/own_output.hpp"
 
 #include "app/standard_descriptors.hpp"
+#include "support/file_support.hpp"
 #include "watch/run/run_signals.hpp"
 
 #include <gtest/gtest.h>
@@ -21,6 +22,9 @@
 #include <vector>
 
 namespace vadelwatch {
+
+using vadelclip::readFile;
+using vadelclip::TemporaryDirectory;
 
 namespace {
 
@@ -164,7 +168,7 @@ TEST(OwnOutput, signalsReachTheCallerWhileThreadIsBlocked) {
     ASSERT_EQ(0, kill(getpid(), SIGTERM));
     pollfd state{signals.descriptor(), POLLIN, 0};
     EXPECT_EQ(1, poll(&state, 1, 10000));
-    EXPECT_EQ(std::vector<int>{SIGTERM}, signals.take());
+    EXPECT_EQ(std::vector<int>{SIGTERM}, signals.takeEndingSignals());
     EXPECT_TRUE(text == pipe.read(text.size()));
 }
 
@@ -221,6 +225,59 @@ TEST(OwnOutput, dropsEveryTextWithoutDescriptor) {
     output.write("b");
     EXPECT_EQ(0U, output.waitingBytes());
     EXPECT_EQ(0, output.failure());
+}
+
+TEST(OwnOutput, replacesFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("log", "an older log");
+    OwnOutput output;
+    ASSERT_EQ(0, output.open(path));
+    output.keep("1\n");
+    output.keep("2\n");
+    EXPECT_EQ(0, output.close());
+    EXPECT_EQ("1\n2\n", readFile(path));
+    EXPECT_EQ(0, output.close());
+}
+
+TEST(OwnOutput, openReturnsErrno) {
+    const TemporaryDirectory directory;
+    OwnOutput output;
+    EXPECT_EQ(ENOENT, output.open(directory.pathOf("none/log")));
+    EXPECT_EQ(EISDIR, output.open(directory.path()));
+    output.write("a");
+    EXPECT_EQ(0, output.close());
+}
+
+TEST(OwnOutput, closeReturnsErrno) {
+    const TemporaryDirectory directory;
+    // The file gets the lowest free descriptor.
+    const int descriptor = dup(STDIN_FILENO);
+    ASSERT_EQ(0, close(descriptor));
+    OwnOutput output;
+    ASSERT_EQ(0, output.open(directory.pathOf("log")));
+    output.write("a");
+    // Its own close fails now, as on a file system that has found no space in the meantime.
+    ASSERT_EQ(0, close(descriptor));
+    EXPECT_EQ(EBADF, output.close());
+}
+
+TEST(OwnOutput, closeReturnsFirstFailure) {
+    OwnOutput output;
+    ASSERT_EQ(0, output.open("/dev/full"));
+    output.keep("a");
+    EXPECT_EQ(ENOSPC, output.close());
+}
+
+TEST(OwnOutput, destructorClosesFile) {
+    const TemporaryDirectory directory;
+    const int lowest = dup(STDIN_FILENO);
+    ASSERT_EQ(0, close(lowest));
+    {
+        OwnOutput output;
+        ASSERT_EQ(0, output.open(directory.pathOf("log")));
+    }
+    EXPECT_EQ(lowest, dup(STDIN_FILENO));
+    close(lowest);
 }
 
 } // namespace vadelwatch

@@ -59,26 +59,52 @@ void expectFittingLines() {
 } // namespace
 
 TEST(ProgressBarLine, leavesOutFiguresInNarrowWindow) {
-    EXPECT_EQ("clipping  ====------   45.3 %   1:15 left", progressBarLine(clipping(), 41, {}));
-    EXPECT_EQ("clipping  =====--------   45.3 %  file  7/60  1 234 567 lines/s   1:15 left",
-              progressBarLine(clipping(), 75, {}));
-    EXPECT_EQ("clipping  =====--------   45.3 %  file  7/60  1 234 567 lines/s    22.1 MB/s   0:12 elapsed   1:15 "
-              "left  höhe.xyz",
-              progressBarLine(clipping(), 145, {}));
+    EXPECT_EQ("clipping  ===-----   45.3 %   1:15 left", progressBarLine(clipping(), 39, {}));
+    EXPECT_EQ("===-----   45.3 %  1.23M lines/s   1:15 left", progressBarLine(clipping(), 44, {}));
+    EXPECT_EQ("===-----   45.3 %  1.23M lines/s  22.1 MB/s   1:15 left  file  7/60  höhe.xyz",
+              progressBarLine(clipping(), 79, {}));
+    EXPECT_EQ("clipping  =========-----------   45.3 %  1.23M lines/s  22.1 MB/s   0:12 elapsed   1:15 left  file  "
+              "7/60  höhe.xyz",
+              progressBarLine(clipping(), 132, {}));
     const GermanMessages german;
-    EXPECT_EQ("Zuschnitt  ===-----   45,3 %   1:15 übrig", progressBarLine(clipping(), 41, {}));
+    EXPECT_EQ("=======----------   45,3 %   1:15 übrig", progressBarLine(clipping(), 39, {}));
+    EXPECT_EQ("===-----   45,3 %  1,23M Zeilen/s  22,1 MB/s   1:15 übrig  Datei  7/60  höh..yz",
+              progressBarLine(clipping(), 79, {}));
 }
 
-TEST(ProgressBarLine, cutsLongNameAtCharacter) {
+TEST(ProgressBarLine, shortensNameInTheMiddle) {
     ProgressFigures figures = clipping();
-    figures.fileName = std::string(30, 'x');
-    for (int i = 0; i < 16; ++i) {
-        figures.fileName += "ä";
-    }
-    const std::string line = progressBarLine(figures, 145, {});
-    EXPECT_EQ("  " + std::string(30, 'x') + "ääääääääää", line.substr(line.find("left") + 4));
+    figures.fileName = "dgm1_" + std::string(29, 'x') + "_ä.xyz";
+    const auto name = [&figures](int columns, BarLetters letters) {
+        const std::string line = progressBarLine(figures, columns, {letters, false});
+        return line.substr(line.find("7/60  ") + 6);
+    };
+    EXPECT_EQ("dgm1_….xyz", name(79, BarLetters::drawn));
+    EXPECT_EQ("dgm1...xyz", name(79, BarLetters::plain));
+    EXPECT_EQ(figures.fileName, name(240, BarLetters::drawn));
     figures.fileName = "a\x1B[2J";
-    EXPECT_NE(std::string::npos, progressBarLine(figures, 145, {}).find("  a\\x1B[2J"));
+    EXPECT_EQ("a\\x1B[2J", name(79, BarLetters::drawn));
+}
+
+TEST(ProgressBarLine, keepsItsPlacesWithoutName) {
+    ProgressFigures figures = clipping();
+    figures.fileName.clear();
+    EXPECT_EQ("===-----   45.3 %  1.23M lines/s  22.1 MB/s   1:15 left  file  7/60", progressBarLine(figures, 79, {}));
+}
+
+TEST(ProgressBarLine, showsThreeDigitsOfSpeed) {
+    ProgressFigures figures;
+    for (const auto& [speed, text] : {std::pair(0.0, "    0"),
+                                      {999.4, "  999"},
+                                      {999.6, "1.00k"},
+                                      {9994.0, "9.99k"},
+                                      {9996.0, "10.0k"},
+                                      {99960.0, " 100k"},
+                                      {12345678.0, "12.3M"},
+                                      {1.5e12, "1.50T"}}) {
+        figures.linesPerSecond = speed;
+        EXPECT_EQ(std::string(text) + " lines/s", progressBarLine(figures, 13, {}));
+    }
 }
 
 TEST(ProgressBarLine, showsUnknownFiguresAsDashes) {
@@ -86,8 +112,7 @@ TEST(ProgressBarLine, showsUnknownFiguresAsDashes) {
     figures.phase = "clipping";
     figures.percent = 0.0;
     figures.file = 1;
-    EXPECT_EQ("clipping  -----------    0.0 %  file 1          - lines/s   -:-- left",
-              progressBarLine(figures, 69, {}));
+    EXPECT_EQ("--------    0.0 %      - lines/s     - MB/s   -:-- left  file 1", progressBarLine(figures, 77, {}));
 }
 
 TEST(ProgressBarLine, showsPhaseWithoutPercentage) {
@@ -103,9 +128,9 @@ TEST(ProgressBarLine, showsStandstillInPlaceOfSpeed) {
     figures.phase = "clipping";
     figures.file = 1;
     figures.stalledSeconds = 12.9;
-    EXPECT_EQ("clipping  ====------   40.0 %  no progress for 12 s", progressBarLine(figures, 51, {}));
+    EXPECT_EQ("====------   40.0 %  no progress for 12 s", progressBarLine(figures, 41, {}));
     const GermanMessages german;
-    EXPECT_EQ("40,0 %  Datei 1  kein Fortschritt seit 12 s  0:00 vergangen",
+    EXPECT_EQ("40,0 %  kein Fortschritt seit 12 s  0:00 vergangen  Datei 1",
               plainProgressLine(figures).substr(std::string("clipping  ").size()));
 }
 
@@ -132,7 +157,7 @@ TEST(ProgressBarLine, roundsPercentDownAndTimeLeftUp) {
 }
 
 TEST(PlainProgressLine, hasEveryFigure) {
-    EXPECT_EQ("clipping  45.3 %  file  7/60  1 234 567 lines/s  22.1 MB/s  0:12 elapsed  1:15 left  höhe.xyz",
+    EXPECT_EQ("clipping  45.3 %  1.23M lines/s  22.1 MB/s  0:12 elapsed  1:15 left  file  7/60  höhe.xyz",
               plainProgressLine(clipping()));
 }
 
