@@ -66,7 +66,10 @@ class Bar(TerminalTest):
 
     def test_short_run_draws_nothing(self):
         self.standIn("message(type='progress', percent=10.0); time.sleep(0.1); finish()")
-        self.expectShortRun(lambda: self.finished()[2].drawings)
+        def run():
+            _, terminal, screen = self.finished("--json", columns=5000)
+            return screen.drawings, terminal.received
+        self.expectShortRun(run)
 
     def test_progress_option_selects_bar_lines_or_none(self):
         self.standIn(STEADY.replace("0.002", "0.003"))

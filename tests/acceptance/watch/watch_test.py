@@ -30,7 +30,10 @@ class Finished(WatchTest):
 
     def test_short_run_shows_no_progress(self):
         for progress in ("auto", "bar"):
-            self.expectShortRun(lambda: self.job("--lang=en", "--progress", progress).errorLines())
+            def run():
+                watched = self.job("--lang=en", "--json", "--progress", progress)
+                return watched.errorLines(), watched.output
+            self.expectShortRun(run)
 
     def test_german_is_the_default(self):
         for options in ([], ["--lang", "de"], ["--lang=de_DE"]):
