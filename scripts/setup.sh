@@ -3,7 +3,8 @@
 #
 #     test       the test suite, also with sanitizers        package    building the Debian package
 #     check      scripts/check.sh: coverage, analysis, ...   windows    building and testing for Windows
-#     bench      the benchmarks                              chroot     testing on a bare machine
+#     bench      the benchmarks                              arm64      building and testing for ARM64
+#     chroot     testing on a bare machine
 #
 # Does nothing if all are installed. The other scripts run it.
 set -euo pipefail
@@ -16,6 +17,7 @@ check=("${test[@]}" "${package[@]}" libbenchmark-dev libgeos++-dev clang-format 
   lintian piuparts)
 bench=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)
 windows=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev xz-utils googletest python3)
+arm64=(g++-aarch64-linux-gnu qemu-user-static python3 "${package[@]}")
 chroot=(debootstrap util-linux)
 
 wanted=("${build[@]}")
@@ -26,8 +28,9 @@ for purpose in "$@"; do
     package) wanted+=("${package[@]}") ;;
     bench) wanted+=("${bench[@]}") ;;
     windows) wanted+=("${windows[@]}") ;;
+    arm64) wanted+=("${arm64[@]}") ;;
     chroot) wanted+=("${chroot[@]}") ;;
-    *) echo "Usage: scripts/setup.sh [test|check|package|windows|bench|chroot]..." >&2; exit 2 ;;
+    *) echo "Usage: scripts/setup.sh [test|check|package|windows|arm64|bench|chroot]..." >&2; exit 2 ;;
   esac
 done
 

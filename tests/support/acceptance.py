@@ -23,13 +23,14 @@ import unittest
 from dataclasses import dataclass
 
 from expected_messages import failedRun, finishedRun
-from target_platform import WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason, walkOrder
+from target_platform import (EMULATOR, WINDOWS, inTextMode, inTextModeTree, launch, launchSettings, leftOutReason,
+                             walkOrder)
 
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
 CHANNEL = 3  # the descriptor that a process writes messages to
-TIME_LIMIT = 120.0 if SANITIZED else 60.0  # seconds
+TIME_LIMIT = 120.0 if SANITIZED or EMULATOR else 60.0  # seconds
 
 # A tree is a dict from relative path to content: bytes for a file, one of these texts for anything else.
 DIRECTORY = "directory"
@@ -77,6 +78,8 @@ def output(count, files=None, at="base/out"):
 
 def limitMemory(size):
     """Returns a function for `beforeStart` that limits the address space of the process to `size` bytes."""
+    if EMULATOR:
+        raise unittest.SkipTest("the limit would be that of the emulator")
     return lambda: resource.setrlimit(resource.RLIMIT_AS, (size, size))
 
 

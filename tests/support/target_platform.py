@@ -1,19 +1,20 @@
-"""The platform that the tools under test are built for: this one, or Windows, run by an emulator.
+"""The platform that the tools under test are built for: this one, or Windows or ARM64, run by an emulator.
 
 Tests state the behaviour on this platform. This module converts it where Windows differs: line ends, the separator of
-joined paths, the order of a walk, the status of an abnormal end. tests/left-out-on-windows.txt lists the tests that do
-not run there, with reasons.
+joined paths, the order of a walk, the status of an abnormal end. tests/left-out-on-windows.txt and
+tests/left-out-on-arm64.txt list the tests that do not run there, with reasons.
 """
 import os
 import re
 import stat
 import sys
 
-EMULATOR = os.environ.get("VADELCLIP_EMULATOR", "")  # starts a Windows program on this system
-WINDOWS = EMULATOR != ""
-LAUNCHER = os.environ.get("VADELCLIP_LAUNCHER")  # opens descriptor 3 there, see win32_launcher.cpp
+EMULATOR = os.environ.get("VADELCLIP_EMULATOR", "")  # starts a program of the other platform; empty for this one
+LAUNCHER = os.environ.get("VADELCLIP_LAUNCHER", "")  # opens descriptor 3 on Windows, see win32_launcher.cpp
+WINDOWS = LAUNCHER != ""
 
-LEFT_OUT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "left-out-on-windows.txt")
+LEFT_OUT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..",
+                        "left-out-on-windows.txt" if WINDOWS else "left-out-on-arm64.txt")
 
 
 def joined(left, right):
@@ -65,7 +66,7 @@ def crashed(status):
 
 def leftOutReason(testId):
     """Returns why the platform leaves a test out, or None. The id is that of unittest: __main__.<class>.<test>."""
-    if not WINDOWS:
+    if not EMULATOR:
         return None
     file = "/".join(os.path.splitext(os.path.realpath(sys.argv[0]))[0].split(os.sep)[-2:])
     className, test = testId.split(".")[-2:]
@@ -80,7 +81,7 @@ def leftOutReason(testId):
 
 def launch(tool, arguments, launcher=True):
     """Returns the command that starts a tool."""
-    return [EMULATOR, *([LAUNCHER] if launcher else []), tool, *arguments] if WINDOWS else [tool, *arguments]
+    return [program for program in (EMULATOR, LAUNCHER if launcher else "", tool) if program] + list(arguments)
 
 
 def launchSettings(channel, closed):
