@@ -1,10 +1,27 @@
 #!/usr/bin/env bash
-# Builds the Debian package and prints its path. Installs what is missing. The same commit makes the same bytes in every
-# directory and at every time, with the same compiler and libraries.
+# Builds the Debian package and prints its path: scripts/package.sh [arm64]
+#
+# Builds for this machine, or for ARM64 on any machine. Installs what is missing. The same commit makes the same bytes in
+# every directory and at every time, with the same compiler and libraries.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh package
+preset=release
+package=build/package
+if [ "$*" = arm64 ]; then
+  scripts/setup.sh package arm64
+  scripts/arm64-deps.sh
+  preset=arm64
+  package=build/package-arm64
+  # dpkg-shlibdeps looks for the ARM64 libraries in this database.
+  DPKG_ADMINDIR=$(realpath build/arm64-deps/var/lib/dpkg)
+  export DPKG_ADMINDIR DEB_HOST_ARCH=arm64
+elif [ $# -gt 0 ]; then
+  echo "Usage: scripts/package.sh [arm64]" >&2
+  exit 2
+else
+  scripts/setup.sh package
+fi
 # The time of the package: that of the commit, or of the files in a source archive, which is the same.
 if [ -z "${SOURCE_DATE_EPOCH:-}" ]; then
   if [ -e .git ]; then
@@ -18,9 +35,9 @@ unset CPPFLAGS CFLAGS CXXFLAGS LDFLAGS
 # The directories of the package have the permissions that the mask leaves.
 umask 022
 
-cmake --preset release -DVADELCLIP_TESTS=OFF >/dev/null
-cmake --build --preset release -- --quiet
-rm -rf build/package
-cpack --config build/release/CPackConfig.cmake -B build/package >/dev/null
-rm -r build/package/_CPack_Packages
-ls build/package/*.deb
+cmake --preset "$preset" -DVADELCLIP_TESTS=OFF >/dev/null
+cmake --build --preset "$preset" -- --quiet
+rm -rf "$package"
+cpack --config "build/$preset/CPackConfig.cmake" -B "$package" >/dev/null
+rm -r "$package/_CPack_Packages"
+ls "$package"/*.deb

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds a release from the last commit into build/dist: the sources, the Debian package, the zip for Windows, SHA256SUMS.
+# Builds a release from the last commit into build/dist: the sources, the Debian packages for the architecture of this machine
+# and for ARM64, the zip for Windows, SHA256SUMS.
 # The packages are built from the archive of the sources, which shows that it is complete.
 #
 #     scripts/release.sh
@@ -46,10 +47,15 @@ echo "Debian package"
 "$sources/scripts/package.sh"
 cp "$sources"/build/package/vadelclip_*.deb "$dist"
 
+# The libraries of the other platforms are fetched once and kept in this directory.
+mkdir -p build/arm64-deps build/windows-deps
+ln -s "$PWD/build/arm64-deps" "$PWD/build/windows-deps" "$sources/build"
+
+echo "Debian package for ARM64"
+"$sources/scripts/package.sh" arm64
+cp "$sources"/build/package-arm64/vadelclip_*.deb "$dist"
+
 echo "Zip for Windows"
-# Its libraries are built once and kept in this directory.
-mkdir -p build/windows-deps
-ln -s "$PWD/build/windows-deps" "$sources/build/windows-deps"
 "$sources/scripts/build-windows.sh"
 cp "$sources/build/windows/Vadelclip-$version-windows-x64.zip" "$dist"
 
