@@ -53,7 +53,7 @@ function(add_unit_tests target)
   target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest_main)
   # Every test includes these headers.
   target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-  if(VADELCLIP_SANITIZERS)
+  if(VADELCLIP_SANITIZERS OR CMAKE_CROSSCOMPILING)
     target_compile_definitions(${target} PRIVATE VADELCLIP_SMALL_WORKLOAD)
   endif()
   if(NOT CMAKE_CROSSCOMPILING)

@@ -5,7 +5,7 @@
 namespace vadelclip {
 
 /// Returns the full number in an optimised build. Returns a twentieth of it with sanitizers, without optimisation, and
-/// on Windows, where the reference streams need ten times as long.
+/// on other platforms: in an emulator the reference streams need ten times as long.
 constexpr int workload(int full) {
 #if !defined(__OPTIMIZE__) || defined(VADELCLIP_SMALL_WORKLOAD) || defined(_WIN32)
     return full / 20;
