@@ -70,6 +70,26 @@ Ring combRing(std::size_t toothCount, double side) {
     return ring;
 }
 
+Ring farRing(std::size_t vertexCount, double side, Point2D corner, bool stray) {
+    const Point2D middle{corner.x + side / 2.0, corner.y + side / 2.0};
+    Ring ring = jaggedRing(vertexCount, middle, side / 2.0, 5);
+    if (stray) {
+        ring[vertexCount / 2] = {0.0, 0.0};
+    }
+    return ring;
+}
+
+Ring jumpingRing(std::size_t vertexCount, double side) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> uniform(0.0, side);
+    Ring ring;
+    for (std::size_t i = 0; i < vertexCount; ++i) {
+        const double margin = uniform(random) * 0.1;
+        ring.push_back({i % 2 == 0 ? margin : side - margin, uniform(random)});
+    }
+    return ring;
+}
+
 BoundarySet makeBoundarySet(const std::vector<Ring>& rings) {
     BoundarySet set;
     for (const Ring& ring : rings) {
@@ -99,13 +119,35 @@ BoundarySet makeLattice(std::size_t polygonCount, double side) {
     return makeBoundarySet(rings);
 }
 
-std::vector<Point2D> randomPoints(std::size_t count, double side) {
+BoundarySet makeStrips(std::size_t stripCount, double side) {
+    std::mt19937 random(9);
+    std::uniform_real_distribution<double> uniform(0.0, side);
+    const double width = side * 0.0001;
+    std::vector<Ring> rings;
+    for (std::size_t i = 0; i < stripCount; ++i) {
+        const double left = uniform(random);
+        const double right = uniform(random);
+        rings.push_back({{0.0, left}, {side, right}, {side, right + width}, {0.0, left + width}});
+    }
+    return makeBoundarySet(rings);
+}
+
+BoundarySet makeNest(std::size_t ringCount, double side) {
+    std::vector<Ring> rings;
+    for (std::size_t i = 0; i < ringCount; ++i) {
+        const double share = static_cast<double>(i + 1) / static_cast<double>(ringCount);
+        rings.push_back(smoothRing(64, {side / 2.0, side / 2.0}, share * side / 2.0));
+    }
+    return makeBoundarySet(rings);
+}
+
+std::vector<Point2D> randomPoints(std::size_t count, double side, Point2D corner) {
     std::mt19937_64 random(11);
     std::uniform_real_distribution<double> uniform(0.0, side);
     std::vector<Point2D> points;
     for (std::size_t i = 0; i < count; ++i) {
-        const double x = uniform(random);
-        points.push_back({x, uniform(random)});
+        const double x = corner.x + uniform(random);
+        points.push_back({x, corner.y + uniform(random)});
     }
     return points;
 }

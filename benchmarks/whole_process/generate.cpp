@@ -4,6 +4,11 @@
 ///     generate long-nodes <directory> <files> <points per file> the same points, numbers of 16 digits
 ///     generate outline <file> <vertices> <percent of the square>  one outline with bays
 ///     generate lattice <file> <polygons>                          polygons of 20 vertices, with gaps between them
+///     generate strips <file> <polygons>                           thin strips across the square
+///     generate nest <file> <polygons>                             rings of 64 vertices around each other
+///     generate coast <file> <vertices>                            one outline with bays of all sizes
+///     generate stray <file> <vertices>                            the same, with one vertex at (0, 0)
+///     generate jumping <file> <vertices>                          one outline between two sides of the square
 
 #include "outlines.hpp"
 
@@ -69,8 +74,7 @@ Ring outline(std::size_t vertexCount, double percent) {
     return ring;
 }
 
-std::vector<Ring> lattice(std::size_t polygonCount) {
-    const BoundarySet set = makeLattice(polygonCount, side);
+std::vector<Ring> ringsOf(const BoundarySet& set) {
     std::vector<Ring> rings;
     for (const BoundaryPolygon& polygon : set.polygons) {
         Ring ring;
@@ -81,6 +85,28 @@ std::vector<Ring> lattice(std::size_t polygonCount) {
         rings.push_back(ring);
     }
     return rings;
+}
+
+/// Returns no ring for an unknown name.
+std::vector<Ring> rings(const std::string& name, std::size_t count) {
+    if (name == "lattice") {
+        return ringsOf(makeLattice(count, side));
+    }
+    if (name == "strips") {
+        return ringsOf(makeStrips(count, side));
+    }
+    if (name == "nest") {
+        return ringsOf(makeNest(count, side));
+    }
+    if (name == "coast") {
+        return {farRing(count, side, {0.0, 0.0}, false)};
+    }
+    if (name == "stray") {
+        Ring ring = farRing(count, side, {0.0, 0.0}, false);
+        ring[count / 2] = {-eastings, -northings};
+        return {ring};
+    }
+    return name == "jumping" ? std::vector<Ring>{jumpingRing(count, side)} : std::vector<Ring>();
 }
 
 } // namespace
@@ -96,8 +122,12 @@ int main(int argc, char* argv[]) {
     } else if (what == "outline" && argc == 5) {
         vadelclip::writeBoundary(
             argv[2], {vadelclip::outline(static_cast<std::size_t>(std::atoi(argv[3])), std::atof(argv[4]))});
-    } else if (what == "lattice" && argc == 4) {
-        vadelclip::writeBoundary(argv[2], vadelclip::lattice(static_cast<std::size_t>(std::atoi(argv[3]))));
+    } else if (argc == 4) {
+        const std::vector<vadelclip::Ring> rings = vadelclip::rings(what, static_cast<std::size_t>(std::atoi(argv[3])));
+        if (rings.empty()) {
+            return 2;
+        }
+        vadelclip::writeBoundary(argv[2], rings);
     } else {
         return 2;
     }

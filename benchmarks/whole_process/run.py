@@ -173,6 +173,7 @@ def jobs():
         yield f"4 M points, {name}", job.tool(), "floor", job.floor(0), job.lines
     lattice = Job(one, boundaryOf("lattice", "2000"), 1000000)
     yield "1 M points, 2,000 polygons", lattice.tool(), "GEOS program", lattice.geos(), lattice.lines
+    yield from unluckyJobs(one, tiny)
     files = Job(many, boundaryOf("outline", "20", "30"), 1000000)
     yield "500 files of 2,000 points", files.tool(), "floor", files.floor(keptPercent(files)), files.lines
     million = Job(tiny, boundaryOf("outline", "1000000", "50"), 10)
@@ -187,6 +188,21 @@ def jobs():
     yield "example merewether, study-area.xml", merewether.tool(), "GEOS program", merewether.geos(), merewether.lines
     coast = Job(os.path.join(EXAMPLES, "coast"), os.path.join(EXAMPLES, "coast", "islands.xml"), 22636)
     yield "example coast, islands.xml", coast.tool(), "GEOS program", coast.geos(), coast.lines
+
+
+def unluckyJobs(one, tiny):
+    """Boundaries that are hard for an index."""
+    stray = Job(one, boundaryOf("stray", "100000"), 1000000)
+    yield ("1 M points, 100,000 vertices, one of them far away", stray.tool(), "without that vertex",
+           Job(one, boundaryOf("coast", "100000"), 1000000).tool(), stray.lines)
+    for name, kind, count in (("2,000 strips over each other", "strips", "2000"),
+                              ("2,000 rings in each other", "nest", "2000"),
+                              ("100,000 polygons", "lattice", "100000")):
+        job = Job(one, boundaryOf(kind, count), 1000000)
+        yield f"1 M points, {name}", job.tool(), "floor", job.floor(keptPercent(job)), job.lines
+    jumping = Job(tiny, boundaryOf("jumping", "1000000"), 10)
+    yield "boundary of 1 M points that jumps left and right", jumping.tool(), "load_file alone", program(
+        "load_program", jumping.boundary), 1000000
 
 
 def row(name, other, runs, peaks, lines):
