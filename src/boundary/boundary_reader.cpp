@@ -5,10 +5,14 @@
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <cstdint>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace vadelclip {
 
@@ -42,17 +46,31 @@ void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y
     polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
 }
 
-bool readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::xml_node& polygonNode, std::int32_t id) {
+/// Returns freed memory to the system. The C library does not do this by itself for memory in the middle of its heap.
+void releaseFreedMemory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
+/// Removes each child after reading it: the document and the vertices are never both complete in memory.
+bool readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_node polygonNode, std::int32_t id) {
     std::int32_t pointCounter = 0;
-    for (const pugi::xml_node& point : polygonNode.children("point")) {
-        double x = 0.0;
-        double y = 0.0;
-        if (!readNumericAttribute(point, "x", x) || !readNumericAttribute(point, "y", y)) {
-            reportLine(formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id));
-            return false;
+    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = polygonNode.first_child()) {
+        if (std::string_view(node.name()) == "point") {
+            double x = 0.0;
+            double y = 0.0;
+            if (!readNumericAttribute(node, "x", x) || !readNumericAttribute(node, "y", y)) {
+                reportLine(formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id));
+                return false;
+            }
+            if (set.vertices.size() == set.vertices.capacity()) {
+                releaseFreedMemory(); // before the table grows
+            }
+            appendVertex(set, polygon, x, y);
+            ++pointCounter;
         }
-        appendVertex(set, polygon, x, y);
-        ++pointCounter;
+        polygonNode.remove_child(node);
     }
     return true;
 }
@@ -65,19 +83,20 @@ bool readPolygon(BoundarySet& set, const pugi::xml_node& polygonNode) {
         return false;
     }
     computeBoundingBox(polygon, set.vertices);
-    set.polygons.push_back(polygon);
+    set.polygons.push_back(std::move(polygon));
     return true;
 }
 
-bool readGroup(BoundarySet& set, const pugi::xml_node& group) {
+bool readGroup(BoundarySet& set, pugi::xml_node group) {
     // Groups of another type or without a type are skipped silently.
     if (std::string_view(group.attribute("type").value()) != "boundaries") {
         return true;
     }
-    for (const pugi::xml_node& polygonNode : group.children("polygon")) {
-        if (!readPolygon(set, polygonNode)) {
+    for (pugi::xml_node node = group.first_child(); !node.empty(); node = group.first_child()) {
+        if (std::string_view(node.name()) == "polygon" && !readPolygon(set, node)) {
             return false;
         }
+        group.remove_child(node);
     }
     return true;
 }
