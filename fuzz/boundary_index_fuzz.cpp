@@ -2,14 +2,14 @@
 /// Compares `BoundaryIndex` and `containsPoint` with a second implementation of the containment test, which shares no line
 /// with them and tests one polygon after the other: open and closed lists, segments, holes. The input is a boundary
 /// (boundary_input.hpp) and points. Each boundary is also tested at many points of its geometry: on and next to
-/// vertices, edges, heights of vertices, corners of boxes and the limits of the index's rows.
+/// vertices, edges, heights of vertices, corners of boxes and the limits of the index's cells.
 
 #include "boundary_input.hpp"
 #include "fuzz_target.hpp"
 
 #include "boundary/contains_point.hpp"
 #include "boundary/index/boundary_index.hpp"
-#include "boundary/index/ring_rows_builder.hpp"
+#include "boundary/index/cell_grids.hpp"
 #include "boundary/ring_walk.hpp"
 #include "boundary/widened_box.hpp"
 #include "support/containment_oracle_support.hpp"
@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <optional>
 #include <vector>
 
 namespace vadelclip {
@@ -93,29 +92,23 @@ void compareAtCorners(Comparison& comparison, const WidenedBox& box) {
     comparison.compareAround({(box.minX + box.maxX) / 2.0, box.maxY});
 }
 
-/// At the limits of the rows that a ring is cut into, on some of its edges.
-void compareAtRowLimits(Comparison& comparison, const BoundarySet& set, const BoundaryPolygon& polygon,
-                        std::size_t limits) {
+/// At the limits of the cells of all grids, on some edges of a ring.
+void compareAtCellLimits(Comparison& comparison, const BoundarySet& set, const CellGrids& grids,
+                         const BoundaryPolygon& polygon, std::size_t limits) {
     const std::size_t size = polygon.vertexIndices.size();
-    if (size < 3 || polygon.vertexIndices.front() == polygon.vertexIndices.back()) {
-        return;
-    }
-    std::vector<Point2D> ring;
-    for (std::size_t i = 0; i < size; ++i) {
-        ring.push_back(positionOf(set, polygon, i));
-    }
-    RingRows rows;
-    const std::optional<RingInRows> inRows = RingRowsBuilder(rows, 128.0).add(ring, polygon.boundingBox.minX);
-    const std::uint32_t count = inRows ? inRows->rows.count() : 0;
-    for (std::uint32_t row = 1; row < count; row += 1 + count / static_cast<std::uint32_t>(limits)) {
-        const double limit = inRows->rows.firstCoordinateOf(row);
-        const std::size_t edge = row * 7 % size;
-        const Point2D from = ring[edge];
-        const Point2D to = ring[(edge + 1) % size];
-        for (const double y : {std::nextafter(limit, -infinity), limit}) {
-            comparison.compare({from.x, y});
+    for (std::size_t i = 0; size > 1 && i < limits; ++i) {
+        const CellGrid& grid = grids.grids[i * 5 % grids.grids.size()];
+        const auto row = static_cast<std::uint32_t>(i * 7 % grid.rows.count());
+        const auto column = static_cast<std::uint32_t>(i * 11 % grid.columns.count());
+        const double limitY = row == 0 ? polygon.boundingBox.minY : grid.rows.firstCoordinateOf(row);
+        const double limitX = column == 0 ? polygon.boundingBox.minX : grid.columns.firstCoordinateOf(column);
+        const Point2D from = positionOf(set, polygon, i * 3);
+        const Point2D to = positionOf(set, polygon, i * 3 + 1);
+        for (const double y : {std::nextafter(limitY, -infinity), limitY}) {
+            comparison.compareAround({limitX, y});
             comparison.compareAround({crossingX(from, to, y), y});
         }
+        comparison.compareAround({limitX, crossingX({from.y, from.x}, {to.y, to.x}, limitX)});
     }
 }
 
@@ -124,11 +117,12 @@ void compareOwnPoints(Comparison& comparison, const BoundarySet& set) {
     // A point costs a visit to each vertex and polygon. Half of the points go to vertices, half to whole polygons.
     constexpr std::size_t visits = 25000;
     constexpr std::size_t pointsPerVertex = 22;
-    constexpr std::size_t pointsPerRowLimit = 12;
+    constexpr std::size_t pointsPerCellLimit = 25;
     const std::size_t points = visits / (set.vertices.size() + set.polygons.size() + 20);
     const std::size_t vertexStep = 1 + set.vertices.size() * pointsPerVertex / (points / 2 + 1);
-    const std::size_t polygonStep = 1 + set.polygons.size() * 4 * pointsPerRowLimit / (points / 2 + 1);
-    const std::size_t rowLimits = 1 + points * polygonStep / (4 * pointsPerRowLimit * (set.polygons.size() + 1));
+    const std::size_t polygonStep = 1 + set.polygons.size() * 4 * pointsPerCellLimit / (points / 2 + 1);
+    const std::size_t cellLimits = 1 + points * polygonStep / (4 * pointsPerCellLimit * (set.polygons.size() + 1));
+    const CellGrids grids = buildCellGrids(set);
     std::size_t vertex = 0;
     for (std::size_t number = 0; number < set.polygons.size(); ++number) {
         const BoundaryPolygon& polygon = set.polygons[number];
@@ -144,7 +138,7 @@ void compareOwnPoints(Comparison& comparison, const BoundarySet& set) {
         }
         if (number % polygonStep == 0) {
             compareAtCorners(comparison, WidenedBox(polygon.boundingBox));
-            compareAtRowLimits(comparison, set, polygon, rowLimits);
+            compareAtCellLimits(comparison, set, grids, polygon, cellLimits);
         }
     }
 }

@@ -12,8 +12,8 @@ namespace vadelclip {
 namespace {
 
 /// Limits, because the plain loop that the index is compared with reads each vertex for each point.
-constexpr std::size_t maxVertices = 2000;
-constexpr std::size_t maxPolygons = 500;
+constexpr std::size_t maxVertices = 800;
+constexpr std::size_t maxPolygons = 200;
 
 constexpr double scales[] = {1.0, 0.1, 10.0, 1e-6, 1e6, 1e-7, 1e-320, 1e-300, 1e-160, 1e150, 1e300, 1.5e306};
 
@@ -96,6 +96,37 @@ Outline takeRound(InputBytes& input, double scale) {
     return outline;
 }
 
+/// A walk in small steps, and one vertex elsewhere: crowded cells, which get grids of their own.
+Outline takeWalk(InputBytes& input, double scale, const BoundarySet& earlier) {
+    const std::size_t size = 1 + std::size_t{input.byte()} * 4;
+    const std::size_t steps = 2 + input.below(16);
+    Sequence sequence(input.word());
+    Outline outline;
+    double x = 0.0;
+    double y = 0.0;
+    for (std::size_t i = 0; i < size; ++i) {
+        x += static_cast<double>(sequence.below(2 * steps + 1)) - static_cast<double>(steps);
+        y += static_cast<double>(sequence.below(2 * steps + 1)) - static_cast<double>(steps);
+        outline.push_back({toFinite(scale * x), toFinite(scale * y)});
+    }
+    const double strayX = takeCoordinate(input, scale * 1e4, earlier);
+    outline.push_back({strayX, takeCoordinate(input, scale * 1e4, earlier)});
+    return outline;
+}
+
+/// From one side to the other and back, while y rises.
+Outline takeJumps(InputBytes& input, double scale) {
+    const std::size_t size = 3 + std::size_t{input.byte()} * 2;
+    const auto width = static_cast<double>(input.byte());
+    Sequence sequence(input.word());
+    Outline outline;
+    for (std::size_t i = 0; i < size; ++i) {
+        const double x = static_cast<double>(sequence.below(8)) + (i % 2 == 0 ? 0.0 : width);
+        outline.push_back({toFinite(scale * x), toFinite(scale * static_cast<double>(i))});
+    }
+    return outline;
+}
+
 Outline takeOutline(InputBytes& input, const BoundarySet& earlier) {
     const double scale = scales[input.below(std::size(scales))];
     switch (input.below(8)) {
@@ -105,6 +136,10 @@ Outline takeOutline(InputBytes& input, const BoundarySet& earlier) {
         return takeTangle(input, scale);
     case 2:
         return takeRound(input, scale);
+    case 6:
+        return takeWalk(input, scale, earlier);
+    case 7:
+        return takeJumps(input, scale);
     default:
         return takeCorners(input, scale, earlier);
     }
@@ -128,6 +163,19 @@ void addLattice(BoundarySet& set, InputBytes& input, const Outline& outline) {
         for (Point2D& corner : copy) {
             corner = {toFinite(corner.x + stepX * static_cast<double>(i % columns)),
                       toFinite(corner.y + stepY * static_cast<double>(i / columns))};
+        }
+        addPolygon(set, copy, Closing::open);
+    }
+}
+
+/// Copies of one outline around each other.
+void addNest(BoundarySet& set, InputBytes& input, const Outline& outline) {
+    const std::size_t count = 1 + input.byte();
+    for (std::size_t i = 1; i <= count; ++i) {
+        Outline copy = outline;
+        for (Point2D& corner : copy) {
+            corner = {toFinite(corner.x * static_cast<double>(i) / 8.0),
+                      toFinite(corner.y * static_cast<double>(i) / 8.0)};
         }
         addPolygon(set, copy, Closing::open);
     }
@@ -167,6 +215,8 @@ BoundarySet takeBoundary(InputBytes& input) {
         const Outline outline = takeOutline(input, set);
         if (form >= 240) {
             addLattice(set, input, outline);
+        } else if (form >= 232) {
+            addNest(set, input, outline);
         } else {
             addPolygon(set, outline, allClosings[form % 3]);
         }

@@ -25,6 +25,11 @@ const BoundaryVertex& vertexAt(const std::vector<BoundaryVertex>& vertexTable, s
 
 } // namespace
 
+std::size_t distinctVertexCount(const BoundaryPolygon& polygon) {
+    const std::vector<std::int32_t>& indices = polygon.vertexIndices;
+    return !indices.empty() && indices.front() == indices.back() ? indices.size() - 1 : indices.size();
+}
+
 void clearBoundarySet(BoundarySet& boundarySet) {
     boundarySet.vertices.clear();
     boundarySet.polygons.clear();

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -94,6 +95,9 @@ struct BoundarySet {
     std::vector<BoundaryPolygon> polygons;
     std::vector<BoundaryVertex> vertices;
 };
+
+/// Returns the number of vertices of an outline. A last index that repeats the first one does not count.
+std::size_t distinctVertexCount(const BoundaryPolygon& polygon);
 
 /// Empties both vectors, the vertices first.
 void clearBoundarySet(BoundarySet& boundarySet);

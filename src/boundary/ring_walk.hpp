@@ -15,25 +15,28 @@ inline double crossingX(Point2D prev, Point2D current, double y) {
     return ((y - prev.y) * (current.x - prev.x)) / (current.y - prev.y) + prev.x;
 }
 
-/// The state of a walk. A walk starts at a vertex whose y differs from the point's. `visit` receives every vertex after
-/// it, in ring order.
+/// The state of a walk. A walk starts at a vertex. `visit` receives every vertex after it, in ring order.
 ///
-/// After a vertex whose y differs from the point's, the state is only that vertex and whether the number of crossings
-/// is odd. So a ring may be cut into pieces at such vertices.
+/// The crossings of a walk are the sum of those of its edges, and those of an edge depend on this edge and the point
+/// only. So a ring may be walked in pieces. docs/performance.md has the proof.
 struct RingWalk {
     Point2D point;
     double prevX; ///< The last vertex that is not part of a run.
     double prevY;
-    double lastX = 0.0; ///< While `onRun`: x of the vertex before this one, on the run or not.
-    bool onRun = false; ///< On a run: vertices at the point's height, of which the first is not left of the point.
-    bool odd = false;   ///< True if the number of crossings is odd.
+    double lastX;     ///< While `onRun`: x of the vertex before this one, on the run or not.
+    bool onRun;       ///< On a run: vertices at the point's height, of which the first is not left of the point.
+    bool odd = false; ///< True if the number of crossings is odd.
 
-    RingWalk(Point2D point_, double startX, double startY) : point(point_), prevX(startX), prevY(startY) {}
+    RingWalk(Point2D point_, double startX, double startY)
+        : point(point_), prevX(startX), prevY(startY), lastX(startX), onRun(startY == point_.y && startX >= point_.x) {}
 
     /// Continues to the next vertex.
     ///
     /// @return true if the point is on the outline; the walk ends then.
     bool visit(double cx, double cy) { return onRun ? visitOnRun(cx, cy) : visitOffRun(cx, cy); }
+
+    /// Returns true if the number of crossings so far is odd. A run counts as if its next vertex were above the point.
+    bool isOdd() const { return odd != (onRun && prevY < point.y); }
 
 private:
     /// The first comparison is strict and the second is not, on purpose: this decides how vertices at the point's

@@ -171,4 +171,13 @@ TEST(BoundarySet, clearingEmptiesBothVectors) {
     EXPECT_EQ("", asText(set));
 }
 
+TEST(DistinctVertexCount, ignoresRepeatedFirstIndexAtEnd) {
+    BoundaryPolygon polygon;
+    EXPECT_EQ(distinctVertexCount(polygon), 0U);
+    polygon.vertexIndices = {7, 8, 9};
+    EXPECT_EQ(distinctVertexCount(polygon), 3U);
+    polygon.vertexIndices = {7, 8, 9, 7};
+    EXPECT_EQ(distinctVertexCount(polygon), 3U);
+}
+
 } // namespace vadelclip

@@ -2,78 +2,98 @@
 
 #include "boundary/boundary_extent.hpp"
 #include "boundary/contains_point.hpp"
-#include "boundary/index/ring_rows_builder.hpp"
+#include "boundary/ring_walk.hpp"
+#include "boundary/widened_box.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <numeric>
-#include <optional>
-#include <vector>
 
 namespace vadelclip {
 
 namespace {
 
-/// The vertices of an outline, without the repeated index of a closed list.
-std::vector<Point2D> ringOf(const BoundaryPolygon& polygon, const std::vector<BoundaryVertex>& vertices) {
-    const std::vector<std::int32_t>& indices = polygon.vertexIndices;
-    const std::size_t count = indices.front() == indices.back() ? indices.size() - 1 : indices.size();
-    std::vector<Point2D> ring;
-    ring.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const BoundaryVertex& vertex = vertices[static_cast<std::size_t>(indices[i])];
-        ring.push_back({vertex.x, vertex.y});
-    }
-    return ring;
-}
-
-/// Cuts a polygon into rows where that is possible. Nothing, for one that holds no point at all.
-std::optional<IndexedPolygon> indexPolygon(const BoundarySet& set, std::uint32_t number, RingRowsBuilder& builder) {
-    const BoundaryPolygon& polygon = set.polygons[number];
-    if (polygon.vertexIndices.empty()) {
-        return std::nullopt;
-    }
-    const std::vector<Point2D> ring = ringOf(polygon, set.vertices);
-    if (ring.size() < 2) {
-        return std::nullopt;
-    }
-    const WidenedBox box(polygon.boundingBox);
-    if (ring.size() > 2 && polygon.childPolygons.empty()) {
-        if (const std::optional<RingInRows> inRows = builder.add(ring, box.minX)) {
-            return IndexedPolygon{box, *inRows};
+/// Walks along a piece and adds its crossings to `odd`. Returns true if the point is on the outline there.
+bool walkExactly(const Point2D* vertex, const Point2D* end, Point2D point, bool& odd) {
+    RingWalk ringWalk(point, vertex->x, vertex->y);
+    while (vertex != end) {
+        ++vertex;
+        if (ringWalk.visit(vertex->x, vertex->y)) {
+            return true;
         }
     }
-    return IndexedPolygon{box, {UniformCells(), IndexedPolygon::noRows, number}};
+    odd ^= ringWalk.isOdd();
+    return false;
+}
+
+/// Does the same, faster: without branches, as long as no vertex is at the point's height and no xi is its x. These
+/// cases are left to the walk. For random points, branches would be predicted wrongly half of the time.
+bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D point, bool& odd) {
+    const Point2D* const first = &points[piece.first];
+    const Point2D* const end = first + piece.edgeCount;
+    odd ^= piece.startsRight && first->y < point.y;
+    odd ^= piece.endsRight && end->y < point.y;
+    unsigned int special = first->y == point.y;
+    unsigned int crossings = 0;
+    for (const Point2D* vertex = first; vertex != end; ++vertex) {
+        const Point2D from = vertex[0];
+        const Point2D to = vertex[1];
+        const unsigned int straddles =
+            static_cast<unsigned int>(from.y < point.y) ^ static_cast<unsigned int>(to.y <= point.y);
+        const double smallerX = to.x < from.x ? to.x : from.x;
+        const double largerX = to.x > from.x ? to.x : from.x;
+        const double xi = crossingX(from, to, point.y);
+        const unsigned int right = smallerX > point.x;
+        const unsigned int notLeft = !(largerX < point.x);
+        crossings += straddles & (right | (notLeft & static_cast<unsigned int>(xi > point.x)));
+        special |= static_cast<unsigned int>(to.y == point.y) |
+                   (straddles & notLeft & static_cast<unsigned int>(xi == point.x));
+    }
+    if (special != 0) {
+        return walkExactly(first, end, point, odd);
+    }
+    odd ^= (crossings & 1) != 0;
+    return false;
 }
 
 } // namespace
 
 BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
-    : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)) {
-    // A boundary of few polygons can afford fine rows for each: then hardly any point lies on a chain's range.
-    const double fewestRows = std::clamp(8192.0 / static_cast<double>(boundarySet.polygons.size()), 16.0, 128.0);
-    RingRowsBuilder builder(rows, fewestRows);
-    std::vector<IndexedPolygon> polygons;
-    for (std::uint32_t number = 0; number < boundarySet.polygons.size(); ++number) {
-        if (const std::optional<IndexedPolygon> polygon = indexPolygon(boundarySet, number, builder)) {
-            polygons.push_back(*polygon);
-        }
-    }
-    std::vector<std::uint32_t> members(polygons.size());
-    std::iota(members.begin(), members.end(), 0);
-    grid = PolygonGrid(polygons, members);
-}
+    : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)), cells(buildCellGrids(boundarySet_)) {}
 
-bool BoundaryIndex::anyContains(Point2D point) const {
-    return grid.anyNear(point, [this, point](const IndexedPolygon& polygon) {
-        if (polygon.box.rejects(point)) {
+bool BoundaryIndex::anyEntryContains(const CellEntry& entry, Point2D point) const {
+    bool odd = false;
+    for (const CellEntry* item = entry.kind == CellEntry::Kind::list ? &cells.lists[entry.first] : &entry;; ++item) {
+        if (item->kind == CellEntry::Kind::thinPolygon) {
+            if (thinContains(item->first, point)) {
+                return true;
+            }
+        } else {
+            odd = odd != item->odd;
+            if (walk(cells.points, *item, point, odd) || (odd && item->endsPolygon)) {
+                return true;
+            }
+            odd = odd && !item->endsPolygon;
+        }
+        if (item->endsList) {
             return false;
         }
-        if (polygon.ring.firstRow == IndexedPolygon::noRows) {
-            return containsPoint(boundarySet.polygons[polygon.ring.ring], point, boundarySet.vertices);
-        }
-        return rows.ringContains(polygon.ring, polygon.box.minX, point);
+    }
+}
+
+/// A flat ring contains the points at its height that its box does not reject. `containsPoint` has the same answer but
+/// reads all vertices.
+bool BoundaryIndex::thinContains(std::uint32_t number, Point2D point) const {
+    BoundaryPolygon& polygon = boundarySet.polygons[number];
+    if (distinctVertexCount(polygon) == 2) {
+        return containsPoint(polygon, point, boundarySet.vertices);
+    }
+    return point.y == polygon.boundingBox.minY && !WidenedBox(polygon.boundingBox).rejects(point);
+}
+
+bool BoundaryIndex::anyUnusualContains(Point2D point) const {
+    return std::any_of(cells.unusualPolygons.begin(), cells.unusualPolygons.end(), [this, point](std::uint32_t number) {
+        return containsPoint(boundarySet.polygons[number], point, boundarySet.vertices);
     });
 }
 

@@ -1,36 +1,47 @@
 /// \file
-/// The question "is the point in any polygon of the boundary?", answered without looking at most of the edges.
+/// Decides whether a point is in any polygon of a boundary, without reading most of the edges.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
-#include "boundary/index/polygon_grid.hpp"
-#include "boundary/index/ring_rows.hpp"
+#include "boundary/index/cell_grids.hpp"
 #include "boundary/widened_box.hpp"
+
+#include <cstdint>
 
 namespace vadelclip {
 
-/// Answers exactly what asking `containsPoint` for each polygon of a finished set answers, bit for bit.
+/// An index over a finished set. It has the same answers as `containsPoint` for each polygon in turn, bit for bit.
 ///
-/// Built once per run, in time and memory linear in the number of vertices and polygons. Rings are cut into rows
-/// (ring_rows.hpp), many polygons are told apart by a grid (polygon_grid.hpp), and what neither can take (two
-/// vertices, holes, flat rings) is left to `containsPoint` itself.
+/// A grid cuts the plane into cells (cell_grids.hpp). If no outline passes through a cell, the cell holds the answer
+/// for all of its points. Any other cell lists the pieces of rings that pass through it. docs/performance.md has the
+/// proof that the answers are the same, and the bounds of time and memory.
 class BoundaryIndex {
 public:
-    /// @param boundarySet_ has to outlive the index and to keep its polygons and vertices as they are. Writable,
-    ///                     because `containsPoint` fills the edges of two-vertex polygons.
+    /// @param boundarySet_ must outlive the index, with the same polygons and vertices. It is writable because
+    ///                     `containsPoint` fills the edges of two-vertex polygons.
     explicit BoundaryIndex(BoundarySet& boundarySet_);
 
-    /// Tells whether a point lies in any polygon of the set.
-    bool anyContains(Point2D point) const;
+    /// Returns true if the point is in any polygon of the set. The coordinates must not be NaN.
+    bool anyContains(Point2D point) const {
+        CellEntry entry = cells.grids.front().at(point);
+        while (entry.kind == CellEntry::Kind::grid) {
+            entry = cells.grids[entry.first].at(point);
+        }
+        return (entry.isDecided() ? entry.odd : anyEntryContains(entry, point)) ||
+               (!cells.unusualPolygons.empty() && anyUnusualContains(point));
+    }
 
-    /// The box outside of which no polygon contains a point.
+    /// Returns the box outside of which no polygon contains a point.
     const WidenedBox& extent() const { return extentOfSet; }
 
 private:
+    bool anyEntryContains(const CellEntry& entry, Point2D point) const;
+    bool anyUnusualContains(Point2D point) const;
+    bool thinContains(std::uint32_t number, Point2D point) const;
+
     BoundarySet& boundarySet;
     WidenedBox extentOfSet;
-    RingRows rows;
-    PolygonGrid grid;
+    CellGrids cells;
 };
 
 } // namespace vadelclip

@@ -10,17 +10,17 @@ namespace vadelclip {
 
 /// Maps coordinates to cells 0 to count - 1.
 ///
-/// All that its users rely on is that the mapping is monotone: a larger coordinate is never in a smaller cell. Every
-/// operation in it is monotone, rounding included, so this holds exactly, whatever the coordinates. Coordinates
-/// beyond the range belong to the first and the last cell.
+/// The mapping is monotone: a larger coordinate is never in a smaller cell. This holds exactly for all coordinates,
+/// because every operation is monotone, rounding included. Nothing else may be assumed. Coordinates beyond the range
+/// are in the first and the last cell.
 struct UniformCells {
     double origin = 0.0;
-    double scale = 0.0;    ///< Cells per unit; 0 where there is only one cell.
-    double lastCell = 0.0; ///< As a double, to clamp before the conversion to an integer.
+    double scale = 0.0;    ///< Cells per unit; 0 if there is only one cell.
+    double lastCell = 0.0; ///< A double, because positions are clamped before the conversion to an integer.
 
     UniformCells() = default;
 
-    /// Cuts `minimum` to `maximum` into `count` cells, or into one where the range is empty or not finite.
+    /// Cuts `minimum` to `maximum` into `count` cells, or into one if the range is empty or not finite.
     UniformCells(double minimum, double maximum, std::uint32_t count) {
         const double cellsPerUnit = count / (maximum - minimum);
         if (maximum > minimum && std::isfinite(maximum - minimum) && std::isfinite(cellsPerUnit)) {
@@ -37,7 +37,7 @@ struct UniformCells {
         return static_cast<std::uint32_t>(std::min(lastCell, std::max(0.0, position)));
     }
 
-    /// Gives the smallest double that belongs to a cell or to one behind it. `cell` is at least 1 and below `count`.
+    /// Returns the smallest double in a cell or in a later one. `cell` is at least 1 and less than `count`.
     double firstCoordinateOf(std::uint32_t cell) const;
 };
 

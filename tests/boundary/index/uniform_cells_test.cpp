@@ -32,7 +32,7 @@ constexpr Range ranges[] = {
 
 } // namespace
 
-TEST(UniformCells, mapsTheRangeToAllItsCellsAndWhatLiesBeyondToTheOutermost) {
+TEST(UniformCells, mapsCoordinatesBeyondRangeToOutermostCells) {
     const UniformCells cells(10.0, 20.0, 5);
     EXPECT_EQ(cells.count(), 5U);
     EXPECT_EQ(cells.cellOf(10.0), 0U);
@@ -45,7 +45,7 @@ TEST(UniformCells, mapsTheRangeToAllItsCellsAndWhatLiesBeyondToTheOutermost) {
     EXPECT_EQ(cells.cellOf(infinity), 4U);
 }
 
-TEST(UniformCells, hasOneCellWhereARangeCannotBeCut) {
+TEST(UniformCells, hasOneCellForRangeThatCannotBeCut) {
     for (const Range range : {Range{1.0, 1.0}, {2.0, 1.0}, {-1.7e308, 1.7e308}, {0.0, 5e-324}, {0.0, infinity}}) {
         const UniformCells cells(range.minimum, range.maximum, 1000);
         EXPECT_EQ(cells.count(), 1U) << range.minimum << ' ' << range.maximum;

@@ -1,0 +1,234 @@
+#include "boundary/index/grid_builder.hpp"
+
+#include <algorithm>
+
+namespace vadelclip {
+
+namespace {
+
+/// A cell with more edges than this gets a grid.
+constexpr std::size_t maxEdgesOfCell = 96;
+
+/// A grid with fewer bytes of cells than this does not help.
+constexpr double minCellBytes = 16 * sizeof(CellEntry);
+
+constexpr int maxDepth = 4;
+constexpr std::size_t innerSamples = 32;
+
+} // namespace
+
+void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const Region plane{-infinity, infinity, -infinity, infinity};
+    const GridMeasure measure = measureEntries(target, entries, set, plane, std::numeric_limits<std::size_t>::max());
+    // The rest is for grids inside cells.
+    const double maxBytes = left.bytes * 0.75;
+    double share = 1.0;
+    cut(chooseRootSize(measure, share), plane);
+    // The smallest grid has one cell and those around it, and few spans.
+    while (!spans.add(entries, measure, columns, rows, maxBytes - cellBytes()) && cellBytes() > minCellBytes) {
+        share /= 2.0;
+        cut(chooseRootSize(measure, share), plane);
+    }
+    buildCells();
+}
+
+std::optional<std::uint32_t> GridBuilder::buildInner(std::span<const CellEntry> entries, const Region& region) {
+    const GridMeasure measure = measureEntries(target, entries, set, region, innerSamples);
+    for (double share = 1.0;; share /= 2.0) {
+        cut(chooseInnerSize(measure, share), region);
+        if (cellBytes() < minCellBytes) {
+            return std::nullopt;
+        }
+        if (spans.add(entries, measure, columns, rows, left.bytes - cellBytes())) {
+            return buildCells();
+        }
+    }
+}
+
+double GridBuilder::cellBytes() const {
+    return static_cast<double>(columns.cells.count() * std::size_t{rows.cells.count()} * sizeof(CellEntry));
+}
+
+void GridBuilder::cut(const GridSize& size, const Region& region) {
+    columns = GridAxis(size.extent.minX, size.extent.maxX, size.columns, region.firstX, region.lastX);
+    rows = GridAxis(size.extent.minY, size.extent.maxY, size.rows, region.firstY, region.lastY);
+}
+
+std::uint32_t GridBuilder::buildCells() {
+    left.bytes -= cellBytes() + spans.bytes();
+    const auto number = static_cast<std::uint32_t>(target.grids.size());
+    target.grids.emplace_back();
+    cells.resize(columns.cells.count() * std::size_t{rows.cells.count()});
+    states.resize(columns.cells.count() + 1);
+    if (depth == 0) {
+        target.lists.reserve(spans.entryCount());
+    }
+    spans.sort();
+    for (std::int32_t row = 0; row < rows.count(); ++row) {
+        const std::span<const std::uint32_t> rowSpans = spans.inRow(row);
+        for (std::uint32_t first = 0; first < rowSpans.size();) {
+            std::uint32_t end = first + 1;
+            while (end < rowSpans.size() &&
+                   spans.polygonOf(spans[rowSpans[end]]) == spans.polygonOf(spans[rowSpans[first]])) {
+                ++end;
+            }
+            if (spans[rowSpans[first]].entry.kind == CellEntry::Kind::piece) {
+                decide(rowSpans.subspan(first, end - first));
+            }
+            list(rowSpans, first, end);
+            first = end;
+        }
+        finishRow(row);
+    }
+    left.bytes += spans.bytes() - static_cast<double>(spans.entryCount() * sizeof(CellEntry));
+    target.grids[number] = {columns.cells, rows.cells, std::move(cells)};
+    return number;
+}
+
+/// Counts the crossings of a polygon right of each column. In columns without a span they decide whether the cell is
+/// inside; in the others they are kept for the entries.
+void GridBuilder::decide(std::span<const std::uint32_t> polygonSpans) {
+    spansByColumn.assign(polygonSpans.begin(), polygonSpans.end());
+    std::sort(spansByColumn.begin(), spansByColumn.end(),
+              [this](std::uint32_t a, std::uint32_t b) { return spans[a].firstColumn < spans[b].firstColumn; });
+    bool odd = false;
+    for (const std::uint32_t number : spansByColumn) {
+        odd = odd != spans[number].entry.odd;
+    }
+    std::int32_t column = 0;
+    std::int32_t listedEnd = 0; // every column before this one is decided or has a span
+    const auto goTo = [&](std::int32_t end) {
+        for (; column < std::min(end, listedEnd); ++column) {
+            states[static_cast<std::size_t>(column)].odd = odd;
+        }
+        if (odd && column < end) {
+            isCovered = true;
+            ++states[static_cast<std::size_t>(column)].coverChange;
+            --states[static_cast<std::size_t>(end)].coverChange;
+        }
+        column = std::max(column, end);
+    };
+    for (const std::uint32_t number : spansByColumn) {
+        goTo(spans[number].firstColumn);
+        odd = odd != spans[number].entry.odd;
+        listedEnd = std::max(listedEnd, spans[number].lastColumn + 1);
+    }
+    goTo(listedEnd);
+}
+
+/// Adds the spans of a polygon to the cells that they cover.
+void GridBuilder::list(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end) {
+    for (std::uint32_t place = first; place < end; ++place) {
+        const RowSpan& span = spans[rowSpans[place]];
+        for (std::int32_t column = span.firstColumn; column <= span.lastColumn; ++column) {
+            const std::uint32_t last = states[static_cast<std::size_t>(column)].lastItem;
+            if (last == ColumnState::none || !extendItem(last, rowSpans, place, column)) {
+                addItem(span, place, column);
+            }
+        }
+    }
+}
+
+/// Appends a span to an item if the gap between them is small. From now on the edges of the gap are walked, so they no
+/// longer count as crossings right of the cell.
+bool GridBuilder::extendItem(std::uint32_t number, std::span<const std::uint32_t> rowSpans, std::uint32_t place,
+                             std::int32_t column) {
+    const RowSpan& span = spans[rowSpans[place]];
+    CellItem& item = items[number];
+    if (item.piece != span.piece || span.entry.first > item.entry.end() + maxGap ||
+        span.entry.end() - item.entry.first > CellEntry::maxEdges) {
+        return false;
+    }
+    for (std::uint32_t between = item.lastSpan + 1; between < place; ++between) {
+        const RowSpan& skipped = spans[rowSpans[between]];
+        if (skipped.firstColumn > column && skipped.entry.odd) {
+            item.entry.odd = !item.entry.odd;
+        }
+    }
+    item.entry.edgeCount = static_cast<std::uint16_t>(span.entry.end() - item.entry.first);
+    item.lastSpan = place;
+    return true;
+}
+
+void GridBuilder::addItem(const RowSpan& span, std::uint32_t place, std::int32_t column) {
+    ColumnState& state = states[static_cast<std::size_t>(column)];
+    const auto number = static_cast<std::uint32_t>(items.size());
+    CellEntry entry = span.entry;
+    const bool startsPolygon =
+        state.lastItem == ColumnState::none || items[state.lastItem].polygon != spans.polygonOf(span);
+    entry.odd = startsPolygon && entry.kind == CellEntry::Kind::piece && state.odd;
+    items.push_back({entry, span.piece, spans.polygonOf(span), place, ColumnState::none});
+    if (state.lastItem == ColumnState::none) {
+        state.firstItem = number;
+        listedColumns.push_back(column);
+    } else {
+        items[state.lastItem].next = number;
+    }
+    state.lastItem = number;
+}
+
+void GridBuilder::finishRow(std::int32_t row) {
+    CellEntry* const rowCells = &cells[static_cast<std::size_t>(row) * columns.cells.count()];
+    if (isCovered) {
+        std::int32_t cover = 0;
+        for (std::size_t column = 0; column < columns.cells.count(); ++column) {
+            cover += states[column].coverChange;
+            states[column].coverChange = 0;
+            rowCells[column].odd = cover > 0;
+        }
+        states.back().coverChange = 0;
+        isCovered = false;
+    }
+    for (const std::int32_t column : listedColumns) {
+        if (!rowCells[column].odd) {
+            rowCells[column] = finishCell(row, column);
+        }
+        ColumnState& state = states[static_cast<std::size_t>(column)];
+        state.firstItem = ColumnState::none;
+        state.lastItem = ColumnState::none;
+    }
+    listedColumns.clear();
+    items.clear();
+}
+
+CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
+    cellEntries.clear();
+    std::size_t edges = 0;
+    for (std::uint32_t i = states[static_cast<std::size_t>(column)].firstItem; i != ColumnState::none;
+         i = items[i].next) {
+        const std::uint32_t next = items[i].next;
+        CellEntry entry = items[i].entry;
+        if (entry.kind == CellEntry::Kind::piece) {
+            entry.startsRight = isRight(entry.first, row, column);
+            entry.endsRight = isRight(entry.end(), row, column);
+        }
+        entry.endsList = next == ColumnState::none;
+        entry.endsPolygon = next == ColumnState::none || items[next].polygon != items[i].polygon;
+        edges += std::max<std::size_t>(entry.edgeCount, 1);
+        cellEntries.push_back(entry);
+    }
+    CellEntry cell = cellEntries.front();
+    if (edges > maxEdgesOfCell && depth < maxDepth) {
+        const Region region{columns.firstOf(column), columns.lastOf(column), rows.firstOf(row), rows.lastOf(row)};
+        if (const auto number = GridBuilder(target, set, left, depth + 1).buildInner(cellEntries, region)) {
+            cell.kind = CellEntry::Kind::grid;
+            cell.first = *number;
+            return cell;
+        }
+    }
+    if (cellEntries.size() > 1) {
+        cell.kind = CellEntry::Kind::list;
+        cell.first = static_cast<std::uint32_t>(target.lists.size());
+        target.lists.insert(target.lists.end(), cellEntries.begin(), cellEntries.end());
+    }
+    return cell;
+}
+
+/// Returns true if a vertex is in the row and right of the column.
+bool GridBuilder::isRight(std::uint32_t vertex, std::int32_t row, std::int32_t column) const {
+    const Point2D point = target.points[vertex];
+    return columns.place(point.x) > column && rows.place(point.y) == row;
+}
+
+} // namespace vadelclip

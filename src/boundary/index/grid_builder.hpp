@@ -1,0 +1,89 @@
+/// \file
+/// Builds the grids of `CellGrids`.
+#pragma once
+
+#include "boundary/boundary_set.hpp"
+#include "boundary/index/cell_grids.hpp"
+#include "boundary/index/grid_axis.hpp"
+#include "boundary/index/grid_size.hpp"
+#include "boundary/index/row_spans.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace vadelclip {
+
+/// The memory that is left for grids.
+struct Budget {
+    double bytes;
+};
+
+/// An entry of a cell while the row of the cell is built.
+struct CellItem {
+    CellEntry entry;
+    std::uint32_t piece;
+    std::uint32_t polygon;
+    std::uint32_t lastSpan; ///< The last span in it, as a place in the row.
+    std::uint32_t next;     ///< The next item of the cell, or `ColumnState::none`.
+};
+
+/// A column while a row is built.
+struct ColumnState {
+    static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+    std::uint32_t firstItem = none;
+    std::uint32_t lastItem = none;
+    std::int32_t coverChange = 0; ///< The polygons that contain the cell, less those that contain the cell before.
+    bool odd = false;             ///< Right of the cell, the current polygon has an odd number of crossings.
+};
+
+/// Builds one grid.
+class GridBuilder {
+public:
+    GridBuilder(CellGrids& target_, const BoundarySet& set_, Budget& left_, int depth_)
+        : target(target_), set(set_), left(left_), depth(depth_), spans(target_, set_) {}
+
+    /// Adds the grid for the plane.
+    void buildRoot(std::span<const CellEntry> entries);
+
+    /// Adds a grid for the inside of a cell, with the entries of the cell.
+    ///
+    /// @return the number of the grid, or nothing if it would not help or would take too much memory.
+    std::optional<std::uint32_t> buildInner(std::span<const CellEntry> entries, const Region& region);
+
+private:
+    double cellBytes() const;
+    void cut(const GridSize& size, const Region& region);
+    std::uint32_t buildCells();
+    void decide(std::span<const std::uint32_t> polygonSpans);
+    void list(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end);
+    bool extendItem(std::uint32_t number, std::span<const std::uint32_t> rowSpans, std::uint32_t place,
+                    std::int32_t column);
+    void addItem(const RowSpan& span, std::uint32_t place, std::int32_t column);
+    void finishRow(std::int32_t row);
+    CellEntry finishCell(std::int32_t row, std::int32_t column);
+    bool isRight(std::uint32_t vertex, std::int32_t row, std::int32_t column) const;
+
+    CellGrids& target;
+    const BoundarySet& set;
+    Budget& left;
+    int depth;
+    GridAxis columns;
+    GridAxis rows;
+    RowSpans spans;
+    std::vector<CellEntry> cells;
+
+    // For the current row:
+    std::vector<ColumnState> states; ///< One for each column and one after the last.
+    std::vector<CellItem> items;
+    std::vector<std::int32_t> listedColumns; ///< Those with items.
+    bool isCovered = false;
+    std::vector<std::uint32_t> spansByColumn;
+    std::vector<CellEntry> cellEntries;
+};
+
+} // namespace vadelclip

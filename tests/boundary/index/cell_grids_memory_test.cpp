@@ -1,0 +1,124 @@
+/// Memory of the index, in a program that counts the allocated bytes of its process.
+
+#include "boundary/index/cell_grids.hpp"
+
+#include "support/boundary_support.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <random>
+#include <vector>
+
+namespace {
+
+std::size_t allocatedBytes = 0;
+std::size_t peakBytes = 0;
+
+/// Each block has its size in front of it.
+constexpr std::size_t header = alignof(std::max_align_t);
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = std::malloc(size + header);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    *static_cast<std::size_t*>(memory) = size;
+    allocatedBytes += size;
+    peakBytes = std::max(peakBytes, allocatedBytes);
+    return static_cast<std::byte*>(memory) + header;
+}
+
+void operator delete(void* memory) noexcept {
+    if (memory != nullptr) {
+        void* const start = static_cast<std::byte*>(memory) - header;
+        allocatedBytes -= *static_cast<std::size_t*>(start);
+        std::free(start);
+    }
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+namespace vadelclip {
+
+namespace {
+
+using Random = std::mt19937_64;
+
+double uniform(Random& random, double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+}
+
+/// Builds an index and compares its peak memory with the bound that docs/performance.md states.
+void expectWithinBound(const std::vector<Outline>& outlines) {
+    const BoundarySet set = setOf(outlines);
+    const std::size_t before = allocatedBytes;
+    peakBytes = allocatedBytes;
+    const CellGrids grids = buildCellGrids(set);
+    const std::size_t bound = 64 * set.vertices.size() + 200 * set.polygons.size() + 64 * 1024 * 1024;
+    EXPECT_LE(peakBytes - before, bound) << set.vertices.size() << " vertices, " << set.polygons.size() << " polygons";
+}
+
+/// Vertices anywhere: nearly every edge crosses a large part of the plane.
+Outline tangle(Random& random, std::size_t size) {
+    Outline ring;
+    for (std::size_t i = 0; i < size; ++i) {
+        const double x = uniform(random, -1.0, 1.0);
+        ring.push_back({x, uniform(random, -1.0, 1.0)});
+    }
+    return ring;
+}
+
+} // namespace
+
+TEST(CellGridsMemory, isBoundedForTangles) {
+    Random random(1);
+    for (const std::size_t size : {1000U, 30000U, 300000U}) {
+        expectWithinBound({tangle(random, size)});
+    }
+}
+
+TEST(CellGridsMemory, isBoundedForJumpsBetweenTwoSides) {
+    Random random(2);
+    Outline rising;
+    Outline sideways;
+    for (int i = 0; i < 300000; ++i) {
+        const double side = i % 2 + uniform(random, 0.0, 0.1);
+        rising.push_back({side, static_cast<double>(i)});
+        sideways.push_back({static_cast<double>(i), side});
+    }
+    expectWithinBound({rising});
+    expectWithinBound({sideways});
+    rising.push_back({1e9, 1e9});
+    expectWithinBound({rising});
+}
+
+TEST(CellGridsMemory, isBoundedForManyOverlappingPolygons) {
+    Random random(3);
+    for (const std::size_t corners : {2U, 3U, 8U}) {
+        std::vector<Outline> outlines;
+        for (int i = 0; i < 20000; ++i) {
+            outlines.push_back(tangle(random, corners));
+        }
+        expectWithinBound(outlines);
+    }
+}
+
+TEST(CellGridsMemory, isBoundedForOutlinesOfAllScales) {
+    Outline spiral;
+    for (int i = 0; i < 200000; ++i) {
+        const double radius = std::pow(10.0, -i / 1000.0);
+        spiral.push_back({radius * std::cos(i), radius * std::sin(i)});
+    }
+    expectWithinBound({spiral});
+}
+
+} // namespace vadelclip
