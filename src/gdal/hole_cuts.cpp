@@ -67,6 +67,15 @@ void offerCorner(Search& search, const std::vector<std::size_t>& ranks, std::siz
     }
 }
 
+/// For an edge that begins at the height of the cut. A cut along it would have no inside.
+void offerHorizontalEdge(Search& search, const std::vector<std::size_t>& ranks, std::size_t ring, std::size_t edge,
+                         Point2D from, Point2D to) {
+    const Point2D start = search.start;
+    if (to.y == start.y && std::min(from.x, to.x) < start.x && start.x < std::max(from.x, to.x)) {
+        offer(search, ranks, {search.cut.hole, search.cut.corner, ring, edge, false, start});
+    }
+}
+
 /// For an edge with one end above and the other one below the height of the cut.
 void offerEdge(Search& search, const std::vector<std::size_t>& ranks, std::size_t ring, std::size_t edge, Point2D from,
                Point2D to) {
@@ -99,6 +108,7 @@ void offerToAll(Searches& searches, const std::vector<Ring>& rings, std::size_t 
         }
         if (from.y == search->start.y) {
             offerCorner(*search, searches.ranks, ring, edge, from);
+            offerHorizontalEdge(*search, searches.ranks, ring, edge, from, to);
         } else if (to.y != search->start.y) {
             offerEdge(*search, searches.ranks, ring, edge, from, to);
         }

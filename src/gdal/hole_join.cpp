@@ -3,7 +3,6 @@
 #include "gdal/hole_cuts.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <tuple>
 
@@ -33,8 +32,13 @@ std::vector<CutsOfRing> sortedByRing(const std::vector<Ring>& rings, const std::
         result[cut.ring].push_back(cut);
     }
     for (std::size_t ring = 0; ring < rings.size(); ++ring) {
-        const auto key = [&corners = rings[ring]](const HoleCut& cut) {
-            return std::tuple(cut.edge, cut.atCorner ? 0.0 : std::abs(cut.end.y - corners[cut.edge].y));
+        const Ring& corners = rings[ring];
+        const auto key = [&corners](const HoleCut& cut) {
+            const Point2D from = corners[cut.edge];
+            const Point2D to = corners[(cut.edge + 1) % corners.size()];
+            // A corner is before all points of its edge.
+            return std::tuple(cut.edge, !cut.atCorner, to.y < from.y ? -cut.end.y : cut.end.y,
+                              to.x < from.x ? -cut.end.x : cut.end.x);
         };
         std::stable_sort(result[ring].begin(), result[ring].end(),
                          [&key](const HoleCut& a, const HoleCut& b) { return key(a) < key(b); });
