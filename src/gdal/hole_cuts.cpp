@@ -4,8 +4,11 @@
 #include "gdal/exact_side.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <limits>
-#include <numeric>
+#include <tuple>
+#include <utility>
 
 namespace vadelclip_gdal {
 
@@ -20,9 +23,14 @@ struct Search {
     std::size_t rank; ///< Position among the holes, from right to left.
 };
 
-/// All searches, from the lowest to the highest start, and the rank of each ring.
+/// The searches at one height, from left to right.
+struct Height {
+    double y;
+    std::vector<Search> searches;
+};
+
 struct Searches {
-    std::vector<Search> byHeight;
+    std::vector<Height> heights;    ///< From the lowest to the highest.
     std::vector<std::size_t> ranks; ///< By ring. The outer ring has rank 0.
 };
 
@@ -31,22 +39,35 @@ std::size_t rightmostCorner(const Ring& ring) {
     return static_cast<std::size_t>(std::max_element(ring.begin(), ring.end(), isLess) - ring.begin());
 }
 
-Searches searchesOf(const std::vector<Ring>& rings) {
-    Searches searches;
+std::vector<Search> searchesFromRight(const std::vector<Ring>& rings) {
+    std::vector<Search> searches;
     for (std::size_t hole = 1; hole < rings.size(); ++hole) {
         const std::size_t corner = rightmostCorner(rings[hole]);
-        const Point2D start = rings[hole][corner];
-        searches.byHeight.push_back({{hole, corner, noRing, 0, false, {}}, start, 0});
+        searches.push_back({{hole, corner, noRing, 0, false, {}}, rings[hole][corner], 0});
     }
-    std::stable_sort(searches.byHeight.begin(), searches.byHeight.end(),
+    std::stable_sort(searches.begin(), searches.end(),
                      [](const Search& a, const Search& b) { return a.start.x > b.start.x; });
-    searches.ranks.assign(rings.size(), 0);
-    for (std::size_t i = 0; i < searches.byHeight.size(); ++i) {
-        searches.byHeight[i].rank = i + 1;
-        searches.ranks[searches.byHeight[i].cut.hole] = i + 1;
+    for (std::size_t i = 0; i < searches.size(); ++i) {
+        searches[i].rank = i + 1;
     }
-    std::sort(searches.byHeight.begin(), searches.byHeight.end(),
-              [](const Search& a, const Search& b) { return a.start.y < b.start.y; });
+    return searches;
+}
+
+Searches searchesOf(const std::vector<Ring>& rings) {
+    std::vector<Search> all = searchesFromRight(rings);
+    Searches searches{{}, std::vector<std::size_t>(rings.size(), 0)};
+    for (const Search& search : all) {
+        searches.ranks[search.cut.hole] = search.rank;
+    }
+    std::sort(all.begin(), all.end(), [](const Search& a, const Search& b) {
+        return std::tie(a.start.y, a.start.x, a.rank) < std::tie(b.start.y, b.start.x, b.rank);
+    });
+    for (const Search& search : all) {
+        if (searches.heights.empty() || searches.heights.back().y != search.start.y) {
+            searches.heights.push_back({search.start.y, {}});
+        }
+        searches.heights.back().searches.push_back(search);
+    }
     return searches;
 }
 
@@ -60,57 +81,80 @@ void offer(Search& search, const std::vector<std::size_t>& ranks, const HoleCut&
     }
 }
 
-void offerCorner(Search& search, const std::vector<std::size_t>& ranks, std::size_t ring, std::size_t corner,
-                 Point2D position) {
-    if (position.x >= search.start.x) {
-        offer(search, ranks, {search.cut.hole, search.cut.corner, ring, corner, true, position});
-    }
-}
+/// An edge and the ring it belongs to.
+struct Edge {
+    std::size_t ring;
+    std::size_t number;
+    Point2D from;
+    Point2D to;
+};
 
-/// For an edge that begins at the height of the cut. A cut along it would have no inside.
-void offerHorizontalEdge(Search& search, const std::vector<std::size_t>& ranks, std::size_t ring, std::size_t edge,
-                         Point2D from, Point2D to) {
+/// Returns where the cut of a search ends at an edge or its first corner, or nothing if it does not. The edge does not end
+/// at the height of the search, unless it is horizontal.
+std::optional<HoleCut> cutAt(const Search& search, const Edge& edge) {
     const Point2D start = search.start;
-    if (to.y == start.y && std::min(from.x, to.x) < start.x && start.x < std::max(from.x, to.x)) {
-        offer(search, ranks, {search.cut.hole, search.cut.corner, ring, edge, false, start});
+    const auto [minX, maxX] = std::minmax(edge.from.x, edge.to.x);
+    HoleCut cut{search.cut.hole, search.cut.corner, edge.ring, edge.number, false, start};
+    if (edge.from.y == start.y) {
+        // A hole that touches a horizontal edge is joined without a cut: a cut along the edge would have no inside.
+        if (edge.to.y == start.y && minX < start.x && start.x < maxX) {
+            return cut;
+        }
+        cut.atCorner = true;
+        cut.end = edge.from;
+        return edge.from.x >= start.x ? std::optional(cut) : std::nullopt;
     }
-}
-
-/// For an edge with one end above and the other one below the height of the cut.
-void offerEdge(Search& search, const std::vector<std::size_t>& ranks, std::size_t ring, std::size_t edge, Point2D from,
-               Point2D to) {
-    const Point2D start = search.start;
-    if (std::max(from.x, to.x) < start.x) {
-        return;
+    if (maxX < start.x) {
+        return std::nullopt;
     }
     // Left of an upward edge is left of the crossing.
-    const int side = from.y < to.y ? sideOf(from, to, start) : -sideOf(from, to, start);
-    if (side < 0) {
-        return;
+    const int side = sideOf(edge.from, edge.to, start) * (edge.from.y < edge.to.y ? 1 : -1);
+    if (side > 0) {
+        // The end is where the containment test finds the edge: that test uses the crossing only between the ends of the
+        // edge. Rounding may not put it left of the start.
+        cut.end.x = std::max(start.x, std::min(maxX, vadelclip::crossingX(edge.from, edge.to, start.y)));
     }
-    // A hole that touches the edge is joined without a cut. Otherwise the end is where the containment test finds the
-    // edge: that test uses the crossing only between the ends of the edge. Rounding may not put it left of the start.
-    const double crossing = std::min(std::max(from.x, to.x), vadelclip::crossingX(from, to, start.y));
-    const double x = side == 0 ? start.x : std::max(start.x, crossing);
-    offer(search, ranks, {search.cut.hole, search.cut.corner, ring, edge, false, {x, start.y}});
+    return side >= 0 ? std::optional(cut) : std::nullopt;
 }
 
-/// Offers an edge and its first corner to each search whose cut they can end.
-void offerToAll(Searches& searches, const std::vector<Ring>& rings, std::size_t ring, std::size_t edge) {
-    const Point2D from = rings[ring][edge];
-    const Point2D to = rings[ring][(edge + 1) % rings[ring].size()];
-    const auto [low, high] = std::minmax(from.y, to.y);
-    auto search = std::lower_bound(searches.byHeight.begin(), searches.byHeight.end(), low,
-                                   [](const Search& each, double y) { return each.start.y < y; });
-    for (; search != searches.byHeight.end() && search->start.y <= high; ++search) {
-        if (search->rank <= searches.ranks[ring]) {
-            continue; // the hole itself, or one that is joined later
+/// Returns an x that is not left of the edge at this height.
+double rightOf(const Edge& edge, double y) {
+    const double maxX = std::max(edge.from.x, edge.to.x);
+    if (edge.from.y == y) {
+        return edge.to.y == y ? maxX : edge.from.x;
+    }
+    const double rounding = 0x1p-45 * std::max(std::abs(edge.from.x), std::abs(edge.to.x));
+    const double crossing = vadelclip::crossingX(edge.from, edge.to, y) + rounding;
+    return crossing < maxX ? crossing : maxX; // the crossing may have overflowed
+}
+
+/// Offers an edge to the nearest search left of it. Searches further left meet the hole of that search first. Skips
+/// those of the edge's own hole and of holes that are joined before it.
+void offerAt(Height& height, const std::vector<std::size_t>& ranks, const Edge& edge) {
+    const auto after = std::upper_bound(height.searches.begin(), height.searches.end(), rightOf(edge, height.y),
+                                        [](double x, const Search& search) { return x < search.start.x; });
+    std::optional<double> nearest;
+    for (auto search = std::make_reverse_iterator(after);
+         search != height.searches.rend() && (!nearest || *nearest == search->start.x); ++search) {
+        if (search->rank <= ranks[edge.ring]) {
+            continue;
         }
-        if (from.y == search->start.y) {
-            offerCorner(*search, searches.ranks, ring, edge, from);
-            offerHorizontalEdge(*search, searches.ranks, ring, edge, from, to);
-        } else if (to.y != search->start.y) {
-            offerEdge(*search, searches.ranks, ring, edge, from, to);
+        const std::optional<HoleCut> cut = cutAt(*search, edge);
+        if (cut) {
+            offer(*search, ranks, *cut);
+            nearest = search->start.x;
+        }
+    }
+}
+
+void offerToAll(Searches& searches, const Edge& edge) {
+    const auto [low, high] = std::minmax(edge.from.y, edge.to.y);
+    auto height = std::lower_bound(searches.heights.begin(), searches.heights.end(), low,
+                                   [](const Height& each, double y) { return each.y < y; });
+    for (; height != searches.heights.end() && height->y <= high; ++height) {
+        // The last corner belongs to the next edge.
+        if (edge.to.y != height->y || edge.from.y == edge.to.y) {
+            offerAt(*height, searches.ranks, edge);
         }
     }
 }
@@ -120,16 +164,19 @@ void offerToAll(Searches& searches, const std::vector<Ring>& rings, std::size_t 
 std::optional<std::vector<HoleCut>> findCuts(const std::vector<Ring>& rings) {
     Searches searches = searchesOf(rings);
     for (std::size_t ring = 0; ring < rings.size(); ++ring) {
-        for (std::size_t edge = 0; edge < rings[ring].size(); ++edge) {
-            offerToAll(searches, rings, ring, edge);
+        const Ring& corners = rings[ring];
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            offerToAll(searches, {ring, i, corners[i], corners[(i + 1) % corners.size()]});
         }
     }
-    std::vector<HoleCut> cuts(searches.byHeight.size());
-    for (const Search& search : searches.byHeight) {
-        if (search.cut.ring == noRing) {
-            return std::nullopt;
+    std::vector<HoleCut> cuts(rings.size() - 1);
+    for (const Height& height : searches.heights) {
+        for (const Search& search : height.searches) {
+            if (search.cut.ring == noRing) {
+                return std::nullopt;
+            }
+            cuts[search.rank - 1] = search.cut;
         }
-        cuts[search.rank - 1] = search.cut;
     }
     return cuts;
 }
