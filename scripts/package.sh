@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the Debian package and prints its path. Installs what is missing. The same commit makes the same bytes in every
+# Builds the Debian packages, the tool and the driver of GDAL, and prints their paths. Installs what is missing. The same commit makes the same bytes in every
 # directory and at every time, with the same compiler and libraries.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -18,7 +18,7 @@ unset CPPFLAGS CFLAGS CXXFLAGS LDFLAGS
 # The directories of the package have the permissions that the mask leaves.
 umask 022
 
-cmake --preset release -DVADELCLIP_TESTS=OFF >/dev/null
+cmake --preset release -DVADELCLIP_TESTS=OFF -DVADELCLIP_GDAL=ON >/dev/null
 cmake --build --preset release -- --quiet
 rm -rf build/package
 cpack --config build/release/CPackConfig.cmake -B build/package >/dev/null
