@@ -3,6 +3,7 @@
 #include <cpl_error.h>
 #include <cpl_multiproc.h>
 
+#include <array>
 #include <charconv>
 #include <cstddef>
 
@@ -15,9 +16,9 @@ constexpr std::size_t bufferSize = 65536;
 /// Appends the shortest form that reads back to the same bits.
 template <typename Number>
 void appendNumber(std::string& text, Number number) {
-    char digits[32];
-    const auto result = std::to_chars(std::begin(digits), std::end(digits), number);
-    text.append(std::begin(digits), result.ptr);
+    std::array<char, 32> digits{};
+    const auto result = std::to_chars(digits.begin(), digits.end(), number);
+    text.append(digits.begin(), result.ptr);
 }
 
 void reportUnwritable(const std::string& path) {

@@ -103,8 +103,10 @@ std::unique_ptr<GDALDriver> makeDriver() {
 } // namespace vadelclip_gdal
 
 /// Called by GDAL when it loads the plugin. Does nothing if the driver is registered already.
+// NOLINTNEXTLINE(readability-identifier-naming): GDAL looks for this name.
 extern "C" CPL_DLL void RegisterOGRVadeDGM();
 
+// NOLINTNEXTLINE(readability-identifier-naming): GDAL looks for this name.
 void RegisterOGRVadeDGM() {
     if (GDAL_CHECK_VERSION("VadeDGM") && GDALGetDriverByName("VadeDGM") == nullptr) {
         GetGDALDriverManager()->RegisterDriver(vadelclip_gdal::makeDriver().release());

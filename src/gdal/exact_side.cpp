@@ -2,20 +2,35 @@
 
 #include <boost/multiprecision/cpp_int.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace vadelclip_gdal {
 
 namespace {
 
-using Rational = boost::multiprecision::cpp_rational;
+using boost::multiprecision::cpp_int;
+
+constexpr int mantissaBits = std::numeric_limits<double>::digits;
+
+/// Every finite double is a whole multiple of the smallest positive one.
+cpp_int multipleOfSmallest(double value) {
+    constexpr int smallestExponent = std::numeric_limits<double>::min_exponent - mantissaBits;
+    int exponent = 0;
+    static_cast<void>(std::frexp(value, &exponent));
+    const int shift = std::max(0, exponent - mantissaBits - smallestExponent);
+    cpp_int multiple = static_cast<std::int64_t>(std::ldexp(value, -smallestExponent - shift));
+    multiple <<= shift;
+    return multiple;
+}
 
 int exactSideOf(Point2D from, Point2D to, Point2D point) {
-    const Rational fromX(from.x);
-    const Rational fromY(from.y);
-    const Rational left = (Rational(to.x) - fromX) * (Rational(point.y) - fromY);
-    const Rational right = (Rational(to.y) - fromY) * (Rational(point.x) - fromX);
+    const cpp_int fromX = multipleOfSmallest(from.x);
+    const cpp_int fromY = multipleOfSmallest(from.y);
+    const cpp_int left = (multipleOfSmallest(to.x) - fromX) * (multipleOfSmallest(point.y) - fromY);
+    const cpp_int right = (multipleOfSmallest(to.y) - fromY) * (multipleOfSmallest(point.x) - fromX);
     return left.compare(right);
 }
 

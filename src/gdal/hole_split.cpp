@@ -157,6 +157,7 @@ bool runsInside(const Loop& loop, const Loop& parent, bool parentIsHole, bool pa
 
 bool allRunInside(const std::vector<Loop>& loops) {
     std::vector<bool> clockwise;
+    clockwise.reserve(loops.size());
     for (const Loop& loop : loops) {
         clockwise.push_back(doubledArea(loop.corners) < 0.0);
     }

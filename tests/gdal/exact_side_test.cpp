@@ -25,6 +25,8 @@ TEST(ExactSide, worksAtTheLimitsOfDoubles) {
     EXPECT_EQ(1, sideOf({0, 0}, {1e-300, 0}, {0, 1e-300}));
     EXPECT_EQ(1, sideOf({-1e308, 0}, {1e308, 0}, {0, 5e-324}));
     EXPECT_EQ(-1, sideOf({-1e308, -1e308}, {1e308, 1e308}, {1, 0}));
+    EXPECT_EQ(0, sideOf({0, 0}, {5e-324, 1e-323}, {0x1p1000, 0x1p1001}));
+    EXPECT_EQ(-1, sideOf({-5e-324, 0}, {5e-324, 1e-323}, {5e-324, 5e-324}));
 }
 
 } // namespace vadelclip_gdal
