@@ -9,18 +9,22 @@ include(GNUInstallDirs)
 set(programDirectory lib/vadelclip)
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/vadelclip)
 
-# install_compressed(file directory name). gzip -n stores no name and no time, so the bytes are always the same.
+# install_compressed(file directory name [component]). gzip -n stores no name and no time, so the bytes are always the same.
 find_program(GZIP_EXECUTABLE gzip REQUIRED)
 function(install_compressed file directory name)
-  set(compressed ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+  set(component Unspecified)
+  if(ARGC GREATER 3)
+    set(component ${ARGV3})
+  endif()
+  set(compressed ${PROJECT_BINARY_DIR}/compressed/${component}/${name}.gz)
   add_custom_command(
     OUTPUT ${compressed}
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/compressed
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/compressed/${component}
     COMMAND ${GZIP_EXECUTABLE} -9nc ${file} > ${compressed}
     DEPENDS ${file}
     VERBATIM)
-  add_custom_target(compressed_${name} ALL DEPENDS ${compressed})
-  install(FILES ${compressed} DESTINATION ${directory})
+  add_custom_target(compressed_${component}_${name} ALL DEPENDS ${compressed})
+  install(FILES ${compressed} DESTINATION ${directory} COMPONENT ${component})
 endfunction()
 
 # The date of the man pages. It is that of SOURCE_DATE_EPOCH if scripts/package.sh has set it, otherwise today.
@@ -58,3 +62,9 @@ foreach(set merewether coast)
   install(FILES ${boundaries} DESTINATION ${documents}/examples/${set})
   install(DIRECTORY examples/${set}/nodes DESTINATION ${documents}/examples/${set})
 endforeach()
+
+# The driver is a component, and in Debian a package, of its own: the tool does not need GDAL. GDAL searches this directory
+# below /usr; GDAL_DRIVER_PATH names any other.
+if(TARGET ogr_VadeDGM)
+  install(TARGETS ogr_VadeDGM LIBRARY DESTINATION lib/${CMAKE_LIBRARY_ARCHITECTURE}/gdalplugins COMPONENT gdal)
+endif()

@@ -32,7 +32,7 @@ run() {
   local name=$1 corpus=build/fuzz/corpus/$1 log=build/fuzz/$1.log options=() seeds tried
   [ -f "fuzz/dictionaries/$name.dict" ] && options+=("-dict=fuzz/dictionaries/$name.dict")
   mkdir -p "$corpus" build/fuzz/findings
-  seeds=$(find "$corpus" "fuzz/corpus/$name" -type f | wc -l)
+  seeds=$(find -H "$corpus" "fuzz/corpus/$name" -type f | wc -l)
   if ! "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
     -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
     tail -n 60 "$log"

@@ -11,8 +11,9 @@ set -euo pipefail
 
 build=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev libpango1.0-dev libutfcpp-dev pkgconf)
-test=(libgtest-dev libgmock-dev locales python3 python3-jsonschema clang-14 llvm-14 libclang-rt-14-dev bash-completion man-db)
-package=(binutils dpkg-dev file gzip)
+test=(libgtest-dev libgmock-dev locales python3 python3-jsonschema clang-14 llvm-14 libclang-rt-14-dev bash-completion man-db
+  libgdal-dev gdal-bin python3-gdal)
+package=(binutils dpkg-dev file gzip libgdal-dev)
 check=("${test[@]}" "${package[@]}" libbenchmark-dev libgeos++-dev clang-format clang-tidy cppcheck shellcheck valgrind
   lintian piuparts)
 bench=(libbenchmark-dev libgeos++-dev gmt python3 python3-pandas python3-shapely time)

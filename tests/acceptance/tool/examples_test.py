@@ -64,6 +64,7 @@ def addTest(exampleSet, boundaryFile):
 
 
 for pair in (("merewether", "buildings.xml"), ("merewether", "road.xml"), ("merewether", "study-area.xml"),
+             ("merewether", "ground.xml"),
              ("coast", "islands.xml"), ("coast", "australia.xml")):
     addTest(*pair)
 

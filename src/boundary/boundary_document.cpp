@@ -1,0 +1,187 @@
+#include "boundary/boundary_document.hpp"
+
+#include "messages/translation.hpp"
+#include "text/number_text.hpp"
+
+#include <pugixml.hpp>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+#include <algorithm>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+namespace vadelclip {
+
+namespace {
+
+constexpr std::string_view boundariesType = "boundaries";
+
+bool extractInteger(const char* text, std::int32_t& number) {
+    std::istringstream stream{std::string(text)};
+    stream >> number;
+    return !stream.fail();
+}
+
+std::string readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
+    const pugi::xml_attribute attribute = polygonNode.attribute("id");
+    if (attribute.empty() || !extractInteger(attribute.value(), id)) {
+        // The placeholder is always the number 0, not the type of the group; kept on purpose.
+        return formatMessage("Cannot find the id of a polygon in a group of type {0}", std::int32_t{0});
+    }
+    return {};
+}
+
+void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y) {
+    BoundaryVertex vertex;
+    vertex.x = x;
+    vertex.y = y;
+    set.vertices.push_back(vertex);
+    polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
+}
+
+/// Returns freed memory to the system. The C library does not do this by itself for memory in the middle of its heap.
+void releaseFreedMemory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
+/// Removes each child after reading it: the document and the vertices are never both complete in memory.
+std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_node polygonNode, std::int32_t id) {
+    std::int32_t pointCounter = 0;
+    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = polygonNode.first_child()) {
+        if (std::string_view(node.name()) == "point") {
+            double x = 0.0;
+            double y = 0.0;
+            if (!readNumericAttribute(node, "x", x) || !readNumericAttribute(node, "y", y)) {
+                return formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id);
+            }
+            if (set.vertices.size() == set.vertices.capacity()) {
+                releaseFreedMemory(); // before the table grows
+            }
+            appendVertex(set, polygon, x, y);
+            ++pointCounter;
+        }
+        polygonNode.remove_child(node);
+    }
+    return {};
+}
+
+/// Checks the id before any point, also in a polygon without points.
+std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode) {
+    BoundaryPolygon polygon;
+    std::int32_t id = 0;
+    std::string error = readPolygonId(polygonNode, id);
+    if (error.empty()) {
+        error = readPoints(group.set, polygon, polygonNode, id);
+    }
+    if (error.empty()) {
+        computeBoundingBox(polygon, group.set.vertices);
+        group.set.polygons.push_back(std::move(polygon));
+        group.polygonIds.push_back(id);
+    }
+    return error;
+}
+
+/// Removes each child after reading it.
+std::string readPolygons(BoundaryGroup& group, pugi::xml_node groupNode) {
+    for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = groupNode.first_child()) {
+        if (std::string_view(node.name()) == "polygon") {
+            std::string error = readPolygon(group, node);
+            if (!error.empty()) {
+                return error;
+            }
+        }
+        groupNode.remove_child(node);
+    }
+    return {};
+}
+
+std::string_view typeOf(const pugi::xml_node& groupNode) {
+    return groupNode.attribute("type").value();
+}
+
+pugi::xml_node modelOf(const pugi::xml_document& document) {
+    return document.child("VADELSIM").child("VadeDGM");
+}
+
+/// Returns the group of this type, a new one if there is none yet.
+BoundaryGroup& groupOf(std::vector<BoundaryGroup>& groups, std::string_view type) {
+    const auto found =
+        std::find_if(groups.begin(), groups.end(), [type](const BoundaryGroup& group) { return group.type == type; });
+    if (found != groups.end()) {
+        return *found;
+    }
+    groups.emplace_back().type = type;
+    return groups.back();
+}
+
+void readOtherGroups(std::vector<BoundaryGroup>& groups, const pugi::xml_node& model) {
+    for (const pugi::xml_node& groupNode : model.children("group")) {
+        if (typeOf(groupNode) == boundariesType) {
+            continue;
+        }
+        BoundaryGroup& group = groupOf(groups, typeOf(groupNode));
+        if (group.error.empty()) {
+            group.error = readPolygons(group, groupNode);
+        }
+    }
+}
+
+} // namespace
+
+const unsigned int boundaryParseOptions = pugi::parse_pi | pugi::parse_ws_pcdata;
+
+bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName, double& value) {
+    const pugi::xml_attribute attribute = node.attribute(attributeName);
+    if (attribute.empty()) {
+        return false;
+    }
+    // A number may end its text here, but not in a node line. Both rules are on purpose: see docs/file-formats.md.
+    const NumberReading reading = readNumber(attribute.value());
+    value = reading.value;
+    return !reading.failed;
+}
+
+std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& document,
+                           const pugi::xml_parse_result& result, const std::string& boundaryFilePath) {
+    group.type = boundariesType;
+    if (result.status != pugi::status_ok) {
+        return formatMessage("Boundary file {0} not found", boundaryFilePath);
+    }
+    const pugi::xml_node model = modelOf(document);
+    if (model.empty()) {
+        return formatMessage("Could not find the VadeDGM tag in the boundary file {0}", boundaryFilePath);
+    }
+    for (const pugi::xml_node& groupNode : model.children("group")) {
+        // Groups of another type or without a type are skipped silently.
+        if (typeOf(groupNode) == boundariesType) {
+            std::string error = readPolygons(group, groupNode);
+            if (!error.empty()) {
+                return error;
+            }
+        }
+    }
+    return {};
+}
+
+std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string& content,
+                             const std::string& boundaryFilePath) {
+    // pugixml ends the content of a file with zero bytes, as many as its encoding has in a character. With a zero byte
+    // at the end it decides about zero bytes in tags as in a file.
+    content.append(4, '\0');
+    pugi::xml_document document;
+    const pugi::xml_parse_result result =
+        document.load_buffer_inplace(content.data(), content.size(), boundaryParseOptions, pugi::encoding_auto);
+    groups.emplace_back();
+    std::string error = readBoundaries(groups.front(), document, result, boundaryFilePath);
+    if (error.empty()) {
+        readOtherGroups(groups, modelOf(document));
+    }
+    return error;
+}
+
+} // namespace vadelclip
