@@ -1,5 +1,6 @@
 #include "watch/watch_options.hpp"
 
+#include "messages/companion_messages.hpp"
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture.hpp"
@@ -9,7 +10,6 @@
 #include <CLI/CLI.hpp>
 #include <boost/filesystem/path.hpp>
 
-#include <algorithm>
 #include <sstream>
 
 namespace vadelwatch {
@@ -135,11 +135,7 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
 }
 
 std::optional<std::string> toolLanguage(const WatchOptions& options) {
-    std::optional<std::string> language = options.language;
-    if (language && language->find('@') == std::string::npos) {
-        language->resize(std::min(language->find('.'), language->size()));
-    }
-    return language;
+    return vadelclip::toolLanguage(options.language);
 }
 
 std::vector<std::string> toolArguments(const WatchOptions& options) {

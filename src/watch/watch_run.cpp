@@ -1,5 +1,6 @@
 #include "watch/watch_run.hpp"
 
+#include "process/child_process.hpp"
 #include "watch/check/boundary_facts.hpp"
 #include "watch/check/input_report.hpp"
 #include "watch/check/output_check.hpp"
@@ -93,7 +94,7 @@ bool prepareFiles(WatchContext& watch) {
 
 /// @return false after a report, if the tool cannot be started.
 bool startTool(WatchContext& watch, ToolProcess& tool) {
-    const std::string program = toolPathBesideExecutable();
+    const std::string program = vadelclip::toolPathBesideExecutable();
     if (program.empty()) {
         watch.failure = translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read");
         watch.errors.keep(watch.failure + "\n");
