@@ -25,8 +25,8 @@ endfunction()
 function(keep_acceptance_tests_of_platform list)
   set(files ${${list}})
   if(WIN32)
-    # Vadelwatch is not built for Windows.
-    list(FILTER files EXCLUDE REGEX "/watch/")
+    # The companions are not built for Windows.
+    list(FILTER files EXCLUDE REGEX "/(watch|shard)/")
     foreach(line IN LISTS leftOutLines)
       if(line MATCHES "^acceptance +([^ .]+) ")
         list(REMOVE_ITEM files ${CMAKE_CURRENT_SOURCE_DIR}/${CMAKE_MATCH_1}.py)

@@ -76,7 +76,7 @@ std::vector<Part> allParts(const WorkDirectory& work, const Job& job) {
         }
     }
     if (!missing.empty()) {
-        throw Failure(formatMessage("Shards that are missing: {0} of {1}: {2}", std::to_string(missing.size()),
+        throw Failure(formatMessage("{0} of {1} shards are missing: {2}", std::to_string(missing.size()),
                                     std::to_string(job.shards), arrayExpression(missing)));
     }
     std::sort(parts.begin(), parts.end());
@@ -178,14 +178,8 @@ void printFigures(const WorkDirectory& work) {
     }
 }
 
-} // namespace
-
-int mergeShards(const std::string& workDirectory) {
-    const WorkDirectory work = workDirectoryAt(workDirectory);
-    if (!exists(work.path) && work.isMergedAndRemoved()) {
-        return finishedStatus;
-    }
-    const WorkLock lock(work.path, false);
+/// Merges under the lock of the work directory. Goes on where an earlier merge was killed.
+int mergeLocked(const WorkDirectory& work, const WorkLock& lock) {
     if (work.isMergedAndRemoved()) {
         lock.removeEmptyDirectory();
         return finishedStatus;
@@ -210,6 +204,22 @@ int mergeShards(const std::string& workDirectory) {
     printFigures(work);
     removeWorkDirectory(work, lock);
     return finishedStatus;
+}
+
+} // namespace
+
+int mergeShards(const std::string& workDirectory) {
+    const WorkDirectory work = workDirectoryAt(workDirectory);
+    try {
+        const WorkLock lock(work.path, false);
+        return mergeLocked(work, lock);
+    } catch (const Failure&) {
+        // Another merge may have removed the work directory.
+        if (exists(work.path) || !work.isMergedAndRemoved()) {
+            throw;
+        }
+        return finishedStatus;
+    }
 }
 
 } // namespace vadelshard

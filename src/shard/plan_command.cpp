@@ -54,8 +54,9 @@ bool isDirectory(const std::string& path) {
 /// Returns true if the tool would stop before it reads the boundary file or a node file.
 bool toolWouldRefuse(const JobPaths& paths) {
     struct stat boundary {};
-    return !isDirectory(paths.parent) || !isDirectory(paths.input) || exists(paths.output) ||
-           stat(paths.boundary.c_str(), &boundary) != 0 || S_ISDIR(boundary.st_mode) || !isReadable(paths.boundary);
+    return !isDirectory(paths.parent) || !isDirectory(fs::path(paths.output).parent_path().string()) ||
+           !isDirectory(paths.input) || exists(paths.output) || stat(paths.boundary.c_str(), &boundary) != 0 ||
+           S_ISDIR(boundary.st_mode) || !isReadable(paths.boundary);
 }
 
 /// Copies the boundary file and lets the tool read the copy in a job without node files.
@@ -91,11 +92,37 @@ void reportUnreadable(const InputScan& scan) {
     }
 }
 
+/// The directory of a plan until it is published. If the plan fails, nothing of the work directory is left.
+class UnpublishedPlan {
+public:
+    UnpublishedPlan(const WorkDirectory& workDirectory, const WorkLock& workLock)
+        : work(workDirectory), lock(workLock), directory(workDirectory.plan() + ".new") {
+        removeAll(directory); // left by a process that was killed
+        makeDirectory(directory);
+    }
+    UnpublishedPlan(const UnpublishedPlan&) = delete;
+    UnpublishedPlan& operator=(const UnpublishedPlan&) = delete;
+    ~UnpublishedPlan() {
+        if (!exists(work.plan())) {
+            std::error_code ignored;
+            for (const std::string& path : {directory, work.attempts(), work.done()}) {
+                fs::remove_all(path, ignored);
+            }
+            lock.removeEmptyDirectory();
+        }
+    }
+
+    const std::string& path() const { return directory; }
+
+private:
+    const WorkDirectory& work;
+    const WorkLock& lock;
+    std::string directory;
+};
+
 /// @return false if the tool refuses the job. Nothing is published then.
-bool makePlan(const PlanOptions& options, const JobPaths& paths, const WorkDirectory& work) {
-    const std::string unpublished = work.plan() + ".new";
-    removeAll(unpublished);
-    makeDirectory(unpublished);
+bool makePlan(const PlanOptions& options, const JobPaths& paths, const WorkDirectory& work,
+              const std::string& unpublished) {
     InputScan scan;
     try {
         scan = scanInput(paths.input);
@@ -133,6 +160,22 @@ bool isSamePlan(const PlanOptions& options, const JobPaths& paths, const WorkDir
            job.part == options.part && readWholeFile(paths.boundary) == readWholeFile(work.boundary());
 }
 
+/// Makes the plan, unless an earlier command has made it.
+///
+/// @return false if the tool refuses the job.
+bool planLocked(const PlanOptions& options, const JobPaths& paths, const WorkDirectory& work) {
+    const WorkLock lock(work.path, true);
+    if (!exists(work.plan())) {
+        const UnpublishedPlan unpublished(work, lock);
+        return makePlan(options, paths, work, unpublished.path());
+    }
+    if (!isSamePlan(options, paths, work)) {
+        throw Failure(formatMessage("{0} is the work directory of a job with other arguments. Remove it to start anew.",
+                                    work.path));
+    }
+    return true;
+}
+
 /// Prints the number of shards for scripts.
 int printShards(const WorkDirectory& work) {
     std::cout << readJob(work).shards << '\n';
@@ -155,23 +198,7 @@ int planJob(const PlanOptions& options) {
     if (toolWouldRefuse(paths)) {
         return letToolRefuse(options);
     }
-    if (!isDirectory(fs::path(work.path).parent_path().string())) {
-        return letToolRefuse(options);
-    }
-    const WorkLock lock(work.path, true);
-    if (exists(work.plan())) {
-        if (!isSamePlan(options, paths, work)) {
-            throw Failure(formatMessage(
-                "{0} is the work directory of a job with other arguments. Remove it to start anew.", work.path));
-        }
-        return printShards(work);
-    }
-    if (!makePlan(options, paths, work)) {
-        removeAll(work.plan() + ".new");
-        lock.removeEmptyDirectory();
-        return letToolRefuse(options);
-    }
-    return printShards(work);
+    return planLocked(options, paths, work) ? printShards(work) : letToolRefuse(options);
 }
 
 } // namespace vadelshard

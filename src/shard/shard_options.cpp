@@ -48,7 +48,9 @@ void addPlan(CLI::App& app, ShardOptions& options) {
 
 void addOthers(CLI::App& app, ShardOptions& options) {
     CLI::App* const clip = addCommand(app, options, Command::clip, "clip", "Clip one shard, unless that is done");
-    clip->add_option("index", options.index, "Number of the shard, from 0")->required();
+    clip->add_option("index", options.index, "Number of the shard, from 0")
+        ->required()
+        ->check(CLI::Range(std::uint64_t{0}, largestShardCount));
     clip->add_flag("--direct", options.direct,
                    "Read whole files where they are; for a local disk. By default copies are read and checked");
     addCommand(app, options, Command::merge, "merge", "Make the output directory, remove the work directory");
