@@ -18,7 +18,7 @@ namespace vadelshard {
 
 namespace {
 
-constexpr std::size_t blockSize = 262144;
+constexpr std::size_t blockSize = 65536;
 constexpr mode_t filePermissions = 0666;      // less the mask of the process
 constexpr mode_t directoryPermissions = 0777; // less the mask of the process
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
@@ -65,11 +65,11 @@ FileState OpenFile::state() const {
     return S_ISREG(status.st_mode) ? stateOf(status) : FileState{};
 }
 
-std::string OpenFile::read(std::uint64_t position, std::size_t size) const {
-    std::string bytes(size, '\0');
+/// @return the number of bytes, fewer than `size` only at the end of the file.
+std::size_t OpenFile::readInto(char* bytes, std::uint64_t position, std::size_t size) const {
     std::size_t got = 0;
     while (got < size) {
-        const ssize_t count = pread(descriptor, bytes.data() + got, size - got, static_cast<off_t>(position + got));
+        const ssize_t count = pread(descriptor, bytes + got, size - got, static_cast<off_t>(position + got));
         if (count == -1 && errno != EINTR) {
             throw fileFailure(path, errno);
         }
@@ -78,8 +78,28 @@ std::string OpenFile::read(std::uint64_t position, std::size_t size) const {
         }
         got += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
-    bytes.resize(got);
+    return got;
+}
+
+std::string OpenFile::read(std::uint64_t position, std::size_t size) const {
+    std::string bytes(size, '\0');
+    bytes.resize(readInto(bytes.data(), position, size));
     return bytes;
+}
+
+void OpenFile::readBlocks(std::uint64_t begin, std::uint64_t end,
+                          const std::function<void(std::string_view block)>& consume) const {
+    std::vector<char> block(static_cast<std::size_t>(std::min<std::uint64_t>(end - begin, blockSize)));
+    while (begin < end) {
+        failIfInterrupted();
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - begin, blockSize));
+        const std::size_t got = readInto(block.data(), begin, wanted);
+        if (got < wanted) {
+            throw Failure(formatMessage("{0} has become shorter while it was read.", path));
+        }
+        consume({block.data(), got});
+        begin += got;
+    }
 }
 
 void OpenFile::append(std::string_view bytes) {
@@ -93,16 +113,7 @@ void OpenFile::append(std::string_view bytes) {
 }
 
 void OpenFile::append(const OpenFile& source, std::uint64_t begin, std::uint64_t end) {
-    while (begin < end) {
-        failIfInterrupted();
-        const std::string block =
-            source.read(begin, static_cast<std::size_t>(std::min<std::uint64_t>(end - begin, blockSize)));
-        if (block.empty()) {
-            throw Failure(formatMessage("{0} has become shorter while it was read.", source.path));
-        }
-        append(block);
-        begin += block.size();
-    }
+    source.readBlocks(begin, end, [this](std::string_view block) { append(block); });
 }
 
 void OpenFile::close() {

@@ -2,7 +2,9 @@
 /// Files whose every error is a `Failure`: nothing is lost silently between a node file and the merged output.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -38,6 +40,10 @@ public:
     /// Returns up to `size` bytes from a position, fewer only at the end of the file.
     std::string read(std::uint64_t position, std::size_t size) const;
 
+    /// Calls `consume` with the bytes from `begin` to `end`, block by block. Fails if the file ends before.
+    void readBlocks(std::uint64_t begin, std::uint64_t end,
+                    const std::function<void(std::string_view block)>& consume) const;
+
     void append(std::string_view bytes);
 
     /// Appends the bytes from `begin` to `end` of another file. Fails if it ends before.
@@ -49,6 +55,8 @@ public:
     int number() const { return descriptor; }
 
 private:
+    std::size_t readInto(char* bytes, std::uint64_t position, std::size_t size) const;
+
     OpenFile(const std::string& filePath, int openDescriptor) : path(filePath), descriptor(openDescriptor) {}
 
     std::string path;

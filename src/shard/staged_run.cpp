@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <optional>
 #include <sstream>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -19,8 +20,6 @@ namespace {
 /// The suffix of every staged file. The tool treats all suffixes alike.
 constexpr const char* stagedSuffix = ".xyz";
 
-constexpr std::size_t countedBytes = 262144;
-
 void requireState(const std::string& path, const FileState& found, const FileState& planned) {
     if (found != planned) {
         throw Failure(formatMessage("{0} has changed since the plan was made.", path));
@@ -30,13 +29,11 @@ void requireState(const std::string& path, const FileState& found, const FileSta
 /// Returns the number of line feeds. An output whose last line is cut off is a `Failure`.
 std::uint64_t countLines(const OpenFile& file, const std::string& path) {
     std::uint64_t lineFeeds = 0;
-    std::uint64_t position = 0;
     char last = '\n';
-    for (std::string block = file.read(0, countedBytes); !block.empty(); block = file.read(position, countedBytes)) {
+    file.readBlocks(0, file.state().size, [&lineFeeds, &last](std::string_view block) {
         lineFeeds += vadelclip::countLineFeeds(block.data(), block.size());
-        position += block.size();
         last = block.back();
-    }
+    });
     if (last != '\n') {
         throw Failure(formatMessage("The last line of {0} is cut off. Is the disk full?", path));
     }
