@@ -22,7 +22,8 @@ a larger process: it asks nothing, is silent on success, and can report every
 step to the process that controls it.
 .
 Vadelwatch, in the same package, starts it for people: with progress, a
-summary, a check of the output and a map of the result.")
+summary, a check of the output and a map of the result. Vadelshard splits a
+job into shards for many cores or machines.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_THREADS 1)
@@ -32,7 +33,9 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS bash-completion)
+# The engines of Vadelshard.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS parallel)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, slurm-client")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 include(CPack)

@@ -4,9 +4,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 namespace vadelshard {
 
@@ -87,16 +89,10 @@ std::string WorkDirectory::output() const {
 }
 
 bool WorkDirectory::isMergedAndRemoved() const {
-    if (!exists(output() + "/total_node_count.txt")) {
-        return false;
-    }
     std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
-        if (entry.path().filename() != "lock") {
-            return false;
-        }
-    }
-    return true;
+    return exists(output() + "/total_node_count.txt") &&
+           std::all_of(std::filesystem::directory_iterator(path, error), std::filesystem::directory_iterator(),
+                       [](const auto& entry) { return entry.path().filename() == "lock"; });
 }
 
 WorkDirectory workDirectoryAt(std::string path) {

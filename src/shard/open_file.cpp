@@ -170,8 +170,15 @@ void makeDirectory(const std::string& path) {
 }
 
 void removeAll(const std::string& path) {
+    // A slower attempt may add files in the meantime.
+    constexpr int attempts = 100;
     std::error_code error;
-    std::filesystem::remove_all(path, error);
+    for (int i = 0; i < attempts; ++i) {
+        std::filesystem::remove_all(path, error);
+        if (error != std::errc::directory_not_empty) {
+            break;
+        }
+    }
     if (error) {
         throw fileFailure(path, error.value());
     }

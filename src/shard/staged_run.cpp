@@ -110,8 +110,9 @@ std::string StagedRun::outputOf(const StagedUnit& unit) const {
 
 void StagedRun::checkRun(int status) const {
     if (status != 0) {
-        throw Failure(formatMessage("Vadelclip ended with exit status {0}: {1}", std::to_string(status),
-                                    readWholeFile(scratch + "/console.txt")));
+        std::string console = readWholeFile(scratch + "/console.txt");
+        std::replace(console.begin(), console.end(), '\n', ' ');
+        throw Failure(formatMessage("Vadelclip ended with exit status {0}: {1}", std::to_string(status), console));
     }
     const std::size_t passes = countPasses(scratch + "/messages.jsonl");
     if (passes != staged.size()) {

@@ -89,7 +89,7 @@ class Installation(unittest.TestCase):
         os.rename(self.prefix, plain)  # the pages name a path without a space
         settings = {**os.environ, "PATH": os.path.join(plain, "bin") + os.pathsep + os.environ["PATH"],
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
-        for name in ("Vadelclip", "Vadelwatch"):
+        for name in ("Vadelclip", "Vadelwatch", "Vadelshard"):
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
             self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
             self.assertRegex(page.splitlines()[1],
