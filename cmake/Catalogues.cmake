@@ -4,7 +4,7 @@ find_program(MSGFMT_EXECUTABLE msgfmt REQUIRED)
 
 function(add_catalogue language)
   set(directory ${PROJECT_BINARY_DIR}/locale/${language}/LC_MESSAGES)
-  foreach(domain IN ITEMS VD2D vadelwatch)
+  foreach(domain IN ITEMS VD2D vadelwatch vadelshard)
     set(source ${PROJECT_SOURCE_DIR}/locale/${language}/${domain}.po)
     add_custom_command(
       OUTPUT ${directory}/${domain}.mo
@@ -13,11 +13,14 @@ function(add_catalogue language)
       DEPENDS ${source}
       COMMENT "Compiling the message catalogue ${domain} of language ${language}")
   endforeach()
-  add_custom_target(catalogue_${language} ALL DEPENDS ${directory}/VD2D.mo ${directory}/vadelwatch.mo)
+  add_custom_target(catalogue_${language} ALL 
+    DEPENDS ${directory}/VD2D.mo ${directory}/vadelwatch.mo ${directory}/vadelshard.mo)
   # A build of one target has the catalogues too.
   add_dependencies(Vadelclip catalogue_${language})
-  if(TARGET Vadelwatch)
-    add_dependencies(Vadelwatch catalogue_${language})
-  endif()
+  foreach(companion IN ITEMS Vadelwatch Vadelshard)
+    if(TARGET ${companion})
+      add_dependencies(${companion} catalogue_${language})
+    endif()
+  endforeach()
   set_property(GLOBAL APPEND PROPERTY VADELCLIP_CATALOGUES ${language})
 endfunction()

@@ -1,8 +1,8 @@
 # Places of an installation:
 #
-#     lib/vadelclip/      Vadelclip, Vadelwatch and locale/. They stay together: both executables look for their catalogues,
-#                         and Vadelwatch for Vadelclip, in the directory of their real path.
-#     bin/                relative links to the two executables
+#     lib/vadelclip/      Vadelclip, its companions and locale/. They stay together: the executables look for their
+#                         catalogues, and the companions for Vadelclip, in the directory of their real path.
+#     bin/                relative links to the executables
 #     share/              man pages, completion, documents, examples
 include(GNUInstallDirs)
 
@@ -30,7 +30,7 @@ endfunction()
 # The date of the man pages. It is that of SOURCE_DATE_EPOCH if scripts/package.sh has set it, otherwise today.
 string(TIMESTAMP MANUAL_DATE %Y-%m-%d UTC)
 
-foreach(name Vadelclip Vadelwatch)
+foreach(name Vadelclip Vadelwatch Vadelshard)
   install(TARGETS ${name} RUNTIME DESTINATION ${programDirectory})
   file(RELATIVE_PATH target /${CMAKE_INSTALL_BINDIR} /${programDirectory}/${name})
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
@@ -46,8 +46,9 @@ endforeach()
 get_property(catalogues GLOBAL PROPERTY VADELCLIP_CATALOGUES)
 foreach(language IN LISTS catalogues)
   set(directory locale/${language}/LC_MESSAGES)
-  install(FILES ${PROJECT_BINARY_DIR}/${directory}/VD2D.mo ${PROJECT_BINARY_DIR}/${directory}/vadelwatch.mo
-    DESTINATION ${programDirectory}/${directory})
+  foreach(domain VD2D vadelwatch vadelshard)
+    install(FILES ${PROJECT_BINARY_DIR}/${directory}/${domain}.mo DESTINATION ${programDirectory}/${directory})
+  endforeach()
 endforeach()
 
 # Documents keep their places in the source tree, so that the links between them work.

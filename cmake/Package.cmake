@@ -31,8 +31,10 @@ a larger process: it asks nothing, is silent on success, and can report every
 step to the process that controls it.
 .
 Vadelwatch, in the same package, starts it for people: with progress, a
-summary, a check of the output and a map of the result.")
-set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_SUGGESTS "bash-completion, vadelclip-gdal")
+summary, a check of the output and a map of the result. Vadelshard splits a
+job into shards for many cores or machines.")
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_RECOMMENDS parallel)
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_SUGGESTS "bash-completion, slurm-client, vadelclip-gdal")
 set(CPACK_DEBIAN_GDAL_PACKAGE_NAME vadelclip-gdal)
 set(CPACK_DEBIAN_GDAL_PACKAGE_SUGGESTS "gdal-bin, qgis, vadelclip")
 set(CPACK_DEBIAN_GDAL_DESCRIPTION

@@ -14,7 +14,7 @@ cd build/coverage
 llvm-profdata-14 merge profiles/*.profraw -o profile
 
 options=(-instr-profile=profile -ignore-filename-regex=/tests/ Vadelclip)
-for program in Vadelwatch watch_tests tests/{Vadelclip_recording,unit_tests,processmessage_tests}; do
+for program in Vadelwatch watch_tests Vadelshard tests/{Vadelclip_recording,shard_tests,unit_tests,processmessage_tests}; do
   options+=(-object "$program")
 done
 llvm-cov-14 show -format=html -output-dir=report -show-branches=count "${options[@]}"

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Writes the lists of all message ids from the sources: locale/VD2D.pot for Vadelclip, locale/vadelwatch.pot for
-# Vadelwatch, whose sources are in src/watch.
+# Vadelwatch, whose sources are in src/watch, locale/vadelshard.pot for Vadelshard in src/shard.
 #
 # A message id is the literal argument of translateMessage or formatMessage. The template names the file of each id but
 # no line, date or path of this machine, so it changes only when an id does.
@@ -40,5 +40,6 @@ HEADER
     mv "$place/$1.pot.new" "$place/$1.pot"
 }
 
-find src -name watch -prune -o -name '*.[ch]pp' -print | write_template VD2D Vadelclip
+find src \( -name watch -o -name shard \) -prune -o -name '*.[ch]pp' -print | write_template VD2D Vadelclip
 find src/watch -name '*.[ch]pp' | write_template vadelwatch Vadelwatch
+find src/shard -name '*.[ch]pp' | write_template vadelshard Vadelshard

@@ -30,8 +30,9 @@ endfunction()
 function(keep_acceptance_tests_of_platform list)
   set(files ${${list}})
   if(CMAKE_CROSSCOMPILING)
-    # Vadelwatch is not built for Windows. On ARM64 it cannot start the tool, because QEMU starts only the first program.
-    list(FILTER files EXCLUDE REGEX "/watch/")
+    # The companions are not built for Windows. On ARM64 they cannot start the tool, because QEMU starts only the first
+    # program.
+    list(FILTER files EXCLUDE REGEX "/(watch|shard)/")
   endif()
   if(NOT WIN32)
     list(FILTER files EXCLUDE REGEX "_win32_test\\.py$")

@@ -1,5 +1,6 @@
 #include "watch/watch_options.hpp"
 
+#include "messages/companion_messages.hpp"
 #include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture_file.hpp"
@@ -11,7 +12,6 @@
 #include <boost/algorithm/string/trim.hpp>
 #include <boost/filesystem/path.hpp>
 
-#include <algorithm>
 #include <sstream>
 
 namespace vadelwatch {
@@ -185,11 +185,7 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
 }
 
 std::optional<std::string> toolLanguage(const WatchOptions& options) {
-    std::optional<std::string> language = options.language;
-    if (language && language->find('@') == std::string::npos) {
-        language->resize(std::min(language->find('.'), language->size()));
-    }
-    return language;
+    return vadelclip::toolLanguage(options.language);
 }
 
 std::vector<std::string> toolArguments(const WatchOptions& options) {

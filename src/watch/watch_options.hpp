@@ -42,8 +42,7 @@ std::optional<std::string> wantedLanguage(int argc, const char* const* argv);
 /// Reads the arguments after the program name. Options may be anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
 
-/// Returns the value of the tool's "-lang=": the language without a character set, because "de_DE.UTF-8", as in $LANG,
-/// ends the tool abnormally. A value with a modifier ("@euro") is unchanged.
+/// Returns the value of the tool's "-lang=": see `vadelclip::toolLanguage`.
 std::optional<std::string> toolLanguage(const WatchOptions& options);
 
 /// Returns the arguments of the tool: three positional ones first, then the options.

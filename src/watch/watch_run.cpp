@@ -1,5 +1,6 @@
 #include "watch/watch_run.hpp"
 
+#include "process/child_process.hpp"
 #include "watch/check/input_report.hpp"
 #include "watch/check/outlines.hpp"
 #include "watch/check/output_check.hpp"
@@ -70,7 +71,7 @@ bool prepareFiles(WatchContext& watch) {
 ///
 /// @return why it could not be started, empty on success.
 std::string startTool(const WatchContext& watch, ToolProcess& tool) {
-    const std::string program = toolPathBesideExecutable();
+    const std::string program = vadelclip::toolPathBesideExecutable();
     if (program.empty()) {
         return translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read");
     }

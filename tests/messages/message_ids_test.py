@@ -10,11 +10,11 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 LOCALE = ROOT / "locale"
-DOMAINS = ("VD2D", "vadelwatch")
+DOMAINS = ("VD2D", "vadelwatch", "vadelshard")
 
 # The definitions of translateMessage and formatMessage, the only places where an id is a variable.
 DEFINITIONS = [ROOT / "src" / name for name in ("messages/translation.hpp", "messages/translation.cpp",
-                                                "watch/show/messages.hpp")]
+                                                "watch/show/messages.hpp", "shard/messages.hpp")]
 
 
 def output(*command, **settings):

@@ -1,6 +1,6 @@
 #include "watch/run/tool_process.hpp"
 
-#include "messages/executable_path.hpp"
+#include "process/child_process.hpp"
 
 #include <array>
 #include <cerrno>
@@ -8,7 +8,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -19,19 +18,10 @@ namespace {
 
 constexpr int channelNumber = 3;
 
-/// Above the numbers of the child's descriptors.
-constexpr int lowestPrivateDescriptor = 10;
-
 struct Pipe {
     int reading = -1;
     int writing = -1;
 };
-
-int movedUp(int descriptor) {
-    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, lowestPrivateDescriptor);
-    close(descriptor);
-    return moved;
-}
 
 /// Both ends are closed on exec.
 Pipe makePipe() {
@@ -39,30 +29,7 @@ Pipe makePipe() {
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return {};
     }
-    return {movedUp(ends[0]), movedUp(ends[1])};
-}
-
-/// Becomes the tool. Runs in the child, which has only the thread that called `fork`: every call is async-signal-safe.
-[[noreturn]] void becomeTool(char* const* words, const Pipe& channel, const Pipe& console, const Pipe& failure,
-                             pid_t parent) {
-    // The signal is sent when the parent's thread that called `fork` ends: its main thread. It cannot be ignored.
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent) {
-        _exit(1); // The parent ended before that call.
-    }
-    dup2(channel.writing, channelNumber);
-    dup2(console.writing, STDOUT_FILENO);
-    dup2(console.writing, STDERR_FILENO);
-    // No signal is blocked in the tool, and SIGPIPE has its default action again.
-    static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    execv(words[0], words);
-    const int error = errno;
-    const ssize_t written = write(failure.writing, &error, sizeof error);
-    static_cast<void>(written);
-    _exit(1);
+    return {vadelclip::movedUp(ends[0]), vadelclip::movedUp(ends[1])};
 }
 
 } // namespace
@@ -77,41 +44,23 @@ ToolProcess::~ToolProcess() {
     }
 }
 
-// Not `posix_spawn`, which cannot ask for a signal at the end of the parent.
 int ToolProcess::start(const std::string& program, const std::vector<std::string>& arguments) {
     const Pipe channelPipe = makePipe();
     const Pipe consolePipe = makePipe();
-    const Pipe failurePipe = makePipe();
     channelDescriptor = channelPipe.reading;
     consoleDescriptor = consolePipe.reading;
     int error = EMFILE;
-    if (channelPipe.writing != -1 && consolePipe.writing != -1 && failurePipe.writing != -1) {
+    if (channelPipe.writing != -1 && consolePipe.writing != -1) {
         fcntl(channelDescriptor, F_SETFL, O_RDONLY | O_NONBLOCK);
         fcntl(consoleDescriptor, F_SETFL, O_RDONLY | O_NONBLOCK);
-        std::vector<std::string> words{program};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<char*> pointers;
-        pointers.reserve(words.size() + 1);
-        for (std::string& word : words) {
-            pointers.push_back(word.data());
-        }
-        pointers.push_back(nullptr);
-        const pid_t parent = getpid();
-        pid = fork();
-        error = pid == -1 ? errno : 0;
-        if (pid == 0) {
-            becomeTool(pointers.data(), channelPipe, consolePipe, failurePipe, parent);
-        }
+        error = vadelclip::startChild(program, arguments,
+                                      {{channelPipe.writing, channelNumber},
+                                       {consolePipe.writing, STDOUT_FILENO},
+                                       {consolePipe.writing, STDERR_FILENO}},
+                                      pid);
     }
     close(channelPipe.writing);
     close(consolePipe.writing);
-    close(failurePipe.writing);
-    // Ends without a byte when the child has become the tool.
-    if (error == 0 && TEMP_FAILURE_RETRY(read(failurePipe.reading, &error, sizeof error)) > 0) {
-        static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
-        pid = -1;
-    }
-    close(failurePipe.reading);
     return error;
 }
 
@@ -152,12 +101,6 @@ std::optional<ToolEnd> ToolProcess::pollEnd() {
         return ToolEnd{0, WTERMSIG(status)};
     }
     return ToolEnd{WEXITSTATUS(status), 0};
-}
-
-std::string toolPathBesideExecutable() {
-    const std::string executable = vadelclip::executablePath();
-    return executable.empty() ? std::string()
-                              : std::filesystem::path(executable).replace_filename("Vadelclip").string();
 }
 
 } // namespace vadelwatch

@@ -55,7 +55,4 @@ private:
     int consoleDescriptor = -1;
 };
 
-/// Returns the path of `Vadelclip` in the directory of the running executable, empty if that is unknown.
-std::string toolPathBesideExecutable();
-
 } // namespace vadelwatch

@@ -2,6 +2,7 @@
 /// Messages in the language of the tool, and names and numbers as people see them. Help stays English.
 #pragma once
 
+#include "messages/companion_messages.hpp"
 #include "messages/translation.hpp"
 
 #include <cstddef>
@@ -12,19 +13,11 @@
 
 namespace vadelwatch {
 
+using vadelclip::shownName;
 using vadelclip::translateMessage;
 
-/// Makes the language of the tool's messages the language of ours, for the whole process.
-///
-/// The messages stay English if the catalogue `vadelwatch` is missing or cannot be read, if the value names another
-/// character set than UTF-8, or if it is one that ends the tool.
-///
-/// @param language the value of the tool's option "-lang="; without it the tool's default, German.
+/// Makes the language of the tool's messages the language of ours: see `setUpCompanionMessages`.
 void setUpMessages(const std::optional<std::string>& language);
-
-/// Returns a name that is safe to show on a terminal. Control characters, characters that change the direction of text,
-/// and bytes that are not UTF-8 are replaced by their bytes in hexadecimal, as in `\x1B`.
-std::string shownName(std::string_view name);
 
 /// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
 /// them.

@@ -31,11 +31,10 @@ def expectedFiles():
         documents.append("changelog.Debian.gz")
         ofThePackage.append("share/lintian/overrides/vadelclip")
     return sorted([*ofThePackage,
-                   "bin/Vadelclip", "bin/Vadelwatch", "lib/vadelclip/Vadelclip", "lib/vadelclip/Vadelwatch",
-                   "lib/vadelclip/locale/de/LC_MESSAGES/VD2D.mo",
-                   "lib/vadelclip/locale/de/LC_MESSAGES/vadelwatch.mo", "share/man/man1/Vadelclip.1.gz",
-                   "share/man/man1/Vadelwatch.1.gz", "share/bash-completion/completions/Vadelclip",
-                   "share/bash-completion/completions/Vadelwatch",
+                   *(place + name for name in ("Vadelclip", "Vadelwatch", "Vadelshard")
+                     for place in ("bin/", "lib/vadelclip/", "share/bash-completion/completions/")),
+                   *(f"share/man/man1/{name}.1.gz" for name in ("Vadelclip", "Vadelwatch", "Vadelshard")),
+                   *(f"lib/vadelclip/locale/de/LC_MESSAGES/{domain}.mo" for domain in ("VD2D", "vadelwatch", "vadelshard")),
                    *("share/doc/vadelclip/" + name for name in documents)])
 
 
@@ -90,7 +89,7 @@ class Installation(unittest.TestCase):
         os.rename(self.prefix, plain)  # the pages name a path without a space
         settings = {**os.environ, "PATH": os.path.join(plain, "bin") + os.pathsep + os.environ["PATH"],
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
-        for name in ("Vadelclip", "Vadelwatch"):
+        for name in ("Vadelclip", "Vadelwatch", "Vadelshard"):
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
             self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
             self.assertRegex(page.splitlines()[1],

@@ -28,12 +28,20 @@ class ManualPages(unittest.TestCase):
         named = manualPage("Vadelclip").split(".SH DIAGNOSTICS")[1].split(".SH LIMITS")[0].splitlines()
         self.assertEqual([], [text for text in sorted(texts) if re.sub(r"\{[01]\}", "...", text) not in named])
 
-    def test_page_lists_exactly_the_options_of_the_help(self):
-        helpText = subprocess.run([WATCH, "--help"], capture_output=True, text=True, check=True).stdout
-        options = set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", helpText.split("Options:")[1]))
-        section = manualPage("Vadelwatch").split(".SH OPTIONS")[1].split(".SH")[0]
+    def expectOptionsOfHelp(self, page, *commands):
+        """Compares the options of a page with those of the help of an executable and its subcommands."""
+        executable = os.path.join(os.path.dirname(WATCH), page)
+        helpTexts = [subprocess.run([executable, *command, "--help"], capture_output=True, text=True, check=True).stdout
+                     for command in ((), *((command,) for command in commands))]
+        options = {option for text in helpTexts
+                   for option in re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", text.split("Options:")[1])}
+        section = manualPage(page).split(".SH OPTIONS")[1].split(".SH")[0]
         tags = " ".join(plainText(tag) for tag in re.findall(r"^\.TP\n(.*)$", section, re.MULTILINE))
         self.assertEqual(options, set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", tags)))
+
+    def test_pages_list_exactly_the_options_of_the_help(self):
+        self.expectOptionsOfHelp("Vadelwatch")
+        self.expectOptionsOfHelp("Vadelshard", "plan", "clip", "merge", "status")
 
 
 if __name__ == "__main__":

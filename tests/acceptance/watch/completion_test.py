@@ -6,7 +6,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from watching import WatchTest
+from watching import WATCH, WatchTest
 
 SCRIPTS = Path(__file__).resolve().parents[3] / "completions"
 
@@ -75,6 +75,40 @@ class WatchCompletion(CompletionTest):
         self.assertEqual(["--quiet"], self.complete("--log", "--", "--q"))
 
     def test_command_is_registered(self):
+        self.expectRegistered()
+
+
+class ShardCompletion(CompletionTest):
+    command = "Vadelshard"
+
+    def test_commands_and_their_options(self):
+        self.assertEqual(["--help", "--version", "-h"], self.complete("-"))
+        self.assertEqual(["clip", "merge", "plan", "status"], [word for word in self.complete("") if word[0] != "-"])
+        for command in ("plan", "clip", "merge", "status"):
+            helpText = subprocess.run([Path(WATCH).with_name("Vadelshard"), command, "--help"], capture_output=True,
+                                      text=True, check=True).stdout
+            options = set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", helpText.split("Options:")[1]))
+            self.assertEqual(sorted(options), self.complete(command, "-"))
+
+    def test_arguments_in_their_places(self):
+        self.give({"in put/a.xyz": b"", "area.xml": b""})
+        self.assertEqual(["in put"], self.complete("plan", ""))
+        self.assertEqual([], self.complete("plan", "in put", ""))
+        self.assertEqual(["area.xml"], self.complete("plan", "--shards", "=", "9", "in put", "--part", "9", "out", "a"))
+        self.assertEqual([], self.complete("plan", "in put", "out", "area.xml", ""))
+        for command in ("clip", "merge", "status"):
+            self.assertEqual(["in put"], self.complete(command, "--lang", "de", ""))
+            self.assertEqual([], self.complete(command, "in put", ""))
+
+    def test_languages(self):
+        self.assertEqual(["de"], self.complete("merge", "--lang", "=", "d"))
+        self.assertEqual([], self.complete("plan", "--shards", "="))
+
+    def test_two_dashes_end_the_options(self):
+        self.give({"-in/a.xyz": b""})
+        self.assertEqual(["-in"], self.complete("plan", "--", "-"))
+
+    def test_the_command_is_registered(self):
         self.expectRegistered()
 
 

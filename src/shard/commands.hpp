@@ -1,0 +1,49 @@
+/// \file
+/// The four commands. Each can be repeated at any time, also after it was killed.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vadelshard {
+
+constexpr int finishedStatus = 0;
+constexpr int failedStatus = 1;
+constexpr int usageErrorStatus = 2;
+
+/// Largest part whose lines the tool can count in 32 bits.
+constexpr std::uint64_t largestPart = 2147483647;
+
+struct PlanOptions {
+    std::vector<std::string> toolArguments; ///< Input directory, output name, boundary file; or what was given instead.
+    std::uint64_t shards = 1000;
+    std::uint64_t part = largestPart;
+    std::string language; ///< As the tool accepts it.
+};
+
+struct StatusOptions {
+    bool json = false;
+    bool missing = false; ///< Only the indexes to run.
+    bool watch = false;
+};
+
+/// Makes the work directory of a job and prints the number of shards. Refusals are those of the tool: it is started with
+/// the user's arguments, and its status is returned.
+///
+/// @throws Failure, as all commands do, with a sentence for people.
+int planJob(const PlanOptions& options);
+
+/// Clips one shard, unless that is done.
+///
+/// @param direct whole files are read where they are, through symbolic links; by default the tool reads copies.
+int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct);
+
+/// Makes the output directory out of the shards and removes the work directory.
+int mergeShards(const std::string& workDirectory);
+
+/// Prints what is done, running and missing.
+int showStatus(const std::string& workDirectory, const StatusOptions& options);
+
+} // namespace vadelshard

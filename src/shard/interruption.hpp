@@ -1,0 +1,31 @@
+/// \file
+/// Ends a command on SIGINT, SIGTERM or SIGHUP in an orderly way: the tool is ended, and everything unfinished is removed.
+#pragma once
+
+#include <csignal>
+#include <sys/types.h>
+
+namespace vadelshard {
+
+/// From now on these signals do not end this process. They make `failIfInterrupted` fail.
+void watchForInterruption();
+
+/// @throws Failure if one of the signals has arrived.
+void failIfInterrupted();
+
+/// Keeps the signals waiting while this object exists.
+class BlockedInterruption {
+public:
+    BlockedInterruption();
+    BlockedInterruption(const BlockedInterruption&) = delete;
+    BlockedInterruption& operator=(const BlockedInterruption&) = delete;
+    ~BlockedInterruption();
+
+private:
+    sigset_t former{};
+};
+
+/// Kills this process too if one of the signals arrives. -1 for none.
+void setProcessToInterrupt(pid_t pid);
+
+} // namespace vadelshard

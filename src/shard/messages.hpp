@@ -1,0 +1,31 @@
+/// \file
+/// Messages of Vadelshard, and the failure that ends a command.
+#pragma once
+
+#include "messages/companion_messages.hpp"
+#include "messages/translation.hpp"
+
+#include <stdexcept>
+#include <string>
+
+namespace vadelshard {
+
+using vadelclip::translateMessage;
+
+/// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
+/// them.
+template <typename... Values>
+std::string formatMessage(const std::string& messageId, const Values&... values) {
+    return vadelclip::formatMessage(messageId, vadelclip::shownName(values)...);
+}
+
+/// A command cannot go on. `what()` is a translated sentence for people; the exit status is 1.
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A failure at a file, with the text of an errno.
+Failure fileFailure(const std::string& path, int error);
+
+} // namespace vadelshard

@@ -1,0 +1,82 @@
+"""What Vadelshard prints: the status in its forms, help, version, and German texts."""
+import json
+import os
+import re
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from sharding import HEADER, INSIDE, WORK, ShardTest
+
+
+class Status(ShardTest):
+    def setUp(self):
+        super().setUp()
+        self.giveJob({f"{number}.xyz": HEADER + INSIDE for number in range(6)})
+        self.planned()
+
+    def asJson(self):
+        return json.loads(self.mustDo("status", WORK, "--json"))
+
+    def test_json(self):
+        begin = {"shards": 6, "done": 0, "running": "", "missing": "0-5", "kept_lines": 0, "merged": False}
+        self.assertEqual(begin, self.asJson())
+        self.clipAll(6, order=(1, 4))
+        self.assertEqual({**begin, "done": 2, "missing": "0,2-3,5", "kept_lines": 2}, self.asJson())
+        self.clipAll(6)
+        self.assertEqual({**begin, "done": 6, "missing": "", "kept_lines": 6}, self.asJson())
+        self.mustDo("merge", WORK)
+        self.assertEqual({**begin, "shards": 0, "missing": "", "merged": True}, self.asJson())
+
+    def test_text_and_missing(self):
+        self.clipAll(6, order=(0, 1, 2))
+        self.assertEqual("Done: 3 of 6 shards, 3 nodes kept\nMissing: 3 (3-5)\n", self.mustDo("status", WORK))
+        self.assertEqual("3-5\n", self.mustDo("status", WORK, "--missing"))
+        self.clipAll(6)
+        self.assertEqual("\n", self.mustDo("status", WORK, "--missing"))
+
+    def test_watch_ends_when_all_are_done(self):
+        watching = self.begin("status", WORK, "--watch")
+        self.assertEqual(b"0 of 6 shards done, 0 running, 0 nodes kept\n", watching.stdout.readline())
+        self.clipAll(6)
+        done = self.finish(watching)
+        self.assertEqual((0, "Done: 6 of 6 shards, 6 nodes kept"), (done.status, done.output.splitlines()[-1]))
+
+    def test_german(self):
+        self.assertEqual("Fertig: 0 von 6 Teilaufträgen, 0 Punkte behalten\nEs fehlen: 6 (0-5)\n",
+                         self.mustDo("status", WORK, "--lang=de"))
+        done = self.shard("clip", WORK, 6, "--lang", "de_DE.UTF-8")
+        self.assertEqual("Vadelshard: Den Teilauftrag 6 gibt es nicht: Der letzte ist 5.\n", done.errors)
+
+    def test_language_of_the_plan_is_that_of_all_commands(self):
+        self.expectFailure("There is no shard 6: the last one is 5.", "clip", WORK, "6")
+
+    def test_closed_output(self):
+        with open("/dev/full", "wb") as full:
+            import subprocess
+            from sharding import SHARD
+            run = subprocess.run([SHARD, "status", WORK], cwd=self.directory, stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((1, b"Vadelshard: cannot write to standard output\n"), (run.returncode, run.stderr))
+
+
+class Help(ShardTest):
+    def test_help_of_each_command(self):
+        text = self.mustDo("--help")
+        for command, options in (("plan", ("--shards", "--part")), ("clip", ("--direct",)), ("merge", ()),
+                                 ("status", ("--json", "--missing", "--watch"))):
+            self.assertRegex(text, rf"\n  {command} ")
+            helpOfCommand = self.mustDo(command, "--help")
+            self.assertEqual({"--help", "--lang", *options}, set(re.findall(r"--[a-z]+", helpOfCommand.split("Options:")[1])))
+
+    def test_version(self):
+        self.assertRegex(self.mustDo("--version"), r"^Vadelshard \d+\.\d+\.\d+\n$")
+
+    def test_control_characters_are_not_printed(self):
+        done = self.shard("\x1b[2J")
+        self.assertEqual(2, done.status)
+        self.assertNotIn("\x1b", done.errors)
+
+
+if __name__ == "__main__":
+    unittest.main()
