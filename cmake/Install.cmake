@@ -1,8 +1,9 @@
 # Places of an installation:
 #
-#     lib/vadelclip/      Vadelclip, its companions and locale/. They stay together: the executables look for their
-#                         catalogues, and the companions for Vadelclip, in the directory of their real path.
-#     bin/                relative links to the executables
+#     lib/vadelclip/      Vadelclip, its companions, scripts and locale/. They stay together: the executables look for their
+#                         catalogues, the companions for Vadelclip, and the scripts for Vadelshard, in the directory of
+#                         their real path.
+#     bin/                relative links to the executables and scripts
 #     share/              man pages, completion, documents, examples
 include(GNUInstallDirs)
 
@@ -30,8 +31,13 @@ endfunction()
 # The date of the man pages. It is that of SOURCE_DATE_EPOCH if scripts/package.sh has set it, otherwise today.
 string(TIMESTAMP MANUAL_DATE %Y-%m-%d UTC)
 
-foreach(name Vadelclip Vadelwatch Vadelshard)
-  install(TARGETS ${name} RUNTIME DESTINATION ${programDirectory})
+install(FILES src/shard/engine_job.bash DESTINATION ${programDirectory})
+foreach(name Vadelclip Vadelwatch Vadelshard vadelclip-parallel vadelclip-slurm)
+  if(TARGET ${name})
+    install(TARGETS ${name} RUNTIME DESTINATION ${programDirectory})
+  else()
+    install(PROGRAMS src/shard/${name} DESTINATION ${programDirectory})
+  endif()
   file(RELATIVE_PATH target /${CMAKE_INSTALL_BINDIR} /${programDirectory}/${name})
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
   file(CREATE_LINK ${target} ${PROJECT_BINARY_DIR}/links/${name} SYMBOLIC)
@@ -40,6 +46,7 @@ foreach(name Vadelclip Vadelwatch Vadelshard)
   install_compressed(${PROJECT_BINARY_DIR}/man/${name}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${name}.1)
   # bash loads a completion by the name of the command.
   string(TOLOWER completions/${name}.bash completion)
+  string(REPLACE -slurm -parallel completion ${completion})
   install(FILES ${completion} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${name})
 endforeach()
 

@@ -12,7 +12,7 @@ set -euo pipefail
 build=(g++ cmake ninja-build gettext libboost-filesystem-dev libboost-locale-dev libpugixml-dev libfmt-dev
   nlohmann-json3-dev libcli11-dev libcairo2-dev libpango1.0-dev libutfcpp-dev pkgconf)
 test=(libgtest-dev libgmock-dev locales python3 python3-jsonschema clang-14 llvm-14 libclang-rt-14-dev bash-completion man-db
-  libgdal-dev gdal-bin python3-gdal)
+  libgdal-dev gdal-bin python3-gdal parallel openssh-client openssh-server munge slurm-wlm)
 package=(binutils dpkg-dev file gzip libgdal-dev)
 check=("${test[@]}" "${package[@]}" libbenchmark-dev libgeos++-dev clang-format clang-tidy cppcheck shellcheck valgrind
   lintian piuparts)
@@ -60,4 +60,22 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 echo "Installing: ${missing[*]}"
 "${as_root[@]}" apt-get update -qq
+
+# The tests start the daemons of these packages with their own configuration. The system must not, now or at its next start.
+daemons=()
+for package in "${missing[@]}"; do
+  case "$package" in
+    openssh-server) daemons+=(ssh) ;;
+    munge) daemons+=(munge) ;;
+    slurm-wlm) daemons+=(slurmctld slurmd) ;;
+  esac
+done
+policy=/usr/sbin/policy-rc.d
+if [ ${#daemons[@]} -gt 0 ] && [ ! -e "$policy" ]; then
+  trap '"${as_root[@]}" rm -f "$policy"' EXIT
+  printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" install -m 755 /dev/stdin "$policy"
+fi
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+if [ ${#daemons[@]} -gt 0 ] && [ -d /run/systemd/system ]; then
+  "${as_root[@]}" systemctl disable --quiet "${daemons[@]}"
+fi

@@ -24,6 +24,8 @@ work=$(mktemp -d "$PWD/build/bare-machine-XXXXXX")
 trap 'rm -rf --one-file-system "$work"' EXIT
 debootstrap --variant=minbase bookworm "$work/fresh" >"$work/log" || { tail -n 20 "$work/log" >&2; exit 1; }
 apt-config dump Acquire >"$work/fresh/etc/apt/apt.conf.d/acquire"
+# debootstrap leaves this to the administrator. Slurm needs the second name.
+printf '127.0.0.1 localhost\n127.0.1.1 %s\n' "$(uname -n)" >"$work/fresh/etc/hosts"
 git archive --prefix=vadelclip/ --output="$work/vadelclip.tar" HEAD
 
 # in_system <command>...: runs a command in the system, with mounts and processes that end with the command.

@@ -12,6 +12,7 @@ from links import deadLinks  # noqa: E402
 from manual_examples import differences, readPage  # noqa: E402
 
 BUILD = os.path.dirname(os.environ["VADELCLIP_EXECUTABLE"])
+COMMANDS = ("Vadelclip", "Vadelwatch", "Vadelshard", "vadelclip-parallel", "vadelclip-slurm")
 
 
 def treeFiles(*places):
@@ -31,9 +32,9 @@ def expectedFiles():
         documents.append("changelog.Debian.gz")
         ofThePackage.append("share/lintian/overrides/vadelclip")
     return sorted([*ofThePackage,
-                   *(place + name for name in ("Vadelclip", "Vadelwatch", "Vadelshard")
+                   *(place + name for name in COMMANDS
                      for place in ("bin/", "lib/vadelclip/", "share/bash-completion/completions/")),
-                   *(f"share/man/man1/{name}.1.gz" for name in ("Vadelclip", "Vadelwatch", "Vadelshard")),
+                   *(f"share/man/man1/{name}.1.gz" for name in COMMANDS), "lib/vadelclip/engine_job.bash",
                    *(f"lib/vadelclip/locale/de/LC_MESSAGES/{domain}.mo" for domain in ("VD2D", "vadelwatch", "vadelshard")),
                    *("share/doc/vadelclip/" + name for name in documents)])
 
@@ -89,11 +90,13 @@ class Installation(unittest.TestCase):
         os.rename(self.prefix, plain)  # the pages name a path without a space
         settings = {**os.environ, "PATH": os.path.join(plain, "bin") + os.pathsep + os.environ["PATH"],
                     "LC_ALL": "C.UTF-8", "LSAN_OPTIONS": "print_suppressions=0"}
-        for name in ("Vadelclip", "Vadelwatch", "Vadelshard"):
+        for name in COMMANDS:
             page = readPage(os.path.join(plain, "share", "man", "man1", name + ".1.gz"))
             self.assertNotRegex(page.split(".SH EXAMPLES")[0], "@[A-Z_]+@")
             self.assertRegex(page.splitlines()[1],
                              rf'^\.TH {name} 1 20[0-9]{{2}}-[01][0-9]-[0-3][0-9] "Vadelclip [0-9]')
+            if name == "vadelclip-slurm" or (name == "vadelclip-parallel" and shutil.which("parallel") is None):
+                continue  # examples of Slurm need a cluster
             wrong = differences(page, os.path.join(plain, "share", "doc", "vadelclip", "examples"),
                                 environment=settings)
             self.assertEqual([], wrong, "\n" + "\n".join(wrong))

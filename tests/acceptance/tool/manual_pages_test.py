@@ -33,8 +33,10 @@ class ManualPages(unittest.TestCase):
         executable = os.path.join(os.path.dirname(WATCH), page)
         helpTexts = [subprocess.run([executable, *command, "--help"], capture_output=True, text=True, check=True).stdout
                      for command in ((), *((command,) for command in commands))]
-        options = {option for text in helpTexts
-                   for option in re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", text.split("Options:")[1])}
+        self.expectOptions(page, {option for text in helpTexts
+                                  for option in re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", text.split("Options:")[1])})
+
+    def expectOptions(self, page, options):
         section = manualPage(page).split(".SH OPTIONS")[1].split(".SH")[0]
         tags = " ".join(plainText(tag) for tag in re.findall(r"^\.TP\n(.*)$", section, re.MULTILINE))
         self.assertEqual(options, set(re.findall(r"(?<![\w-])(--[a-z]+|-h)\b", tags)))
@@ -42,6 +44,10 @@ class ManualPages(unittest.TestCase):
     def test_pages_list_exactly_the_options_of_the_help(self):
         self.expectOptionsOfHelp("Vadelwatch")
         self.expectOptionsOfHelp("Vadelshard", "plan", "clip", "merge", "status")
+        for script in ("vadelclip-parallel", "vadelclip-slurm"):
+            usage = subprocess.run([os.path.join(os.path.dirname(WATCH), script), "--help"], capture_output=True,
+                                   text=True, check=True).stdout
+            self.expectOptions(script, {*re.findall(r"\[(--[a-z]+)", usage), "-h", "--help"})
 
 
 if __name__ == "__main__":

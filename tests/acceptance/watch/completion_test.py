@@ -21,18 +21,24 @@ printf '%s\\n' "${COMPREPLY[@]}"
 class CompletionTest(WatchTest):
     command = ""
 
+    def script(self):
+        return self.command.lower()
+
+    def function(self):
+        return "_" + self.script()
+
     def runBash(self, commands, *arguments):
-        result = subprocess.run(["bash", "-c", commands, "bash", str(SCRIPTS / (self.command.lower() + ".bash")),
+        result = subprocess.run(["bash", "-c", commands, "bash", str(SCRIPTS / (self.script() + ".bash")),
                                  *arguments], cwd=self.directory, capture_output=True, text=True, check=True)
         self.assertEqual("", result.stderr)
         return result.stdout
 
     def complete(self, *words):
-        answer = self.runBash(ASK, "_" + self.command.lower(), self.command, *words)
+        answer = self.runBash(ASK, self.function(), self.command, *words)
         return sorted(filter(None, answer.split("\n")))
 
     def expectRegistered(self):
-        self.assertEqual(f"complete -F _{self.command.lower()} {self.command}\n",
+        self.assertEqual(f"complete -F {self.function()} {self.command}\n",
                          self.runBash(f'source "$1"; complete -p {self.command}'))
 
 
@@ -138,6 +144,40 @@ class ToolCompletion(CompletionTest):
 
     def test_command_is_registered(self):
         self.expectRegistered()
+
+
+class EngineCompletion(CompletionTest):
+    command = "vadelclip-parallel"
+
+    def script(self):
+        return "vadelclip-parallel"
+
+    def function(self):
+        return "_vadelclip_engine"
+
+    def test_the_arguments_come_first_then_the_options(self):
+        self.give({"in put/a.xyz": b"", "area.xml": b""})
+        self.assertEqual(["in put"], self.complete(""))
+        self.assertEqual([], self.complete("in put", ""))
+        self.assertEqual(["area.xml", "in put"], self.complete("in put", "out", ""))
+        self.assertEqual(["--", "--lang", "--part", "--shards"], self.complete("in put", "out", "area.xml", ""))
+        self.assertEqual(["--shards"], self.complete("in put", "out", "area.xml", "--lang", "de", "--s"))
+
+    def test_values(self):
+        job = ("in put", "out", "area.xml")
+        for words in (["--lang", ""], ["--lang", "="], ["--lang", "=", ""]):
+            self.assertEqual(["de", "en"], self.complete(*job, *words))
+        self.assertEqual([], self.complete(*job, "--shards", ""))
+
+    def test_nothing_is_offered_for_the_engine(self):
+        self.assertEqual([], self.complete("in put", "out", "area.xml", "--", "-"))
+
+    def test_the_command_is_registered(self):
+        self.expectRegistered()
+
+
+class SlurmCompletion(EngineCompletion):
+    command = "vadelclip-slurm"
 
 
 if __name__ == "__main__":

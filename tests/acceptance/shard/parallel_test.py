@@ -1,0 +1,139 @@
+"""vadelclip-parallel on real engines, this machine and hosts over ssh: the same bytes as one run, whatever is lost on the way."""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
+from engines import EngineTest, descendants, kill, needs
+from ssh_hosts import PROGRAMS, SshHosts, reasonAgainstLogin
+
+
+class ParallelTest(EngineTest):
+    def setUp(self):
+        super().setUp()
+        # parallel keeps files in this directory.
+        self.environment = {"PARALLEL_HOME": self.path(".parallel")}
+
+    def start(self, *options):
+        process = subprocess.Popen([os.path.join(self.programs, "vadelclip-parallel"), *self.JOB, "--", *options],
+                                   cwd=self.directory, env={**os.environ, **self.environment}, text=True,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.addCleanup(self.end, process)
+        return process
+
+    def end(self, process):
+        kill(process.pid, *descendants(process.pid))
+        process.wait()
+        process.stdout.close()
+
+    def finish(self, process):
+        output, _ = process.communicate()
+        self.assertEqual(0, process.returncode, output)
+
+
+@needs("parallel")
+class LocalTest(ParallelTest):
+    def test_shards_on_two_cores(self):
+        self.finish(self.start("-j2"))
+        self.expectResultOfOneRun()
+
+    def test_killed_run_is_resumed_by_the_same_command(self):
+        self.closeGate("3")
+        self.closeGate("4")
+        process = self.start("-j2")
+        self.started(2)
+        self.end(process)
+        self.openGate("3")
+        self.openGate("4")
+        self.finish(self.start("-j2"))
+        self.expectResultOfOneRun()
+        with open(self.path("base/out.parallel.log"), encoding="utf-8") as file:
+            log = file.read()
+        self.assertEqual(6, log.count(" clip "), log)  # no shard twice
+
+    def test_killed_tool_is_run_again(self):
+        self.closeGate("3")
+        process = self.start("-j2")
+        [task] = self.started(1)
+        self.openGate("3")
+        kill(task.pid)
+        self.finish(process)
+        self.expectResultOfOneRun()
+
+    def test_shard_that_always_fails_is_missing_until_it_can_be_clipped(self):
+        self.plan()
+        os.rename(self.path("base/data/tile 1.xyz"), self.path("base/elsewhere"))
+        run = self.runProgram("vadelclip-parallel", *self.JOB, environment=self.environment)
+        self.assertEqual(1, run.returncode)
+        self.assertRegex(run.stdout, r"(?s)tile 1\.xyz: No such file or directory\n.*1 of 6 shards are missing: [0-5]\n$")
+        self.assertFalse(os.path.exists(self.path("base/out")))
+        os.rename(self.path("base/elsewhere"), self.path("base/data/tile 1.xyz"))
+        self.finish(self.start("-j2"))
+        self.expectResultOfOneRun()
+
+    def test_refusals_are_those_of_the_tool(self):
+        job = ("base/data", "out", "area.xml")
+        os.mkdir(self.path("base/out"))
+        run = self.runProgram("vadelclip-parallel", *job, "--lang", "en")
+        self.assertEqual((1, "Output directory base/out already exists, aborting in order avoid overwriting of existing data\n"),
+                         (run.returncode, run.stdout))
+        self.assertEqual(["data", "out"], sorted(os.listdir(self.path("base"))))
+
+
+class UsageTest(EngineTest):
+    """What both scripts do without an engine."""
+
+    SCRIPTS = (("vadelclip-parallel", "GNU parallel", "parallel"), ("vadelclip-slurm", "sbatch", "sbatch"))
+
+    def test_too_few_arguments_print_the_usage(self):
+        for script, engine, _ in self.SCRIPTS:
+            for arguments, status in ((["base/data", "--lang=en"], 2), (["--lang", "en"], 2), (["a", "b", "c", "--lang=en", "-h"], 0)):
+                run = self.runProgram(script, *arguments)
+                self.assertEqual((status, "Usage: " + script), (run.returncode, run.stdout[:len("Usage: " + script)]))
+                self.assertTrue(run.stdout.endswith(f"[-- <options of {engine}>]\n"), run.stdout)
+            self.assertRegex(self.runProgram(script).stdout, "^Aufruf: " + script)
+
+    def test_missing_engine_is_named(self):
+        tools = self.path("tools")
+        os.mkdir(tools)
+        for name in ("bash", "dirname", "readlink"):
+            os.symlink(shutil.which(name), os.path.join(tools, name))
+        for script, _, command in self.SCRIPTS:
+            for language, text in (("de", "ist nicht installiert."), ("en", "is not installed.")):
+                run = self.runProgram(script, "base/data", "out", "area.xml", "--lang=" + language, environment={"PATH": tools})
+                self.assertEqual((2, f"{script}: {command} {text}\n"), (run.returncode, run.stdout))
+        self.assertEqual(["data"], os.listdir(self.path("base")))
+
+
+@needs("parallel", *PROGRAMS)
+class HostsTest(ParallelTest):
+    def setUp(self):
+        reason = reasonAgainstLogin()
+        if reason:
+            self.skipTest(reason)
+        super().setUp()
+        place = tempfile.mkdtemp(prefix="vadelclip-ssh-")
+        self.addCleanup(shutil.rmtree, place)
+        self.hosts = SshHosts(place, ["h1", "h2"])
+        self.addCleanup(self.hosts.stop)
+        self.hosts.start()
+        self.environment["PARALLEL_SSH"] = self.hosts.command()
+
+    def test_tasks_of_a_lost_host_run_on_the_other(self):
+        self.closeGate("1")
+        self.closeGate("2")
+        process = self.start("-S", "1/h1,1/h2")
+        ports = [task.host for task in self.started(2)]
+        self.assertCountEqual(map(str, self.hosts.ports.values()), ports)
+        self.hosts.lose("h2")
+        self.openGate("1")
+        self.openGate("2")
+        self.finish(process)
+        self.expectResultOfOneRun()
+
+
+if __name__ == "__main__":
+    unittest.main()
