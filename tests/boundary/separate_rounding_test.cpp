@@ -1,6 +1,7 @@
 // Every product is rounded before it is added. Each test fails if the compiler joins a product and a sum into one fused
-// multiply-add, which processors such as ARM64 have and which compilers use there by default. These are all places in the
-// tool where a product meets a sum.
+// multiply-add, which processors such as ARM64 have and which compilers use there by default. These are all places in
+// the definition of "inside" where a product meets a sum. scripts/test-arm64.sh searches the executables for the instruction,
+// which finds the places of the index too.
 //
 // No result depends on the last bit of hypot.
 #include "boundary/boundary_edge.hpp"
