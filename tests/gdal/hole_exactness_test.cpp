@@ -145,7 +145,7 @@ bool isPartOf(const Ring& part, const Ring& whole) {
 TEST(HoleExactness, keepsWhatRationalArithmeticFindsInside) {
     int roundedPoints = 0;
     int pointsAboveHorizontalEdges = 0;
-    const int count = pointCount(6000);
+    const int count = pointCount(15000);
     forManyPoints(1, count, [&](const std::vector<RingsOfPolygon>& polygons, BoundarySet& set, Point2D point) {
         bool expected = false;
         bool isRounded = false;
