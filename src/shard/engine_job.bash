@@ -57,8 +57,8 @@ readArguments() {
   fi
 }
 
-# Plans the job, or checks that it is planned already with these arguments. Vadelshard prints the refusal of the tool, or the
-# number of shards, which is not shown.
+# Plans the job, or checks that it is planned with these arguments already. Vadelshard prints the refusal of the tool or
+# the number of shards, which is not shown.
 planJob() {
   local answer status=0 name=${job[1]}
   answer=$("$shard" plan "${planOptions[@]}" -- "${job[@]}") || status=$?

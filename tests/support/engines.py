@@ -1,7 +1,7 @@
 """Runs sharded jobs on real engines, GNU parallel and Slurm, and compares the result with one run of the tool.
 
-Tests wait for events, never for a fixed time. A test can close a gate in front of the tool: every task then reports that it
-has started, and waits until the gate is opened. So a test knows which task runs where when it ends something.
+Tests wait for events, never for a fixed time. A test can close a gate in front of the tool: every task then reports
+that it has started, and waits until the gate is opened. So a test knows which task runs where when it ends something.
 """
 import os
 import shutil
@@ -23,8 +23,8 @@ SQUARE = (b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x
 # A directory with characters that a shell, GNU parallel or sbatch would replace.
 ODD_NAME = "a {} {1} $HOME %j 'b' \\\n\""
 
-# Replaces the tool. Outside of an engine's task it is the tool. In a task it waits while the gate of the task is closed.
-# GNU parallel counts tasks from 1, Slurm names them by the index of the shard.
+# Replaces the tool. Outside of an engine's task it is the tool. In a task it waits while the gate of the task is
+# closed. GNU parallel counts tasks from 1, Slurm names them by the index of the shard.
 GATED_TOOL = """#!/bin/sh
 key=${{SLURM_ARRAY_TASK_ID-$PARALLEL_SEQ}}
 closed() {{ [ -e '{gates}/closed.all' ] || [ -e '{gates}/closed.'"$key" ]; }}
@@ -159,7 +159,7 @@ class EngineTest(unittest.TestCase):
         self.programs = self.path("bin")
 
     def giveJob(self):
-        """Writes eight node files, of which the largest is longer than a part, and what one run of the tool makes of them."""
+        """Writes eight node files, the largest longer than a part, and what one run of the tool makes of them."""
         os.makedirs(self.path("base/data"))
         for number in range(8):
             end = "\r\n" if number % 2 else "\n"
@@ -180,9 +180,6 @@ class EngineTest(unittest.TestCase):
     def plan(self):
         run = self.runProgram("Vadelshard", "plan", *self.JOB)
         self.assertEqual((0, "6\n"), (run.returncode, run.stdout))
-
-    def expectRefusal(self, status, text, run):
-        self.assertEqual((status, text), (run.returncode, run.stdout))
 
     # The gate
 

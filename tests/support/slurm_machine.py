@@ -1,5 +1,5 @@
-"""A real Slurm on this machine with several virtual nodes: without systemd, and with all its files in one directory. It runs as
-root and as an ordinary user.
+"""A real Slurm on this machine with several virtual nodes: without systemd, and with all its files in one directory.
+It runs as root and as an ordinary user.
 
 It can only listen on the address of the host's name, which is usually one of the loopback interface.
 """
@@ -78,8 +78,9 @@ class SlurmMachine:
         self.write("cgroup.conf", "CgroupPlugin=cgroup/v1\n")  # so that it starts in a container without /sys/fs/cgroup
         address = socket.gethostbyname(socket.gethostname())
         controllerPort, *ports = freePorts(1 + len(self.nodes), address)
-        self.write("slurm.conf", CONFIGURATION.format(user=getpass.getuser(), place=self.place, address=address, controllerPort=controllerPort)
-                   + "".join(f"NodeName={node} NodeHostname=localhost NodeAddr={address} Port={port} CPUs={CPUS} RealMemory=1000\n"
+        self.write("slurm.conf", CONFIGURATION.format(user=getpass.getuser(), place=self.place, address=address,
+                                                      controllerPort=controllerPort)
+                   + "".join(f"NodeName={node} NodeHostname=localhost NodeAddr={address} Port={port} CPUs={CPUS}\n"
                              for node, port in zip(self.nodes, ports)))
         os.mkdir(self.path("state"))
         os.mkdir(self.path("munge"), 0o700)

@@ -1,10 +1,11 @@
-"""Hosts for GNU parallel: ssh servers on ports of the loopback interface, with their own keys and configuration in one directory.
+"""Hosts for GNU parallel: ssh servers on ports of the loopback interface, with keys and configuration in one directory.
 
 An ordinary user can start them, too; then only this user can log in.
 """
 import getpass
 import os
 import pwd
+import shutil
 import subprocess
 
 from engines import descendants, freePorts, kill, waitFor
@@ -33,17 +34,21 @@ class SshHosts:
             os.mkdir(PRIVILEGE_SEPARATION, 0o755)
         for key in ("host", "user"):
             subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", self.path(key)], check=True)
-        self.write("client", "".join(f"Host {name}\n  HostName 127.0.0.1\n  Port {port}\n" for name, port in self.ports.items())
+        self.write("client", "".join(f"Host {name}\n  HostName 127.0.0.1\n  Port {port}\n"
+                                     for name, port in self.ports.items())
                    + f"Host *\n  User {getpass.getuser()}\n  IdentityFile {self.path('user')}\n  IdentitiesOnly yes\n"
-                   f"  UserKnownHostsFile {self.path('known_hosts')}\n  StrictHostKeyChecking accept-new\n  BatchMode yes\n")
+                   f"  UserKnownHostsFile {self.path('known_hosts')}\n  StrictHostKeyChecking accept-new\n"
+                   "  BatchMode yes\n")
         for name, port in self.ports.items():
             self.write(name, f"ListenAddress 127.0.0.1:{port}\nHostKey {self.path('host')}\nPidFile none\n"
                        f"AuthorizedKeysFile {self.path('user.pub')}\nStrictModes no\nPasswordAuthentication no\n"
                        # PAM also lets root in whose password is locked. An ordinary user's sshd does not need it.
                        f"KbdInteractiveAuthentication no\nUsePAM {'yes' if os.getuid() == 0 else 'no'}\n")
             with open(self.path(name + ".log"), "wb") as log:
-                self.servers[name] = subprocess.Popen(["/usr/sbin/sshd", "-D", "-e", "-f", self.path(name)],
-                                                      stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
+                # sshd wants its absolute path.
+                self.servers[name] = subprocess.Popen([shutil.which("sshd"), "-D", "-e", "-f", self.path(name)],
+                                                      stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                                                      start_new_session=True)
         for name in self.ports:
             waitFor(lambda name=name: self.log(name).count("Server listening") == 1, f"sshd of {name}")
 

@@ -1,4 +1,4 @@
-"""vadelclip-parallel on real engines, this machine and hosts over ssh: the same bytes as one run, whatever is lost on the way."""
+"""vadelclip-parallel on this machine and on hosts over ssh: the same bytes as one run, whatever is lost on the way."""
 import os
 import shutil
 import subprocess
@@ -68,7 +68,8 @@ class LocalTest(ParallelTest):
         os.rename(self.path("base/data/tile 1.xyz"), self.path("base/elsewhere"))
         run = self.runProgram("vadelclip-parallel", *self.JOB, environment=self.environment)
         self.assertEqual(1, run.returncode)
-        self.assertRegex(run.stdout, r"(?s)tile 1\.xyz: No such file or directory\n.*1 of 6 shards are missing: [0-5]\n$")
+        self.assertRegex(run.stdout,
+                         r"(?s)tile 1\.xyz: No such file or directory\n.*1 of 6 shards are missing: [0-5]\n$")
         self.assertFalse(os.path.exists(self.path("base/out")))
         os.rename(self.path("base/elsewhere"), self.path("base/data/tile 1.xyz"))
         self.finish(self.start("-j2"))
@@ -78,8 +79,8 @@ class LocalTest(ParallelTest):
         job = ("base/data", "out", "area.xml")
         os.mkdir(self.path("base/out"))
         run = self.runProgram("vadelclip-parallel", *job, "--lang", "en")
-        self.assertEqual((1, "Output directory base/out already exists, aborting in order avoid overwriting of existing data\n"),
-                         (run.returncode, run.stdout))
+        refusal = "Output directory base/out already exists, aborting in order avoid overwriting of existing data\n"
+        self.assertEqual((1, refusal), (run.returncode, run.stdout))
         self.assertEqual(["data", "out"], sorted(os.listdir(self.path("base"))))
 
 
@@ -90,7 +91,8 @@ class UsageTest(EngineTest):
 
     def test_too_few_arguments_print_the_usage(self):
         for script, engine, _ in self.SCRIPTS:
-            for arguments, status in ((["base/data", "--lang=en"], 2), (["--lang", "en"], 2), (["a", "b", "c", "--lang=en", "-h"], 0)):
+            for status, *arguments in ((2, "base/data", "--lang=en"), (2, "--lang", "en"),
+                                       (0, "a", "b", "c", "--lang=en", "-h")):
                 run = self.runProgram(script, *arguments)
                 self.assertEqual((status, "Usage: " + script), (run.returncode, run.stdout[:len("Usage: " + script)]))
                 self.assertTrue(run.stdout.endswith(f"[-- <options of {engine}>]\n"), run.stdout)
@@ -103,7 +105,8 @@ class UsageTest(EngineTest):
             os.symlink(shutil.which(name), os.path.join(tools, name))
         for script, _, command in self.SCRIPTS:
             for language, text in (("de", "ist nicht installiert."), ("en", "is not installed.")):
-                run = self.runProgram(script, "base/data", "out", "area.xml", "--lang=" + language, environment={"PATH": tools})
+                run = self.runProgram(script, "base/data", "out", "area.xml", "--lang=" + language,
+                                      environment={"PATH": tools})
                 self.assertEqual((2, f"{script}: {command} {text}\n"), (run.returncode, run.stdout))
         self.assertEqual(["data"], os.listdir(self.path("base")))
 

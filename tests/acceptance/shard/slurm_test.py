@@ -45,7 +45,7 @@ class SlurmTest(EngineTest):
         self.assertFalse(os.path.exists(self.path("base/out")))
 
     def resume(self, indices):
-        """Runs the same command again. Expects that these shards are submitted, and the result of one run at the end."""
+        """Runs the command again. Expects that these shards are submitted, and the result of one run at the end."""
         array, _ = self.submit()
         self.waitForEmptyQueue()
         self.assertEqual({index: "COMPLETED" for index in indices}, self.slurm.tasks(array))
@@ -148,7 +148,8 @@ class SlurmTest(EngineTest):
         for option in (["--shards=1002"], ["--shards", "1002"]):
             run = self.runProgram("vadelclip-slurm", "base/data", "out", "area.xml", *option, "--lang=en",
                                   environment=self.slurm.environment)
-            self.assertEqual((2, "vadelclip-slurm: This cluster allows at most 1001 shards.\n"), (run.returncode, run.stdout))
+            self.assertEqual((2, "vadelclip-slurm: This cluster allows at most 1001 shards.\n"),
+                             (run.returncode, run.stdout))
         self.assertEqual(["data"], os.listdir(self.path("base")))
 
     def test_options_of_the_user_reach_both_jobs(self):
