@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <type_traits>
 
 namespace vadelshard {
 
@@ -13,7 +14,7 @@ constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
 
 std::atomic<pid_t> processToInterrupt = -1;
 std::atomic<int> arrivedSignal = 0;
-static_assert(std::atomic<pid_t>::is_always_lock_free && std::atomic<int>::is_always_lock_free, "used in a handler");
+static_assert(std::is_same_v<pid_t, int> && std::atomic<int>::is_always_lock_free, "used in a handler");
 
 void interrupt(int signal) {
     arrivedSignal = signal;

@@ -34,7 +34,8 @@ int openOrFail(const std::string& path, int flags) {
 } // namespace
 
 Failure fileFailure(const std::string& path, int error) {
-    return Failure(vadelclip::shownName(path) + ": " + std::strerror(error));
+    const std::string text = vadelclip::shownName(path) + ": " + std::strerror(error);
+    return Failure(text);
 }
 
 FileState stateOf(const struct stat& status) {
