@@ -22,7 +22,7 @@ std::string formatMessage(const std::string& messageId, const Values&... values)
 /// A command cannot go on. `what()` is a translated sentence for people; the exit status is 1.
 class Failure : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit Failure(const std::string& text) : std::runtime_error(text) {}
 };
 
 /// A failure at a file, with the text of an errno.

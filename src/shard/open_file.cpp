@@ -34,8 +34,7 @@ int openOrFail(const std::string& path, int flags) {
 } // namespace
 
 Failure fileFailure(const std::string& path, int error) {
-    const std::string text = vadelclip::shownName(path) + ": " + std::strerror(error);
-    return Failure(text);
+    return Failure(vadelclip::shownName(path) + ": " + std::strerror(error));
 }
 
 FileState stateOf(const struct stat& status) {
