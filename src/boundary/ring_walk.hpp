@@ -23,8 +23,8 @@ struct RingWalk {
     Point2D point;
     double prevX; ///< The last vertex that is not part of a run.
     double prevY;
-    double lastX;     ///< While `onRun`: x of the vertex before this one, on the run or not.
-    bool onRun;       ///< On a run: vertices at the point's height, of which the first is not left of the point.
+    double lastX;     ///< While `onRun`: x of the vertex visited last.
+    bool onRun;       ///< True on a run: vertices at the point's height, of which the first is not left of the point.
     bool odd = false; ///< True if the number of crossings is odd.
 
     RingWalk(Point2D point_, double startX, double startY)

@@ -1,5 +1,5 @@
 /// \file
-/// The clip pass over one node file. Only here are points tested against the boundary.
+/// The clip pass over one node file, the only place where points are tested against the boundary.
 #pragma once
 
 #include "boundary/index/boundary_index.hpp"

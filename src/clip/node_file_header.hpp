@@ -1,5 +1,5 @@
 /// \file
-/// Reads the first line of a node file. It decides if the file is one, and which byte separates its columns.
+/// Reads the first line of a node file. It decides if the tool takes the file, and which byte separates its columns.
 #pragma once
 
 #include <cstdint>

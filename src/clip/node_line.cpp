@@ -9,7 +9,7 @@ namespace vadelclip {
 
 namespace {
 
-/// The separator must be one of this many bytes after x.
+/// The separator must be among the first `separatorReach` bytes after x.
 constexpr std::size_t separatorReach = 100;
 
 /// Reads a number and removes it from the line. Fails if nothing follows the number.

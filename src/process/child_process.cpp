@@ -22,7 +22,7 @@ namespace {
     // The signal is sent when the parent's thread that called `fork` ends: its main thread. It cannot be ignored.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) {
-        _exit(1); // The parent ended before that call.
+        _exit(1); // The parent ended before `prctl`.
     }
     for (const ChildDescriptor& descriptor : descriptors) {
         dup2(descriptor.source, descriptor.number);
@@ -46,7 +46,7 @@ int movedUp(int descriptor) {
     return moved;
 }
 
-// Not `posix_spawn`, which cannot ask for a signal at the end of the parent.
+// Does not use `posix_spawn`, which cannot request a signal at the end of the parent.
 int startChild(const std::string& program, const std::vector<std::string>& arguments,
                const std::vector<ChildDescriptor>& descriptors, pid_t& pid) {
     std::vector<std::string> words{program};
@@ -69,7 +69,7 @@ int startChild(const std::string& program, const std::vector<std::string>& argum
         becomeProgram(pointers.data(), descriptors, writing, parent);
     }
     close(writing);
-    // Ends without a byte when the child has become the program.
+    // The pipe ends without a byte if the child has become the program.
     if (error == 0 && TEMP_FAILURE_RETRY(read(failure[0], &error, sizeof error)) > 0) {
         static_cast<void>(TEMP_FAILURE_RETRY(waitpid(pid, nullptr, 0)));
         pid = -1;

@@ -17,13 +17,13 @@ struct ChildDescriptor {
 /// Above the numbers of every child's descriptors.
 constexpr int lowestPrivateDescriptor = 10;
 
-/// Moves a descriptor to a number from `lowestPrivateDescriptor` on, closed on exec, and closes the old one.
+/// Moves a descriptor to a number of at least `lowestPrivateDescriptor` that is closed on exec, and closes the old one.
 ///
 /// @return the new number, or -1.
 int movedUp(int descriptor);
 
-/// Starts a program. It blocks no signal, SIGPIPE has its default action, and it is killed when the calling thread of this
-/// process ends, which must be the main thread.
+/// Starts a program. In the new process no signal is blocked and SIGPIPE has its default action. The process is killed when
+/// the calling thread, which must be the main thread, ends.
 ///
 /// @param arguments   those after the program name.
 /// @param descriptors are set in this order. All other descriptors are inherited as they are.

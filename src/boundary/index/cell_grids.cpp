@@ -67,10 +67,10 @@ CellGrids buildCellGrids(const BoundarySet& set) {
             addEdges(entries, first, vertexCount);
         }
     }
-    Budget left{maxBytesPerVertex * static_cast<double>(set.vertices.size()) +
-                maxBytesPerPolygon * static_cast<double>(set.polygons.size()) + maxExtraBytes -
-                static_cast<double>(grids.points.capacity() * sizeof(Point2D))};
-    GridBuilder(grids, set, left, 0).buildRoot(entries);
+    Budget budget{maxBytesPerVertex * static_cast<double>(set.vertices.size()) +
+                  maxBytesPerPolygon * static_cast<double>(set.polygons.size()) + maxExtraBytes -
+                  static_cast<double>(grids.points.capacity() * sizeof(Point2D))};
+    GridBuilder(grids, set, budget, 0).buildRoot(entries);
     return grids;
 }
 

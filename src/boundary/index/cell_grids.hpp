@@ -14,7 +14,7 @@ namespace vadelclip {
 
 /// The content of a cell, or one item of a cell with several.
 ///
-/// Small, so that a cell can hold its only piece itself: most points then cost one access to memory.
+/// It is small, so a cell can hold its only piece itself: most points then need one access to memory.
 struct CellEntry {
     enum class Kind : std::uint8_t {
         piece,       ///< Consecutive edges of a ring. Without edges, `odd` is the answer for every point of the cell.

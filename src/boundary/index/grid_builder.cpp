@@ -21,8 +21,8 @@ void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const Region plane{-infinity, infinity, -infinity, infinity};
     const GridMeasure measure = measureEntries(target, entries, set, plane, std::numeric_limits<std::size_t>::max());
-    // The rest is for grids inside cells.
-    const double maxBytes = left.bytes * 0.75;
+    // The other quarter is for grids inside cells.
+    const double maxBytes = budget.bytes * 0.75;
     double share = 1.0;
     cut(chooseRootSize(measure, share), plane);
     // The smallest grid has one cell and those around it, and few spans.
@@ -40,7 +40,7 @@ std::optional<std::uint32_t> GridBuilder::buildInner(std::span<const CellEntry> 
         if (cellBytes() < minCellBytes) {
             return std::nullopt;
         }
-        if (spans.add(entries, measure, columns, rows, left.bytes - cellBytes())) {
+        if (spans.add(entries, measure, columns, rows, budget.bytes - cellBytes())) {
             return buildCells();
         }
     }
@@ -56,7 +56,7 @@ void GridBuilder::cut(const GridSize& size, const Region& region) {
 }
 
 std::uint32_t GridBuilder::buildCells() {
-    left.bytes -= cellBytes() + spans.bytes();
+    budget.bytes -= cellBytes() + spans.bytes();
     const auto number = static_cast<std::uint32_t>(target.grids.size());
     target.grids.emplace_back();
     cells.resize(columns.cells.count() * std::size_t{rows.cells.count()});
@@ -74,21 +74,21 @@ std::uint32_t GridBuilder::buildCells() {
                 ++end;
             }
             if (spans[rowSpans[first]].entry.kind == CellEntry::Kind::piece) {
-                decide(rowSpans.subspan(first, end - first));
+                countCrossings(rowSpans.subspan(first, end - first));
             }
-            list(rowSpans, first, end);
+            listSpans(rowSpans, first, end);
             first = end;
         }
         finishRow(row);
     }
-    left.bytes += spans.bytes() - static_cast<double>(spans.entryCount() * sizeof(CellEntry));
+    budget.bytes += spans.bytes() - static_cast<double>(spans.entryCount() * sizeof(CellEntry));
     target.grids[number] = {columns.cells, rows.cells, std::move(cells)};
     return number;
 }
 
-/// Counts the crossings of a polygon right of each column. In columns without a span they decide whether the cell is
-/// inside; in the others they are kept for the entries.
-void GridBuilder::decide(std::span<const std::uint32_t> polygonSpans) {
+/// Counts the crossings of a polygon right of each column. In a column without a span, the count decides if the cell is
+/// inside. In other columns it is kept for the entries.
+void GridBuilder::countCrossings(std::span<const std::uint32_t> polygonSpans) {
     spansByColumn.assign(polygonSpans.begin(), polygonSpans.end());
     std::sort(spansByColumn.begin(), spansByColumn.end(),
               [this](std::uint32_t a, std::uint32_t b) { return spans[a].firstColumn < spans[b].firstColumn; });
@@ -118,7 +118,7 @@ void GridBuilder::decide(std::span<const std::uint32_t> polygonSpans) {
 }
 
 /// Adds the spans of a polygon to the cells that they cover.
-void GridBuilder::list(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end) {
+void GridBuilder::listSpans(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end) {
     for (std::uint32_t place = first; place < end; ++place) {
         const RowSpan& span = spans[rowSpans[place]];
         for (std::int32_t column = span.firstColumn; column <= span.lastColumn; ++column) {
@@ -130,8 +130,8 @@ void GridBuilder::list(std::span<const std::uint32_t> rowSpans, std::uint32_t fi
     }
 }
 
-/// Appends a span to an item if the gap between them is small. From now on the edges of the gap are walked, so they no
-/// longer count as crossings right of the cell.
+/// Appends a span to an item if the gap between them is small. The edges of the gap are then walked, so they no longer
+/// count as crossings right of the cell.
 bool GridBuilder::extendItem(std::uint32_t number, std::span<const std::uint32_t> rowSpans, std::uint32_t place,
                              std::int32_t column) {
     const RowSpan& span = spans[rowSpans[place]];
@@ -211,7 +211,7 @@ CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
     CellEntry cell = cellEntries.front();
     if (edges > maxEdgesOfCell && depth < maxDepth) {
         const Region region{columns.firstOf(column), columns.lastOf(column), rows.firstOf(row), rows.lastOf(row)};
-        if (const auto number = GridBuilder(target, set, left, depth + 1).buildInner(cellEntries, region)) {
+        if (const auto number = GridBuilder(target, set, budget, depth + 1).buildInner(cellEntries, region)) {
             cell.kind = CellEntry::Kind::grid;
             cell.first = *number;
             return cell;

@@ -27,7 +27,7 @@ struct CellItem {
     CellEntry entry;
     std::uint32_t piece;
     std::uint32_t polygon;
-    std::uint32_t lastSpan; ///< The last span in it, as a place in the row.
+    std::uint32_t lastSpan; ///< The last span that it contains, as a place in the row.
     std::uint32_t next;     ///< The next item of the cell, or `ColumnState::none`.
 };
 
@@ -37,15 +37,15 @@ struct ColumnState {
 
     std::uint32_t firstItem = none;
     std::uint32_t lastItem = none;
-    std::int32_t coverChange = 0; ///< The polygons that contain the cell, less those that contain the cell before.
+    std::int32_t coverChange = 0; ///< Number of polygons that contain the cell, minus that of the cell left of it.
     bool odd = false;             ///< Right of the cell, the current polygon has an odd number of crossings.
 };
 
 /// Builds one grid.
 class GridBuilder {
 public:
-    GridBuilder(CellGrids& target_, const BoundarySet& set_, Budget& left_, int depth_)
-        : target(target_), set(set_), left(left_), depth(depth_), spans(target_, set_) {}
+    GridBuilder(CellGrids& target_, const BoundarySet& set_, Budget& budget_, int depth_)
+        : target(target_), set(set_), budget(budget_), depth(depth_), spans(target_, set_) {}
 
     /// Adds the grid for the plane.
     void buildRoot(std::span<const CellEntry> entries);
@@ -59,8 +59,8 @@ private:
     double cellBytes() const;
     void cut(const GridSize& size, const Region& region);
     std::uint32_t buildCells();
-    void decide(std::span<const std::uint32_t> polygonSpans);
-    void list(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end);
+    void countCrossings(std::span<const std::uint32_t> polygonSpans);
+    void listSpans(std::span<const std::uint32_t> rowSpans, std::uint32_t first, std::uint32_t end);
     bool extendItem(std::uint32_t number, std::span<const std::uint32_t> rowSpans, std::uint32_t place,
                     std::int32_t column);
     void addItem(const RowSpan& span, std::uint32_t place, std::int32_t column);
@@ -70,7 +70,7 @@ private:
 
     CellGrids& target;
     const BoundarySet& set;
-    Budget& left;
+    Budget& budget;
     int depth;
     GridAxis columns;
     GridAxis rows;
@@ -80,8 +80,8 @@ private:
     // For the current row:
     std::vector<ColumnState> states; ///< One for each column and one after the last.
     std::vector<CellItem> items;
-    std::vector<std::int32_t> listedColumns; ///< Those with items.
-    bool isCovered = false;
+    std::vector<std::int32_t> listedColumns; ///< The columns with items.
+    bool isCovered = false;                  ///< A polygon contains a whole cell of the row.
     std::vector<std::uint32_t> spansByColumn;
     std::vector<CellEntry> cellEntries;
 };

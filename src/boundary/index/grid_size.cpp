@@ -12,12 +12,12 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// The difference of two coordinates up to this one is finite, also with an empty row or column at each side.
+/// The difference of two coordinates up to this limit is finite, also with an empty row or column at each side.
 constexpr double maxCoordinate = 4e307;
 
 // These numbers measured best (benchmarks/boundary_index_bench.cpp).
 
-/// A large ring gets the upper number of cells at least. Crowded cells get grids of their own.
+/// The minimum number of cells, for few and for many edges. A crowded cell gets a separate grid.
 constexpr double minRootCells[] = {2048.0, 8192.0};
 constexpr double rootCellsPerCrossing = 500.0;
 constexpr double extraRootCells = 16384.0;
@@ -27,8 +27,8 @@ constexpr double innerCellsPerEdge = 0.25;
 constexpr double extraInnerEntriesPerEdge = 1.0;
 
 struct Measure {
-    BoundingBox vertices{infinity, infinity, -infinity, -infinity}; ///< Of those in the region.
-    BoundingBox edges = vertices;                                   ///< Of their parts in the region.
+    BoundingBox vertices{infinity, infinity, -infinity, -infinity}; ///< Extent of the vertices in the region.
+    BoundingBox edges = vertices;                                   ///< Extent of the parts of edges in the region.
     double edgeCount = 0.0;
     double vertexCount = 0.0;
     double travelledX = 0.0;

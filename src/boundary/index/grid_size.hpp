@@ -1,5 +1,5 @@
 /// \file
-/// How finely a grid is cut. No answer depends on it, but time and memory do.
+/// Chooses how many cells a grid has. No answer depends on it, but time and memory do.
 #pragma once
 
 #include "boundary/boundary_set.hpp"
@@ -41,7 +41,7 @@ GridMeasure measureEntries(const CellGrids& grids, std::span<const CellEntry> en
 
 /// Chooses a grid for the whole plane. It has an empty row or column at each side, for points outside the boundary.
 ///
-/// @param share of the cells and entries that would be fastest.
+/// @param share part of the cells and entries that would be fastest, at most 1.0. Less takes less memory.
 GridSize chooseRootSize(const GridMeasure& measure, double share);
 
 /// Chooses a grid for the inside of a cell.

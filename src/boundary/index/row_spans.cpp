@@ -18,7 +18,7 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
     lastOfRow.assign(rows->cells.count(), 0);
     polygons.clear();
     std::uint32_t polygon = 0;
-    listed = 0;
+    maxEntries = 0;
     for (const CellEntry& entry : entries) {
         polygons.push_back(polygon);
         polygon += entry.endsPolygon ? 1 : 0;
@@ -37,7 +37,7 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
 
 double RowSpans::bytes() const {
     return static_cast<double>(spans.capacity() * sizeof(RowSpan) + spans.size() * sizeof(std::uint32_t)) +
-           static_cast<double>(listed) * (sizeof(CellEntry) + 40.0 / rows->count());
+           static_cast<double>(maxEntries) * (sizeof(CellEntry) + 40.0 / rows->count());
 }
 
 bool RowSpans::fits() const {
@@ -188,7 +188,7 @@ void RowSpans::addSpan(const CellEntry& entry, std::int32_t row, std::int32_t fi
     }
     spans.push_back({entry, static_cast<std::uint32_t>(polygons.size() - 1), row, firstColumn, lastColumn});
     lastOfRow[static_cast<std::size_t>(row)] = spans.size();
-    listed += spans.back().columnCount();
+    maxEntries += spans.back().columnCount();
 }
 
 } // namespace vadelclip

@@ -24,7 +24,7 @@ constexpr std::uint32_t maxGap = 6;
 /// Edges that do not meet the row, or only left of all columns, may be among them.
 struct RowSpan {
     CellEntry entry;     ///< `odd` if an odd number of its edges start below the row and end above it, or vice versa.
-    std::uint32_t piece; ///< The number of the entry that it was made of.
+    std::uint32_t piece; ///< The number of the entry that it is part of.
     std::int32_t row;
     std::int32_t firstColumn; ///< The number of columns if the edges are right of all columns.
     std::int32_t lastColumn;
@@ -35,8 +35,8 @@ struct RowSpan {
 /// The spans of some entries in a grid.
 class RowSpans {
 public:
-    /// @param grids_ with the points of the pieces.
-    /// @param set_   with the thin polygons.
+    /// @param grids_ contains the points of the pieces.
+    /// @param set_   contains the thin polygons.
     RowSpans(const CellGrids& grids_, const BoundarySet& set_) : grids(grids_), set(set_) {}
 
     /// Replaces the spans by those of other entries.
@@ -58,7 +58,7 @@ public:
     std::span<const std::uint32_t> inRow(std::int32_t row) const;
 
     /// Returns the greatest possible number of entries in all cells.
-    std::size_t entryCount() const { return listed; }
+    std::size_t entryCount() const { return maxEntries; }
 
     /// Returns the memory for the spans, their order, the lists of cells, and the items of the largest row.
     double bytes() const;
@@ -81,13 +81,13 @@ private:
     const GridAxis* rows = nullptr;
     std::vector<std::uint32_t> polygons; ///< For each entry its polygon, counted from 0.
     std::size_t firstOfPiece = 0;        ///< The number of the first span of the current entry.
-    std::size_t listed = 0;
+    std::size_t maxEntries = 0;          ///< The sum of all column counts.
     double maxBytes = 0.0;
     bool isFull = false; ///< A span was left out for lack of memory.
     std::vector<RowSpan> spans;
     std::vector<std::size_t> lastOfRow; ///< For each row the number of its last span plus 1, or 0.
     std::vector<std::uint32_t> sorted;
-    std::vector<std::uint32_t> rowStarts; ///< For each row its first place in `sorted`; then the end.
+    std::vector<std::uint32_t> rowStarts; ///< For each row its first place in `sorted`, then the size of `sorted`.
 };
 
 } // namespace vadelclip

@@ -9,7 +9,7 @@ namespace vadelclip {
 
 namespace {
 
-/// Returns an integer for a double, so that neighbouring doubles differ by 1. The two zeros are neighbours too.
+/// Returns an integer for a double. The integers of neighbouring doubles differ by 1. The two zeros are neighbours too.
 std::int64_t rankOf(double value) {
     const auto bits = std::bit_cast<std::int64_t>(value);
     return bits < 0 ? std::numeric_limits<std::int64_t>::min() - bits - 1 : bits;

@@ -10,9 +10,9 @@ namespace vadelclip {
 
 /// Maps coordinates to cells 0 to count - 1.
 ///
-/// The mapping is monotone: a larger coordinate is never in a smaller cell. This holds exactly for all coordinates,
-/// because every operation is monotone, rounding included. Nothing else may be assumed. Coordinates beyond the range
-/// are in the first and the last cell.
+/// The mapping is monotone: a larger coordinate is never in a cell with a smaller number. This holds exactly for all
+/// coordinates, because every operation is monotone, rounding included. Nothing else may be assumed. Coordinates beyond
+/// the range are in the first and the last cell.
 struct UniformCells {
     double origin = 0.0;
     double scale = 0.0;    ///< Cells per unit; 0 if there is only one cell.
