@@ -78,7 +78,7 @@ int startChild(const std::string& program, const std::vector<std::string>& argum
     return error;
 }
 
-std::string toolPathBesideExecutable() {
+std::string toolPathNextToExecutable() {
     const std::string executable = executablePath();
     return executable.empty() ? std::string()
                               : std::filesystem::path(executable).replace_filename("Vadelclip").string();

@@ -33,6 +33,6 @@ int startChild(const std::string& program, const std::vector<std::string>& argum
                const std::vector<ChildDescriptor>& descriptors, pid_t& pid);
 
 /// Returns the path of `Vadelclip` in the directory of the running executable, empty if that is unknown.
-std::string toolPathBesideExecutable();
+std::string toolPathNextToExecutable();
 
 } // namespace vadelclip

@@ -22,7 +22,7 @@ struct ShardOptions {
     std::optional<std::string> language; ///< Value of --lang.
 };
 
-/// What reading the command line led to: options, or the end of the process.
+/// The result of reading the command line: options, or the end of the process.
 struct CommandLineOutcome {
     std::optional<ShardOptions> options;
     int exitStatus = 0;         ///< 0 after --help and --version, `usageErrorStatus` otherwise.

@@ -18,7 +18,7 @@ constexpr int channelNumber = 3;
 constexpr int statusOfSignals = 128; // as shells count
 int run(const std::vector<std::string>& arguments, const std::vector<vadelclip::ChildDescriptor>& descriptors) {
     failIfInterrupted();
-    const std::string program = vadelclip::toolPathBesideExecutable();
+    const std::string program = vadelclip::toolPathNextToExecutable();
     pid_t pid = -1;
     {
         const BlockedInterruption blocked;

@@ -13,7 +13,7 @@ namespace vadelwatch {
 /// The tool finished and the output adds up.
 constexpr int finishedStatus = 0;
 
-/// The tool failed: its own status for every failure that it reports.
+/// The tool failed. This is the status of the tool for every failure that it reports.
 constexpr int toolFailedStatus = 1;
 
 /// Wrong arguments, or a log, map or summary that cannot be written.
@@ -22,7 +22,7 @@ constexpr int usageErrorStatus = 2;
 /// The tool finished, and the lines in the output directory do not add up to the count that it wrote.
 constexpr int checkFailedStatus = 3;
 
-/// The tool could not be started, was ended by a signal, or ended with a status that it does not have.
+/// The tool could not be started, was ended by a signal, or ended with a status other than 0 and 1.
 constexpr int abnormalEndStatus = 4;
 
 /// Returns the status of the tool if it is 0 or 1, and `abnormalEndStatus` for any other end.

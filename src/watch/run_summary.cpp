@@ -22,7 +22,7 @@ struct Row {
     std::string_view colour{}; ///< Escape sequence, or empty.
 };
 
-/// Returns the share of the nodes read, or nothing if their number is 0 or unknown.
+/// Returns the percentage of kept nodes, or nothing if the number of nodes read is 0 or unknown.
 std::optional<double> percentKept(const RunSummary& summary) {
     if (summary.nodesRead.value_or(0) == 0) {
         return std::nullopt;
@@ -200,7 +200,8 @@ std::string summaryText(const RunSummary& summary, std::size_t columns, bool col
 
 std::string summaryJson(const RunSummary& summary) {
     const RunRecord& record = summary.record;
-    // Not null at first: without memory for its conversion the library would destroy an object that is not there.
+    // Begins as an object, not as null: if memory runs out while null is converted, the library destroys an object that
+    // does not exist.
     OrderedJson object = OrderedJson::object();
     object["finished"] = summary.finished;
     object["exit_status"] = summary.exitStatus;

@@ -15,6 +15,7 @@
 
 namespace vadelwatch {
 
+/// Everything that the summary of a run shows.
 struct RunSummary {
     RunRecord record;
     bool finished = false;                  ///< The tool ended with status 0.

@@ -43,7 +43,7 @@ std::string requirePictureSize(const std::string& size) {
 }
 #endif
 
-/// Not `CLI::IsMember`, whose message is English.
+/// Replaces `CLI::IsMember`, whose message is English.
 CLI::Validator requireOneOf(const std::vector<std::string>& words) {
     const auto check = [words](const std::string& word) {
         const bool isKnown = std::find(words.begin(), words.end(), word) != words.end();
@@ -89,8 +89,8 @@ void addOptions(CLI::App& app, WatchOptions& options) {
 #endif
 }
 
-/// Returns what is wrong, because the messages of the library are English. Its error classes carry no name of an option,
-/// so that is searched in their texts.
+/// Returns what is wrong in the language of the messages: those of the library are English. Its errors have the name of
+/// the option only in their texts, so this function searches for it there.
 std::string reworded(const CLI::App& app, const CLI::Error& error) {
     const std::string english = error.what();
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {

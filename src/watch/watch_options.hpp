@@ -27,7 +27,7 @@ struct WatchOptions {
     std::string mapColour = "density"; ///< Or "elevation".
 };
 
-/// What reading the command line led to: options, or the end of the process.
+/// The result of reading the command line: options, or the end of the process.
 struct CommandLineOutcome {
     std::optional<WatchOptions> options;
     int exitStatus = 0;         ///< 0 after --help and --version, `usageErrorStatus` otherwise.

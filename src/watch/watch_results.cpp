@@ -23,7 +23,7 @@ namespace vadelwatch {
 
 namespace {
 
-/// Reports that one of our own files is missing or incomplete. The status of a failed run stays.
+/// Reports that one of our own files is missing or incomplete. Does not change the status of a failed run.
 void reportFailure(WatchContext& watch, RunSummary& summary, const std::string& text) {
     writeErrors(watch, {text});
     if (summary.exitStatus == finishedStatus) {
@@ -47,10 +47,10 @@ void writeErrors(WatchContext& watch, const std::vector<std::string>& lines) {
     }
 }
 
-void writeLastWords(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence) {
+void writeInterruption(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence) {
     writeErrors(watch, {sentence});
     if (watch.options.json) {
-        // As a shell reports it.
+        // The status that a shell reports for a process ended by this signal.
         summary.exitStatus = 128 + signal;
         summary.record.interruptedBy = signal;
         summary.failure = sentence;
@@ -94,14 +94,14 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     std::string problem;
     try {
         PhaseWatch drawing(watch.progressMode, watch.errors, translateMessage("drawing"), [&](int signal) {
-            writeLastWords(watch, summary, signal,
-                           formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
+            writeInterruption(watch, summary, signal,
+                              formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
         });
         request.nodes = summary.nodesRead.value_or(0);
         request.showPercent = [&drawing](double percent) { drawing.show(percent); };
         problem = drawMap(request);
     } catch (const std::exception& failure) {
-        // For example without memory. The run itself has finished.
+        // For example, memory has run out. The run itself has finished.
         problem = formatMessage("The map {0} cannot be drawn: {1}.", map, failure.what());
     }
     summary.whyNoMap = problem;

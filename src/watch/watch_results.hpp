@@ -1,6 +1,6 @@
 /// \file
-/// What is written after a run: lines about it, the log, the map, the summary. Signals end the process again by then,
-/// so all of it may wait for a reader.
+/// Writes the results of a run: lines about it, the log, the map, the summary. These functions may wait for a reader,
+/// because signals end the process again after the run.
 #pragma once
 
 #include "watch/check/node_files.hpp"
@@ -35,9 +35,9 @@ struct WatchContext {
 /// Writes lines to standard error.
 void writeErrors(WatchContext& watch, const std::vector<std::string>& lines);
 
-/// Writes the last lines of a process that a signal ends during its own work: the sentence, and the summary if the
+/// Writes the last lines of Vadelwatch if a signal ends it while it checks or draws: the sentence, and the summary if the
 /// options have --json.
-void writeLastWords(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence);
+void writeInterruption(WatchContext& watch, RunSummary summary, int signal, const std::string& sentence);
 
 // Each of the following functions reports its failure, and then turns the status of a finished run into
 // `usageErrorStatus`.

@@ -71,7 +71,7 @@ bool prepareFiles(WatchContext& watch) {
 ///
 /// @return why it could not be started, empty on success.
 std::string startTool(const WatchContext& watch, ToolProcess& tool) {
-    const std::string program = vadelclip::toolPathBesideExecutable();
+    const std::string program = vadelclip::toolPathNextToExecutable();
     if (program.empty()) {
         return translateMessage("Vadelwatch: cannot find Vadelclip: /proc/self/exe cannot be read");
     }
@@ -133,9 +133,9 @@ std::vector<std::string> explainFailedRun(WatchContext& watch, RunSummary& summa
 std::vector<std::string> checkFinishedRun(WatchContext& watch, RunSummary& summary) {
     PhaseWatch checking(
         watch.progressMode, watch.errors, translateMessage("checking"), [&watch, unchecked = summary](int signal) {
-            writeLastWords(watch, unchecked, signal,
-                           formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.",
-                                         watch.directories.output));
+            writeInterruption(watch, unchecked, signal,
+                              formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.",
+                                            watch.directories.output));
         });
     watch.lineCount.wait();
     summary.nodesRead = watch.lineCount.nodeLines();
@@ -205,6 +205,7 @@ int watchRun(const WatchOptions& options) {
     summary.outputDirectory = watch.directories.output;
     summary.startTime = fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(std::time(nullptr)));
     summary.failure = watchTool(watch, summary.record);
+    // Waits until the lines of the run are written: signals end the process again.
     watch.errors.write({});
     std::vector<std::string> difference;
     if (!summary.failure.empty()) {

@@ -146,7 +146,7 @@ TEST(RunSummary, isJson) {
     summary.options.boundaryFilePath = "area.xml";
     summary.input.passedOver = {{"D.TXT", PassedOver::capitals}};
     summary.input.files = {{"a.xyz", LineFigures{{39, 4, true}, {1, 3}, {}, {}}, 2, false}};
-    summary.input.nothingKept = NothingKept{NothingKeptReason::apart, {1, 2, 3, 4.5}, {}};
+    summary.input.nothingKept = NothingKept{NothingKeptReason::noOverlap, {1, 2, 3, 4.5}, {}};
     EXPECT_EQ(0U,
               summaryJson(summary).find(
                   R"({"finished":true,"exit_status":0,"files_read":6,"files_written":5,"nodes_read":41260,)"

@@ -28,7 +28,7 @@ inline bool isEmpty(const MapExtent& extent) {
     return extent.minX > extent.maxX || extent.minY > extent.maxY;
 }
 
-/// @pre the extent is not empty, here and below.
+/// The extent must not be empty, here and in the next two functions.
 inline double widthOf(const MapExtent& extent) {
     return extent.maxX - extent.minX;
 }
@@ -47,7 +47,7 @@ inline MapExtent joinExtents(const MapExtent& first, const MapExtent& second) {
             std::max(first.maxY, second.maxY)};
 }
 
-/// Returns what both contain, which is empty if they do not overlap.
+/// Returns the intersection, which is empty if the extents do not overlap.
 inline MapExtent intersect(const MapExtent& first, const MapExtent& second) {
     return {std::max(first.minX, second.minX), std::max(first.minY, second.minY), std::min(first.maxX, second.maxX),
             std::min(first.maxY, second.maxY)};

@@ -33,7 +33,7 @@ NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlin
     if (looksExchanged(nothing.nodes, nothing.boundary)) {
         return NothingKeptReason::exchanged;
     }
-    return overlap(nothing.nodes, nothing.boundary) ? NothingKeptReason::outside : NothingKeptReason::apart;
+    return overlap(nothing.nodes, nothing.boundary) ? NothingKeptReason::outside : NothingKeptReason::noOverlap;
 }
 
 } // namespace

@@ -13,7 +13,7 @@
 namespace vadelwatch {
 
 /// The likely reason why a run kept no node.
-enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, apart, outside };
+enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, noOverlap, outside };
 
 struct NothingKept {
     NothingKeptReason reason = NothingKeptReason::outside;
@@ -42,15 +42,15 @@ struct InputReport {
 /// Reports on the input of a run that did not finish: entries only.
 InputReport reportEntries(const NodeFiles& nodeFiles);
 
-/// Reports on the input of a finished run. Reads the boundary file if a node file has no output, but no node file.
+/// Reports on the input of a finished run. Reads no node file. Reads the boundary file only if a node file has
+/// no output.
 InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, const std::string& boundaryFile);
 
 /// Returns a short English name of the reason, for JSON.
 const char* nameOf(PassedOver reason);
 const char* nameOf(NothingKeptReason reason);
 
-/// Returns one sentence for everything that a reader should know, none if there is nothing. A warning about a run that
-/// kept nothing is first.
+/// Returns one sentence for each finding that a reader should know. A warning about a run that kept nothing is first.
 std::vector<std::string> inputSentences(const InputReport& report);
 
 } // namespace vadelwatch

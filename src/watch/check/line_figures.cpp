@@ -20,6 +20,9 @@ namespace {
 constexpr std::size_t blockSize = 1 << 18;
 constexpr std::size_t maxLine = 1 << 20;
 
+/// After `linesReadInFull` lines, each line whose number is a multiple of this is read in full.
+constexpr std::uint64_t sampleInterval = 64;
+
 bool isDigit(char byte) {
     return byte >= '0' && byte <= '9';
 }
@@ -32,7 +35,7 @@ public:
     bool take(const char* line, const char* last) {
         while (line <= last) {
             const std::uint64_t number = ++figures.count.lineFeeds;
-            const bool maySkip = number > linesReadInFull && number % 64 != 0;
+            const bool maySkip = number > linesReadInFull && number % sampleInterval != 0;
             const char* end =
                 maySkip ? endOfPlainLine(line, last, separator, separator == ',' ? columns + 1 : 0) : nullptr;
             if (end != nullptr) {
@@ -95,10 +98,10 @@ private:
 
 /// Reads from the position of the descriptor to the end of the file, in blocks of whole lines.
 ///
-/// @param kept so many bytes of the beginning of a line are kept if it does not end in its block.
+/// @param kept the number of bytes that are kept from the start of a line that does not end in its block.
 /// @param take is called with the first and the last byte of each block; the last byte is a line feed. `plainLineReach`
 ///             bytes after it are readable. It returns false to end the reading.
-/// @return the bytes and the last one, but not the lines; nothing after a failure.
+/// @return the count without `lineFeeds`. Nothing after a failure, or if `take` or `stop` has ended the reading.
 template <typename Take>
 std::optional<LineCount> readBlocks(int descriptor, std::size_t kept, const std::atomic<bool>& stop, Take take) {
     // Not a vector, which would write zeros to a megabyte for each small file. NOLINTNEXTLINE(modernize-avoid-c-arrays)
@@ -115,7 +118,7 @@ std::optional<LineCount> readBlocks(int descriptor, std::size_t kept, const std:
             return count;
         }
         const auto size = static_cast<std::size_t>(received);
-        // The test for plain lines reads these bytes, too.
+        // `endOfPlainLine` reads these bytes too.
         std::memset(block + size, 0, plainLineReach);
         count.bytes += size;
         count.endsInLineFeed = block[size - 1] == '\n';

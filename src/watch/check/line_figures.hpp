@@ -67,7 +67,7 @@ std::optional<LineCount> countLines(
 /// @return nothing also if the file has no header.
 std::optional<LineFigures> readLineFigures(const std::string& path, const std::atomic<bool>& stop);
 
-/// Bytes after the start of a line that the test may read, also beyond the end of the line.
+/// The number of bytes from the start of a line that `endOfPlainLine` reads, also beyond the end of the line.
 inline constexpr std::size_t plainLineReach = 48;
 
 /// Returns the end of the line if x and y are plain decimals, such as -12.5, each with a separator directly after it.

@@ -98,7 +98,7 @@ std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atom
     std::uint64_t total = 0;
     for (NodeFile& file : nodeFiles.files) {
         const std::optional<LineFigures> figures = readLineFigures(file.path, stop);
-        // The number of a file that changed meanwhile belongs neither to the old nor to the new content.
+        // If the file has changed meanwhile, the figures fit neither the old nor the new content.
         const bool same = figures && static_cast<std::int64_t>(figures->count.bytes) == file.state.bytes;
         if (!same || fileState(file.path) != file.state) {
             return std::nullopt;
@@ -121,11 +121,11 @@ void NodeLineCount::start(const std::string& directory) {
             try {
                 count(directory);
             } catch (const std::exception&) {
-                // For example without memory. The run does not need the number.
+                // For example, memory has run out. The run does not need the number.
             }
         });
     } catch (const std::system_error&) {
-        // No thread. The run does not need the number.
+        // There is no thread. The run does not need the number.
     }
 }
 

@@ -39,7 +39,7 @@ enum class PassedOver {
     unreadable,
     emptyFirstLine,
     firstLineWithoutEnd,
-    firstCharacter, ///< Of the header, as the next two.
+    firstCharacter, ///< Of the header, as `separator` and `columns`.
     separator,
     columns
 };
@@ -70,7 +70,7 @@ NodeFiles findNodeFiles(const std::string& directory);
 ///         changed since it was found.
 std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atomic<bool>& stop);
 
-/// Reads all node files of a directory in a thread, while the run goes on.
+/// Reads all node files of a directory in a thread, during the run.
 class NodeLineCount {
 public:
     NodeLineCount() = default;

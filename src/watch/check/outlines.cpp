@@ -35,7 +35,7 @@ std::string placeOf(const std::string& path, std::ptrdiff_t offset) {
 std::string load(pugi::xml_document& document, const std::string& path) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) {
-        // The reason of the parser would be missing memory.
+        // The parser would report that memory is missing.
         return translateMessage("it is a directory");
     }
     if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) {

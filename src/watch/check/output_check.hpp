@@ -1,5 +1,6 @@
 /// \file
-/// Checks what the tool by design does not: that the lines of its output files add up to the count that it wrote.
+/// Checks that the lines of the output files add up to the count that the tool wrote. The tool does not check this, by
+/// design.
 #pragma once
 
 #include "watch/check/node_files.hpp"
@@ -49,18 +50,18 @@ struct OutputCheck {
 
 /// Reads every file of a finished output directory once, but not the directories in it.
 ///
-/// @param showPercent is called now and then with the share of the bytes that are read.
+/// @param showPercent is called after each block with the percentage of bytes read.
 OutputCheck checkOutput(
     const std::string& outputDirectory, const std::function<void(double percent)>& showPercent = [](double) {});
 
-/// What is known about a difference besides the output.
+/// Facts about a run that may explain a difference, in addition to its output.
 struct RunEvidence {
     const NodeFiles& nodeFiles;  ///< As they were when the run began.
     std::size_t rejectedHeaders; ///< The number of errors: a finished run reports no others.
     std::string outputDirectory;
 };
 
-/// What may explain a difference.
+/// A possible reason of a difference.
 struct Suspect {
     std::string file; ///< Empty if it is not one file.
     std::string text; ///< Begins with the name of the file.

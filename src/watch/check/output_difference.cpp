@@ -108,7 +108,7 @@ std::vector<std::string> missingNames(const OutputCheck& check, const std::set<s
     for (const std::string& name : check.directories) {
         missing.erase(name);
     }
-    // This file is the count in any case.
+    // A file with this name is always the count.
     missing.erase(nodeCountName);
     return {missing.begin(), missing.end()};
 }

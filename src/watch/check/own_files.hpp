@@ -10,7 +10,7 @@ namespace vadelwatch {
 /// Returns true if a file written to this path would replace the boundary file or a file of the input directory, under
 /// any name or link, or would be a new file that the tool takes for a node file.
 ///
-/// @param path need not exist, and neither need the others: the file must not be made where the tool looks for its own.
+/// @param path need not exist, like the other paths: a new file in place of a missing input file is refused too.
 bool isInputOfRun(const std::string& path, const std::string& inputDirectory, const std::string& boundaryFile);
 
 /// Returns true if two paths lead to the same file, existing or not.

@@ -58,6 +58,8 @@ const char* endOfPlainLine(const char* line, const char* last, char separator, s
     const std::uint64_t signs = bitsEqualTo(line, '-') & inNumbers;
     const std::uint64_t starts = 1U | (first << 1U);
     const std::uint64_t afterSigns = (signs | points) << 1U;
+    // Both numbers contain only digits, points and signs. Each begins with a digit or a sign, and a digit follows every
+    // sign and point.
     const bool isPlain =
         (inNumbers & ~(digits | points | signs)) == 0 && (((starts & ~signs) | afterSigns) & ~digits) == 0;
     if (!isPlain) {

@@ -10,7 +10,7 @@ namespace vadelwatch {
 namespace {
 
 /// Labels of up to this many digits, without sign and point, never have a power of ten.
-constexpr int longestPlainLabel = 12;
+constexpr int maxPlainDigits = 12;
 
 /// Returns multiple x mantissa x 10^exponent. Divides for a negative exponent, because 10 is a double and 0.1 is not.
 double multipleOf(TickStep step, double multiple) {
@@ -49,7 +49,7 @@ LabelForm formOfLabels(double largest, TickStep step) {
     const int place = digitsOf(largest) - 1 + step.exponent;
     const int decimals = std::max(0, -step.exponent);
     const int plainDigits = std::max(0, place) + 1 + decimals;
-    if (plainDigits <= longestPlainLabel || plainDigits <= digitsOf(largest)) {
+    if (plainDigits <= maxPlainDigits || plainDigits <= digitsOf(largest)) {
         return {0, decimals, true};
     }
     return {place, digitsOf(largest) - 1, false};

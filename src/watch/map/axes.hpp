@@ -31,9 +31,10 @@ TickStep stepAtMost(double most);
 TickStep stepAbove(TickStep step);
 TickStep stepBelow(TickStep step);
 
-/// Returns all multiples of the step from `first` to `last`, both included. Labels have as many decimals as the step.
+/// Returns all multiples of the step from `first` to `last`, both included. Labels have the same number of decimals as
+/// the step.
 ///
-/// If the longest label had more than 12 digits, and fewer with a power of ten, all labels but 0 have the same power.
+/// All labels but 0 have the same power of ten if the longest label has more than 12 digits without it, and fewer with it.
 ///
 /// @param decimalPoint the decimal sign of the labels.
 std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint = '.');

@@ -26,7 +26,7 @@ cairo_surface_t* makeSurface(PictureFormat format, int width, int height, std::s
         return cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
     }
     cairo_surface_t* const surface = cairo_svg_surface_create_for_stream(appendBytes, &bytes, width, height);
-    // The default unit is the point, which viewers show larger than the pixel, by a third.
+    // The default unit is the point, which viewers show a third larger than the pixel.
     cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
     return surface;
 }
@@ -63,7 +63,7 @@ std::string escapedForXml(const std::string& text) {
     return result;
 }
 
-/// Returns a text element of SVG. The library for drawing writes letters as shapes, so that no program could search them.
+/// Returns a text element of SVG. The drawing library would write letters as shapes, which no program can search.
 std::string textElement(const std::string& text, PixelPosition baseline, const TextStyle& style) {
     constexpr std::array anchors{"start", "middle", "end"};
     return fmt::format(
@@ -223,10 +223,10 @@ double MapCanvas::textWidth(const std::string& text, const TextStyle& style) {
     return static_cast<double>(width) / PANGO_SCALE;
 }
 
-std::string MapCanvas::shortened(const std::string& text, double widest, const TextStyle& style) {
+std::string MapCanvas::shortened(const std::string& text, double maxWidth, const TextStyle& style) {
     const std::u32string letters = utf8::utf8to32(text);
     std::string result = text;
-    for (std::size_t kept = letters.size(); kept > 0 && textWidth(result, style) > widest; --kept) {
+    for (std::size_t kept = letters.size(); kept > 0 && textWidth(result, style) > maxWidth; --kept) {
         const std::size_t after = (kept - 1) / 2;
         result = utf8::utf32to8(letters.substr(0, kept - 1 - after)) + "\u2026" +
                  utf8::utf32to8(letters.substr(letters.size() - after));
@@ -234,8 +234,8 @@ std::string MapCanvas::shortened(const std::string& text, double widest, const T
     return result;
 }
 
-double MapCanvas::fittingSize(const std::string& text, double widest, const TextStyle& style) {
-    return style.size * std::min(1.0, widest / std::max(textWidth(text, style), 1.0));
+double MapCanvas::fittingSize(const std::string& text, double maxWidth, const TextStyle& style) {
+    return style.size * std::min(1.0, maxWidth / std::max(textWidth(text, style), 1.0));
 }
 
 std::string MapCanvas::finish() {

@@ -82,7 +82,7 @@ public:
     void drawImage(PixelImage image, PixelPosition corner);
 
     /// Draws a text over everything else of an SVG picture, as a text element in the sans-serif font of the viewer. In a PNG
-    /// picture, characters that the font does not have are in another one.
+    /// picture, characters that the font does not have are drawn in another font.
     ///
     /// @param text     valid UTF-8 in one line; see `shownName`.
     /// @param baseline position of the anchor on the baseline of the letters.
@@ -92,10 +92,10 @@ public:
     double textWidth(const std::string& text, const TextStyle& style);
 
     /// Returns the text, shortened in its middle if it is wider than this.
-    std::string shortened(const std::string& text, double widest, const TextStyle& style);
+    std::string shortened(const std::string& text, double maxWidth, const TextStyle& style);
 
     /// Returns the size of the style, or a smaller one at which the text is at most this wide.
-    double fittingSize(const std::string& text, double widest, const TextStyle& style);
+    double fittingSize(const std::string& text, double maxWidth, const TextStyle& style);
 
     /// Ends the drawing; nothing may be drawn afterwards.
     /// @return the content of the picture file.

@@ -19,7 +19,8 @@ double largestMagnitude(const MapExtent& extent) {
     return std::max({std::abs(extent.minX), std::abs(extent.maxX), std::abs(extent.minY), std::abs(extent.maxY)});
 }
 
-/// A double has about 16 digits. If 12 of them are larger than the frame, about a thousand steps across it remain.
+/// A double has about 16 digits. If the frame changes only those after the 12th, it has about a thousand different
+/// positions across.
 double smallestResolvedSize(const MapExtent& extent) {
     return std::max(largestMagnitude(extent) * 1e-12, 1e-290);
 }
@@ -31,16 +32,16 @@ constexpr double rightSpace = 350.0;
 /// The left margin without the labels of y: the name of the axis, the ticks, and space.
 constexpr double leftSpace = 72.0;
 
-/// The legend needs the smaller height. The larger one fits on a screen.
-constexpr double lowestPlot = 480.0;
-constexpr double highestPlot = 1400.0;
+/// Limits of the height of the map. The legend needs the minimum. The maximum fits on a screen.
+constexpr double minPlotHeight = 480.0;
+constexpr double maxPlotHeight = 1400.0;
 
 /// Minimum distances between two ticks and between two adjacent labels.
 constexpr double tickDistance = 90.0;
 constexpr double labelGap = 36.0;
 
 /// The minimum number of ticks on the y axis.
-constexpr std::size_t fewestTicks = 4;
+constexpr std::size_t minTicks = 4;
 
 double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWidth) {
     double widest = 0.0;
@@ -60,7 +61,7 @@ void chooseTicks(MapView& view, const LabelWidth& labelWidth, char decimalPoint)
         view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, decimalPoint);
     }
     view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
-    while (view.yTicks.size() < fewestTicks) {
+    while (view.yTicks.size() < minTicks) {
         step = stepBelow(step);
         view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
     }
@@ -109,7 +110,7 @@ MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char dec
         view.plot.width = size.width - rightSpace - view.plot.left;
         const double fittingHeight = view.plot.width * (heightOf(frame) / widthOf(frame));
         view.plot.height = size.height > 0 ? size.height - topSpace - bottomSpace
-                                           : std::round(std::clamp(fittingHeight, lowestPlot, highestPlot));
+                                           : std::round(std::clamp(fittingHeight, minPlotHeight, maxPlotHeight));
         view.shown = fitAspect(frame, view.plot.height / view.plot.width);
         chooseTicks(view, labelWidth, decimalPoint);
         yLabelWidth = widestLabel(view.yTicks, labelWidth);

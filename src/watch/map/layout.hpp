@@ -12,9 +12,9 @@ namespace vadelwatch {
 
 /// Chooses the part of the data that the picture shows, without a margin.
 ///
-/// This is points and outlines together. If they overlap and are together more than four times as large as the smaller
-/// one, it is the smaller one with half its size around it. So a distant point, or a small area in a large survey, does
-/// not leave the picture nearly empty.
+/// Usually this is the extent of points and outlines together. If they overlap, and this extent is more than four times as
+/// large as the smaller one of them, it is the smaller one with half its size added on each side. So a distant point, or a
+/// small area in a large survey, does not leave the picture nearly empty.
 ///
 /// @return an empty extent only if both are empty.
 MapExtent chooseFrame(const MapExtent& points, const MapExtent& outlines);
@@ -53,6 +53,8 @@ constexpr MapColour ink{34, 34, 34};
 /// Size of the tick labels and all plain texts, in pixels.
 constexpr double labelSize = 20.0;
 
+/// Chooses the places of map and axes in the picture.
+///
 /// @param frame        the part of the data that must be visible; not empty. The map shows more if the frame is too
 ///                     wide or too high for the picture.
 /// @param decimalPoint the decimal sign of the labels.

@@ -117,7 +117,7 @@ public:
     void addNotes(const std::vector<std::string>& notes) {
         TextStyle style = noteStyle;
         for (const std::string& note : notes) {
-            style.size = std::min(style.size, canvas.fittingSize(note, widest(0.0), noteStyle));
+            style.size = std::min(style.size, canvas.fittingSize(note, maxWidth(0.0), noteStyle));
         }
         for (const std::string& note : notes) {
             canvas.drawText(note, {left, top + 17.0}, style);
@@ -136,7 +136,7 @@ public:
         canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
         const TextStyle style{labelSize, TextAnchor::middle};
         const std::string label = formatLength(length, decimalSign());
-        const double lastMiddle = left + widest(0.0) - canvas.textWidth(label, style) / 2.0;
+        const double lastMiddle = left + maxWidth(0.0) - canvas.textWidth(label, style) / 2.0;
         canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
         drawFitting(translateMessage("in units of the coordinates"), 0.0, 58.0, noteStyle);
     }
@@ -148,11 +148,11 @@ private:
         top += 2.0 * lineHeight + 9.0;
     }
 
-    double widest(double indent) const { return view.pictureWidth - rightMargin - left - indent; }
+    double maxWidth(double indent) const { return view.pictureWidth - rightMargin - left - indent; }
 
     /// Draws a text, in a smaller size if it would not fit into the picture: counts may have many digits.
     void drawFitting(const std::string& text, double indent, double baseline, TextStyle style) {
-        style.size = canvas.fittingSize(text, widest(indent), style);
+        style.size = canvas.fittingSize(text, maxWidth(indent), style);
         canvas.drawText(text, {left + indent, top + baseline}, style);
     }
 
@@ -177,13 +177,14 @@ std::string titleText(const std::string& input, const std::string& boundary) {
 void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title) {
     constexpr TextStyle style{labelSize + 6.0, TextAnchor::left, true};
     constexpr TextStyle detailStyle{labelSize - 5.0, TextAnchor::left, false, {90, 90, 90}};
-    const double widest = view.pictureWidth - view.plot.left - legendGap;
-    const double widestNames = widest - canvas.textWidth(titleText("", ""), style);
-    const double inputWidth = std::max(widestNames / 2.0, widestNames - canvas.textWidth(title.boundary, style));
+    const double maxWidth = view.pictureWidth - view.plot.left - legendGap;
+    const double maxNamesWidth = maxWidth - canvas.textWidth(titleText("", ""), style);
+    const double inputWidth = std::max(maxNamesWidth / 2.0, maxNamesWidth - canvas.textWidth(title.boundary, style));
     const std::string input = canvas.shortened(title.input, inputWidth, style);
-    const std::string boundary = canvas.shortened(title.boundary, widestNames - canvas.textWidth(input, style), style);
+    const std::string boundary =
+        canvas.shortened(title.boundary, maxNamesWidth - canvas.textWidth(input, style), style);
     canvas.drawText(titleText(input, boundary), {view.plot.left, view.plot.top - 46.0}, style);
-    canvas.drawText(canvas.shortened(title.details, widest, detailStyle), {view.plot.left, view.plot.top - 18.0},
+    canvas.drawText(canvas.shortened(title.details, maxWidth, detailStyle), {view.plot.left, view.plot.top - 18.0},
                     detailStyle);
 }
 

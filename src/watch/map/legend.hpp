@@ -36,14 +36,14 @@ struct MapTitle {
 /// Returns the text of the title.
 std::string titleText(const std::string& input, const std::string& boundary);
 
-/// Draws the title. Shortens long names, and keeps the words between them.
+/// Draws the title. Shortens long names, but not the text between them.
 void drawTitle(MapCanvas& canvas, const MapView& view, const MapTitle& title);
 
 /// Draws a red banner over the top of the map.
 void drawWarning(MapCanvas& canvas, const MapView& view, const std::string& warning);
 
-/// Draws the legend to the right of the map: the meaning of each colour, the number of its nodes, the share of kept ones
-/// of all data lines, and the scale bar in the unit of the coordinates, which the files do not name.
+/// Draws the legend to the right of the map: each colour with its number of nodes, the share of data lines that were kept,
+/// and a scale bar. Its unit is that of the coordinates, which the files do not name.
 void drawLegend(MapCanvas& canvas, const MapView& view, const MapLegend& legend);
 
 } // namespace vadelwatch

@@ -102,21 +102,21 @@ void drawCircle(MapCanvas& canvas, PixelPosition centre, MapColour colour) {
 
 MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window) {
     MapOutlines lines;
-    bool goesOn = false;
+    bool isContinued = false;
     for (std::size_t i = 0; i < outline.size(); ++i) {
         MapPosition start = outline[i];
         MapPosition end = outline[(i + 1) % outline.size()];
         const MapPosition vertex = end;
         if (!clipEdge(start, end, window)) {
-            goesOn = false;
+            isContinued = false;
             continue;
         }
-        if (!goesOn) {
+        if (!isContinued) {
             lines.push_back({start});
         }
         lines.back().push_back(end);
         // If the end of the edge was cut off, the outline leaves the window there.
-        goesOn = end.x == vertex.x && end.y == vertex.y;
+        isContinued = end.x == vertex.x && end.y == vertex.y;
     }
     return lines;
 }
@@ -145,12 +145,12 @@ double outlineWidthOf(const MapOutlines& outlines) {
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth) {
     // Clipped a little outside the map, so that the cut ends are not visible.
     const MapExtent window = addMargin(view.shown);
-    constexpr double narrow = 6.0;
+    constexpr double maxNarrowWidth = 6.0;
     canvas.beginClip(view.plot);
     for (const std::vector<MapPosition>& outline : outlines) {
-        // A polygon of one or two vertices has no width: its line is all there is to see.
+        // A polygon of one or two vertices has no width. Its line is not thinner, because nothing else of it is visible.
         const double width = meanWidthOf(outline) * scaleOf(view);
-        const bool isNarrow = width > 0.0 && width < narrow;
+        const bool isNarrow = width > 0.0 && width < maxNarrowWidth;
         for (const std::vector<MapPosition>& line : clipOutline(outline, window)) {
             canvas.strokeLine(lineInPixels(view, line), outlineColour, isNarrow ? 0.6 * lineWidth : lineWidth,
                               isNarrow ? 0.6 : 0.8);

@@ -39,7 +39,7 @@ struct MapContent {
     std::uint64_t visits = 0; ///< Nodes read in all passes.
 };
 
-/// Counts the visit of a node. Shows the percentage now and then, up to 90: the picture itself takes the rest of the time.
+/// Counts the visit of a node. Shows the percentage from time to time, up to 90: drawing takes the rest of the time.
 void noteVisit(const MapRequest& request, MapContent& content) {
     constexpr std::uint64_t visitsBetween = 1 << 16;
     if (++content.visits % visitsBetween == 0 && request.nodes > 0 && request.showPercent) {
@@ -116,12 +116,13 @@ void drawNodes(MapCanvas& canvas, const MapView& view, const MapRaster& raster, 
     canvas.endClip();
 }
 
-/// Draws circles around what is too small to be seen.
+/// Draws circles around groups of nodes and outlines that are too small to be seen.
 /// @return true if there is any.
 bool drawMarkers(MapCanvas& canvas, const MapView& view, const MapContent& content, const OutlineCounts& counts) {
     constexpr MapColour dropped{110, 110, 110}; // darker than the nodes, so that its label is readable
     bool any = drawMarker(canvas, view, content.dropped, dropped, translateMessage("Dropped"));
     any = drawMarker(canvas, view, content.kept, keptColour(1.0F), translateMessage("Kept")) || any;
+    // A circle around the whole boundary replaces those around its polygons.
     return drawMarker(canvas, view, extentOf(content.outlines), outlineColour, translateMessage("Boundary")) ||
            markSmallOutlines(canvas, view, content.outlines, counts) || any;
 }

@@ -56,7 +56,7 @@ std::optional<PictureSize> readPictureSize(const std::string& text) {
 void removeOldPicture(const std::string& path) {
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error)) {
-        // The file itself, if the path is a link to it.
+        // If the path is a link, removes the file that it leads to.
         std::filesystem::remove(std::filesystem::canonical(path, error), error);
     }
 }

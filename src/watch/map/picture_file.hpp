@@ -1,5 +1,5 @@
 /// \file
-/// Names, sizes and files of pictures. The name of a picture never has part of a picture or an old one.
+/// Names, sizes and files of pictures. The file of a picture is never incomplete, and never the one of an earlier run.
 #pragma once
 
 #include "watch/map/layout.hpp"

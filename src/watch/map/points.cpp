@@ -30,7 +30,7 @@ public:
         isOpen = reader.next(outputHeader) && outputHeader == header && reader.next(line);
     }
 
-    /// Returns true if the input line equals the next output line, and goes to the one after it.
+    /// Returns true if the input line equals the next output line, and advances to the one after it.
     bool take(std::string_view inputLine) {
         if (!isOpen || line != inputLine) {
             return false;
@@ -104,7 +104,7 @@ std::string visitFile(NodeReaders& readers, const std::string& inputPath, const 
 NodeLineReader::NodeLineReader() : buffer(2 * longestLine) {}
 
 NodeLineReader::~NodeLineReader() {
-    open("");
+    open(""); // closes the file
 }
 
 bool NodeLineReader::open(const std::string& path) {

@@ -25,7 +25,7 @@ int cellOf(double distance, double length, int cells) {
 constexpr int reach = 2;
 constexpr float evenTone = 0.5F;
 
-/// Tones differ from this ratio of the 98th to the 2nd percentile on.
+/// Tones differ if the ratio of the 98th to the 2nd percentile is at least this.
 constexpr float unevenRatio = 4.0F;
 
 /// Returns the mean of the cells with nodes around a cell, the cell included.
@@ -146,7 +146,7 @@ MapElevations measureElevations(const MapRaster& raster) {
     if (sample.empty()) {
         return elevations;
     }
-    // Marks such as -9999 for "no data" would take all colours, however many there are.
+    // Values such as -9999 for "no data" would take most colours, so the percentiles are computed without them.
     const float lower = percentile(sample, 0.25);
     const float upper = percentile(sample, 0.75);
     const float fence = 3.0F * (upper - lower);

@@ -20,7 +20,7 @@ struct LayerPixel {
 /// One layer of discs. Each pixel has the largest opacity and the nearest tone of the discs that cover part of it.
 using NodeLayer = std::vector<LayerPixel>;
 
-/// Which part of each pixel of a small square around its centre a disc covers.
+/// The covered part of each pixel in a small square around the centre of a disc.
 struct DiscMask {
     int reach = 0;
     std::vector<float> coverage;

@@ -9,13 +9,13 @@
 
 namespace vadelwatch {
 
-PhaseWatch::PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, LastWords lastWords)
-    : errors(output), name(std::move(phase)), interrupted(std::move(lastWords)),
+PhaseWatch::PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, OnInterruption onInterruption)
+    : errors(output), name(std::move(phase)), interrupted(std::move(onInterruption)),
       display(displayOnStandardError(mode, output)) {
     try {
         thread = std::thread([this] { showAndListen(); });
     } catch (const std::system_error&) {
-        // No thread. The work does not need to be shown.
+        // There is no thread, so the work is not shown and signals end the process directly.
         signals.reset();
     }
 }

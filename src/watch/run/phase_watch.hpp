@@ -1,5 +1,5 @@
 /// \file
-/// Shows the work of Vadelwatch itself after a run, and lets a signal end it.
+/// Shows the work of Vadelwatch after a run, and lets a signal end it.
 #pragma once
 
 #include "watch/run/run_signals.hpp"
@@ -15,20 +15,20 @@
 
 namespace vadelwatch {
 
-/// Shows a phase during its lifetime, if that is longer than a moment. A thread draws, and reads signals: the first
-/// signal that asks for the end ends the process as if it had not been caught.
+/// Shows a phase while the object exists, unless the phase is short. A thread draws, and reads signals: the first signal
+/// that asks for the end ends the process as if it had not been caught.
 ///
-/// Nothing else may be written to `output` during its lifetime. Without a thread the phase is not shown.
+/// Nothing else may be written to `output` while the object exists. Without a thread the phase is not shown.
 class PhaseWatch {
 public:
     /// Receives the number of the signal, in the thread, before the process ends. A second signal ends the process at
     /// once, also while this function waits for a reader.
-    using LastWords = std::function<void(int signal)>;
+    using OnInterruption = std::function<void(int signal)>;
 
     /// @param mode   how to show the phase.
     /// @param output standard error; must outlive this object.
     /// @param phase  its translated name.
-    PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, LastWords lastWords);
+    PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, OnInterruption onInterruption);
     PhaseWatch(const PhaseWatch&) = delete;
     PhaseWatch& operator=(const PhaseWatch&) = delete;
 
@@ -44,7 +44,7 @@ private:
     std::optional<RunSignals> signals{std::in_place};
     OwnOutput& errors;
     std::string name;
-    LastWords interrupted;
+    OnInterruption interrupted;
     ProgressDisplay display;
     std::atomic<double> percent = 0.0;
     std::atomic<bool> ended = false;

@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t pipeBlockSize = 65536;
 
-/// Blocks of the console that are read before the messages of one block: more than a pipe holds, so they contain every
-/// line that was written before one of these messages.
+/// The number of console blocks that are read before the messages of one block. They hold more than a pipe, so they
+/// contain every console line that was written before one of these messages.
 constexpr int consoleBlocks = 2;
 
 /// When this many bytes of our own output are not written yet, Vadelwatch stops reading and the tool blocks. The limit
@@ -64,7 +64,7 @@ RunRecord RunWatcher::watch(const RunSignals& signals) {
     while (!ended) {
         showProgress();
         display.flush();
-        waitForSomething(signals);
+        waitForEvent(signals);
         takeSignals(signals);
         // `readMessages` reads the console too.
         if (mayRead() && !readMessages()) {
@@ -85,7 +85,7 @@ bool RunWatcher::mayRead() const {
     return shown.waitingBytes() + log.waitingBytes() < limit;
 }
 
-void RunWatcher::waitForSomething(const RunSignals& signals) {
+void RunWatcher::waitForEvent(const RunSignals& signals) {
     const bool reading = mayRead();
     // `poll` ignores negative descriptors.
     std::array<pollfd, 3> sources{{{signals.descriptor(), POLLIN, 0},
@@ -95,8 +95,8 @@ void RunWatcher::waitForSomething(const RunSignals& signals) {
 }
 
 void RunWatcher::takeSignals(const RunSignals& signals) {
-    // Before the signals are read: Ctrl-C goes to both processes, so when the tool has ended by it, our signal has
-    // arrived.
+    // Called before the signals are read: Ctrl-C sends a signal to both processes, so if it has ended the tool, our signal
+    // has arrived too.
     const std::optional<ToolEnd> end = tool.pollEnd();
     for (const int number : signals.takeEndingSignals()) {
         record.interruptedBy = number;

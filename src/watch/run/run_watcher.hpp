@@ -66,7 +66,7 @@ private:
     };
 
     bool mayRead() const;
-    void waitForSomething(const RunSignals& signals);
+    void waitForEvent(const RunSignals& signals);
     void takeSignals(const RunSignals& signals);
     bool readMessages();
     bool readConsole();

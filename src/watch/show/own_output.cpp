@@ -48,8 +48,8 @@ OwnOutput::~OwnOutput() {
 }
 
 int OwnOutput::open(const std::string& path) {
-    constexpr mode_t everybody = 0666; // less the umask
-    descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, everybody);
+    constexpr mode_t permissions = 0666; // less the umask
+    descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, permissions);
     isOwnFile = descriptor != -1;
     return isOwnFile ? 0 : errno;
 }
@@ -77,7 +77,7 @@ void OwnOutput::keep(std::string_view text) {
     try {
         thread = std::thread([this] { writeKeptTexts(); });
     } catch (const std::system_error&) {
-        // Without a thread signals have to wait for the reader.
+        // There is no thread, so this call waits for the reader, and signals wait too.
         firstError = writeWhole(descriptor, kept);
         kept.clear();
     }

@@ -1,6 +1,6 @@
 /// \file
 /// Writing to Vadelwatch's own standard output, standard error and log. Their readers may be slow, stop reading (a
-/// terminal held with Ctrl-S) or go away at any time.
+/// terminal held with Ctrl-S) or disappear at any time.
 #pragma once
 
 #include <condition_variable>
@@ -57,9 +57,9 @@ private:
 
     int descriptor;
     bool isOwnFile = false;
-    mutable std::mutex mutex;        ///< For all below, except the thread.
+    mutable std::mutex mutex;        ///< Protects all members below, except `thread`.
     std::condition_variable changed; ///< Notified after every change.
-    std::string kept;                ///< Not begun yet.
+    std::string kept;                ///< The text that the thread has not begun to write.
     std::size_t bytesInWrite = 0;    ///< Length of the text that the thread is writing.
     int firstError = 0;
     bool ending = false;

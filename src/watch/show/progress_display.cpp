@@ -63,7 +63,7 @@ bool usesUtf8() {
 
 ProgressDisplay::ProgressDisplay(ProgressMode displayMode, BarStyle barStyle, Writer outputWriter, Width terminalWidth)
     : mode(displayMode), style(barStyle), writer(std::move(outputWriter)), width(std::move(terminalWidth)),
-      nextShowing(displayMode == ProgressMode::bar ? secondsBeforeBar : secondsBeforePlainLine) {}
+      nextDue(displayMode == ProgressMode::bar ? secondsBeforeBar : secondsBeforePlainLine) {}
 
 void ProgressDisplay::showLine(std::string_view line) {
     clear();
@@ -72,7 +72,7 @@ void ProgressDisplay::showLine(std::string_view line) {
 }
 
 bool ProgressDisplay::isDue(double now) const {
-    return mode != ProgressMode::none && now >= nextShowing;
+    return mode != ProgressMode::none && now >= nextDue;
 }
 
 void ProgressDisplay::update(const ProgressFigures& figures, double now) {
@@ -108,7 +108,7 @@ void ProgressDisplay::draw(const ProgressFigures& figures, double now) {
     isShown = true;
     drawnLine = line;
     drawnColumns = columns;
-    nextShowing = now + secondsBetweenDrawings;
+    nextDue = now + secondsBetweenDrawings;
 }
 
 void ProgressDisplay::showPlainLine(const ProgressFigures& figures, double now) {
@@ -119,7 +119,7 @@ void ProgressDisplay::showPlainLine(const ProgressFigures& figures, double now) 
     showLine(plainProgressLine(figures));
     plainPhase = figures.phase;
     plainPercent = figures.percent.value_or(0);
-    nextShowing = now + secondsBetweenPlainLines;
+    nextDue = now + secondsBetweenPlainLines;
 }
 
 void ProgressDisplay::clear() {

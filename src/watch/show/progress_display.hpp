@@ -55,7 +55,7 @@ private:
     bool isShown = false;   ///< The bar is visible after the collected output.
     std::string drawnLine;  ///< The last drawing of the bar.
     int drawnColumns = 0;   ///< The width of the terminal at that time.
-    double nextShowing;     ///< Time before which nothing is drawn.
+    double nextDue;         ///< Nothing is drawn before this time.
     std::string plainPhase; ///< Phase and percentage of the last plain line.
     double plainPercent = -100;
 };

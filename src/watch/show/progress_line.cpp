@@ -19,15 +19,15 @@ namespace {
 /// In less time than this, one report more or less changes the speed too much.
 constexpr double minMeasuredSeconds = 0.1;
 
-/// The speed is the one of this time, and of at least this number of samples in a run with rare reports.
+/// The speed is measured over this time, or over this number of samples if reports are rare.
 constexpr double windowSeconds = 5.0;
 constexpr std::size_t minSamples = 4;
 
 constexpr double secondsBetweenSamples = 0.05;
 
-/// The tool makes no progress after this time without a report, and after several times the usual time between reports.
+/// Progress has stalled after this time without a report, if that is also this many times the usual time between reports.
 constexpr double minStalledSeconds = 10.0;
-constexpr double usualTimes = 3.0;
+constexpr double minStalledIntervals = 3.0;
 
 constexpr int minBarWidth = 8;
 constexpr int maxBarWidth = 80;
@@ -45,7 +45,7 @@ std::string percentText(double percent) {
 std::string barText(double percent, int width, const BarStyle& style) {
     const bool drawn = style.letters == BarLetters::drawn;
     const int done = static_cast<int>(std::floor(percent / 100.0 * width));
-    // An empty text, filled up to a width.
+    // The format fills an empty text up to a width.
     const std::string doneText = fmt::format(fmt::runtime(drawn ? "{:━<{}}" : "{:=<{}}"), "", done);
     const std::string openText = fmt::format(fmt::runtime(drawn ? "{:─<{}}" : "{:-<{}}"), "", width - done);
     if (!style.colour) {
@@ -73,7 +73,7 @@ std::string speedText(const ProgressFigures& figures) {
         return formatMessage("no progress for {0} s",
                              std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)));
     }
-    // Without a file in work, while the tool counts for example, there is no such speed.
+    // Without a current file, for example while the tool counts, this speed does not exist.
     if (figures.file == 0 && !figures.linesPerSecond) {
         return {};
     }
@@ -187,7 +187,7 @@ void ProgressMeasure::addTo(ProgressFigures& figures, double seconds, std::optio
     const double usualSeconds =
         samples.size() < 2 ? 0.0 : (samples.back().seconds - samples.front().seconds) / double(samples.size() - 1);
     const double silence = seconds - lastChange;
-    if (reported < 100.0 && silence >= std::max(minStalledSeconds, usualTimes * usualSeconds)) {
+    if (reported < 100.0 && silence >= std::max(minStalledSeconds, minStalledIntervals * usualSeconds)) {
         figures.stalledSeconds = silence;
         return;
     }
@@ -223,7 +223,7 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
     for (std::size_t part = 0; part < texts.size(); ++part) {
         int width = static_cast<int>(columnsOf(texts[part]));
         if (part == namePart && !texts[filePart].empty()) {
-            // A field of one width, or the bar would change its own with every name.
+            // The field has a fixed width. Otherwise the width of the bar would change with every name.
             width = std::clamp(space - gap, minNameWidth, std::clamp(columns / 5, minNameWidth, maxNameWidth));
             texts[part] = shortened(texts[part], static_cast<std::size_t>(width), style.letters);
         }

@@ -17,9 +17,9 @@ struct ProgressFigures {
     std::optional<double> bytesPerSecond;
     std::optional<double> remainingSeconds;
     double stalledSeconds = 0.0; ///< 0 unless the tool has made no progress for an unusual time.
-    std::uint64_t file = 0;      ///< Number of the file in work, from 1 on; 0 if there is none.
+    std::uint64_t file = 0;      ///< Number of the current file, from 1 on; 0 if there is none.
     std::uint64_t files = 0;     ///< 0 if their number is unknown.
-    std::string fileName;        ///< Of the file in work; may be empty.
+    std::string fileName;        ///< Of the current file; may be empty.
 };
 
 /// Computes speed and time left from the tool's progress reports of the last few seconds, because the speed of a run

@@ -82,7 +82,7 @@ TEST_F(Report, neverCallsFileWithOutputExchanged) {
 TEST_F(Report, explainsThatNothingWasKept) {
     directory.write("in/a.xyz", header + "101;1;1\n102;2;2\n");
     EXPECT_EQ(NothingKeptReason::exchanged, report(square(0, 100)).nothingKept->reason);
-    EXPECT_EQ(NothingKeptReason::apart, report(square(50, 50)).nothingKept->reason);
+    EXPECT_EQ(NothingKeptReason::noOverlap, report(square(50, 50)).nothingKept->reason);
     EXPECT_EQ(NothingKeptReason::outside, report(square(100, 0)).nothingKept->reason);
     EXPECT_EQ(NothingKeptReason::noPolygon, report("<VADELSIM><VadeDGM/></VADELSIM>").nothingKept->reason);
     EXPECT_EQ(102.0, report(square(0, 100)).nothingKept->nodes.maxX);
@@ -93,7 +93,7 @@ TEST_F(Report, explainsThatNothingWasKept) {
 
 TEST(InputSentences, sayThatExtentIsOfSample) {
     InputReport report;
-    report.nothingKept = NothingKept{NothingKeptReason::apart, {1, 2, 3, 4}, {}, true};
+    report.nothingKept = NothingKept{NothingKeptReason::noOverlap, {1, 2, 3, 4}, {}, true};
     EXPECT_EQ((std::vector<std::string>{"Warning: no node was kept. Nodes and boundary do not overlap.",
                                         "Nodes, in a sample of the lines: x from 1 to 3, y from 2 to 4"}),
               inputSentences(report));
