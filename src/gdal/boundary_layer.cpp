@@ -21,7 +21,7 @@ OGREnvelope envelopeOf(const BoundaryPolygon& polygon) {
     return envelope;
 }
 
-/// One and two points are no polygon, and no points are an empty one.
+/// One or two points are not a polygon. No points are an empty polygon.
 bool isPolygon(const BoundaryPolygon& polygon) {
     return polygon.vertexIndices.empty() || polygon.vertexIndices.size() > 2;
 }

@@ -71,7 +71,7 @@ Searches searchesOf(const std::vector<Ring>& rings) {
     return searches;
 }
 
-/// Keeps the nearer end. Of equally near ones a corner, then the ring that is joined first.
+/// Keeps the nearer end. If both are equally near, prefers a corner, then the ring that is joined first.
 void offer(Search& search, const std::vector<std::size_t>& ranks, const HoleCut& candidate) {
     HoleCut& best = search.cut;
     const auto key = [&ranks](const HoleCut& cut) { return std::pair(cut.atCorner ? 0 : 1, ranks[cut.ring]); };
@@ -89,8 +89,8 @@ struct Edge {
     Point2D to;
 };
 
-/// Returns where the cut of a search ends at an edge or its first corner, or nothing if it does not. The edge does not end
-/// at the height of the search, unless it is horizontal.
+/// Returns the cut of a search that ends at an edge or its first corner, or nothing if the edge is not right of the search.
+/// The edge does not end at the height of the search, unless it is horizontal.
 std::optional<HoleCut> cutAt(const Search& search, const Edge& edge) {
     const Point2D start = search.start;
     const auto [minX, maxX] = std::minmax(edge.from.x, edge.to.x);
@@ -107,7 +107,7 @@ std::optional<HoleCut> cutAt(const Search& search, const Edge& edge) {
     if (maxX < start.x) {
         return std::nullopt;
     }
-    // Left of an upward edge is left of the crossing.
+    // A point left of an upward edge is left of the crossing.
     const int side = sideOf(edge.from, edge.to, start) * (edge.from.y < edge.to.y ? 1 : -1);
     if (side > 0) {
         // The end is where the containment test finds the edge: that test uses the crossing only between the ends of the
@@ -129,7 +129,7 @@ double rightOf(const Edge& edge, double y) {
 }
 
 /// Offers an edge to the nearest search left of it. Searches further left meet the hole of that search first. Skips
-/// those of the edge's own hole and of holes that are joined before it.
+/// searches of the hole that has the edge, and of holes that are joined before that hole.
 void offerAt(Height& height, const std::vector<std::size_t>& ranks, const Edge& edge) {
     const auto after = std::upper_bound(height.searches.begin(), height.searches.end(), rightOf(edge, height.y),
                                         [](double x, const Search& search) { return x < search.start.x; });

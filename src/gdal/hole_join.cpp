@@ -46,7 +46,7 @@ std::vector<CutsOfRing> sortedByRing(const std::vector<Ring>& rings, const std::
     return result;
 }
 
-/// The way along one ring. A hole begins at its cut and ends at the same corner.
+/// The state of the walk along one ring. The walk round a hole begins and ends at the corner of its cut.
 struct RingVisit {
     std::size_t ring;
     std::size_t firstCorner;

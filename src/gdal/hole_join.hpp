@@ -1,5 +1,5 @@
 /// \file
-/// One ring for a polygon with holes, for the even-odd rule.
+/// Joins a polygon with holes to one ring, for the even-odd rule.
 #pragma once
 
 #include "gdal/ring.hpp"

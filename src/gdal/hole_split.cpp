@@ -87,7 +87,7 @@ void append(Loop& loop, Point2D corner) {
     loop.maxX = std::max(loop.maxX, corner.x);
 }
 
-/// Ends a loop, whose last corner repeats its first one. Returns false if that is not so, or if a corner is further right.
+/// Ends a loop. Returns false if its last corner does not repeat its first one, or if a corner is further right than that.
 bool close(Loop& loop) {
     const Point2D first = loop.corners.front();
     if (loop.corners.size() < 4 || !samePoint(loop.corners.back(), first) || loop.maxX > first.x) {
@@ -97,12 +97,12 @@ bool close(Loop& loop) {
     return true;
 }
 
-/// Takes the ring apart. The first loop is the outer ring. Returns nothing if a loop has not the form of a hole.
+/// Takes the ring apart. The first loop is the outer ring. Returns nothing if a loop does not have the form of a hole.
 std::optional<std::vector<Loop>> takeApart(const Ring& ring, const std::vector<CutPair>& cuts) {
     std::vector<Loop> loops = {{{}, ring.front().x, 0, 0}};
     std::vector<std::size_t> outs; // of the cuts that the walk is in
     std::size_t current = 0;
-    bool isRepeated = false; // the corner that the cut has left the ring at
+    bool isRepeated = false; // the next corner is the one at which the cut has left the parent
     auto nextCut = cuts.begin();
     for (std::size_t i = 0; i < ring.size(); ++i) {
         if (!isRepeated) {
@@ -134,7 +134,7 @@ double doubledArea(const Ring& ring) {
     return area;
 }
 
-/// Returns true if the way from a corner of a counter-clockwise ring to the target begins inside the ring.
+/// Returns true if the segment from a corner of a counter-clockwise ring to the target begins inside the ring.
 bool beginsInside(Point2D before, Point2D corner, Point2D after, Point2D target) {
     const bool leftOfFirst = sideOf(before, corner, target) > 0;
     const bool leftOfSecond = sideOf(corner, after, target) > 0;

@@ -1,5 +1,5 @@
 /// \file
-/// The polygon with holes in a ring that walks round them through horizontal cuts.
+/// Recovers a polygon with holes from a ring that walks round them through horizontal cuts.
 #pragma once
 
 #include "gdal/ring.hpp"

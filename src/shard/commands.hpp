@@ -1,5 +1,5 @@
 /// \file
-/// The four commands. Each can be repeated at any time, also after it was killed.
+/// The four commands. Each can be repeated at any time, also after it has been killed.
 #pragma once
 
 #include <cstdint>
@@ -29,8 +29,8 @@ struct StatusOptions {
     bool watch = false;
 };
 
-/// Makes the work directory of a job and prints the number of shards. Refusals are those of the tool: it is started with
-/// the user's arguments, and its status is returned.
+/// Makes the work directory of a job and prints the number of shards. For a job that the tool refuses, starts the tool with
+/// the user's arguments, so that it prints the reason, and returns its status.
 ///
 /// @throws Failure, as all commands do, with a sentence for people.
 int planJob(const PlanOptions& options);
@@ -40,7 +40,7 @@ int planJob(const PlanOptions& options);
 /// @param direct whole files are read where they are, through symbolic links; by default the tool reads copies.
 int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct);
 
-/// Makes the output directory out of the shards and removes the work directory.
+/// Makes the output directory from the shards and removes the work directory.
 int mergeShards(const std::string& workDirectory);
 
 /// Prints what is done, running and missing.

@@ -27,7 +27,7 @@ constexpr std::size_t longestHeader = 64;
 
 constexpr std::size_t searchedBytes = 4096;
 
-/// What opening a file costs, in bytes of reading. Distributes small files by their number.
+/// Opening a file takes as long as reading this number of bytes. So small files are distributed by their number.
 constexpr std::uint64_t costOfUnit = 16384;
 
 /// Returns the position after the first line feed from `position` on, or the size of the file.
@@ -50,7 +50,7 @@ std::uint64_t afterNextLineFeed(const OpenFile& file, std::uint64_t position, st
 void addFile(InputScan& scan, const std::string& path, const std::string& name) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) {
-        return; // Removed in this moment, so the tool would not find it either.
+        return; // It has just been removed, so the tool would not find it either.
     }
     if (!S_ISREG(status.st_mode)) {
         throw Failure(formatMessage("{0} is not a regular file. Only regular files can be split into shards.", path));
@@ -104,7 +104,7 @@ bool isNodeFileLine(const std::string& rawLine) {
 InputScan scanInput(const std::string& inputDirectory) {
     InputScan scan;
     for (const fs::directory_entry& entry : fs::directory_iterator(inputDirectory)) {
-        // In the order of the tool: the status of every entry, also of those without the suffix.
+        // As in the tool, the status of an entry is read before its suffix is checked: it fails for the same entries.
         const fs::file_type type = entry.status().type();
         const std::string path = entry.path().string();
         if (type != fs::directory_file && type != fs::file_not_found && vadelclip::hasNodeFileSuffix(path)) {

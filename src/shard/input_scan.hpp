@@ -13,7 +13,7 @@ namespace vadelshard {
 
 /// Returns the first line of a file with its line end, byte order mark included, without reading further.
 ///
-/// @return nothing if no line feed is where a header has one. Such a file is no node file, however long its line is.
+/// @return nothing if the line is longer than any header: the file is not a node file.
 std::optional<std::string> rawFirstLine(const OpenFile& file);
 
 /// Returns true if the tool selects a file with this first line.

@@ -40,8 +40,8 @@ void watchForInterruption() {
 
 void failIfInterrupted() {
     if (arrivedSignal != 0) {
-        throw Failure(
-            formatMessage("Interrupted by signal {0}. The same command again goes on.", std::to_string(arrivedSignal)));
+        throw Failure(formatMessage("Interrupted by signal {0}. Run the same command again to continue.",
+                                    std::to_string(arrivedSignal)));
     }
 }
 

@@ -7,13 +7,13 @@
 
 namespace vadelshard {
 
-/// From now on these signals do not end this process. They make `failIfInterrupted` fail.
+/// Catches these signals from now on: they do not end this process, but make `failIfInterrupted` fail.
 void watchForInterruption();
 
 /// @throws Failure if one of the signals has arrived.
 void failIfInterrupted();
 
-/// Keeps the signals waiting while this object exists.
+/// Blocks the signals while this object exists.
 class BlockedInterruption {
 public:
     BlockedInterruption();
@@ -25,7 +25,7 @@ private:
     sigset_t former{};
 };
 
-/// Kills this process too if one of the signals arrives. -1 for none.
+/// Sets the process that is killed when one of the signals arrives, -1 for none.
 void setProcessToInterrupt(pid_t pid);
 
 } // namespace vadelshard

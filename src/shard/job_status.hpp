@@ -1,5 +1,5 @@
 /// \file
-/// How far a job is.
+/// The progress of a job.
 #pragma once
 
 #include "shard/job.hpp"

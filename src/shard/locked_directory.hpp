@@ -22,10 +22,10 @@ private:
     int lock = -1;
 };
 
-/// Returns true if the process that made the directory is running. Without locks in the file system the answer is no.
+/// Returns true if the process that made the directory is running. Returns false if the file system has no locks.
 bool isInUse(const std::string& lockedDirectory);
 
-/// Removes the directories whose path begins like this and that are not in use.
+/// Removes the directories in `parent` whose name begins with `namePrefix` and that are not in use.
 void removeAbandoned(const std::string& parent, const std::string& namePrefix);
 
 /// Makes a work directory unless it is there, and holds its lock. Waits for another process that holds it.

@@ -127,7 +127,7 @@ nlohmann::json buildOutput(const WorkDirectory& work, const std::vector<Part>& p
     return {{"kept_lines", keptLines}, {"files", files}, {"total_node_count", count}};
 }
 
-/// Lets the tool refuse the output directory in its own words.
+/// Starts the tool, which refuses the output directory and prints why.
 int letToolRefuseOutput(const WorkDirectory& work, const Job& job) {
     const std::string output = std::filesystem::path(work.output()).filename().string();
     return runTool({work.path, output, work.boundary(), "-lang=" + job.language});
@@ -139,9 +139,10 @@ bool isEmptyDirectory(const std::string& path) {
     return !error && isEmpty && std::filesystem::is_directory(path, error);
 }
 
-/// Gives `merged/` the name of the output directory.
+/// Renames `merged/` to the output directory.
 ///
-/// @return false if the output directory is someone else's.
+/// @param mayBeClaimed an earlier merge of this job may have made the empty output directory.
+/// @return false if the output directory does not belong to this job.
 bool publishOutput(const WorkDirectory& work, bool mayBeClaimed) {
     const std::string output = work.output();
     const bool isClaimed = mkdir(output.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) == 0;
@@ -156,7 +157,7 @@ bool publishOutput(const WorkDirectory& work, bool mayBeClaimed) {
     return true;
 }
 
-/// The file `published` is removed last, because it tells a repeated merge what is left to do.
+/// Removes the file `published` last, because a repeated merge reads from it that only the removal is left.
 void removeWorkDirectory(const WorkDirectory& work, const WorkLock& lock) {
     for (const std::string& path : {work.attempts(), work.done(), work.plan(), work.published()}) {
         removeAll(path);
@@ -178,7 +179,7 @@ void printFigures(const WorkDirectory& work) {
     }
 }
 
-/// Merges under the lock of the work directory. Goes on where an earlier merge was killed.
+/// Merges under the lock of the work directory. Continues where an earlier merge was killed.
 int mergeLocked(const WorkDirectory& work, const WorkLock& lock) {
     if (work.isMergedAndRemoved()) {
         lock.removeEmptyDirectory();

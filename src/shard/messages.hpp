@@ -19,7 +19,7 @@ std::string formatMessage(const std::string& messageId, const Values&... values)
     return vadelclip::formatMessage(messageId, vadelclip::shownName(values)...);
 }
 
-/// A command cannot go on. `what()` is a translated sentence for people; the exit status is 1.
+/// Ends a command with exit status 1. `what()` is a translated sentence for people.
 class Failure : public std::runtime_error {
 public:
     explicit Failure(const std::string& text) : std::runtime_error(text) {}

@@ -11,7 +11,7 @@
 
 namespace vadelshard {
 
-/// What tells one version of a file from another.
+/// Identifies one version of a file.
 struct FileState {
     std::uint64_t size = 0;
     std::int64_t modified = 0; ///< Nanoseconds since 1970.
@@ -24,7 +24,9 @@ FileState stateOf(const struct stat& status);
 /// An open file. Closed by the destructor, without a report; `close` reports.
 class OpenFile {
 public:
-    /// @throws Failure, as all members do. A FIFO is not waited for.
+    /// Does not wait for the writer of a FIFO.
+    ///
+    /// @throws Failure, as all members do.
     static OpenFile forReading(const std::string& path);
 
     /// Creates or empties the file.
@@ -40,13 +42,13 @@ public:
     /// Returns up to `size` bytes from a position, fewer only at the end of the file.
     std::string read(std::uint64_t position, std::size_t size) const;
 
-    /// Calls `consume` with the bytes from `begin` to `end`, block by block. Fails if the file ends before.
+    /// Calls `consume` with the bytes from `begin` to `end`, block by block. Fails if the file ends before `end`.
     void readBlocks(std::uint64_t begin, std::uint64_t end,
                     const std::function<void(std::string_view block)>& consume) const;
 
     void append(std::string_view bytes);
 
-    /// Appends the bytes from `begin` to `end` of another file. Fails if it ends before.
+    /// Appends the bytes from `begin` to `end` of another file. Fails if it ends before `end`.
     void append(const OpenFile& source, std::uint64_t begin, std::uint64_t end);
 
     /// Reports a write that failed late, as network file systems do.
@@ -66,7 +68,7 @@ private:
 /// Returns the whole content of a file.
 std::string readWholeFile(const std::string& path);
 
-/// Writes a file in one go. It is not atomic: the caller publishes it by a rename.
+/// Writes a whole file. This is not atomic: the caller publishes the file by a rename.
 void writeWholeFile(const std::string& path, std::string_view content);
 
 /// Moves a file. Copies it if the new place is in another file system.

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The paths of a job as the tool makes them out of its arguments.
+/// The paths of a job as the tool makes them from its arguments.
 struct JobPaths {
     std::string parent;
     std::string input;
@@ -39,7 +39,7 @@ JobPaths pathsOf(const std::vector<std::string>& toolArguments) {
     return {parent.string(), (parent / inputPath.filename()).string(), output, toolArguments[2]};
 }
 
-/// Lets the tool refuse the job in its own words.
+/// Starts the tool, which refuses the job and prints why.
 int letToolRefuse(const PlanOptions& options) {
     std::vector<std::string> arguments = options.toolArguments;
     arguments.push_back("-lang=" + options.language);
@@ -191,7 +191,7 @@ int planJob(const PlanOptions& options) {
     }
     const JobPaths paths = pathsOf(options.toolArguments);
     const WorkDirectory work{paths.output + ".shards"};
-    // After this file the output directory is the job's own, so the tool must not refuse it.
+    // When this file exists, the output directory belongs to this job, so the tool must not refuse it.
     if (exists(work.published())) {
         return printShards(work);
     }

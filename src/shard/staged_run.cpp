@@ -138,7 +138,7 @@ std::uint64_t StagedRun::collect(const StagedUnit& unit, ShardReport& report) co
     {
         const OpenFile file = OpenFile::forReading(output);
         report.outputSizes[unit.place] = file.state().size;
-        keptLines = std::max<std::uint64_t>(countLines(file, output), 1) - 1; // less the header
+        keptLines = std::max<std::uint64_t>(countLines(file, output), 1) - 1; // without the header
     }
     moveFile(output, result + '/' + std::to_string(unit.place));
     return keptLines;

@@ -1,5 +1,5 @@
 /// \file
-/// One run of the tool over copies of units, with a check of everything that it leaves.
+/// One run of the tool over copies of units, with a check of everything that it writes.
 #pragma once
 
 #include "shard/job.hpp"

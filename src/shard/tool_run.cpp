@@ -15,7 +15,8 @@ namespace vadelshard {
 namespace {
 
 constexpr int channelNumber = 3;
-constexpr int statusOfSignals = 128; // as shells count
+constexpr int statusOfSignals = 128; // as in shells
+
 int run(const std::vector<std::string>& arguments, const std::vector<vadelclip::ChildDescriptor>& descriptors) {
     failIfInterrupted();
     const std::string program = vadelclip::toolPathNextToExecutable();

@@ -1,5 +1,5 @@
 /// \file
-/// Runs the tool that is next to the own executable.
+/// Runs the tool that is in the directory of this executable.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace vadelshard {
 /// @throws Failure if it cannot be started, or if this process was asked to end.
 int runTool(const std::vector<std::string>& arguments);
 
-/// The same with console and messages in files.
+/// Does the same, with console and messages in files.
 int runTool(const std::vector<std::string>& arguments, const std::string& consoleFile, const std::string& messageFile);
 
 } // namespace vadelshard

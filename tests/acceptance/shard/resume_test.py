@@ -142,8 +142,8 @@ class Repeated(ShardTest):
             process = self.beginClip()
             process.send_signal(number)
             done = self.finish(process)
-            self.assertEqual((1, f"Vadelshard: Interrupted by signal {int(number)}. The same command again goes on.\n"),
-                             (done.status, done.errors))
+            interrupted = f"Vadelshard: Interrupted by signal {int(number)}. Run the same command again to continue.\n"
+            self.assertEqual((1, interrupted), (done.status, done.errors))
             self.assertEqual(([], [], []), (os.listdir(self.scratch), os.listdir(self.path(WORK + "/attempts")),
                                             os.listdir(self.path(WORK + "/done"))))
 
