@@ -62,6 +62,11 @@ int startChild(const std::string& program, const std::vector<std::string>& argum
         return errno;
     }
     const int writing = movedUp(failure[1]);
+    if (writing == -1) {
+        // Without this end a program that cannot be run would count as started.
+        close(failure[0]);
+        return EMFILE;
+    }
     const pid_t parent = getpid();
     pid = fork();
     int error = pid == -1 ? errno : 0;

@@ -160,8 +160,8 @@ TEST(ToolProcess, startReturnsErrno) {
 TEST(ToolProcess, startFailsWithoutDescriptors) {
     const int lowest = dup(STDIN_FILENO);
     close(lowest);
-    // From too few for one pipe to too few for the last of six ends, whose numbers start at ten.
-    for (rlim_t most = static_cast<rlim_t>(lowest); most < 16; ++most) {
+    // From too few for one pipe to too few for the last of five ends, whose numbers start at ten.
+    for (rlim_t most = static_cast<rlim_t>(lowest); most < 15; ++most) {
         const DescriptorLimit limit(most);
         ToolProcess process;
         EXPECT_EQ(EMFILE, startScript(process, "true")) << most;
