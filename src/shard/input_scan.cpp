@@ -13,7 +13,6 @@
 #include <numeric>
 #include <queue>
 #include <sys/stat.h>
-#include <tuple>
 #include <utility>
 
 namespace vadelshard {
@@ -137,8 +136,11 @@ std::vector<Unit> cutIntoUnits(const std::string& inputDirectory, const Unit& wh
 
 std::vector<Shard> distribute(std::vector<Unit> units, std::uint64_t wanted) {
     std::sort(units.begin(), units.end(), [](const Unit& a, const Unit& b) {
-        return std::make_tuple(costOf(b), std::cref(a.name), a.begin) <
-               std::make_tuple(costOf(a), std::cref(b.name), b.begin);
+        if (costOf(a) != costOf(b)) {
+            return costOf(a) > costOf(b);
+        }
+        const int order = a.name.compare(b.name);
+        return order != 0 ? order < 0 : a.begin < b.begin;
     });
     using Load = std::pair<std::uint64_t, std::size_t>;
     std::vector<Shard> shards(static_cast<std::size_t>(std::min<std::uint64_t>(wanted, units.size())));

@@ -105,8 +105,8 @@ public:
     ~UnpublishedPlan() {
         if (!exists(work.plan())) {
             std::error_code ignored;
-            for (const std::string& path : {directory, work.attempts(), work.done()}) {
-                fs::remove_all(path, ignored);
+            for (const std::string& made : {directory, work.attempts(), work.done()}) {
+                fs::remove_all(made, ignored);
             }
             lock.removeEmptyDirectory();
         }
