@@ -107,7 +107,12 @@ TEST(TwoVertexPolygon, containsEndsAndMiddleIfSquaresOverflow) {
     EXPECT_FALSE(segmentContains({-8e307, 0}, {8e307, 0}, {0, 1e-300}));
 }
 
-// The next two are kept on purpose.
+// The next three are kept on purpose.
+TEST(TwoVertexPolygon, containsPointsBeforeFirstVertexIfSquaresOverflow) {
+    EXPECT_TRUE(segmentContains({0, 0}, {1e160, 0}, {-5e-07, 0}));
+    EXPECT_FALSE(segmentContains({0, 0}, {1e150, 0}, {-5e-07, 0}));
+}
+
 TEST(TwoVertexPolygon, containsNothingIfDifferenceOverflows) {
     for (const double y : {0.0, 3.0}) {
         for (const Point2D point : {Point2D{-9e307, 0}, {0, y / 2}, {9e307, y}}) {
