@@ -94,7 +94,9 @@ void GridBuilder::countCrossings(std::span<const std::uint32_t> polygonSpans) {
               [this](std::uint32_t a, std::uint32_t b) { return spans[a].firstColumn < spans[b].firstColumn; });
     bool odd = false;
     for (const std::uint32_t number : spansByColumn) {
-        odd = odd != spans[number].entry.odd;
+        if (spans[number].entry.odd) {
+            odd = !odd;
+        }
     }
     std::int32_t column = 0;
     std::int32_t listedEnd = 0; // every column before this one is decided or has a span
@@ -111,7 +113,9 @@ void GridBuilder::countCrossings(std::span<const std::uint32_t> polygonSpans) {
     };
     for (const std::uint32_t number : spansByColumn) {
         goTo(spans[number].firstColumn);
-        odd = odd != spans[number].entry.odd;
+        if (spans[number].entry.odd) {
+            odd = !odd;
+        }
         listedEnd = std::max(listedEnd, spans[number].lastColumn + 1);
     }
     goTo(listedEnd);

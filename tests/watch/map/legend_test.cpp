@@ -33,7 +33,6 @@ Texts textsOf(const MapLegend& legend) {
 
 const MapLegend much{{3, 10315, 123148, 1234}, 5678, {12, 2, 3, 40}, true};
 const MapLegend one{{1, 1, 1, 1}, 1, {1, 1, 1, 1}, false, true};
-const MapLegend nothing{};
 
 } // namespace
 
