@@ -55,9 +55,8 @@ std::optional<PictureSize> readPictureSize(const std::string& text) {
 
 void removeOldPicture(const std::string& path) {
     std::error_code error;
-    if (std::filesystem::is_regular_file(path, error)) {
-        // If the path is a link, removes the file that it leads to.
-        std::filesystem::remove(std::filesystem::canonical(path, error), error);
+    if (std::filesystem::is_regular_file(std::filesystem::symlink_status(path, error))) {
+        std::filesystem::remove(path, error);
     }
 }
 
@@ -66,12 +65,17 @@ int writePictureFile(const std::string& path, const std::string& bytes) {
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     const bool isReplaceable =
         status.type() == std::filesystem::file_type::not_found || status.type() == std::filesystem::file_type::regular;
-    const std::string temporaryFile = isReplaceable ? makeTemporaryFile(path) : "";
+    // A circle of links is not replaceable, so this ends.
+    std::filesystem::path target = path;
+    while (isReplaceable && std::filesystem::is_symlink(target, error)) {
+        target = target.parent_path() / std::filesystem::read_symlink(target, error);
+    }
+    const std::string temporaryFile = isReplaceable ? makeTemporaryFile(target) : "";
     if (temporaryFile.empty()) {
         return writeBytes(path, bytes);
     }
     int failure = writeBytes(temporaryFile, bytes);
-    if (failure == 0 && rename(temporaryFile.c_str(), path.c_str()) != 0) {
+    if (failure == 0 && rename(temporaryFile.c_str(), target.c_str()) != 0) {
         failure = errno;
     }
     if (failure != 0) {

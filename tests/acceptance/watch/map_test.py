@@ -75,12 +75,21 @@ class Map(WatchTest):
                     errors=["Vadelwatch: The map map.png cannot be written: File too large."])
         self.assertEqual(before, set(os.listdir(self.directory)))
 
-    def test_link_to_a_picture_is_replaced(self):
-        self.give({"other.png": b"old"})
-        os.symlink("other.png", self.path("map.png"))
+    def test_links_stay_and_their_targets_are_replaced(self):
+        self.give({"notes.md": b"old"})
+        os.symlink("notes.md", self.path("map.png"))
+        os.symlink("new.txt", self.path("map.pgw"))
         self.expect(self.run_(*JOB, "--quiet", "--map", "map.png"), status=0)
-        self.assertTrue(self.content("map.png").startswith(b"\x89PNG"))
-        self.assertFalse(os.path.exists(self.path("other.png")))
+        self.assertEqual(("notes.md", "new.txt"), tuple(os.readlink(self.path(name)) for name in ("map.png", "map.pgw")))
+        self.assertTrue(self.content("notes.md").startswith(b"\x89PNG"))
+        self.assertEqual(6, len(self.content("new.txt").splitlines()))
+
+    def test_target_of_a_link_stays_if_drawing_fails(self):
+        self.give({"notes.md": b"old", "area.xml": b"<VADELSIM><VadeDGM><a/></VadeDGM></VADELSIM>"})
+        self.give({"base/data/a.xyz": HEADER})
+        os.symlink("notes.md", self.path("map.png"))
+        self.assertEqual(2, self.run_(*JOB, "--quiet", "--map", "map.png").status)
+        self.assertEqual(b"old", self.content("notes.md"))
 
     def test_output_is_a_fifo(self):
         self.expectDifference(FINISHES.format(count=1, call="mkfifo", arguments=()))

@@ -55,6 +55,33 @@ TEST(MapPictureFile, removesOnlyRegularFiles) {
     EXPECT_FALSE(std::filesystem::exists(directory.pathOf("map.png")));
 }
 
+TEST(MapPictureFile, linkStaysAndItsTargetIsReplaced) {
+    const TemporaryDirectory directory;
+    const std::string target = directory.write("there/notes.md", "old");
+    directory.makeLink("second.svg", "there/notes.md");
+    directory.makeLink("there/dangling.svg", "../new/map.svg");
+    directory.makeDirectory("new");
+    directory.makeLink("first.svg", directory.pathOf("second.svg"));
+    const std::string link = directory.pathOf("first.svg");
+    removeOldPicture(link);
+    EXPECT_EQ("old", readFile(target));
+    EXPECT_EQ(0, writePictureFile(link, "picture"));
+    EXPECT_EQ(0, writePictureFile(directory.pathOf("there/dangling.svg"), "other"));
+    for (const char* const name : {"first.svg", "second.svg", "there/dangling.svg"}) {
+        EXPECT_TRUE(std::filesystem::is_symlink(directory.pathOf(name))) << name;
+    }
+    EXPECT_EQ("picture", readFile(target));
+    EXPECT_EQ("other", readFile(directory.pathOf("new/map.svg")));
+    EXPECT_FALSE(std::filesystem::is_symlink(directory.pathOf("new/map.svg")));
+}
+
+TEST(MapPictureFile, circleOfLinksIsNoFile) {
+    const TemporaryDirectory directory;
+    directory.makeLink("a.svg", "b.svg");
+    directory.makeLink("b.svg", "a.svg");
+    EXPECT_EQ(ELOOP, writePictureFile(directory.pathOf("a.svg"), "new"));
+}
+
 TEST(PictureFile, nameSelectsFormat) {
     EXPECT_TRUE(isPictureFileName("a.png"));
     EXPECT_TRUE(isPictureFileName("/b/a.svg"));
