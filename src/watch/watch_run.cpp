@@ -152,13 +152,22 @@ std::vector<std::string> checkFinishedRun(WatchContext& watch, RunSummary& summa
     return describeDifference(difference);
 }
 
+/// Returns true if a command that removes the output directory is safe to print: it removes no input, `rm` accepts the
+/// name, and the name is shown as it is.
+bool isRemovable(const WatchContext& watch) {
+    const std::filesystem::path output = watch.directories.output;
+    const std::filesystem::path name = output.has_filename() ? output : output.parent_path();
+    return name.filename() != "." && name.filename() != ".." && shownName(output.native()) == output.native() &&
+           !isWithin(watch.directories.input, output) && !isWithin(watch.options.boundaryFilePath, output);
+}
+
 /// If the tool refused an output directory that existed, prints the command that removes it.
 void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
     const std::string& output = watch.directories.output;
     const bool isNamed = std::any_of(record.errors.begin(), record.errors.end(), [&output](const std::string& error) {
         return error.find(output) != std::string::npos;
     });
-    if (isNamed) {
+    if (isNamed && isRemovable(watch)) {
         std::string quoted = boost::algorithm::replace_all_copy(output, "'", "'\\''");
         quoted.insert(quoted.begin(), '\'');
         quoted.push_back('\'');

@@ -2,6 +2,7 @@
 
 #include "clip/input_selection.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
@@ -69,6 +70,12 @@ bool isSameFile(const std::string& first, const std::string& second) {
     std::error_code error;
     const bool sameNow = fs::equivalent(first, second, error);
     return sameNow || comparable(first) == comparable(second);
+}
+
+bool isWithin(const std::string& path, const std::string& directory) {
+    const fs::path inner = comparable(path);
+    const fs::path outer = comparable(directory);
+    return std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
 
 int whyUnwritable(const std::string& path) {

@@ -16,6 +16,9 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 /// Returns true if two paths lead to the same file, existing or not.
 bool isSameFile(const std::string& first, const std::string& second);
 
+/// Returns true if a path, existing or not, leads to a directory that exists, or into it.
+bool isWithin(const std::string& path, const std::string& directory);
+
 /// Checks that this process may write to the file or, if there is none, to its directory. A directory cannot be
 /// replaced.
 ///

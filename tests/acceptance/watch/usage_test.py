@@ -41,6 +41,22 @@ class Usage(WatchTest):
         watched = self.run_("base/none", "it's", "area.xml", "--lang=en")
         self.assertEqual((1, False), (watched.status, "rm -r" in watched.errors))
 
+    def test_command_never_removes_input(self):
+        self.giveJob(NODES)
+        self.give({"base/keep/area.xml": self.content("area.xml"), "base/data/sub/old.txt": b"", "base/a\tb/old.txt": b"",
+                   "base/old/a.txt": b""})
+        os.symlink("base/keep/area.xml", self.path("link.xml"))
+        os.symlink("data", self.path("base/alias"))
+        for output, boundary, removable in (
+                ("data", "area.xml", False), ("alias", "area.xml", False), ("", "area.xml", False),
+                ("../base", "area.xml", False), (".", "area.xml", False), ("..", "area.xml", False),
+                ("old/.", "area.xml", False), ("old/..", "area.xml", False), ("a\tb", "area.xml", False),
+                ("keep", "base/keep/area.xml", False), ("keep", "link.xml", False), ("keep", "area.xml", True),
+                ("data/sub", "area.xml", True), ("old/", "area.xml", True)):
+            with self.subTest(output=output, boundary=boundary):
+                watched = self.run_("base/data", output, boundary, "--lang=en")
+                self.assertEqual((1, removable), (watched.status, "rm -r" in watched.errors), watched.errors)
+
     def test_impossible_files_are_refused(self):
         self.giveJob(NODES)
         for option, name, reason in (("--map", "none/map.png", "No such file or directory"),
