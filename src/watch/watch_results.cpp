@@ -28,6 +28,7 @@ void reportFailure(WatchContext& watch, RunSummary& summary, const std::string& 
     writeErrors(watch, {text});
     if (summary.exitStatus == finishedStatus) {
         summary.exitStatus = usageErrorStatus;
+        summary.failure = text;
     }
 }
 

@@ -1,4 +1,5 @@
 """The output of Vadelwatch: vanished readers, closed descriptors, full disks."""
+import json
 import os
 import subprocess
 import sys
@@ -88,6 +89,10 @@ class OwnOutput(WatchTest):
         self.expect(self.run_(*JOB, "--quiet", "--log", "/dev/full"), status=2,
                     errors=["Vadelwatch: cannot write /dev/full: No space left on device"])
         self.assertEqual(b"1\n", self.content("base/out/total_node_count.txt"))
+        subprocess.run(["rm", "-rf", self.path("base/out")], check=True)
+        summary = json.loads(self.run_(*JOB, "--quiet", "--json", "--log", "/dev/full").output)
+        self.assertEqual((2, "Vadelwatch: cannot write /dev/full: No space left on device"),
+                         (summary["exit_status"], summary["failure"]))
 
 
 if __name__ == "__main__":
