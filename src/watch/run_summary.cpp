@@ -22,16 +22,21 @@ struct Row {
     std::string_view colour{}; ///< Escape sequence, or empty.
 };
 
-/// Returns the percentage of kept nodes, or nothing if the number of nodes read is 0 or unknown.
+std::string numberText(std::optional<std::uint64_t> number) {
+    return number ? groupedNumber(*number) : "-";
+}
+
+/// Returns the percentage of kept nodes, or nothing if the number of nodes read is 0 or one of the numbers is unknown.
 std::optional<double> percentKept(const RunSummary& summary) {
-    if (summary.nodesRead.value_or(0) == 0) {
+    const std::optional<std::uint64_t> kept = summary.check->keptNodes();
+    if (summary.nodesRead.value_or(0) == 0 || !kept) {
         return std::nullopt;
     }
-    return 100.0 * static_cast<double>(summary.check->nodeLines) / static_cast<double>(*summary.nodesRead);
+    return 100.0 * static_cast<double>(*kept) / static_cast<double>(*summary.nodesRead);
 }
 
 std::string nodesText(const RunSummary& summary) {
-    std::string kept = groupedNumber(summary.check->nodeLines);
+    std::string kept = numberText(summary.check->keptNodes());
     if (!summary.nodesRead) {
         return kept;
     }
@@ -48,9 +53,9 @@ std::string filesText(const std::vector<InputFile>& files) {
                               translateMessage("node file")}};
     for (const InputFile& file : files) {
         const LineFigures& figures = file.figures;
-        lines.push_back({groupedNumber(figures.count.nodeLines()), groupedNumber(file.kept),
-                         groupedNumber(file.outside()), groupedNumber(figures.unparsable.count),
-                         groupedNumber(figures.count.bytes), shownName(file.name)});
+        lines.push_back({groupedNumber(figures.count.nodeLines()), numberText(file.kept), numberText(file.outside()),
+                         groupedNumber(figures.unparsable.count), groupedNumber(figures.count.bytes),
+                         shownName(file.name)});
     }
     std::array<std::size_t, 5> widths{};
     for (const Cells& cells : lines) {
@@ -146,8 +151,8 @@ OrderedJson inputJson(const InputReport& input) {
         files.push_back({{"name", file.name},
                          {"bytes", figures.count.bytes},
                          {"lines", figures.count.nodeLines()},
-                         {"kept", file.kept},
-                         {"dropped_outside", file.outside()},
+                         {"kept", orNull(file.kept)},
+                         {"dropped_outside", orNull(file.outside())},
                          {"dropped_unparsable", linesJson(figures.unparsable)},
                          {"decimal_commas", linesJson(figures.decimalCommas)},
                          {"ends_in_line_feed", figures.count.endsInLineFeed},
@@ -174,23 +179,50 @@ OrderedJson suspectsJson(const std::vector<Suspect>& suspects) {
     return list;
 }
 
+/// Returns true if a number of lines differs from the count. A check fails also if one of them is unknown.
+bool hasDifference(const OutputCheck& check) {
+    return !check.directoryError && check.nodeCount && check.missingNodes() != 0;
+}
+
+std::string verdictOf(const OutputCheck& check) {
+    if (check.addsUp) {
+        return translateMessage("the lines add up to total_node_count.txt");
+    }
+    if (hasDifference(check)) {
+        return translateMessage("the lines do not add up to total_node_count.txt");
+    }
+    if (check.directoryError) {
+        return translateMessage("the output directory cannot be read");
+    }
+    if (check.nodeCount) {
+        return translateMessage("not every output file can be counted");
+    }
+    return check.hasNodeCountFile ? translateMessage("total_node_count.txt holds no number")
+                                  : translateMessage("there is no total_node_count.txt");
+}
+
+std::string headlineOf(const RunSummary& summary) {
+    if (summary.check->addsUp) {
+        return summary.record.closingText;
+    }
+    return hasDifference(*summary.check) ? translateMessage("Clipping ended, but its output does not add up")
+                                         : translateMessage("Clipping ended, but its output cannot be checked");
+}
+
 } // namespace
 
 std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour) {
     const OutputCheck& check = *summary.check;
     const std::string_view verdictColour = check.addsUp ? "\033[32m" : "\033[31m";
-    const std::string verdict = check.addsUp ? translateMessage("the lines add up to total_node_count.txt")
-                                             : translateMessage("the lines do not add up to total_node_count.txt");
     const std::vector<Row> rows{
         {translateMessage("Node files read"), groupedNumber(summary.record.passes)},
-        {translateMessage("Files written"), groupedNumber(check.files.size())},
+        {translateMessage("Files written"), check.directoryError ? "-" : groupedNumber(check.files.size())},
         {translateMessage("Nodes kept"), nodesText(summary)},
         {translateMessage("Time"), decimalNumber(summary.record.seconds, 1) + " s"},
         {translateMessage("Output directory"), shownName(summary.outputDirectory), true},
-        {translateMessage("Check"), verdict, false, colour ? verdictColour : ""},
+        {translateMessage("Check"), verdictOf(check), false, colour ? verdictColour : ""},
     };
-    const std::string headline =
-        check.addsUp ? summary.record.closingText : translateMessage("Clipping ended, but its output does not add up");
+    const std::string headline = headlineOf(summary);
     std::string text = (headline.empty() ? "" : wrapped(headline, "", "", columns)) + tableText(rows, columns);
     for (const std::string& sentence : inputSentences(summary.input)) {
         text += wrapped(sentence, "  ", "    ", columns);
@@ -211,9 +243,11 @@ std::string summaryJson(const RunSummary& summary) {
     }
     if (summary.check) {
         object["files_read"] = record.passes;
-        object["files_written"] = summary.check->files.size();
+        if (!summary.check->directoryError) {
+            object["files_written"] = summary.check->files.size();
+        }
         object["nodes_read"] = orNull(summary.nodesRead);
-        object["nodes_kept"] = summary.check->nodeLines;
+        object["nodes_kept"] = orNull(summary.check->keptNodes());
         object["percent_kept"] = orNull(percentKept(summary));
         object["total_node_count"] = orNull(summary.check->nodeCount);
         object["adds_up"] = summary.check->addsUp;

@@ -90,13 +90,42 @@ TEST(RunSummary, leavesOutUnknownValues) {
     summary.record.closingText.clear();
     summary.nodesRead.reset();
     summary.check->addsUp = false;
+    summary.check->nodeCount = 10316;
     const std::string text = summaryText(summary, unlimited);
     EXPECT_EQ(0U, text.find("Clipping ended, but its output does not add up\n  Node files read"));
     EXPECT_NE(std::string::npos, text.find("  Nodes kept        10 315\n"));
     EXPECT_NE(std::string::npos, text.find("the lines do not add up to"));
     summary.nodesRead = 0;
+    summary.check->addsUp = true;
     summary.check->nodeLines = 0;
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited).find("0 of 0 (- %)\n"));
+}
+
+TEST(RunSummary, verdictSaysWhyCheckIsImpossible) {
+    RunSummary summary = finishedRun();
+    summary.check->addsUp = false;
+    const auto expectVerdict = [&summary](const std::string& verdict) {
+        const std::string text = summaryText(summary, unlimited);
+        EXPECT_EQ(0U, text.find("Clipping ended, but its output cannot be checked\n")) << text;
+        EXPECT_TRUE(text.ends_with("  Check             " + verdict + "\n")) << text;
+    };
+    expectVerdict("not every output file can be counted");
+    summary.check->nodeCount.reset();
+    expectVerdict("there is no total_node_count.txt");
+    summary.check->hasNodeCountFile = true;
+    expectVerdict("total_node_count.txt holds no number");
+    summary.check->directoryError = std::make_error_code(std::errc::permission_denied);
+    expectVerdict("the output directory cannot be read");
+}
+
+TEST(RunSummary, numbersOfUnreadableDirectoryAreUnknown) {
+    RunSummary summary = finishedRun();
+    summary.check->addsUp = false;
+    summary.check->directoryError = std::make_error_code(std::errc::permission_denied);
+    const std::string text = summaryText(summary, unlimited);
+    EXPECT_NE(std::string::npos, text.find("Files written     -\n  Nodes kept        - of 133 463 (- %)\n")) << text;
+    EXPECT_NE(std::string::npos, summaryJson(summary).find(R"("files_written":null,"nodes_read":133463,)"
+                                                           R"("nodes_kept":null,"percent_kept":null,)"));
 }
 
 TEST(RunSummary, coloursVerdict) {
@@ -104,6 +133,7 @@ TEST(RunSummary, coloursVerdict) {
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[32mthe lines add up to"));
     EXPECT_TRUE(summaryText(summary, unlimited, true).ends_with("total_node_count.txt\033[0m\n"));
     summary.check->addsUp = false;
+    summary.check->nodeCount = 10316;
     EXPECT_NE(std::string::npos, summaryText(summary, unlimited, true).find("  \033[31mthe lines do not add up"));
     EXPECT_NE(std::string::npos, summaryText(summary, 14, true).find("\033[31m    the lines"));
 }

@@ -38,9 +38,10 @@ NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlin
 
 } // namespace
 
-std::uint64_t InputFile::outside() const {
-    const std::uint64_t other = kept + figures.unparsable.count;
-    return figures.count.nodeLines() > other ? figures.count.nodeLines() - other : 0;
+std::optional<std::uint64_t> InputFile::outside() const {
+    const std::uint64_t other = kept.value_or(0) + figures.unparsable.count;
+    return addsUp && other <= figures.count.nodeLines() ? std::optional(figures.count.nodeLines() - other)
+                                                        : std::nullopt;
 }
 
 InputReport reportEntries(const NodeFiles& nodeFiles) {
@@ -50,12 +51,14 @@ InputReport reportEntries(const NodeFiles& nodeFiles) {
 
 InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, const std::string& boundaryFile) {
     InputReport report = reportEntries(nodeFiles);
-    std::map<std::string, std::uint64_t> kept;
+    std::map<std::string, std::optional<std::uint64_t>> kept;
     for (const OutputFile& output : check.files) {
-        kept[output.name] = output.nodeLines;
+        kept[output.name] = isCounted(output) ? std::optional(output.nodeLines) : std::nullopt;
     }
     MapOutlines outlines;
-    const auto hasOutput = [&kept](const NodeFile& file) { return kept.contains(file.name); };
+    const auto hasOutput = [&kept, &check](const NodeFile& file) {
+        return check.directoryError || kept.contains(file.name);
+    };
     if (check.nodeLines == 0 || !std::ranges::all_of(nodeFiles.files, hasOutput)) {
         readMapOutlines(boundaryFile, outlines);
     }
@@ -65,7 +68,9 @@ InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, co
         nothing.nodes = joinExtents(nothing.nodes, file.figures.positions);
         nothing.isSampled = nothing.isSampled || file.figures.isSampled;
         if (nodeFiles.areRead) {
-            report.files.push_back({file.name, file.figures, kept[file.name], exchanged});
+            const std::optional<std::uint64_t> lines =
+                hasOutput(file) ? kept[file.name] : std::optional(std::uint64_t{0});
+            report.files.push_back({file.name, file.figures, lines, exchanged, check.addsUp});
         }
     }
     if (check.addsUp && check.nodeLines == 0 && nodeFiles.unread.empty()) {

@@ -25,11 +25,12 @@ struct NothingKept {
 struct InputFile {
     std::string name;
     LineFigures figures;
-    std::uint64_t kept = 0;      ///< Lines of its output file.
-    bool looksExchanged = false; ///< See docs/vadelwatch.md.
+    std::optional<std::uint64_t> kept; ///< Lines of its output file. Unknown if the file cannot be read.
+    bool looksExchanged = false;       ///< See docs/vadelwatch.md.
+    bool addsUp = true;                ///< The whole output adds up, so no kept line is lost.
 
-    /// Returns the number of lines that parse and were not kept.
-    std::uint64_t outside() const;
+    /// Returns the number of lines that parse and were not kept. Unknown if kept lines may be lost.
+    std::optional<std::uint64_t> outside() const;
 };
 
 struct InputReport {

@@ -32,7 +32,7 @@ OutputFile checkFile(const fs::path& path, const std::function<void(std::size_t 
     OutputFile file{path.filename().string(), 0, OutputCondition::whole};
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
-        file.condition = OutputCondition::notRegular;
+        file.condition = error ? OutputCondition::unreadable : OutputCondition::notRegular;
         return file;
     }
     const std::optional<LineCount> count = countLines(path.string(), false, counted);
@@ -60,11 +60,15 @@ std::optional<std::int64_t> readNodeCount(const fs::path& path) {
     return count;
 }
 
-bool countedInFull(const OutputFile& file) {
+} // namespace
+
+bool isCounted(const OutputFile& file) {
     return file.condition != OutputCondition::unreadable && file.condition != OutputCondition::notRegular;
 }
 
-} // namespace
+std::optional<std::uint64_t> OutputCheck::keptNodes() const {
+    return directoryError ? std::nullopt : std::optional(nodeLines);
+}
 
 std::int64_t OutputCheck::missingNodes() const {
     const auto expected = static_cast<std::uint32_t>(nodeCount.value_or(0));
@@ -98,10 +102,13 @@ OutputCheck checkOutput(const std::string& outputDirectory, const std::function<
               [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });
     std::sort(check.directories.begin(), check.directories.end());
     const fs::path nodeCountFile = fs::path(outputDirectory) / nodeCountName;
-    check.hasNodeCountFile = fs::exists(nodeCountFile, ignored);
+    if (!error) {
+        // Fails if the directory can be listed, but not searched.
+        check.hasNodeCountFile = fs::exists(nodeCountFile, error);
+    }
     check.nodeCount = readNodeCount(nodeCountFile);
     check.addsUp = !error && check.nodeCount && check.missingNodes() == 0 &&
-                   std::all_of(check.files.begin(), check.files.end(), countedInFull);
+                   std::all_of(check.files.begin(), check.files.end(), isCounted);
     return check;
 }
 

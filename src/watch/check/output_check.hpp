@@ -34,6 +34,9 @@ struct OutputFile {
     OutputCondition condition = OutputCondition::whole;
 };
 
+/// Returns true if the number of lines in the file is known.
+bool isCounted(const OutputFile& file);
+
 struct OutputCheck {
     std::error_code directoryError;        ///< Set if the directory cannot be read; then files may be missing here.
     std::vector<OutputFile> files;         ///< Sorted by name, without `total_node_count.txt`.
@@ -42,6 +45,9 @@ struct OutputCheck {
     bool hasNodeCountFile = false;         ///< `total_node_count.txt` exists.
     std::optional<std::int64_t> nodeCount; ///< The number in `total_node_count.txt`, if it contains one.
     bool addsUp = false;
+
+    /// Returns `nodeLines`, or nothing if the directory cannot be read.
+    std::optional<std::uint64_t> keptNodes() const;
 
     /// Returns how many lines are missing, negative if there are too many. Compares 32-bit numbers, because the tool
     /// counts with them.

@@ -1,9 +1,13 @@
 """Checks of outputs that a stand-in writes, because the real tool writes them only after an accident."""
+import json
+import os
+import shutil
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from acceptance import dropPowersOfRoot
 from watching import HEADER, WatchTest
 
 INSIDE = b"1;1;5\n"
@@ -48,6 +52,20 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
             "Vadelwatch: the output directory base/out cannot be read: No such file or directory"])
         self.expect(self.job("--quiet"), status=3, errors=[
             "Vadelwatch: Das Ausgabeverzeichnis base/out kann nicht gelesen werden: No such file or directory"])
+
+    def test_directory_that_cannot_be_searched_is_reported(self):
+        for mode in (0o000, 0o444):
+            self.standIn(f"finish(1); os.chmod('base/out', {mode})")
+            self.giveJob({"a.xyz": HEADER + INSIDE})
+            process = self.start("base/data", "out", "area.xml", LANGUAGE, "--json", preexec_fn=dropPowersOfRoot)
+            watched = self.finish(process)
+            os.chmod(self.path("base/out"), 0o755)
+            shutil.rmtree(self.path("base/out"))
+            summary = json.loads(watched.output)
+            self.assertEqual((3, None, None, None), (watched.status, summary["nodes_kept"], summary["files_written"],
+                                                     summary["input"]["files"][0]["dropped_outside"]))
+            self.assertEqual("Vadelwatch: the output directory base/out cannot be read: Permission denied",
+                             watched.errorLines()[0])
 
     def test_changed_node_file_is_reported(self):
         self.standIn("""

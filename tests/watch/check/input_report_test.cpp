@@ -26,8 +26,13 @@ std::string square(int minX, int minY) {
 
 class Report : public testing::Test {
 protected:
-    InputReport report(const std::string& boundary) {
-        directory.write("out/total_node_count.txt", "0\n");
+    InputReport report(const std::string& boundary) { return report(boundary, "0\n"); }
+
+    /// Without a count, the output directory is missing.
+    InputReport report(const std::string& boundary, const std::string& count) {
+        if (!count.empty()) {
+            directory.write("out/total_node_count.txt", count);
+        }
         NodeFiles nodeFiles = findNodeFiles(directory.pathOf("in"));
         readNodeFiles(nodeFiles, false);
         return reportInput(nodeFiles, checkOutput(directory.pathOf("out")), directory.write("area.xml", boundary));
@@ -41,7 +46,7 @@ protected:
 TEST_F(Report, hasFiguresOfFiles) {
     directory.write("in/a.xyz", header + "1;1;1\nbad\n99;9;9\n");
     directory.write("out/a.xyz", header + "1;1;1\n");
-    const InputReport found = report(square(0, 0));
+    const InputReport found = report(square(0, 0), "1\n");
     ASSERT_EQ(1U, found.files.size());
     EXPECT_EQ(1U, found.files[0].kept);
     EXPECT_EQ(1U, found.files[0].outside());
@@ -56,6 +61,29 @@ TEST_F(Report, hasNothingToSayAboutGoodInput) {
     directory.write("in/a.xyz", header + "1;1;1\n");
     directory.write("out/a.xyz", header + "1;1;1\n");
     EXPECT_TRUE(inputSentences(report(square(0, 0))).empty());
+}
+
+TEST_F(Report, doesNotCallLostLinesOutside) {
+    directory.write("in/a.xyz", header + "1;1;1\n2;1;1\n");
+    directory.write("in/total_node_count.txt", header + "1;1;1\n");
+    directory.write("out/a.xyz", header + "1;1;1\n2;");
+    for (const InputFile& file : report(square(0, 0), "3\n").files) {
+        EXPECT_EQ(file.name == "a.xyz" ? 1U : 0U, file.kept) << file.name;
+        EXPECT_FALSE(file.outside()) << file.name;
+    }
+}
+
+TEST_F(Report, linesOfUnreadableOutputAreUnknown) {
+    directory.write("in/a.xyz", header + "1;101;1\n");
+    directory.write("in/b.xyz", header + "101;1;1\n");
+    for (const InputFile& file : report(square(0, 100), "").files) {
+        EXPECT_FALSE(file.kept || file.outside() || file.looksExchanged) << file.name;
+    }
+    directory.makeDirectory("out");
+    directory.makeLink("out/a.xyz", "/dev/full");
+    const InputReport found = report(square(0, 100), "0\n");
+    EXPECT_FALSE(found.files[0].kept);
+    EXPECT_EQ(0U, found.files[1].kept);
 }
 
 TEST_F(Report, findsExchangedFile) {
