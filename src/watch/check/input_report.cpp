@@ -20,14 +20,18 @@ bool looksExchanged(const MapExtent& positions, const MapExtent& boundary) {
     return !overlap(positions, boundary) && overlap(exchanged, boundary);
 }
 
-NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlines) {
+NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlines, bool areNodesRead) {
     if (outlines.empty()) {
         return NothingKeptReason::noPolygon;
+    }
+    const bool hasFewVertices = std::ranges::all_of(outlines, [](const auto& outline) { return outline.size() < 3; });
+    if (!areNodesRead) {
+        return hasFewVertices ? NothingKeptReason::fewVertices : NothingKeptReason::unknown;
     }
     if (isEmpty(nothing.nodes)) {
         return NothingKeptReason::noPosition;
     }
-    if (std::ranges::all_of(outlines, [](const auto& outline) { return outline.size() < 3; })) {
+    if (hasFewVertices) {
         return NothingKeptReason::fewVertices;
     }
     if (looksExchanged(nothing.nodes, nothing.boundary)) {
@@ -73,8 +77,8 @@ InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, co
             report.files.push_back({file.name, file.figures, lines, exchanged, check.addsUp});
         }
     }
-    if (check.addsUp && check.nodeLines == 0 && nodeFiles.unread.empty()) {
-        nothing.reason = reasonOf(nothing, outlines);
+    if (check.addsUp && check.nodeLines == 0) {
+        nothing.reason = reasonOf(nothing, outlines, nodeFiles.areRead);
         report.nothingKept = nothing;
     }
     return report;
@@ -95,7 +99,8 @@ const char* nameOf(PassedOver reason) {
 
 const char* nameOf(NothingKeptReason reason) {
     constexpr std::array names{
-        "no polygon", "fewer than three points", "no position", "x and y exchanged", "no overlap", "outside"};
+        "no polygon", "fewer than three points", "no position", "x and y exchanged", "no overlap", "outside",
+        "unknown"};
     return names.at(static_cast<std::size_t>(reason));
 }
 

@@ -13,7 +13,7 @@
 namespace vadelwatch {
 
 /// The likely reason why a run kept no node.
-enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, noOverlap, outside };
+enum class NothingKeptReason { noPolygon, fewVertices, noPosition, exchanged, noOverlap, outside, unknown };
 
 struct NothingKept {
     NothingKeptReason reason = NothingKeptReason::outside;

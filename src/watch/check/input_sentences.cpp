@@ -107,7 +107,8 @@ std::vector<std::string> nothingKeptTexts() {
             translateMessage("The node files have no line with a position."),
             translateMessage("Nodes and boundary do not overlap, but would overlap with x and y exchanged."),
             translateMessage("Nodes and boundary do not overlap."),
-            translateMessage("Nodes and boundary overlap, but no node is in a polygon.")};
+            translateMessage("Nodes and boundary overlap, but no node is in a polygon."),
+            translateMessage("The reason is unknown, because Vadelwatch did not read every node file.")};
 }
 
 /// Returns the extent in numbers: the shortest from which the same coordinates are read, with a point in every language.

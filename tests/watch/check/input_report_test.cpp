@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace vadelwatch {
@@ -117,6 +118,19 @@ TEST_F(Report, explainsThatNothingWasKept) {
     EXPECT_FALSE(report(square(0, 100)).nothingKept->isSampled);
     directory.write("in/a.xyz", header + "bad\n");
     EXPECT_EQ(NothingKeptReason::noPosition, report(square(0, 100)).nothingKept->reason);
+}
+
+TEST_F(Report, reasonIsUnknownIfNotEveryFileIsRead) {
+    directory.write("in/a.xyz", header + "101;1;1\n");
+    ASSERT_EQ(0, mkfifo(directory.pathOf("in/p.xyz").c_str(), 0600));
+    const InputReport found = report(square(0, 0));
+    ASSERT_TRUE(found.nothingKept);
+    EXPECT_STREQ("unknown", nameOf(found.nothingKept->reason));
+    EXPECT_EQ((std::vector<std::string>{"Warning: no node was kept. The reason is unknown, because Vadelwatch did not "
+                                        "read every node file.",
+                                        "Boundary: x from 0 to 10, y from 0 to 10"}),
+              inputSentences(found));
+    EXPECT_EQ(NothingKeptReason::noPolygon, report("<VADELSIM><VadeDGM/></VADELSIM>").nothingKept->reason);
 }
 
 TEST(InputSentences, sayThatExtentIsOfSample) {
