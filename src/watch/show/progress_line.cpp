@@ -31,8 +31,12 @@ constexpr double minStalledIntervals = 3.0;
 
 constexpr int minBarWidth = 8;
 constexpr int maxBarWidth = 80;
-constexpr int minNameWidth = 6;
+/// A shorter field would leave too little of most names.
+constexpr int minNameWidth = 16;
 constexpr int maxNameWidth = 40;
+
+/// In a narrower window "17/60" is the file, without its word.
+constexpr int minColumnsOfFileWord = 60;
 
 /// Spaces between two figures.
 constexpr int gap = 2;
@@ -68,13 +72,16 @@ std::string shortNumber(double number) {
     return decimalNumber(number, decimals) + unit;
 }
 
+std::string stalledText(const ProgressFigures& figures) {
+    return figures.stalledSeconds > 0.0
+               ? formatMessage("no progress for {0} s",
+                               std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)))
+               : "";
+}
+
 std::string speedText(const ProgressFigures& figures) {
-    if (figures.stalledSeconds > 0.0) {
-        return formatMessage("no progress for {0} s",
-                             std::to_string(static_cast<std::uint64_t>(figures.stalledSeconds)));
-    }
     // Without a current file, for example while the tool counts, this speed does not exist.
-    if (figures.file == 0 && !figures.linesPerSecond) {
+    if (figures.stalledSeconds > 0.0 || (figures.file == 0 && !figures.linesPerSecond)) {
         return {};
     }
     const std::string lines = figures.linesPerSecond ? shortNumber(*figures.linesPerSecond) : "-";
@@ -98,43 +105,48 @@ std::string leftText(const ProgressFigures& figures) {
     return fmt::format("{:>5} {}", left, translateMessage("left"));
 }
 
-std::string fileText(const ProgressFigures& figures) {
+std::string fileText(const ProgressFigures& figures, bool withWord) {
     if (figures.file == 0) {
         return {};
     }
     const std::string files = std::to_string(figures.files);
     const std::string number = fmt::format("{:>{}}", figures.file, figures.files == 0 ? 1 : files.size());
-    return figures.files == 0 ? formatMessage("file {0}", number) : formatMessage("file {0}/{1}", number, files);
+    if (figures.files == 0) {
+        return formatMessage("file {0}", number);
+    }
+    return withWord ? formatMessage("file {0}/{1}", number, files) : number + "/" + files;
 }
 
 /// The most important part first. A part that does not fit is left out.
 enum Part : std::size_t {
     percentPart,
-    barPart,
+    stalledPart,
+    phasePart,
     leftPart,
-    speedPart,
     filePart,
+    speedPart,
+    barPart,
     bytesPart,
     namePart,
-    phasePart,
     elapsedPart
 };
 
-constexpr std::array partsFromLeft{phasePart,   barPart,  percentPart, speedPart, bytesPart,
-                                   elapsedPart, leftPart, filePart,    namePart};
+constexpr std::array partsFromLeft{phasePart, barPart,     percentPart, stalledPart, speedPart,
+                                   bytesPart, elapsedPart, leftPart,    filePart,    namePart};
 
 using PartTexts = std::array<std::string, partsFromLeft.size()>;
 
 /// Returns the text of each part, empty if it is unknown: without the bar, and with the whole name.
-PartTexts partsOf(const ProgressFigures& figures) {
+PartTexts partsOf(const ProgressFigures& figures, bool withWord) {
     PartTexts texts;
     texts[phasePart] = figures.phase;
     texts[percentPart] = figures.percent ? percentText(*figures.percent) : "";
+    texts[stalledPart] = stalledText(figures);
     texts[speedPart] = speedText(figures);
     texts[bytesPart] = bytesText(figures);
     texts[elapsedPart] = fmt::format("{:>5} {}", clockText(figures.elapsedSeconds), translateMessage("elapsed"));
     texts[leftPart] = leftText(figures);
-    texts[filePart] = fileText(figures);
+    texts[filePart] = fileText(figures, withWord);
     texts[namePart] = figures.file > 0 ? shownName(figures.fileName) : "";
     return texts;
 }
@@ -215,7 +227,7 @@ std::string clockText(double seconds) {
 }
 
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style) {
-    PartTexts texts = partsOf(figures);
+    PartTexts texts = partsOf(figures, columns >= minColumnsOfFileWord);
     if (figures.percent) {
         texts[barPart].assign(minBarWidth, ' ');
     }
@@ -240,7 +252,7 @@ std::string progressBarLine(const ProgressFigures& figures, int columns, const B
 }
 
 std::string plainProgressLine(const ProgressFigures& figures) {
-    PartTexts texts = partsOf(figures);
+    PartTexts texts = partsOf(figures, true);
     for (std::string& text : texts) {
         boost::algorithm::trim_left(text);
     }

@@ -69,7 +69,7 @@ struct BarStyle {
 };
 
 /// Returns the bar with its figures, never wider than `columns`. A narrow window omits the least important figures; the
-/// percentage is the last one that remains.
+/// percentage and the phase remain longest.
 ///
 /// @param columns 0 or more.
 std::string progressBarLine(const ProgressFigures& figures, int columns, const BarStyle& style);

@@ -43,8 +43,8 @@ class Bar(TerminalTest):
         speed = r"( +-|[ \d.]{4}[\dk]) lines/s"
         bytes_ = r"( +-| 0.0) MB/s"
         for columns, form in (
-                (40, rf"[━─]{{8,}} +\d+\.\d %   {left}  file 1"),
-                (80, rf"[━─]{{8,}} +\d+\.\d %  {speed}  {bytes_}   {left}  file 1"),
+                (40, rf"clipping +\d+\.\d %   {left}  file 1"),
+                (80, rf"clipping  [━─]{{8,}} +\d+\.\d %  {speed}  {bytes_}   {left}  file 1"),
                 (200, rf"clipping  [━─]{{60,80}} +\d+\.\d %  {speed}  {bytes_}   \d:\d\d elapsed   {left}  file 1")):
             with self.subTest(columns=columns):
                 _, _, screen = self.finished(columns=columns)
@@ -130,7 +130,7 @@ message(type='failed', level=1, text='e\\x07f'); sys.exit(1)
         self.standIn(STEADY)
         _, _, screen = self.finished(environment={"LC_ALL": "C"})
         for row in clippingRows(screen):
-            self.assertRegex(row, "^=*-* +[0-9]")
+            self.assertRegex(row, "^clipping  =*-* +[0-9]")
 
     def test_dumb_terminal_has_plain_lines(self):
         self.standIn(STEADY.replace("0.002", "0.003"))
@@ -166,7 +166,7 @@ finish()
             terminal.readSome(0.2)
         self.assertEqual(0, terminal.finish())
         screen = self.shown(terminal.received, 80)
-        self.assertEqual([], [row for row in clippingRows(screen) if not re.match("[━─]{8,} +[0-9]", row)])
+        self.assertEqual([], [row for row in clippingRows(screen) if not re.match("clipping  [━─]{8,} +[0-9]", row)])
         self.assertEqual("The end", screen.rows[0])
 
     def test_bar_is_shown_if_the_summary_is_in_a_file(self):

@@ -59,16 +59,19 @@ void expectFittingLines() {
 } // namespace
 
 TEST(ProgressBarLine, leavesOutFiguresInNarrowWindow) {
-    EXPECT_EQ("clipping  ===-----   45.3 %   1:15 left", progressBarLine(clipping(), 39, {}));
-    EXPECT_EQ("===-----   45.3 %  1.23M lines/s   1:15 left", progressBarLine(clipping(), 44, {}));
-    EXPECT_EQ("===-----   45.3 %  1.23M lines/s  22.1 MB/s   1:15 left  file  7/60  höhe.xyz",
+    EXPECT_EQ(" 45.3 %   7/60", progressBarLine(clipping(), 16, {}));
+    EXPECT_EQ("clipping   45.3 %   7/60", progressBarLine(clipping(), 27, {}));
+    EXPECT_EQ("clipping   45.3 %   1:15 left   7/60", progressBarLine(clipping(), 39, {}));
+    EXPECT_EQ("clipping   45.3 %  1.23M lines/s   1:15 left   7/60", progressBarLine(clipping(), 59, {}));
+    EXPECT_EQ("clipping   45.3 %  1.23M lines/s   1:15 left  file  7/60", progressBarLine(clipping(), 60, {}));
+    EXPECT_EQ("clipping  ====------   45.3 %  1.23M lines/s  22.1 MB/s   1:15 left  file  7/60",
               progressBarLine(clipping(), 79, {}));
     EXPECT_EQ("clipping  =========-----------   45.3 %  1.23M lines/s  22.1 MB/s   0:12 elapsed   1:15 left  file  "
               "7/60  höhe.xyz",
               progressBarLine(clipping(), 132, {}));
     const GermanMessages german;
-    EXPECT_EQ("=======----------   45,3 %   1:15 übrig", progressBarLine(clipping(), 39, {}));
-    EXPECT_EQ("===-----   45,3 %  1,23M Zeilen/s  22,1 MB/s   1:15 übrig  Datei  7/60  höh..yz",
+    EXPECT_EQ("Zuschnitt   45,3 %   1:15 übrig   7/60", progressBarLine(clipping(), 39, {}));
+    EXPECT_EQ("Zuschnitt  =======----------   45,3 %  1,23M Zeilen/s   1:15 übrig  Datei  7/60",
               progressBarLine(clipping(), 79, {}));
 }
 
@@ -79,17 +82,18 @@ TEST(ProgressBarLine, shortensNameInTheMiddle) {
         const std::string line = progressBarLine(figures, columns, {letters, false});
         return line.substr(line.find("7/60  ") + 6);
     };
-    EXPECT_EQ("dgm1_….xyz", name(79, BarLetters::drawn));
-    EXPECT_EQ("dgm1...xyz", name(79, BarLetters::plain));
+    EXPECT_EQ("dgm1_xxxx…xx_ä.xyz", name(97, BarLetters::drawn));
+    EXPECT_EQ("dgm1_xxx..xx_ä.xyz", name(97, BarLetters::plain));
     EXPECT_EQ(figures.fileName, name(240, BarLetters::drawn));
     figures.fileName = "a\x1B[2J";
-    EXPECT_EQ("a\\x1B[2J", name(79, BarLetters::drawn));
+    EXPECT_EQ("a\\x1B[2J", name(97, BarLetters::drawn));
 }
 
 TEST(ProgressBarLine, keepsItsPlacesWithoutName) {
     ProgressFigures figures = clipping();
+    const std::string named = progressBarLine(figures, 97, {});
     figures.fileName.clear();
-    EXPECT_EQ("===-----   45.3 %  1.23M lines/s  22.1 MB/s   1:15 left  file  7/60", progressBarLine(figures, 79, {}));
+    EXPECT_EQ(named, progressBarLine(figures, 97, {}) + "  höhe.xyz");
 }
 
 TEST(ProgressBarLine, showsThreeDigitsOfSpeed) {
@@ -112,7 +116,8 @@ TEST(ProgressBarLine, showsUnknownFiguresAsDashes) {
     figures.phase = "clipping";
     figures.percent = 0.0;
     figures.file = 1;
-    EXPECT_EQ("--------    0.0 %      - lines/s     - MB/s   -:-- left  file 1", progressBarLine(figures, 77, {}));
+    EXPECT_EQ("clipping  --------    0.0 %      - lines/s     - MB/s   -:-- left  file 1",
+              progressBarLine(figures, 73, {}));
 }
 
 TEST(ProgressBarLine, showsPhaseWithoutPercentage) {
@@ -128,7 +133,8 @@ TEST(ProgressBarLine, showsStandstillInPlaceOfSpeed) {
     figures.phase = "clipping";
     figures.file = 1;
     figures.stalledSeconds = 12.9;
-    EXPECT_EQ("====------   40.0 %  no progress for 12 s", progressBarLine(figures, 41, {}));
+    EXPECT_EQ(" 40.0 %  no progress for 12 s", progressBarLine(figures, 34, {}));
+    EXPECT_EQ("clipping   40.0 %  no progress for 12 s", progressBarLine(figures, 41, {}));
     const GermanMessages german;
     EXPECT_EQ("40,0 %  kein Fortschritt seit 12 s  0:00 vergangen  Datei 1",
               plainProgressLine(figures).substr(std::string("clipping  ").size()));
