@@ -94,10 +94,11 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     }
     std::string problem;
     try {
-        PhaseWatch drawing(watch.progressMode, watch.errors, translateMessage("drawing"), [&](int signal) {
-            writeInterruption(watch, summary, signal,
-                              formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
-        });
+        PhaseWatch drawing(
+            watch.progressMode, watch.barWasShown, watch.errors, translateMessage("drawing"), [&](int signal) {
+                writeInterruption(watch, summary, signal,
+                                  formatMessage("Vadelwatch: interrupted, so the map {0} was not drawn.", map));
+            });
         request.nodes = summary.nodesRead.value_or(0);
         request.showPercent = [&drawing](double percent) { drawing.show(percent); };
         problem = drawMap(request);

@@ -26,6 +26,7 @@ struct WatchContext {
     const WatchOptions& options;
     RunDirectories directories;
     ProgressMode progressMode;
+    bool barWasShown = false; ///< In a phase that has ended.
     OwnOutput output{STDOUT_FILENO};
     OwnOutput errors{STDERR_FILENO};
     OwnOutput log;

@@ -95,6 +95,7 @@ std::string watchTool(WatchContext& watch, RunRecord& record) {
             watch.lineCount.start(watch.directories.input);
             RunWatcher watcher(tool, display, watch.errors, watch.log, watch.lineCount, watch.directories.input);
             record = watcher.watch(signals);
+            watch.barWasShown = display.hasDrawn();
             return {};
         }
     } catch (const std::exception& error) {
@@ -131,12 +132,13 @@ std::vector<std::string> explainFailedRun(WatchContext& watch, RunSummary& summa
 ///
 /// @return lines about the difference, none if everything adds up.
 std::vector<std::string> checkFinishedRun(WatchContext& watch, RunSummary& summary) {
-    PhaseWatch checking(
-        watch.progressMode, watch.errors, translateMessage("checking"), [&watch, unchecked = summary](int signal) {
-            writeInterruption(watch, unchecked, signal,
-                              formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.",
-                                            watch.directories.output));
-        });
+    PhaseWatch checking(watch.progressMode, watch.barWasShown, watch.errors, translateMessage("checking"),
+                        [&watch, unchecked = summary](int signal) {
+                            writeInterruption(
+                                watch, unchecked, signal,
+                                formatMessage("Vadelwatch: interrupted, so the output in {0} was not checked.",
+                                              watch.directories.output));
+                        });
     watch.lineCount.wait();
     summary.nodesRead = watch.lineCount.nodeLines();
     const OutputCheck& check = summary.check.emplace(

@@ -9,9 +9,13 @@
 
 namespace vadelwatch {
 
-PhaseWatch::PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, OnInterruption onInterruption)
-    : errors(output), name(std::move(phase)), interrupted(std::move(onInterruption)),
+PhaseWatch::PhaseWatch(ProgressMode mode, bool& barShown, OwnOutput& output, std::string phase,
+                       OnInterruption onInterruption)
+    : barWasShown(barShown), errors(output), name(std::move(phase)), interrupted(std::move(onInterruption)),
       display(displayOnStandardError(mode, output)) {
+    if (barWasShown) {
+        display.startAtOnce();
+    }
     try {
         thread = std::thread([this] { showAndListen(); });
     } catch (const std::system_error&) {
@@ -26,6 +30,7 @@ PhaseWatch::~PhaseWatch() {
         // Ends the wait of the thread at once.
         pthread_kill(thread.native_handle(), SIGWINCH);
         thread.join();
+        barWasShown = barWasShown || display.hasDrawn();
     }
 }
 

@@ -25,10 +25,12 @@ public:
     /// once, also while this function waits for a reader.
     using OnInterruption = std::function<void(int signal)>;
 
-    /// @param mode   how to show the phase.
-    /// @param output standard error; must outlive this object.
-    /// @param phase  its translated name.
-    PhaseWatch(ProgressMode mode, OwnOutput& output, std::string phase, OnInterruption onInterruption);
+    /// @param mode     how to show the phase.
+    /// @param barShown true if an earlier phase has shown its bar: then this phase does not wait before its own. Becomes true
+    ///                 if this phase shows one. Must outlive this object, as must the next one.
+    /// @param output   standard error.
+    /// @param phase    its translated name.
+    PhaseWatch(ProgressMode mode, bool& barShown, OwnOutput& output, std::string phase, OnInterruption onInterruption);
     PhaseWatch(const PhaseWatch&) = delete;
     PhaseWatch& operator=(const PhaseWatch&) = delete;
 
@@ -42,6 +44,7 @@ private:
     void showAndListen();
 
     std::optional<RunSignals> signals{std::in_place};
+    bool& barWasShown;
     OwnOutput& errors;
     std::string name;
     OnInterruption interrupted;

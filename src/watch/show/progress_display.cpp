@@ -71,6 +71,12 @@ void ProgressDisplay::showLine(std::string_view line) {
     pending += '\n';
 }
 
+void ProgressDisplay::startAtOnce() {
+    if (mode == ProgressMode::bar) {
+        nextDue = 0.0;
+    }
+}
+
 bool ProgressDisplay::isDue(double now) const {
     return mode != ProgressMode::none && now >= nextDue;
 }

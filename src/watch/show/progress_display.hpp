@@ -33,6 +33,12 @@ public:
     /// @param now seconds since the start of the run or phase: a short one shows nothing.
     bool isDue(double now) const;
 
+    /// Removes the wait before the first bar: an earlier phase has shown one, so it would be missing meanwhile.
+    void startAtOnce();
+
+    /// Returns true if a bar was drawn.
+    bool hasDrawn() const { return drawnColumns > 0; }
+
     /// Takes new figures. Draws the bar at most ten times a second, or a plain line when half a minute has passed and
     /// another ten percent are done.
     void update(const ProgressFigures& figures, double now);

@@ -173,6 +173,16 @@ TEST(ProgressDisplay, drawsNoBarInFirstHalfSecond) {
     EXPECT_EQ(tenPercent, recorded.take());
 }
 
+TEST(ProgressDisplay, drawsAtOnceAfterAnotherBar) {
+    RecordedDisplay display(ProgressMode::bar);
+    EXPECT_FALSE(display.display.hasDrawn());
+    display.display.startAtOnce();
+    display.display.update(at(10), 0.0);
+    EXPECT_EQ(tenPercent, display.take());
+    display.display.clear();
+    EXPECT_TRUE(display.display.hasDrawn());
+}
+
 TEST(ProgressDisplay, showsFirstPlainLineAfterTwoSeconds) {
     RecordedDisplay recorded(ProgressMode::plain);
     recorded.display.update(at(5.0), 1.99);
