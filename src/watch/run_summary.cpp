@@ -74,6 +74,10 @@ std::string filesText(const std::vector<InputFile>& files) {
     return text;
 }
 
+bool isDigit(int character) {
+    return character >= '0' && character <= '9';
+}
+
 /// Wraps a sentence between words.
 ///
 /// @param nextIndent of all lines but the first.
@@ -82,7 +86,11 @@ std::string wrapped(const std::string& sentence, const std::string& indent, cons
     std::string text;
     std::string line = indent;
     std::istringstream words(sentence);
-    for (std::string word; words >> word;) {
+    for (std::string word, next; words >> word;) {
+        // The space in a grouped number, such as 5 000.
+        while (isDigit(word.back()) && isDigit((words >> std::ws).peek()) && words >> next) {
+            word += ' ' + next;
+        }
         const bool isFirst = line.find_first_not_of(' ') == std::string::npos;
         if (!isFirst && columnsOf(line) + 1 + columnsOf(word) > columns) {
             text += line + "\n";
@@ -130,6 +138,12 @@ OrderedJson orNull(const std::string& text) {
 
 OrderedJson orNull(int signal) {
     return signal == 0 ? OrderedJson() : OrderedJson(signal);
+}
+
+/// Returns a text without the name that begins a line on standard error.
+std::string withoutProgram(const std::string& text) {
+    constexpr std::string_view program = "Vadelwatch: ";
+    return text.starts_with(program) ? text.substr(program.size()) : text;
 }
 
 OrderedJson linesJson(const FoundLines& lines) {
@@ -255,12 +269,12 @@ std::string summaryJson(const RunSummary& summary) {
     object["seconds"] = record.seconds;
     object["output_directory"] = summary.outputDirectory;
     object["errors"] = record.errors;
-    object["failure"] = orNull(summary.failure);
+    object["failure"] = orNull(withoutProgram(summary.failure));
     object["signal"] = orNull(record.end.signal);
     object["interrupted_by"] = orNull(record.interruptedBy);
     object["suspects"] = suspectsJson(summary.suspects);
     object["map"] = summary.whyNoMap.empty() ? orNull(summary.options.mapPath) : OrderedJson();
-    object["why_no_map"] = orNull(summary.whyNoMap);
+    object["why_no_map"] = orNull(withoutProgram(summary.whyNoMap));
     object["arguments"] = {{"input_directory_path", summary.options.inputDirectoryPath},
                            {"output_directory_name", summary.options.outputDirectoryName},
                            {"boundary_file_path", summary.options.boundaryFilePath}};

@@ -64,12 +64,12 @@ void addArguments(CLI::App& app, WatchOptions& options) {
 void addOptions(CLI::App& app, WatchOptions& options) {
     app.add_option("--lang", options.language, "Language of the messages; German (de) unless given")
         ->type_name("LANGUAGE");
-    app.add_flag("--quiet", options.quiet, "Show errors only");
+    app.add_flag("--quiet", options.quiet, "Show errors only")->disable_flag_override();
     app.add_option("--progress", options.progress, "How to show progress: auto, bar, plain or none")
         ->type_name("HOW")
         ->check(requireOneOf({"auto", "bar", "plain", "none"}));
-    app.add_flag("--verbose", options.verbose, "Add a table of the node files to the summary");
-    app.add_flag("--json", options.json, "Print the summary as one JSON object");
+    app.add_flag("--verbose", options.verbose, "Add a table of the node files to the summary")->disable_flag_override();
+    app.add_flag("--json", options.json, "Print the summary as one JSON object")->disable_flag_override();
     app.add_option("--log", options.logPath, "Write every message to this file, as JSON Lines")
         ->type_name("FILE")
         ->check(requireFileName);
@@ -99,10 +99,13 @@ std::string reworded(const CLI::App& app, const CLI::Error& error) {
     if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
         return shownName("Vadelwatch: " + english);
     }
+    const auto isHyphen = [](char character) { return character == '-'; };
     std::string name;
     for (const CLI::Option* const option : app.get_options()) {
         const std::string each = option->get_name();
-        if (each.size() > name.size() && english.find(each) != std::string::npos) {
+        // A refused value of a flag has the name without its hyphens.
+        if (each.size() > name.size() &&
+            english.find(boost::algorithm::trim_left_copy_if(each, isHyphen)) != std::string::npos) {
             name = each;
         }
     }
@@ -113,11 +116,13 @@ std::string reworded(const CLI::App& app, const CLI::Error& error) {
         return formatMessage("Vadelwatch: {0} needs --map.", name);
     }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+        if (app.get_option(name)->get_items_expected_max() == 0) {
+            return formatMessage("Vadelwatch: {0} takes no value.", name);
+        }
         return app.get_option(name)->count() > 1 ? formatMessage("Vadelwatch: {0} may be given only once.", name)
                                                  : formatMessage("Vadelwatch: {0} needs a value.", name);
     }
-    return name.empty() ? shownName("Vadelwatch: " + english)
-                        : formatMessage("Vadelwatch: {0} must be true or false.", name);
+    return shownName("Vadelwatch: " + english);
 }
 
 /// Returns a hint if an argument is an option of ours with one hyphen, as the tool spells its options.
@@ -159,8 +164,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     WatchOptions options;
     addArguments(app, options);
     addOptions(app, options);
-    app.set_help_flag("-h,--help", "Show this help and exit");
-    app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit");
+    app.set_help_flag("-h,--help", "Show this help and exit")->disable_flag_override();
+    app.set_version_flag("--version", "Vadelwatch " VADELWATCH_VERSION, "Show the version and exit")
+        ->disable_flag_override();
     app.footer(footer);
     app.failure_message([argc, argv](const CLI::App* failed, const CLI::Error& error) {
         return reworded(*failed, error) + "\n" + meantOption(*failed, argc, argv) + usageLine(*failed) +

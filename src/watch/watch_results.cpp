@@ -72,11 +72,11 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     const std::string& map = watch.options.mapPath;
     if (map.empty()) {
-        summary.whyNoMap = "not asked for";
+        summary.whyNoMap = translateMessage("not asked for");
         return;
     }
     if (!summary.finished) {
-        summary.whyNoMap = "the run did not finish";
+        summary.whyNoMap = translateMessage("the run did not finish");
         std::error_code error;
         if (std::filesystem::is_regular_file(map, error)) {
             writeErrors(watch, {formatMessage("Vadelwatch: no map was drawn; {0} is from an earlier run.", map)});
@@ -113,7 +113,7 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
 }
 #else
 void drawWantedMap(WatchContext&, RunSummary& summary) {
-    summary.whyNoMap = "not asked for";
+    summary.whyNoMap = translateMessage("not asked for");
 }
 #endif
 

@@ -108,6 +108,12 @@ std::string watchTool(WatchContext& watch, RunRecord& record) {
     return failure;
 }
 
+/// Returns a hint if the input path has no parent: the tool finds no directory then, for example for "in" or "..".
+std::string hintAtParent(const std::string& inputPath) {
+    const bool isBare = !inputPath.empty() && inputPath.find('/') == std::string::npos;
+    return isBare ? formatMessage("the input directory needs a parent in its name: try ./{0}", inputPath) : "";
+}
+
 /// Returns lines that may explain why the tool failed, and completes the summary.
 std::vector<std::string> explainFailedRun(WatchContext& watch, RunSummary& summary) {
     const std::vector<std::string>& errors = summary.record.errors;
@@ -119,10 +125,13 @@ std::vector<std::string> explainFailedRun(WatchContext& watch, RunSummary& summa
     watch.lineCount.stop();
     watch.lineCount.wait();
     summary.input = reportEntries(watch.lineCount.nodeFiles());
-    const std::string boundary = whyBoundaryNotFound(watch.options.boundaryFilePath);
-    if (!boundary.empty()) {
-        summary.failure = boundary;
-        return {"Vadelwatch: " + boundary};
+    std::string reason = hintAtParent(watch.options.inputDirectoryPath);
+    if (reason.empty()) {
+        reason = whyBoundaryNotFound(watch.options.boundaryFilePath);
+    }
+    if (!reason.empty()) {
+        summary.failure = reason;
+        return {"Vadelwatch: " + reason};
     }
     const bool hasNoNodeFile = summary.input.entries == summary.input.passedOver.size();
     return hasNoNodeFile && !watch.options.quiet ? inputSentences(summary.input) : std::vector<std::string>{};

@@ -150,15 +150,35 @@ TEST(RunSummary, showsShareAsExactOnlyIfItIs) {
     EXPECT_EQ("<0,1", shareText(0.05));
 }
 
+TEST(RunSummary, keepsGroupedNumbersInOneLine) {
+    RunSummary summary = finishedRun();
+    summary.input.entries = 1234567;
+    summary.input.passedOver = {{"D.TXT", PassedOver::capitals}};
+    EXPECT_TRUE(summaryText(summary, 40)
+                    .ends_with("  Entries passed over: 1 of\n"
+                               "    1 234 567, the suffix has capital\n"
+                               "    letters: D.TXT\n"))
+        << summaryText(summary, 40);
+}
+
+TEST(RunSummary, jsonHasReasonsWithoutNameOfProgram) {
+    RunSummary summary;
+    summary.failure = "Vadelwatch: interrupted by SIGINT.";
+    summary.whyNoMap = "Vadelwatch: interrupted.";
+    const std::string json = summaryJson(summary);
+    EXPECT_NE(std::string::npos, json.find(R"("failure":"interrupted by SIGINT.")")) << json;
+    EXPECT_NE(std::string::npos, json.find(R"("why_no_map":"interrupted.")")) << json;
+}
+
 TEST(RunSummary, hasSentencesAndTableOfFiles) {
     RunSummary summary = finishedRun();
     summary.input.entries = 2;
     summary.input.passedOver = {{"D\033.TXT", PassedOver::capitals}};
     summary.input.files = {{"a.xyz", LineFigures{{39, 4, true}, {}, {}, {}}, 2, false}};
-    const std::string sentence = "  1 of 2 entries passed over, the suffix has capital letters: D\\x1B.TXT\n";
+    const std::string sentence = "  Entries passed over: 1 of 2, the suffix has capital letters: D\\x1B.TXT\n";
     EXPECT_TRUE(summaryText(summary, unlimited).ends_with(sentence)) << summaryText(summary, unlimited);
     EXPECT_TRUE(summaryText(summary, 52)
-                    .ends_with("  1 of 2 entries passed over, the suffix has capital\n"
+                    .ends_with("  Entries passed over: 1 of 2, the suffix has capital\n"
                                "    letters: D\\x1B.TXT\n"))
         << summaryText(summary, 52);
     summary.options.verbose = true;

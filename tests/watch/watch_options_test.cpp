@@ -123,11 +123,14 @@ TEST(WatchOptions, equalsSignAfterEndOfOptionsIsPartOfName) {
     EXPECT_EQ((std::vector<std::string>{"a", "--lang=", "--log=", "-pipe"}), toolArguments(*outcome.options));
 }
 
-TEST(WatchOptions, flagsMayBeSwitchedOff) {
-    const CommandLineOutcome outcome = read({"--quiet=false", "--json=true", "a", "b", "c"});
-    ASSERT_TRUE(outcome.options) << outcome.standardError;
-    EXPECT_FALSE(outcome.options->quiet);
-    EXPECT_TRUE(outcome.options->json);
+TEST(WatchOptions, flagsTakeNoValue) {
+    for (const std::string flag : {"--quiet", "--json", "--verbose", "--help", "--version"}) {
+        for (const std::string value : {"=5", "=1", "=false"}) {
+            const CommandLineOutcome outcome = read({"a", "b", "c", (flag + value).c_str()});
+            EXPECT_EQ(usageErrorStatus, outcome.exitStatus) << flag << value;
+            EXPECT_EQ("Vadelwatch: " + flag + " takes no value.\n" + usageEnd, outcome.standardError);
+        }
+    }
 }
 
 TEST(WatchOptions, errorsEscapeControlCharacters) {
@@ -165,9 +168,7 @@ TEST(WatchOptions, errorsAreWorded) {
              Case{{"a", "b", "c", "--log=1", "--log=2"},
                   "--log may be given only once.",
                   "--log darf nur einmal angegeben werden."},
-             Case{{"a", "b", "c", "--quiet=perhaps"},
-                  "--quiet must be true or false.",
-                  "--quiet muss true oder false sein."},
+             Case{{"a", "b", "c", "--quiet=perhaps"}, "--quiet takes no value.", "--quiet nimmt keinen Wert."},
              Case{{"a", "b", "c", "--progress=fast"},
                   "--progress: must be one of auto, bar, plain, none, not fast",
                   "--progress: erlaubt sind auto, bar, plain, none, nicht fast"},

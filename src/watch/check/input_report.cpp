@@ -31,13 +31,15 @@ NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlin
     if (isEmpty(nothing.nodes)) {
         return NothingKeptReason::noPosition;
     }
-    if (hasFewVertices) {
-        return NothingKeptReason::fewVertices;
-    }
     if (looksExchanged(nothing.nodes, nothing.boundary)) {
         return NothingKeptReason::exchanged;
     }
-    return overlap(nothing.nodes, nothing.boundary) ? NothingKeptReason::outside : NothingKeptReason::noOverlap;
+    // Polygons without points have no extent.
+    if (!isEmpty(nothing.boundary) && !overlap(nothing.nodes, nothing.boundary)) {
+        return NothingKeptReason::noOverlap;
+    }
+    const bool haveFew = std::ranges::all_of(outlines, [](const auto& outline) { return outline.size() < 3; });
+    return haveFew ? NothingKeptReason::fewVertices : NothingKeptReason::outside;
 }
 
 } // namespace

@@ -40,7 +40,7 @@ void addPassedOver(const InputReport& report, std::vector<std::string>& sentence
     }
     const std::vector<std::string> texts = passedOverTexts();
     for (const auto& [reason, names] : namesOf) {
-        sentences.push_back(formatMessage("{0} of {1} entries passed over, {2}: {3}", groupedNumber(names.size()),
+        sentences.push_back(formatMessage("Entries passed over: {0} of {1}, {2}: {3}", groupedNumber(names.size()),
                                           groupedNumber(report.entries), texts.at(static_cast<std::size_t>(reason)),
                                           joined(names)));
     }
@@ -81,21 +81,21 @@ void addLines(const InputReport& report, std::vector<std::string>& sentences) {
     const std::string lines = groupedNumber(all);
     const std::string files = groupedNumber(report.files.size());
     if (const Findings found = linesOfKind(report, &LineFigures::unparsable); found.count > 0) {
-        sentences.push_back(formatMessage("{0} of {1} lines dropped, x or y is no number or nothing follows y: {2}",
+        sentences.push_back(formatMessage("Lines dropped: {0} of {1}, x or y is no number or nothing follows y: {2}",
                                           groupedNumber(found.count), lines, joined(found.names)));
     }
     if (!withoutEnd.empty()) {
         sentences.push_back(
-            formatMessage("{0} of {1} node files without a line feed at the end, the last line is dropped: {2}",
+            formatMessage("Node files without a line feed at the end: {0} of {1}, the last line is dropped: {2}",
                           groupedNumber(withoutEnd.size()), files, joined(withoutEnd)));
     }
     if (const Findings found = linesOfKind(report, &LineFigures::decimalCommas); found.count > 0) {
         sentences.push_back(
-            formatMessage("{0} of {1} lines probably with decimal commas, numbers end at the comma: {2}",
+            formatMessage("Lines probably with decimal commas: {0} of {1}, numbers end at the comma: {2}",
                           groupedNumber(found.count), lines, joined(found.names)));
     }
     if (!exchanged.empty()) {
-        sentences.push_back(formatMessage("{0} of {1} node files probably with x and y exchanged: {2}",
+        sentences.push_back(formatMessage("Node files probably with x and y exchanged: {0} of {1}: {2}",
                                           groupedNumber(exchanged.size()), files, joined(exchanged)));
     }
 }
@@ -103,7 +103,7 @@ void addLines(const InputReport& report, std::vector<std::string>& sentences) {
 /// Returns the text of each `NothingKeptReason`.
 std::vector<std::string> nothingKeptTexts() {
     return {translateMessage("The boundary file has no polygon in a group of type \"boundaries\"."),
-            translateMessage("Every polygon has fewer than three points."),
+            translateMessage("Every polygon has fewer than three points and keeps only nodes on its line."),
             translateMessage("The node files have no line with a position."),
             translateMessage("Nodes and boundary do not overlap, but would overlap with x and y exchanged."),
             translateMessage("Nodes and boundary do not overlap."),

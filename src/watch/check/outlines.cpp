@@ -111,11 +111,13 @@ std::string whyBoundaryNotFound(const std::string& boundaryFile) {
         // It is unknown if the file exists: a directory of the path may not be searched, for example.
         return cannotBeRead(boundaryFile, error.message());
     }
-    if (!std::filesystem::is_regular_file(status) && !std::filesystem::is_directory(status)) {
+    if (!std::filesystem::exists(status)) {
         return "";
     }
     pugi::xml_document document;
-    const std::string reason = load(document, boundaryFile);
+    const std::string reason = std::filesystem::is_regular_file(status) || std::filesystem::is_directory(status)
+                                   ? load(document, boundaryFile)
+                                   : translateMessage("it is not a regular file");
     return reason.empty()
                ? ""
                : formatMessage("The boundary file {0} exists, but cannot be read: {1}.", boundaryFile, reason);

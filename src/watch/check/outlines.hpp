@@ -21,8 +21,8 @@ std::string readMapOutlines(const std::string& boundaryFile, MapOutlines& outlin
 
 MapExtent extentOf(const MapOutlines& outlines);
 
-/// Returns a sentence if the tool calls the file "not found" for another reason: it is a directory, may not be read, or is
-/// not well-formed XML. Otherwise empty. Does not read a FIFO: another reader may need its bytes.
+/// Returns a sentence if the tool calls the file "not found" for another reason: it is not a regular file, may not be read, or
+/// is not well-formed XML. Otherwise empty. Does not read a FIFO: another reader may need its bytes.
 std::string whyBoundaryNotFound(const std::string& boundaryFile);
 
 } // namespace vadelwatch

@@ -22,28 +22,27 @@ std::string differenceLine(const OutputCheck& check, const std::string& outputDi
     const std::string found = groupedNumber(check.nodeLines);
     if (!check.nodeCount && !check.hasNodeCountFile) {
         return formatMessage(
-            "Vadelwatch: the output files hold {0} nodes, and there is no total_node_count.txt to compare with.",
-            found);
+            "Vadelwatch: nodes in the output files: {0}. There is no total_node_count.txt to compare with.", found);
     }
     if (!check.nodeCount) {
         return formatMessage(
-            "Vadelwatch: the output files hold {0} nodes, and total_node_count.txt holds no number to compare with.",
-            found);
+            "Vadelwatch: nodes in the output files: {0}. total_node_count.txt holds no number to compare with.", found);
     }
     const std::int64_t missing = check.missingNodes();
     if (missing == 0) {
-        return formatMessage("Vadelwatch: the output files hold {0} nodes, as many as total_node_count.txt says, but "
-                             "not every file can be counted.",
-                             found);
+        return formatMessage(
+            "Vadelwatch: nodes in the output files: {0}, as many as total_node_count.txt says, but not "
+            "every file can be counted.",
+            found);
     }
-    const std::string count = std::to_string(*check.nodeCount);
+    const std::string count = std::string(*check.nodeCount < 0 ? "-" : "") +
+                              groupedNumber(static_cast<std::uint64_t>(std::abs(*check.nodeCount)));
     const std::string difference = groupedNumber(static_cast<std::uint64_t>(std::abs(missing)));
     if (missing < 0) {
-        return formatMessage(
-            "Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} too many.", found, count,
-            difference);
+        return formatMessage("Vadelwatch: nodes in the output files: {0}, in total_node_count.txt: {1}, too many: {2}.",
+                             found, count, difference);
     }
-    return formatMessage("Vadelwatch: the output files hold {0} nodes, total_node_count.txt says {1}: {2} are missing.",
+    return formatMessage("Vadelwatch: nodes in the output files: {0}, in total_node_count.txt: {1}, missing: {2}.",
                          found, count, difference);
 }
 
@@ -85,8 +84,9 @@ void addInputs(const NodeFiles& nodeFiles, std::vector<Suspect>& suspects) {
     const bool overwritten = std::any_of(nodeFiles.files.begin(), nodeFiles.files.end(),
                                          [](const NodeFile& file) { return file.name == nodeCountName; });
     if (overwritten) {
-        suspects.push_back({nodeCountName, translateMessage("total_node_count.txt: also the name of a node file; its "
-                                                            "nodes count, and its output was overwritten")});
+        suspects.push_back(
+            {nodeCountName, translateMessage("total_node_count.txt: also the name of a node file; the count "
+                                             "includes its nodes and has replaced its output")});
     }
 }
 
@@ -161,8 +161,9 @@ Difference findDifference(const OutputCheck& check, const RunEvidence& evidence)
     }
     if (evidence.rejectedHeaders > 0) {
         details.push_back(
-            {"", formatMessage("{0} of the node files lost the header during the run: each counts 1 and has no lines",
-                               std::to_string(evidence.rejectedHeaders))});
+            {"", formatMessage("node files that lost the header during the run: {0}; Vadelclip adds 1 to the count for "
+                               "each and writes no line",
+                               groupedNumber(evidence.rejectedHeaders))});
     }
     addInputs(evidence.nodeFiles, details);
     std::vector<std::string> obstacles;

@@ -172,11 +172,6 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
     }
 }
 
-std::string writePicture(const std::string& pictureFile, const std::string& bytes) {
-    const int error = writePictureFile(pictureFile, bytes);
-    return error == 0 ? "" : formatMessage("The map {0} cannot be written: {1}.", pictureFile, std::strerror(error));
-}
-
 } // namespace
 
 std::string drawMap(const MapRequest& request) {
@@ -203,8 +198,13 @@ std::string drawMap(const MapRequest& request) {
     const PictureFormat format = request.pictureFile.ends_with(".svg") ? PictureFormat::svg : PictureFormat::png;
     MapCanvas canvas(format, view.pictureWidth, view.pictureHeight, titleText(title.input, title.boundary));
     drawPicture(canvas, request, view, content, raster);
-    error = writePicture(request.pictureFile, canvas.finish());
-    return error.empty() && !worldFile.empty() ? writePicture(worldFile, worldFileText(view)) : error;
+    if (const int failure = writePictureFile(request.pictureFile, canvas.finish())) {
+        return formatMessage("The map {0} cannot be written: {1}.", request.pictureFile, std::strerror(failure));
+    }
+    const int failure = worldFile.empty() ? 0 : writePictureFile(worldFile, worldFileText(view));
+    return failure == 0 ? ""
+                        : formatMessage("The world file {0} of the map cannot be written: {1}.", worldFile,
+                                        std::strerror(failure));
 }
 
 } // namespace vadelwatch

@@ -29,20 +29,20 @@ open(os.path.join(place, "total_node_count.txt"), "wb").write({count!r})
 
     def test_too_many_lines_are_reported(self):
         self.expect(self.checked({"a.xyz": HEADER + INSIDE * 3}, b"1\n"), status=3, errors=[
-            "Vadelwatch: the output files hold 3 nodes, total_node_count.txt says 1: 2 too many.",
+            "Vadelwatch: nodes in the output files: 3, in total_node_count.txt: 1, too many: 2.",
             "  Every file looks whole, so the file with the difference is unknown."])
 
     def test_count_that_is_no_number_is_reported(self):
         for count in (b"", b"one\n", b"1", b"1\n2\n", b"1 \n"):
             with self.subTest(count=count):
                 watched = self.checked({"a.xyz": HEADER + INSIDE}, count)
-                self.assertEqual((3, "Vadelwatch: the output files hold 1 nodes, and total_node_count.txt holds no number "
+                self.assertEqual((3, "Vadelwatch: nodes in the output files: 1. total_node_count.txt holds no number "
                                      "to compare with."), (watched.status, watched.errorLines()[0]))
                 self.setUp()
 
     def test_output_of_only_a_header_is_reported(self):
         self.expect(self.checked({"a.xyz": HEADER}, b"1\n"), status=3, errors=[
-            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
+            "Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 1, missing: 1.",
             "  a.xyz: a header and no node; Vadelclip leaves no such file"])
 
     def test_missing_output_directory_is_reported(self):
@@ -75,7 +75,7 @@ finish(7)
 """)
         self.giveJob({"a.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
-            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 7: 7 are missing.",
+            "Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 7, missing: 7.",
             "  a.xyz: no output file, which is right only if none of its nodes was kept",
             "  a.xyz: the node file was changed during the run"])
 

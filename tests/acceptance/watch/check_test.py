@@ -69,7 +69,7 @@ class Check(WatchTest):
         threading.Thread(target=serve, daemon=True).start()
         watched = self.job(LANGUAGE)
         self.assertEqual(3, watched.status)
-        self.assertEqual(["Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 4: 4 are missing.",
+        self.assertEqual(["Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 4, missing: 4.",
                           "  a.xyz: not a regular file, its lines cannot be counted"], self.difference(watched))
 
     def test_output_cut_by_a_size_limit_is_named(self):
@@ -85,7 +85,7 @@ class Check(WatchTest):
                              restore_signals=False)
         watched = self.finish(process)
         self.assertEqual(3, watched.status)
-        self.assertEqual(["Vadelwatch: the output files hold 25 nodes, total_node_count.txt says 1010: 985 are missing.",
+        self.assertEqual(["Vadelwatch: nodes in the output files: 25, in total_node_count.txt: 1 010, missing: 985.",
                           "  a.xyz: its last line is cut off, 15 whole nodes before it"], self.difference(watched))
         self.assertIn("the lines do not add up", watched.output)
 
@@ -100,7 +100,7 @@ class Check(WatchTest):
         watched = self.job(LANGUAGE)
         self.assertEqual(3, watched.status)
         lines = self.difference(watched)
-        self.assertRegex(lines[0], "^Vadelwatch: the output files hold [0-9 ]+ nodes, and total_node_count.txt holds no number")
+        self.assertRegex(lines[0], "^Vadelwatch: nodes in the output files: [0-9 ]+\. total_node_count.txt holds no number")
         self.assertRegex(lines[1], "^  a.xyz: its last line is cut off")
         self.assertEqual("  No space is left on the file system of base/out.", lines[-1])
 
@@ -111,7 +111,7 @@ class Check(WatchTest):
         watched = self.job(LANGUAGE)
         thread.join(5)
         self.assertEqual(3, watched.status)
-        self.assertEqual(["Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 1004: 1 000 are missing.",
+        self.assertEqual(["Vadelwatch: nodes in the output files: 4, in total_node_count.txt: 1 004, missing: 1 000.",
                           "  a.xyz: a directory in place of the file",
                           "  far.xyz: no output file, which is right only if none of its nodes was kept"],
                          self.difference(watched))
@@ -127,7 +127,7 @@ class Check(WatchTest):
         self.giveJob({"a.xyz": HEADER + INSIDE * 3, "b.xyz": HEADER + INSIDE * 3})
         watched = self.job(LANGUAGE)
         self.assertEqual(3, watched.status)
-        self.assertEqual(["Vadelwatch: the output files hold 3 nodes, and there is no total_node_count.txt to compare with.",
+        self.assertEqual(["Vadelwatch: nodes in the output files: 3. There is no total_node_count.txt to compare with.",
                           "  No inode is left on the file system of base/out, so no file can be made there."],
                          self.difference(watched))
 
@@ -147,15 +147,15 @@ class Check(WatchTest):
         watched = self.job(LANGUAGE, "--quiet")
         self.expect(watched, status=3, errors=[
             "ERROR: separator must be either semikolon, comma, space or tab",
-            "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
+            "Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 1, missing: 1.",
             "  a.xyz: empty, even its header is missing",
-            "  1 of the node files lost the header during the run: each counts 1 and has no lines"])
+            "  node files that lost the header during the run: 1; Vadelclip adds 1 to the count for each and writes no line"])
 
     def test_node_file_named_like_the_count_file_is_overwritten(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})
         self.expect(self.job(LANGUAGE, "--quiet"), status=3, errors=[
-            "Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
-            "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"])
+            "Vadelwatch: nodes in the output files: 1, in total_node_count.txt: 3, missing: 2.",
+            "  total_node_count.txt: also the name of a node file; the count includes its nodes and has replaced its output"])
 
     def test_such_a_file_that_keeps_nothing_adds_up(self):
         self.giveJob({"total_node_count.txt": HEADER, "b.xyz": HEADER + INSIDE})
@@ -168,7 +168,7 @@ class Check(WatchTest):
         self.assertEqual((3, 3, True, False, 1, 3),
                          (watched.status, summary["exit_status"], summary["finished"], summary["adds_up"],
                           summary["nodes_kept"], summary["total_node_count"]))
-        self.assertEqual("Vadelwatch: Die Ausgabedateien enthalten 1 Knoten, laut total_node_count.txt sind es 3: 2 fehlen.",
+        self.assertEqual("Vadelwatch: Knoten in den Ausgabedateien: 1, in total_node_count.txt: 3, es fehlen: 2.",
                          watched.errorLines()[0])
 
     def test_pipe_as_node_file_is_read_only_by_the_tool(self):

@@ -81,7 +81,7 @@ os._exit(2)
         self.standIn("sys.stderr.write('terminate called\\n'); sys.stderr.flush(); os.kill(os.getpid(), signal.SIGABRT)")
         self.expect(self.run_("base/data", "out", "area.xml"), status=4, errors=[
             "terminate called",
-            "Vadelwatch: Vadelclip wurde von Signal ABRT (6) beendet. Die Ausgabe in base/out ist unvollständig."])
+            "Vadelwatch: Vadelclip wurde von Signal 6 (SIGABRT) beendet. Die Ausgabe in base/out ist unvollständig."])
 
     def test_signals_are_forwarded_and_the_tool_is_awaited(self):
         for number, name in ((signal.SIGINT, "INT"), (signal.SIGTERM, "TERM"), (signal.SIGHUP, "HUP"),

@@ -12,7 +12,7 @@ from fault_checks import PASS, failing, failingMemory, fails, failsForever
 from watching import HEADER, JOB, SANITIZED, WATCH, WatchTest, watchEnvironment
 
 KEPT = b"1;1;5\n" * 2
-MISSING = "Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 2: 2 are missing."
+MISSING = "Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 2, missing: 2."
 UNREADABLE = "  a.xyz: cannot be read"
 
 
@@ -56,8 +56,8 @@ class Surroundings(FaultTest):
         self.giveJob({"total_node_count.txt": HEADER + KEPT})
         watched = self.run_(*JOB, "--quiet", environment=failingHere("statvfs", "out", failsForever()))
         self.expect(watched, status=3, errors=[
-            "Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 4: 2 are missing.",
-            "  total_node_count.txt: also the name of a node file; its nodes count, and its output was overwritten"])
+            "Vadelwatch: nodes in the output files: 2, in total_node_count.txt: 4, missing: 2.",
+            "  total_node_count.txt: also the name of a node file; the count includes its nodes and has replaced its output"])
 
 
 class NodeFiles(FaultTest):
@@ -104,7 +104,7 @@ open('base/out/a.xyz', 'w').write('x;y;z\\n1;1;1\\n')
 """)
         watched = self.run_(*JOB, "--quiet", environment=failingHere("read", "out/a.xyz", failsForever()))
         self.expect(watched, status=3, errors=[
-            "Vadelwatch: the output files hold 0 nodes, as many as total_node_count.txt says, but not every file can be "
+            "Vadelwatch: nodes in the output files: 0, as many as total_node_count.txt says, but not every file can be "
             "counted.", UNREADABLE])
 
     def test_unreadable_output_is_named_in_german(self):

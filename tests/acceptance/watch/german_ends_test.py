@@ -29,7 +29,7 @@ class MissingTool(WatchTest):
                           "nodes_read": None, "nodes_kept": None, "percent_kept": None, "total_node_count": None,
                           "adds_up": None, "seconds": 0.0, "output_directory": "base/out", "errors": []},
                          {key: value for key, value in list(json.loads(watched.output).items())[:12]})
-        self.assertIn("Vadelwatch: cannot start ", json.loads(watched.output)["failure"])
+        self.assertIn("cannot start ", json.loads(watched.output)["failure"])
 
     def test_tool_without_execute_permission_is_reported(self):
         tool = self.standIn("")
@@ -66,17 +66,17 @@ time.sleep(600)
 
     def test_ends_after_a_signal_are_reported(self):
         self.expect(self.interrupted("signal.signal(signal.SIGTERM, signal.SIG_DFL); os.kill(os.getpid(), signal.SIGTERM)"),
-                    status=4, errors=["Vadelwatch: Abbruch durch Signal TERM, Vadelclip wurde beendet." + self.INCOMPLETE])
+                    status=4, errors=["Vadelwatch: Abbruch durch SIGTERM, Vadelclip wurde beendet." + self.INCOMPLETE])
         self.expect(self.interrupted("os._exit(1)"), status=1, errors=[
-            "Vadelwatch: Abbruch durch Signal TERM, Vadelclip wurde mit Status 1 beendet." + self.INCOMPLETE])
+            "Vadelwatch: Abbruch durch SIGTERM, Vadelclip wurde mit Status 1 beendet." + self.INCOMPLETE])
         self.expect(self.interrupted("finish(); os._exit(0)"), status=0, errors=[
-            "Vadelwatch: Signal TERM empfangen, Vadelclip hat den Lauf trotzdem abgeschlossen."])
+            "Vadelwatch: SIGTERM empfangen, Vadelclip hat den Lauf trotzdem abgeschlossen."])
 
     def test_signal_without_a_name_is_reported(self):
         number = signal.SIGRTMIN + 2
         self.standIn(f"os.kill(os.getpid(), {number})")
         self.expect(self.run_(*GERMAN_JOB), status=4, errors=[
-            f"Vadelwatch: Vadelclip wurde von Signal {number} ({number}) beendet." + self.INCOMPLETE])
+            f"Vadelwatch: Vadelclip wurde von Signal {number} (SIG{number}) beendet." + self.INCOMPLETE])
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
     def test_files_that_cannot_be_written_are_reported(self):

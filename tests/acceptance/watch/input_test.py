@@ -41,10 +41,10 @@ class Sentences(InputTest):
         watched = self.job("--lang=en")
         self.expect(watched, status=0, errors=watched.errorLines(), output=summaryLines(
             2, 2, "2 of 2 (100.0 %)", "base/out", sentences=[
-                "1 of 4 entries passed over, the suffix has capital letters: D.TXT",
-                "1 of 4 entries passed over, the header does not begin with x or X: c.csv",
-                "1 of 2 node files without a line feed at the end, the last line is dropped: a.xyz",
-                "1 of 2 lines probably with decimal commas, numbers end at the comma: b.xyz (1, first: line 2)"]))
+                "Entries passed over: 1 of 4, the suffix has capital letters: D.TXT",
+                "Entries passed over: 1 of 4, the header does not begin with x or X: c.csv",
+                "Node files without a line feed at the end: 1 of 2, the last line is dropped: a.xyz",
+                "Lines probably with decimal commas: 1 of 2, numbers end at the comma: b.xyz (1, first: line 2)"]))
 
     def test_reports_lost_input_in_german(self):
         self.giveJob(FOUR_FILES)
@@ -58,7 +58,7 @@ class Sentences(InputTest):
     def test_verbose_lists_lines_that_do_not_parse(self):
         self.giveJob({"a.xyz": HEADER + INSIDE + b"bad\n" + OUTSIDE + b"1;1\n"})
         self.assertEqual([
-            "2 of 4 lines dropped, x or y is no number or nothing follows y: a.xyz (2, first: line 3)",
+            "Lines dropped: 2 of 4, x or y is no number or nothing follows y: a.xyz (2, first: line 3)",
             "lines  kept  outside  unparsable  bytes  node file",
             "    4     1        1           2     27  a.xyz"],
             self.sentences("--verbose"))
@@ -66,13 +66,13 @@ class Sentences(InputTest):
     def test_names_files_with_x_and_y_exchanged(self):
         self.give({"area.xml": SQUARE.replace(b'y="0"', b'y="100"').replace(b'y="10"', b'y="110"')})
         self.give({"base/data/a.xyz": HEADER + b"105;5;1\n", "base/data/b.xyz": HEADER + b"5;105;1\n"})
-        self.assertEqual(["1 of 2 node files probably with x and y exchanged: a.xyz"], self.sentences())
+        self.assertEqual(["Node files probably with x and y exchanged: 1 of 2: a.xyz"], self.sentences())
 
     def test_explains_missing_node_files(self):
         self.giveJob({"D.TXT": HEADER, "notes.md": b""})
         self.assertEqual(["There are no input files.", "Clipping of elevation data with model boundaries failed.",
-                          "1 of 2 entries passed over, the suffix is not .txt, .xyz or .csv: notes.md",
-                          "1 of 2 entries passed over, the suffix has capital letters: D.TXT"],
+                          "Entries passed over: 1 of 2, the suffix is not .txt, .xyz or .csv: notes.md",
+                          "Entries passed over: 1 of 2, the suffix has capital letters: D.TXT"],
                          self.job("--lang=en").errorLines())
 
     def test_inexact_shares_have_a_sign(self):
@@ -116,7 +116,8 @@ class NothingKept(InputTest):
 
     def test_explains_polygons_of_few_points(self):
         area = SQUARE.replace(b'<point x="10" y="10"/><point x="0" y="10"/>', b"")
-        self.assertEqual("fewer than three points", self.reason(area)[0])
+        self.assertEqual("fewer than three points", self.reason(area, b"9;9;1\n5;5;1\n")[0])
+        self.assertEqual("no overlap", self.reason(area)[0])
 
     def test_explains_nodes_outside_of_the_polygon(self):
         area = SQUARE.replace(b'<point x="10" y="10"/>', b"")
@@ -182,7 +183,7 @@ class Json(InputTest):
         summary = self.summary()
         self.assertEqual((3, "total_node_count.txt", "not asked for"),
                          (summary["exit_status"], summary["suspects"][0]["file"], summary["why_no_map"]))
-        self.assertIn("2 are missing", summary["failure"])
+        self.assertIn("missing: 2.", summary["failure"])
 
     def test_json_shows_the_signal_that_ended_the_tool(self):
         self.standIn("os.kill(os.getpid(), signal.SIGKILL)")

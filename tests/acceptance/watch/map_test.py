@@ -37,7 +37,7 @@ class Map(WatchTest):
                 self.standIn(script)
                 watched = self.run_(*JOB, "--quiet", "--json", *options)
                 self.assertEqual((3, 3), (watched.status, json.loads(watched.output)["exit_status"]))
-                self.assertEqual(["Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 1: 1 are missing.",
+                self.assertEqual(["Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 1, missing: 1.",
                                   "  a.xyz: not a regular file, its lines cannot be counted"], watched.errorLines())
                 os.remove(self.path("base/out/a.xyz"))
         picture = PngPicture(self.content("map.png"))

@@ -1,4 +1,5 @@
 """The command line of Vadelwatch, and the errors about a wrong one."""
+import json
 import os
 import sys
 import unittest
@@ -56,6 +57,21 @@ class Usage(WatchTest):
             with self.subTest(output=output, boundary=boundary):
                 watched = self.run_("base/data", output, boundary, "--lang=en")
                 self.assertEqual((1, removable), (watched.status, "rm -r" in watched.errors), watched.errors)
+
+    def test_hints_at_missing_parent_of_input(self):
+        self.giveJob(NODES)
+        os.symlink("base/data", self.path("nodes"))
+        for name, language, sentence in (
+                ("nodes", "en", "the input directory needs a parent in its name: try ./nodes"),
+                ("..", "en", "the input directory needs a parent in its name: try ./.."),
+                ("nodes", "de", "Der Name des Eingabeverzeichnisses braucht ein Oberverzeichnis, zum Beispiel ./nodes")):
+            with self.subTest(name=name, language=language):
+                watched = self.run_(name, "out", "area.xml", "--json", "--lang=" + language)
+                lines = watched.errorLines()
+                self.assertEqual((1, "Vadelwatch: " + sentence), (watched.status, lines[-1]))
+                self.assertEqual(2, len(lines), lines)
+                self.assertEqual(sentence, json.loads(watched.output)["failure"])
+        self.assertEqual(0, self.run_("./nodes", "out", "area.xml").status)
 
     def test_impossible_files_are_refused(self):
         self.giveJob(NODES)

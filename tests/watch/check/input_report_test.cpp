@@ -54,7 +54,7 @@ TEST_F(Report, hasFiguresOfFiles) {
     EXPECT_EQ(1U, found.files[0].figures.unparsable.count);
     EXPECT_EQ(
         std::vector<std::string>{
-            "1 of 3 lines dropped, x or y is no number or nothing follows y: a.xyz (1, first: line 3)"},
+            "Lines dropped: 1 of 3, x or y is no number or nothing follows y: a.xyz (1, first: line 3)"},
         inputSentences(found));
 }
 
@@ -149,7 +149,7 @@ TEST(InputSentences, namesAtMostFiveEntries) {
     }
     EXPECT_EQ(
         std::vector<std::string>{
-            "6 of 7 entries passed over, the suffix is not .txt, .xyz or .csv: 1, 2, 3, 4, 5, ..."},
+            "Entries passed over: 6 of 7, the suffix is not .txt, .xyz or .csv: 1, 2, 3, 4, 5, ..."},
         inputSentences(report));
 }
 

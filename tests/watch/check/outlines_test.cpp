@@ -106,7 +106,8 @@ TEST(WhyBoundaryNotFound, doesNotReadFifo) {
     const TemporaryDirectory directory;
     const std::string path = directory.pathOf("area.xml");
     ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
-    EXPECT_EQ("", whyBoundaryNotFound(path));
+    EXPECT_EQ("The boundary file " + path + " exists, but cannot be read: it is not a regular file.",
+              whyBoundaryNotFound(path));
 }
 
 } // namespace vadelwatch

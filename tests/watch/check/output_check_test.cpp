@@ -70,14 +70,15 @@ TEST(OutputCheck, namesEveryIncompleteFile) {
     ASSERT_EQ(0, mkfifo(directory.pathOf("pipe.txt").c_str(), 0600));
     directory.write("total_node_count.txt", "2345\n");
     EXPECT_EQ((std::vector<std::string>{
-                  "Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 2345: 2 343 are missing.",
+                  "Vadelwatch: nodes in the output files: 2, in total_node_count.txt: 2 345, missing: 2 343.",
                   "  cut.txt: its last line is cut off, 1 whole nodes before it",
                   "  cutHeader.txt: its last line is cut off, 0 whole nodes before it",
                   "  empty.txt: empty, even its header is missing",
                   "  header.txt: a header and no node; Vadelclip leaves no such file",
                   "  link.txt: not a regular file, its lines cannot be counted",
                   "  pipe.txt: not a regular file, its lines cannot be counted",
-                  "  1 of the node files lost the header during the run: each counts 1 and has no lines"}),
+                  "  node files that lost the header during the run: 1; Vadelclip adds 1 to the count for each and "
+                  "writes no line"}),
               differenceIn(directory, 1));
 }
 
@@ -85,7 +86,7 @@ TEST(OutputCheck, reportsThatEveryFileLooksWhole) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n");
     directory.write("total_node_count.txt", "3\n");
-    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 1 nodes, total_node_count.txt says 3: 2 are missing.",
+    EXPECT_EQ((Lines{"Vadelwatch: nodes in the output files: 1, in total_node_count.txt: 3, missing: 2.",
                      "  Every file looks whole, so the file with the difference is unknown."}),
               differenceIn(directory));
 }
@@ -103,7 +104,7 @@ TEST(OutputCheck, unreadableDirectoryBlamesNoFile) {
 TEST(OutputCheck, reportsThatThereIsNoFile) {
     const TemporaryDirectory directory;
     directory.write("total_node_count.txt", "3\n");
-    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 0 nodes, total_node_count.txt says 3: 3 are missing.",
+    EXPECT_EQ((Lines{"Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 3, missing: 3.",
                      "  There is no output file."}),
               differenceIn(directory));
 }
@@ -111,12 +112,11 @@ TEST(OutputCheck, reportsThatThereIsNoFile) {
 TEST(OutputCheck, missingCountBlamesNoFile) {
     const TemporaryDirectory directory;
     directory.write("a.txt", "x;y;z\n1;1;1\n");
-    EXPECT_EQ(Lines{"Vadelwatch: the output files hold 1 nodes, and there is no total_node_count.txt to compare with."},
+    EXPECT_EQ(Lines{"Vadelwatch: nodes in the output files: 1. There is no total_node_count.txt to compare with."},
               differenceIn(directory));
     directory.write("total_node_count.txt", "one\n");
-    EXPECT_EQ(
-        Lines{"Vadelwatch: the output files hold 1 nodes, and total_node_count.txt holds no number to compare with."},
-        differenceIn(directory));
+    EXPECT_EQ(Lines{"Vadelwatch: nodes in the output files: 1. total_node_count.txt holds no number to compare with."},
+              differenceIn(directory));
 }
 
 TEST(OutputCheck, uncountedFileNeverAddsUp) {

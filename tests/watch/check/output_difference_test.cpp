@@ -41,7 +41,7 @@ struct Job {
 };
 
 std::string missing(const std::string& numbers) {
-    return "Vadelwatch: the output files hold " + numbers + " are missing.";
+    return "Vadelwatch: nodes in the output files: " + numbers + ".";
 }
 
 } // namespace
@@ -55,16 +55,15 @@ TEST(OutputDifference, namesNodeFilesWithoutOutput) {
     job.directory.makeDirectory("out/a.xyz");
     job.directory.makeDirectory("out/other");
     job.giveCount("4");
-    EXPECT_EQ((Lines{missing("2 nodes, total_node_count.txt says 4: 2"), "  a.xyz: a directory in place of the file",
+    EXPECT_EQ((Lines{missing("2, in total_node_count.txt: 4, missing: 2"), "  a.xyz: a directory in place of the file",
                      "  b.txt: no output file, which is right only if none of its nodes was kept",
                      "  d.xyz: no output file, which is right only if none of its nodes was kept"}),
               job.difference());
-    EXPECT_EQ(
-        (Lines{"Vadelwatch: Die Ausgabedateien enthalten 2 Knoten, laut total_node_count.txt sind es 4: 2 fehlen.",
-               "  a.xyz: ein Verzeichnis anstelle der Datei",
-               "  b.txt: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde",
-               "  d.xyz: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde"}),
-        job.germanDifference());
+    EXPECT_EQ((Lines{"Vadelwatch: Knoten in den Ausgabedateien: 2, in total_node_count.txt: 4, es fehlen: 2.",
+                     "  a.xyz: ein Verzeichnis anstelle der Datei",
+                     "  b.txt: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde",
+                     "  d.xyz: keine Ausgabedatei; das ist nur richtig, wenn keiner der Knoten behalten wurde"}),
+              job.germanDifference());
 }
 
 TEST(OutputDifference, isEmptyWhenEverythingAddsUp) {
@@ -78,7 +77,7 @@ TEST(OutputDifference, isEmptyWhenEverythingAddsUp) {
 
 TEST(OutputDifference, namesOnlyFirstMissingOutputs) {
     const Job job;
-    Lines expected{missing("0 nodes, total_node_count.txt says 1: 1")};
+    Lines expected{missing("0, in total_node_count.txt: 1, missing: 1")};
     for (int i = 10; i < 32; ++i) {
         const std::string name = std::to_string(i) + ".txt";
         job.giveInput(name);
@@ -98,7 +97,7 @@ TEST(OutputDifference, namesOutputsWithoutNodeFile) {
     job.giveOutput("a.xyz");
     job.giveOutput("notes.dat");
     job.giveCount("2");
-    EXPECT_EQ((Lines{"Vadelwatch: the output files hold 4 nodes, total_node_count.txt says 2: 2 too many.",
+    EXPECT_EQ((Lines{"Vadelwatch: nodes in the output files: 4, in total_node_count.txt: 2, too many: 2.",
                      "  notes.dat: no node file had this name when the run began"}),
               job.difference());
     EXPECT_EQ("  notes.dat: zu Beginn des Laufs gab es keine Knotendatei dieses Namens", job.germanDifference().back());
@@ -111,7 +110,7 @@ TEST(OutputDifference, missingOutputIsASuspect) {
     job.giveOutput("a.xyz");
     job.giveCount("1");
     // A missing file does not explain too many lines, so it is not named.
-    EXPECT_EQ(Lines{"Vadelwatch: the output files hold 2 nodes, total_node_count.txt says 1: 1 too many."},
+    EXPECT_EQ(Lines{"Vadelwatch: nodes in the output files: 2, in total_node_count.txt: 1, too many: 1."},
               job.difference());
 }
 
@@ -119,7 +118,7 @@ TEST(OutputDifference, namesNodeFileThatCountOverwrites) {
     const Job job;
     job.giveInput("total_node_count.txt");
     job.giveCount("2");
-    EXPECT_EQ((Lines{missing("0 nodes, total_node_count.txt says 2: 2"),
+    EXPECT_EQ((Lines{missing("0, in total_node_count.txt: 2, missing: 2"),
                      "  total_node_count.txt: also the name of a node file; its nodes count, and its output was "
                      "overwritten"}),
               job.difference());
@@ -132,24 +131,22 @@ TEST(OutputDifference, reportsUncountedFileWithoutDifference) {
     job.directory.makeLink("out/a.xyz", "/dev/full");
     job.giveCount("0");
     EXPECT_EQ(
-        (Lines{"Vadelwatch: the output files hold 0 nodes, as many as total_node_count.txt says, but not every file "
+        (Lines{"Vadelwatch: nodes in the output files: 0, as many as total_node_count.txt says, but not every file "
                "can be counted.",
                "  a.xyz: not a regular file, its lines cannot be counted"}),
         job.difference());
-    EXPECT_EQ(
-        "Vadelwatch: Die Ausgabedateien enthalten 0 Knoten wie in total_node_count.txt angegeben, aber nicht jede "
-        "Datei lässt sich zählen.",
-        job.germanDifference().front());
+    EXPECT_EQ("Vadelwatch: Knoten in den Ausgabedateien: 0, wie in total_node_count.txt angegeben, aber nicht jede "
+              "Datei lässt sich zählen.",
+              job.germanDifference().front());
 }
 
 TEST(OutputDifference, namesDirectoryInPlaceOfCount) {
     const Job job;
     job.giveInput("a.xyz");
     job.directory.makeDirectory("out/total_node_count.txt");
-    EXPECT_EQ(
-        (Lines{"Vadelwatch: the output files hold 0 nodes, and total_node_count.txt holds no number to compare with.",
-               "  total_node_count.txt: a directory in place of the file"}),
-        job.difference());
+    EXPECT_EQ((Lines{"Vadelwatch: nodes in the output files: 0. total_node_count.txt holds no number to compare with.",
+                     "  total_node_count.txt: a directory in place of the file"}),
+              job.difference());
 }
 
 TEST(Obstacles, areMissingSpaceAndInodes) {

@@ -252,7 +252,8 @@ TEST(MapPicture, worldFileFailsWithItsName) {
     DrawnRun run;
     run.write("x;y;z\n5;5;1\n", "");
     run.directory.makeDirectory("map.pgw");
-    EXPECT_EQ("The map " + run.directory.pathOf("map.pgw") + " cannot be written: Is a directory.", run.problem());
+    EXPECT_EQ("The world file " + run.directory.pathOf("map.pgw") + " of the map cannot be written: Is a directory.",
+              run.problem());
 }
 
 TEST(MapPicture, hasAskedSize) {
