@@ -49,10 +49,10 @@ class Sentences(InputTest):
     def test_reports_lost_input_in_german(self):
         self.giveJob(FOUR_FILES)
         self.assertEqual([
-            "  1 von 4 Einträgen übergangen, die Endung enthält Großbuchstaben: D.TXT",
-            "  1 von 4 Einträgen übergangen, die Kopfzeile beginnt nicht mit x oder X: c.csv",
-            "  1 von 2 Knotendateien ohne Zeilenvorschub am Ende, die letzte Zeile wird verworfen: a.xyz",
-            "  1 von 2 Zeilen vermutlich mit Dezimalkomma, Zahlen enden am Komma: b.xyz (1, zuerst Zeile 2)"],
+            "  Übergangene Einträge: 1 von 4, die Endung enthält Großbuchstaben: D.TXT",
+            "  Übergangene Einträge: 1 von 4, die Kopfzeile beginnt nicht mit x oder X: c.csv",
+            "  Knotendateien ohne Zeilenvorschub am Ende: 1 von 2, die letzte Zeile wird verworfen: a.xyz",
+            "  Zeilen vermutlich mit Dezimalkomma: 1 von 2, Zahlen enden am Komma: b.xyz (1, zuerst Zeile 2)"],
             self.job().outputLines()[7:])
 
     def test_verbose_lists_lines_that_do_not_parse(self):
@@ -115,8 +115,8 @@ class NothingKept(InputTest):
                          self.reason(SQUARE.replace(b'"boundaries"', b'"other"')))
 
     def test_explains_polygons_of_few_points(self):
-        area = SQUARE.replace(b'<point x="10" y="10"/><point x="0" y="10"/>', b"")
-        self.assertEqual("fewer than three points", self.reason(area, b"9;9;1\n5;5;1\n")[0])
+        area = SQUARE.replace(b'<point x="10" y="0"/>', b"").replace(b'<point x="0" y="10"/>', b"")
+        self.assertEqual("fewer than three points", self.reason(area, b"9;1;1\n")[0])
         self.assertEqual("no overlap", self.reason(area)[0])
 
     def test_explains_nodes_outside_of_the_polygon(self):
@@ -177,6 +177,8 @@ class Json(InputTest):
         summary = self.summary("--map=map.png")
         self.assertEqual((1, "There are no input files.", None, "the run did not finish"),
                          tuple(summary[key] for key in ("exit_status", "failure", "map", "why_no_map")))
+        german = json.loads(self.job("--json", "--map=map.png").output)
+        self.assertEqual("der Lauf wurde nicht abgeschlossen", german["why_no_map"])
 
     def test_json_shows_a_failed_check(self):
         self.giveJob({"total_node_count.txt": HEADER + INSIDE * 2, "b.xyz": HEADER + INSIDE})

@@ -69,7 +69,7 @@ class Usage(WatchTest):
                 watched = self.run_(name, "out", "area.xml", "--json", "--lang=" + language)
                 lines = watched.errorLines()
                 self.assertEqual((1, "Vadelwatch: " + sentence), (watched.status, lines[-1]))
-                self.assertEqual(2, len(lines), lines)
+                self.assertEqual(3, len(lines), lines)
                 self.assertEqual(sentence, json.loads(watched.output)["failure"])
         self.assertEqual(0, self.run_("./nodes", "out", "area.xml").status)
 

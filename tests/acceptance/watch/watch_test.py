@@ -116,7 +116,9 @@ class Failed(WatchTest):
         self.giveJob(NODES)
         self.expectFailed(["Directory none does not exist"], "none/data", "out", "area.xml")
         self.expectFailed(["Input directory base/none does not exist"], "base/none", "out", "area.xml")
-        self.expectFailed(["Directory  does not exist"], "base", "out", "area.xml")
+        self.expect(self.run_("base", "out", "area.xml", "--lang=en"), status=1, errors=[
+            "Directory  does not exist", FAILED,
+            "Vadelwatch: the input directory needs a parent in its name: try ./base"])
 
     def test_existing_output_directory_is_reported(self):
         self.giveJob(NODES)

@@ -119,8 +119,8 @@ TEST(OutputDifference, namesNodeFileThatCountOverwrites) {
     job.giveInput("total_node_count.txt");
     job.giveCount("2");
     EXPECT_EQ((Lines{missing("0, in total_node_count.txt: 2, missing: 2"),
-                     "  total_node_count.txt: also the name of a node file; its nodes count, and its output was "
-                     "overwritten"}),
+                     "  total_node_count.txt: also the name of a node file; the count includes its nodes and has "
+                     "replaced its output"}),
               job.difference());
 }
 
