@@ -38,8 +38,7 @@ NothingKeptReason reasonOf(const NothingKept& nothing, const MapOutlines& outlin
     if (!isEmpty(nothing.boundary) && !overlap(nothing.nodes, nothing.boundary)) {
         return NothingKeptReason::noOverlap;
     }
-    const bool haveFew = std::ranges::all_of(outlines, [](const auto& outline) { return outline.size() < 3; });
-    return haveFew ? NothingKeptReason::fewVertices : NothingKeptReason::outside;
+    return hasFewVertices ? NothingKeptReason::fewVertices : NothingKeptReason::outside;
 }
 
 } // namespace
