@@ -3,6 +3,7 @@
 #include "boundary/index/edge_range.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -18,7 +19,7 @@ constexpr double maxCoordinate = 4e307;
 // These numbers measured best (benchmarks/boundary_index_bench.cpp).
 
 /// The minimum number of cells, for few and for many edges. A crowded cell gets a separate grid.
-constexpr double minRootCells[] = {2048.0, 8192.0};
+constexpr std::array minRootCells{2048.0, 8192.0};
 constexpr double rootCellsPerCrossing = 500.0;
 constexpr double extraRootCells = 16384.0;
 constexpr double extraRootEntriesPerEdge = 4.0;

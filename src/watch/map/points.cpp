@@ -56,8 +56,7 @@ struct NodeReaders {
 /// @return an error message, empty on success.
 std::string visitFile(NodeReaders& readers, const std::string& inputPath, const std::string& outputPath,
                       NodeCounts& counts, const NodeVisitor& visit) {
-    const std::string changed =
-        formatMessage("The node file {0} was changed or removed after the run began.", inputPath);
+    std::string changed = formatMessage("The node file {0} was changed or removed after the run began.", inputPath);
     if (!readers.input.open(inputPath)) {
         return changed;
     }
