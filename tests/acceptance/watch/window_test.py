@@ -155,12 +155,12 @@ with open('base/out/a.xyz', 'wb') as file:
 
     def test_json_follows_a_signal_during_the_check(self):
         summary = self.interruptedJson(b"checking", "finish()\nopen('base/out/a.xyz', 'wb').truncate(1 << 40)")
-        self.assertEqual(("Vadelwatch: interrupted, so the output in base/out was not checked.", None, None),
+        self.assertEqual(("interrupted, so the output in base/out was not checked.", None, None),
                          (summary["why_no_map"], summary["files_written"], summary["adds_up"]))
 
     def test_json_follows_a_signal_during_the_map(self):
         summary = self.interruptedJson(b"drawing", "finish()")
-        self.assertEqual(("Vadelwatch: interrupted, so the map map.png was not drawn.", 0, True),
+        self.assertEqual(("interrupted, so the map map.png was not drawn.", 0, True),
                          (summary["why_no_map"], summary["files_written"], summary["adds_up"]))
 
     def test_second_signal_ends_a_held_terminal(self):
