@@ -125,9 +125,10 @@ std::vector<std::string> explainFailedRun(WatchContext& watch, RunSummary& summa
     watch.lineCount.stop();
     watch.lineCount.wait();
     summary.input = reportEntries(watch.lineCount.nodeFiles());
-    std::string reason = hintAtParent(watch.options.inputDirectoryPath);
+    // The tool reads the boundary file first.
+    std::string reason = whyBoundaryNotFound(watch.options.boundaryFilePath);
     if (reason.empty()) {
-        reason = whyBoundaryNotFound(watch.options.boundaryFilePath);
+        reason = hintAtParent(watch.options.inputDirectoryPath);
     }
     if (!reason.empty()) {
         summary.failure = reason;

@@ -72,6 +72,8 @@ class Usage(WatchTest):
                 self.assertEqual(3, len(lines), lines)
                 self.assertEqual(sentence, json.loads(watched.output)["failure"])
         self.assertEqual(0, self.run_("./nodes", "out", "area.xml").status)
+        self.give({"empty.xml": b""})
+        self.assertIn("empty.xml exists, but", self.run_("nodes", "new", "empty.xml", "--lang=en").errorLines()[-1])
 
     def test_impossible_files_are_refused(self):
         self.giveJob(NODES)
