@@ -71,7 +71,7 @@ foreach(set merewether coast)
   install(DIRECTORY examples/${set}/nodes DESTINATION ${documents}/examples/${set})
 endforeach()
 
-# The driver is a component, and in Debian a package, of its own: the tool does not need GDAL. GDAL searches this directory
+# The driver is a separate component, and in Debian a separate package: the tool does not need GDAL. GDAL searches this directory
 # below /usr; GDAL_DRIVER_PATH names any other.
 if(TARGET ogr_VadeDGM)
   install(TARGETS ogr_VadeDGM LIBRARY DESTINATION lib/${CMAKE_LIBRARY_ARCHITECTURE}/gdalplugins COMPONENT gdal)

@@ -9,7 +9,7 @@ install_compressed(${PROJECT_BINARY_DIR}/changelog.Debian ${documents} changelog
 
 install(FILES packaging/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME vadelclip)
 
-# The driver of GDAL is a package of its own, with its own copies of the texts that every package has.
+# The driver of GDAL is a separate package, with separate copies of the texts that every package has.
 set(CPACK_COMPONENTS_ALL Unspecified)
 if(TARGET ogr_VadeDGM)
   list(APPEND CPACK_COMPONENTS_ALL gdal)

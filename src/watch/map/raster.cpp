@@ -100,13 +100,14 @@ std::size_t occupiedCells(const MapRaster& raster) {
 }
 
 double nodeSpacing(const MapRaster& raster) {
-    const int blocksPerRow = raster.width / blockSide + 1;
-    std::vector<bool> isCovered(static_cast<std::size_t>(blocksPerRow * (raster.height / blockSide + 1)));
+    const auto blocksPerRow = static_cast<std::size_t>(raster.width / blockSide + 1);
+    std::vector<bool> isCovered(blocksPerRow * static_cast<std::size_t>(raster.height / blockSide + 1));
     double occupied = 0.0;
     for (int row = 0; row < raster.height; ++row) {
         for (int column = 0; column < raster.width; ++column) {
             if (raster.cells[indexOf(raster, column, row)].nodes > 0) {
-                isCovered[static_cast<std::size_t>(row / blockSide * blocksPerRow + column / blockSide)] = true;
+                isCovered[static_cast<std::size_t>(row / blockSide) * blocksPerRow +
+                          static_cast<std::size_t>(column / blockSide)] = true;
                 occupied += 1.0;
             }
         }

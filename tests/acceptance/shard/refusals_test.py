@@ -1,4 +1,4 @@
-"""What plan refuses: in the words of the tool and with its status and files, or with a reason of its own."""
+"""What plan refuses: in the words of the tool and with its status and files, or with a new reason."""
 import os
 import sys
 import unittest
