@@ -22,7 +22,7 @@ bool walkExactly(const Point2D* vertex, const Point2D* end, Point2D point, bool&
             return true;
         }
     }
-    odd ^= ringWalk.isOdd();
+    odd = odd != ringWalk.isOdd();
     return false;
 }
 
@@ -31,9 +31,9 @@ bool walkExactly(const Point2D* vertex, const Point2D* end, Point2D point, bool&
 bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D point, bool& odd) {
     const Point2D* const first = &points[piece.first];
     const Point2D* const end = first + piece.edgeCount;
-    odd ^= piece.startsRight && first->y < point.y;
-    odd ^= piece.endsRight && end->y < point.y;
-    unsigned int special = first->y == point.y;
+    odd = odd != (piece.startsRight && first->y < point.y);
+    odd = odd != (piece.endsRight && end->y < point.y);
+    auto special = static_cast<unsigned int>(first->y == point.y);
     unsigned int crossings = 0;
     for (const Point2D* vertex = first; vertex != end; ++vertex) {
         const Point2D from = vertex[0];
@@ -43,8 +43,8 @@ bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D po
         const double smallerX = to.x < from.x ? to.x : from.x;
         const double largerX = to.x > from.x ? to.x : from.x;
         const double xi = crossingX(from, to, point.y);
-        const unsigned int right = smallerX > point.x;
-        const unsigned int notLeft = !(largerX < point.x);
+        const auto right = static_cast<unsigned int>(smallerX > point.x);
+        const auto notLeft = static_cast<unsigned int>(!(largerX < point.x));
         crossings += straddles & (right | (notLeft & static_cast<unsigned int>(xi > point.x)));
         special |= static_cast<unsigned int>(to.y == point.y) |
                    (straddles & notLeft & static_cast<unsigned int>(xi == point.x));
@@ -52,7 +52,7 @@ bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D po
     if (special != 0) {
         return walkExactly(first, end, point, odd);
     }
-    odd ^= (crossings & 1) != 0;
+    odd = odd != ((crossings & 1) != 0);
     return false;
 }
 
@@ -69,7 +69,7 @@ bool BoundaryIndex::anyEntryContains(const CellEntry& entry, Point2D point) cons
                 return true;
             }
         } else {
-            odd = odd != item->odd;
+            odd = odd != static_cast<bool>(item->odd);
             if (walk(cells.points, *item, point, odd) || (odd && item->endsPolygon)) {
                 return true;
             }

@@ -100,14 +100,15 @@ std::size_t occupiedCells(const MapRaster& raster) {
 }
 
 double nodeSpacing(const MapRaster& raster) {
-    const auto blocksPerRow = static_cast<std::size_t>(raster.width / blockSide + 1);
-    std::vector<bool> isCovered(blocksPerRow * static_cast<std::size_t>(raster.height / blockSide + 1));
+    const auto side = static_cast<std::size_t>(blockSide);
+    const std::size_t blocksPerRow = static_cast<std::size_t>(raster.width) / side + 1;
+    std::vector<bool> isCovered(blocksPerRow * (static_cast<std::size_t>(raster.height) / side + 1));
     double occupied = 0.0;
     for (int row = 0; row < raster.height; ++row) {
         for (int column = 0; column < raster.width; ++column) {
             if (raster.cells[indexOf(raster, column, row)].nodes > 0) {
-                isCovered[static_cast<std::size_t>(row / blockSide) * blocksPerRow +
-                          static_cast<std::size_t>(column / blockSide)] = true;
+                isCovered[static_cast<std::size_t>(row) / side * blocksPerRow +
+                          static_cast<std::size_t>(column) / side] = true;
                 occupied += 1.0;
             }
         }
