@@ -1,5 +1,6 @@
 #include "watch/run/tool_process.hpp"
 
+#include "process/child_process.hpp"
 #include "support/file_support.hpp"
 
 #include <gtest/gtest.h>
@@ -165,6 +166,21 @@ TEST(ToolProcess, startFailsWithoutDescriptors) {
         const DescriptorLimit limit(most);
         ToolProcess process;
         EXPECT_EQ(EMFILE, startScript(process, "true")) << most;
+    }
+    const int next = dup(STDIN_FILENO);
+    close(next);
+    EXPECT_EQ(lowest, next);
+}
+
+TEST(ChildProcess, startFailsWithoutDescriptorsForItsFailurePipe) {
+    const int lowest = dup(STDIN_FILENO);
+    close(lowest);
+    // Too few for the pipe, and too few to move one of its ends to ten.
+    for (const rlim_t most : {static_cast<rlim_t>(lowest) + 1, static_cast<rlim_t>(lowest) + 2}) {
+        const DescriptorLimit limit(most);
+        pid_t pid = -1;
+        EXPECT_EQ(EMFILE, vadelclip::startChild("/bin/true", {}, {}, pid)) << most;
+        EXPECT_EQ(-1, pid);
     }
     const int next = dup(STDIN_FILENO);
     close(next);
