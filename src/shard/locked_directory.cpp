@@ -1,5 +1,6 @@
 #include "shard/locked_directory.hpp"
 
+#include "shard/interruption.hpp"
 #include "shard/messages.hpp"
 #include "shard/open_file.hpp"
 
@@ -31,6 +32,7 @@ bool isStillThere(int descriptor, const std::string& path) {
 /// Opens and locks the file `lock` of a directory.
 ///
 /// @param operation LOCK_EX, with LOCK_NB for an answer without waiting.
+/// @throws Failure if this process was asked to end while it waited.
 LockResult lockDirectory(const std::string& directory, int operation, int& descriptor) {
     const std::string path = directory + "/lock";
     descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, lockPermissions);
@@ -40,7 +42,11 @@ LockResult lockDirectory(const std::string& directory, int operation, int& descr
         }
         throw fileFailure(path, errno);
     }
-    const bool isLocked = TEMP_FAILURE_RETRY(flock(descriptor, operation)) == 0;
+    int result = 0;
+    while ((result = flock(descriptor, operation)) != 0 && errno == EINTR) {
+        failIfInterrupted();
+    }
+    const bool isLocked = result == 0;
     const bool isTaken = !isLocked && errno == EWOULDBLOCK;
     if (!isTaken && isStillThere(descriptor, path)) {
         return isLocked ? LockResult::locked : LockResult::unsupported;
@@ -55,6 +61,14 @@ LockResult lockDirectory(const std::string& directory, int operation, int& descr
 /// @return false if the directory is gone.
 bool waitForLock(const std::string& directory, int& descriptor) {
     return lockDirectory(directory, LOCK_EX, descriptor) != LockResult::gone;
+}
+
+/// Returns true if this path is that of a file or a dangling link. `mkdir` and `open` then never succeed.
+bool isTakenByFile(const std::string& path) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    const fs::file_type type = fs::symlink_status(path, ignored).type();
+    return type != fs::file_type::not_found && type != fs::file_type::directory && !fs::is_directory(path, ignored);
 }
 
 void removeIgnoringErrors(const std::string& directory) {
@@ -98,7 +112,12 @@ void removeAbandoned(const std::string& parent, const std::string& namePrefix) {
             continue;
         }
         if (lockDirectory(path, LOCK_EX | LOCK_NB, descriptor) == LockResult::locked) {
-            removeIgnoringErrors(path);
+            // Where locks do not reach other hosts, its process may run there. After a rename that process fails, and cannot
+            // publish what is removed at the same time.
+            const std::string doomed = path + ".removed";
+            std::error_code ignored;
+            std::filesystem::rename(path, doomed, ignored);
+            removeIgnoringErrors(doomed);
         }
         if (descriptor != -1) {
             close(descriptor);
@@ -113,6 +132,9 @@ WorkLock::WorkLock(const std::string& workDirectory, bool mayCreate) : directory
         }
         if (!mayCreate && !exists(directory)) {
             throw fileFailure(directory, ENOENT);
+        }
+        if (isTakenByFile(directory)) {
+            throw fileFailure(directory, ENOTDIR);
         }
     } while (!waitForLock(directory, lock));
 }

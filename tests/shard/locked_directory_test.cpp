@@ -61,5 +61,25 @@ TEST(WorkLock, makesDirectoryAndRemovesItIfEmpty) {
     EXPECT_THROW(WorkLock(place.pathOf("none/out.shards"), true), Failure);
 }
 
+TEST(WorkLock, failsForFileInPlaceOfDirectory) {
+    const TemporaryDirectory place;
+    const std::string file = place.write("file.shards", "");
+    const std::string link = place.pathOf("link.shards");
+    std::filesystem::create_symlink("nowhere", link);
+    for (const std::string& path : {file, link}) {
+        for (const bool mayCreate : {true, false}) {
+            EXPECT_THROW(WorkLock(path, mayCreate), Failure) << path;
+        }
+    }
+}
+
+TEST(WorkLock, followsLinkToDirectory) {
+    const TemporaryDirectory place;
+    place.makeDirectory("elsewhere");
+    std::filesystem::create_symlink("elsewhere", place.pathOf("out.shards"));
+    const WorkLock lock(place.pathOf("out.shards"), true);
+    EXPECT_TRUE(isInUse(place.pathOf("elsewhere")));
+}
+
 } // namespace
 } // namespace vadelshard

@@ -1,5 +1,7 @@
 """What plan refuses: in the words of the tool and with its status and files, or with a new reason."""
 import os
+import shutil
+import subprocess
 import sys
 import unittest
 from pathlib import Path
@@ -109,12 +111,26 @@ class OwnRefusals(ShardTest):
         name = "x" * 250
         self.expectRefused(f"base/{name}.shards: File name too long", "base/data", name, "area.xml")
 
+    def test_file_in_place_of_the_work_directory(self):
+        self.giveJob(NODES)
+        self.give({WORK: b"", "base/link.shards": linkTo("nowhere")})
+        for name in ("out", "link"):
+            sentence = f"base/{name}.shards: Not a directory"
+            self.expectFailure(sentence, "plan", "base/data", name, "area.xml", "--lang=en")
+            self.expectFailure(sentence, "merge", f"base/{name}.shards", "--lang=en")
+
     def test_unreadable_tile_is_left_out_as_in_one_run(self):
         self.giveJob({**NODES, "c.xyz": HEADER + INSIDE})
         os.chmod(self.path("base/data/c.xyz"), 0)
-        done = self.finish(self.begin("plan", "base/data", "out", "area.xml", "--lang=en", preexec_fn=dropPowersOfRoot))
+        done = self.plan(preexec_fn=dropPowersOfRoot)
         self.assertEqual((0, "2\n", "Node files that cannot be opened and are left out, as the tool does: 1. "
                                     "The first is c.xyz.\n"), (done.status, done.output, done.errors))
+        self.clipAll(2, preexec_fn=dropPowersOfRoot)
+        self.mustDo("merge", WORK)
+        merged = self.outputTree()
+        shutil.rmtree(self.path("base/out"))
+        subprocess.run([TOOL, "base/data", "out", "area.xml"], cwd=self.directory, preexec_fn=dropPowersOfRoot, check=True)
+        self.assertEqual(self.outputTree(), merged)
 
     def test_wrong_options(self):
         for arguments, sentence in (
