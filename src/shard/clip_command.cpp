@@ -51,7 +51,7 @@ void clipAndPublish(const WorkDirectory& work, const Job& job, std::uint64_t ind
 
 int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct) {
     const WorkDirectory work = workDirectoryAt(workDirectory);
-    if (exists(work.published()) || work.isMergedAndRemoved()) {
+    if (work.isMerged()) {
         return finishedStatus;
     }
     const Job job = readJob(work);
@@ -66,7 +66,7 @@ int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct
         clipAndPublish(work, job, index, direct);
     } catch (const Failure&) {
         // Another attempt may have been first. A network file system may also report a rename as failed that was not.
-        if (!exists(work.done(index)) && !exists(work.published()) && !work.isMergedAndRemoved()) {
+        if (!exists(work.done(index)) && !work.isMerged()) {
             throw;
         }
     }

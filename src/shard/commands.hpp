@@ -13,13 +13,13 @@ constexpr int finishedStatus = 0;
 constexpr int failedStatus = 1;
 constexpr int usageErrorStatus = 2;
 
-/// Largest part whose lines the tool can count in 32 bits.
-constexpr std::uint64_t largestPart = 2147483647;
+/// The tool can count the lines of a part in 32 bits up to this length.
+constexpr std::uint64_t maxPart = 2147483647;
 
 struct PlanOptions {
     std::vector<std::string> toolArguments; ///< Input directory, output name, boundary file; or what was given instead.
     std::uint64_t shards = 1000;
-    std::uint64_t part = largestPart;
+    std::uint64_t part = maxPart;
     std::string language; ///< As the tool accepts it.
 };
 

@@ -22,7 +22,7 @@ namespace {
 namespace fs = boost::filesystem;
 
 /// More than the longest header: a byte order mark, seven characters and the line end.
-constexpr std::size_t longestHeader = 64;
+constexpr std::size_t maxHeader = 64;
 
 constexpr std::size_t searchedBytes = 4096;
 
@@ -78,11 +78,11 @@ std::uint64_t costOf(const Shard& shard) {
 } // namespace
 
 std::optional<std::string> rawFirstLine(const OpenFile& file) {
-    std::string line = file.read(0, longestHeader);
+    std::string line = file.read(0, maxHeader);
     const std::size_t lineFeed = line.find('\n');
     if (lineFeed != std::string::npos) {
         line.resize(lineFeed + 1);
-    } else if (line.size() == longestHeader) {
+    } else if (line.size() == maxHeader) {
         return std::nullopt;
     }
     return line;

@@ -69,6 +69,9 @@ struct WorkDirectory {
 
     /// Returns true if the output directory is there and the work directory is gone, or empty but for its lock.
     bool isMergedAndRemoved() const;
+
+    /// Returns true if the output directory is there or about to get its name.
+    bool isMerged() const { return exists(published()) || isMergedAndRemoved(); }
 };
 
 /// Removes slashes at the end. @throws Failure if the name does not end in ".shards".

@@ -16,7 +16,7 @@ constexpr const char* description = "Splits a job of Vadelclip into shards that 
 constexpr const char* footer =
     "Exit status: 0 finished, 1 failed or incomplete, 2 wrong arguments. Every command can be repeated at any time.";
 
-constexpr std::uint64_t largestShardCount = 1'000'000;
+constexpr std::uint64_t maxShards = 1'000'000;
 
 CLI::App* addCommand(CLI::App& app, ShardOptions& options, Command command, const std::string& name,
                      const std::string& text) {
@@ -37,11 +37,11 @@ void addPlan(CLI::App& app, ShardOptions& options) {
     plan->add_option("job", options.plan.toolArguments,
                      "Input directory, name of the new output directory, boundary file: as for Vadelclip");
     plan->add_option("--shards", options.plan.shards, "Number of shards, unless there are fewer files and parts")
-        ->check(CLI::Range(std::uint64_t{1}, largestShardCount))
+        ->check(CLI::Range(std::uint64_t{1}, maxShards))
         ->type_name("NUMBER")
         ->capture_default_str();
     plan->add_option("--part", options.plan.part, "Cut files that have more bytes than this")
-        ->check(CLI::Range(std::uint64_t{1}, largestPart))
+        ->check(CLI::Range(std::uint64_t{1}, maxPart))
         ->type_name("BYTES")
         ->capture_default_str();
 }
@@ -50,7 +50,7 @@ void addOthers(CLI::App& app, ShardOptions& options) {
     CLI::App* const clip = addCommand(app, options, Command::clip, "clip", "Clip one shard, unless that is done");
     clip->add_option("index", options.index, "Number of the shard, from 0")
         ->required()
-        ->check(CLI::Range(std::uint64_t{0}, largestShardCount));
+        ->check(CLI::Range(std::uint64_t{0}, maxShards));
     clip->add_flag("--direct", options.direct,
                    "Read whole files where they are; for a local disk. By default copies are read and checked");
     addCommand(app, options, Command::merge, "merge", "Make the output directory, remove the work directory");

@@ -30,7 +30,7 @@ JobStatus watchStatus(const WorkDirectory& work, const Job& job) {
         }
         std::this_thread::sleep_for(pause);
         failIfInterrupted();
-        if (exists(work.published()) || work.isMergedAndRemoved()) {
+        if (work.isMerged()) {
             break;
         }
         status = readStatus(work, job);
@@ -72,12 +72,12 @@ void printLines(const JobStatus& status) {
 
 int showStatus(const std::string& workDirectory, const StatusOptions& options) {
     const WorkDirectory work = workDirectoryAt(workDirectory);
-    bool isMerged = exists(work.published()) || work.isMergedAndRemoved();
+    bool isMerged = work.isMerged();
     JobStatus status;
     if (!isMerged) {
         const Job job = readJob(work);
         status = options.watch ? watchStatus(work, job) : readStatus(work, job);
-        isMerged = exists(work.published()) || work.isMergedAndRemoved();
+        isMerged = work.isMerged();
     }
     if (options.json) {
         printJson(status, isMerged);
