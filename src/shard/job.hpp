@@ -3,10 +3,10 @@
 ///
 ///     <output>.shards/lock           held by a running plan or merge
 ///                     plan/          job.json, boundary.xml and one <index>.json for each shard
-///                     attempts/      <index>.XXXXXX/, locked by the running clip that writes it
+///                     attempts/      <index>.XXXXXX/, locked by the running clip that writes it, and merge.XXXXXX/
 ///                     done/<index>/  report.json and one file for each unit that has kept a line, named by its place
-///                     merged/        the output directory before it gets its name
-///                     published.json means that merged/ is complete: its rename to the output directory may be next or done
+///                     merged/        the complete output directory before it gets its name
+///                     published.json means that the rename of merged/ to the output directory may be next or done
 #pragma once
 
 #include "shard/open_file.hpp"

@@ -94,12 +94,11 @@ void joinParts(const Part* first, const Part* last, const std::string& target) {
     output.close();
 }
 
-/// Fills `merged/`.
+/// Makes and fills a directory.
 ///
 /// @return the figures of the job, to be published.
-nlohmann::json buildOutput(const WorkDirectory& work, const std::vector<Part>& parts) {
-    removeAll(work.merged());
-    makeDirectory(work.merged());
+nlohmann::json buildOutput(const std::string& directory, const std::vector<Part>& parts) {
+    makeDirectory(directory);
     std::uint64_t keptLines = 0;
     std::uint64_t files = 0;
     for (auto first = parts.begin(); first != parts.end();) {
@@ -111,7 +110,7 @@ nlohmann::json buildOutput(const WorkDirectory& work, const std::vector<Part>& p
         }
         // A node file of this name is replaced by the count, as in one run.
         if (first->name != countFile) {
-            const std::string target = work.merged() + '/' + first->name;
+            const std::string target = directory + '/' + first->name;
             if (last - first == 1) {
                 linkOrCopy(first->path, target);
             } else {
@@ -123,14 +122,37 @@ nlohmann::json buildOutput(const WorkDirectory& work, const std::vector<Part>& p
     }
     // The count of one run is a sum of 32 bits.
     const std::int32_t count = vadelclip::wrapTo32(keptLines);
-    writeWholeFile(work.merged() + '/' + countFile, std::to_string(count) + '\n');
+    writeWholeFile(directory + '/' + countFile, std::to_string(count) + '\n');
     return {{"kept_lines", keptLines}, {"files", files}, {"total_node_count", count}};
+}
+
+/// Puts the complete output directory at `merged/`, and then the figures at `published`.
+///
+/// Builds both elsewhere: where locks do not reach other hosts, another merge may run at the same time.
+void prepareOutput(const WorkDirectory& work, const std::vector<Part>& parts) {
+    const std::string attemptPrefix = "merge.";
+    removeAbandoned(work.attempts(), attemptPrefix);
+    const LockedDirectory attempt(work.attempts() + '/' + attemptPrefix);
+    const std::string merged = attempt.path() + "/merged";
+    const std::string figures = attempt.path() + "/figures";
+    writeWholeFile(figures, buildOutput(merged, parts).dump() + '\n');
+    try {
+        moveFile(merged, work.merged());
+    } catch (const Failure&) {
+        // Another merge may have been first. Its directory has the same content.
+        if (!exists(work.merged())) {
+            throw;
+        }
+    }
+    moveFile(figures, work.published());
 }
 
 /// Starts the tool, which refuses the output directory and prints why.
 int letToolRefuseOutput(const WorkDirectory& work, const Job& job) {
-    const std::string output = std::filesystem::path(work.output()).filename().string();
-    return runTool({work.path, output, work.boundary(), "-lang=" + job.language});
+    const std::filesystem::path output = work.output();
+    // The tool needs the directory of its input.
+    const std::string input = output.has_parent_path() ? work.path : "./" + work.path;
+    return runTool({input, output.filename().string(), work.boundary(), "-lang=" + job.language});
 }
 
 bool isEmptyDirectory(const std::string& path) {
@@ -193,8 +215,7 @@ int mergeLocked(const WorkDirectory& work, const WorkLock& lock) {
             if (exists(work.output())) {
                 return letToolRefuseOutput(work, job);
             }
-            writeWholeFile(work.published() + ".new", buildOutput(work, parts).dump() + '\n');
-            moveFile(work.published() + ".new", work.published());
+            prepareOutput(work, parts);
         }
         if (!publishOutput(work, wasPublished)) {
             removeAll(work.published());

@@ -1,18 +1,19 @@
 """Shards that cannot be right fail with a sentence, and the same command again succeeds when the cause is gone."""
+import errno
+import json
 import os
 import resource
+import shutil
 import signal
+import subprocess
 import sys
-import time
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import SANITIZED, dropPowersOfRoot
-from fault_checks import failing, failsForever
-from sharding import HEADER, INSIDE, WORK, ShardTest, manyLines
-
-import errno  # noqa: E402
+from fault_checks import PASS, failing, failsForever
+from sharding import HEADER, INSIDE, SHARD, WORK, ShardTest, manyLines
 
 NODES = {"a.xyz": HEADER + INSIDE * 30, "b.xyz": HEADER + INSIDE * 20}
 
@@ -36,8 +37,8 @@ class FaultyShards(ShardTest):
         self.assertEqual([], os.listdir(self.path(WORK + "/attempts")))
         self.assertEqual([], os.listdir(self.path(WORK + "/done")))
 
-    def expectGoodOutput(self):
-        self.clipAll(2)
+    def expectGoodOutput(self, count=2):
+        self.clipAll(count)
         self.mustDo("merge", WORK)
         self.assertEqual(self.outputTree(), {**NODES, "total_node_count.txt": b"50\n"})
         self.expectNothingLeft()
@@ -88,26 +89,43 @@ class FaultyShards(ShardTest):
                               environment={"TMPDIR": "none"})
 
     def jobId(self):
-        import json
         return json.loads(Path(self.path(WORK), "plan/job.json").read_text())["id"]
 
     @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_work_directory_is_full(self):
-        for name in ("report.json", "plan.new/0.json"):
-            if name.startswith("plan"):
-                continue
-            done = self.shard("clip", WORK, "0", environment=failing("write", name, failsForever(errno.ENOSPC),
-                                                                     program="Vadelshard"))
-            self.assertEqual(1, done.status)
-            self.assertRegex(done.errors, f"^Vadelshard: .*/{name}: No space left on device\n$")
+        done = self.shard("clip", WORK, "0", environment=failing("write", "report.json", failsForever(errno.ENOSPC)))
+        self.assertEqual(1, done.status)
+        self.assertRegex(done.errors, "^Vadelshard: .*/report.json: No space left on device\n$")
         self.expectGoodOutput()
+
+    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
+    def test_no_space_for_the_plan(self):
+        shutil.rmtree(self.path(WORK))
+        for name in ("boundary.xml", "1.json", "job.json"):
+            done = self.plan(environment=failing("write", name, failsForever(errno.ENOSPC)))
+            self.assertEqual((1, f"Vadelshard: {WORK}/plan.new/{name}: No space left on device\n"),
+                             (done.status, done.errors))
+            self.assertFalse(os.path.lexists(self.path(WORK)))
+        self.planned()
+        self.expectGoodOutput()
+
+    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
+    def test_node_file_that_the_tool_cannot_open(self):
+        shutil.rmtree(self.path(WORK))
+        self.planned("--shards=1")
+        # The tool skips the file and ends with status 0.
+        unopened = failing("open", "/in/0.xyz", failsForever(errno.EIO))
+        for options in ((), ("--direct",)):
+            self.expectFailedClip("Vadelclip has read 1 of 2 node files.", *options, environment=unopened)
+        self.expectGoodOutput(1)
 
     @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_output_directory_is_full(self):
         self.clipAll(2)
-        for name in ("merged/total_node_count.txt", "published.json.new"):
+        for name in ("merged/total_node_count.txt", "figures"):
             done = self.shard("merge", WORK, environment=failing("write", name, failsForever(errno.ENOSPC)))
-            self.assertEqual((1, f"Vadelshard: {WORK}/{name}: No space left on device\n"), (done.status, done.errors))
+            self.assertEqual(1, done.status)
+            self.assertRegex(done.errors, f"^Vadelshard: {WORK}/attempts/merge.*/{name}: No space left on device\n$")
             self.assertFalse(os.path.lexists(self.path("base/out")))
         self.expectGoodOutput()
 
@@ -156,6 +174,15 @@ class FaultyMerges(ShardTest):
         done = self.shard("merge", WORK)
         self.assertEqual((1, f"Vadelshard: {WORK}/done/0/report.json is damaged.\n"), (done.status, done.errors))
 
+    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
+    def test_no_space_for_a_joined_file(self):
+        self.clipAll(self.count)
+        done = self.shard("merge", WORK, environment=failing("write", "merged/a.xyz", PASS, failsForever(errno.ENOSPC)))
+        self.assertEqual(1, done.status)
+        self.assertRegex(done.errors, "^Vadelshard: .*/merged/a.xyz: No space left on device\n$")
+        self.assertFalse(os.path.lexists(self.path("base/out")))
+        self.expectGoodMerge()
+
     def test_output_directory_of_another_run(self):
         self.clipAll(self.count)
         os.mkdir(self.path("base/out"))
@@ -163,6 +190,8 @@ class FaultyMerges(ShardTest):
         self.assertEqual((1, "Output directory base/out already exists, aborting in order avoid overwriting of existing "
                              "data\n"), (done.status, done.output))
         self.assertEqual([], os.listdir(self.path("base/out")))
+        run = subprocess.run([SHARD, "merge", "out.shards"], cwd=self.path("base"), stdout=subprocess.PIPE, check=False)
+        self.assertEqual((1, done.output.replace("base/out", "./out").encode()), (run.returncode, run.stdout))
         os.rmdir(self.path("base/out"))
         self.expectGoodMerge()
 

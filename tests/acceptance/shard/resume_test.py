@@ -2,6 +2,7 @@
 
 VADELSHARD_KILLS is the number of killed commands.
 """
+import fcntl
 import os
 import random
 import shutil
@@ -13,6 +14,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import SANITIZED
+from fault_checks import failing, takesForever
 from sharding import HEADER, INSIDE, WORK, ShardTest, manyLines
 
 KILLS = int(os.environ.get("VADELSHARD_KILLS", "6" if SANITIZED else "20"))
@@ -147,6 +149,58 @@ class Repeated(ShardTest):
             self.assertEqual(([], [], []), (os.listdir(self.scratch), os.listdir(self.path(WORK + "/attempts")),
                                             os.listdir(self.path(WORK + "/done"))))
 
+    def test_interrupted_while_it_waits_for_another_merge(self):
+        self.clipAll(self.planned())
+        lock = Path(self.path(WORK), "lock")
+        with open(lock, "rb") as file:
+            fcntl.flock(file, fcntl.LOCK_EX)
+            waiting = self.begin("merge", WORK)
+            descriptors = f"/proc/{waiting.pid}/fd"
+            self.waitFor(lambda: any(os.path.realpath(f"{descriptors}/{name}") == str(lock)
+                                     for name in os.listdir(descriptors)), "a merge that waits")
+
+            def endsAfterSignal():
+                waiting.send_signal(signal.SIGTERM)  # again and again: the first one may arrive before it waits
+                return waiting.poll() is not None
+            self.waitFor(endsAfterSignal, "the end of the merge")
+        done = self.finish(waiting)
+        self.assertEqual((1, "Vadelshard: Interrupted by signal 15. Run the same command again to continue.\n"),
+                         (done.status, done.errors))
+        self.mustDo("merge", WORK)
+        self.expectExpected()
+
+    def beginMerge(self):
+        """Starts a slow merge, and stops it in the middle of a file."""
+        known = self.joined()
+        process = self.begin("merge", WORK, environment=failing("write", "/a.xyz", takesForever(16)))
+        self.waitFor(lambda: self.joined() - known, "a joined file")
+        process.send_signal(signal.SIGSTOP)
+        return process
+
+    def joined(self):
+        try:
+            return {path.stat().st_ino for path in Path(self.path(WORK)).rglob("a.xyz")}
+        except FileNotFoundError:
+            return set()
+
+    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
+    def test_merges_without_locks_between_them(self):
+        # Removed lock files are like locks of another host.
+        for removed in (("lock",), ("lock", "attempts/merge.*/lock")):
+            with self.subTest(removed=removed):
+                self.clipAll(self.planned("--part=300000"))
+                first = self.beginMerge()
+                for pattern in removed:
+                    for lock in Path(self.path(WORK)).glob(pattern):
+                        lock.unlink()
+                second = self.beginMerge()
+                for process in (first, second):
+                    process.send_signal(signal.SIGCONT)
+                    if self.finish(process).status == 0:
+                        self.assertEqual(self.expected, self.outputTree())
+                self.expectExpected()
+                shutil.rmtree(self.path("base/out"))
+
     def test_running_and_killed_attempts_in_the_status(self):
         self.planned()
         process = self.beginClip()
@@ -182,8 +236,13 @@ class CrashedMerges(ShardTest):
         self.expectNothingLeft()
 
     def test_unfinished_directory(self):
-        self.give_("merged/b.xyz", b"x;y")
-        self.give_("merged/none.xyz", b"x;y")
+        os.makedirs(self.path(WORK + "/attempts/merge.killed/merged"))
+        self.give_("attempts/merge.killed/merged/b.xyz", b"x;y")
+        self.expectMergedAgain()
+
+    def test_finished_directory_without_figures(self):
+        self.fill()
+        os.remove(self.path(WORK + "/published.json"))
         self.expectMergedAgain()
 
     def test_finished_directory(self):
