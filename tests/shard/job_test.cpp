@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 namespace vadelshard {
@@ -82,6 +83,23 @@ TEST(WorkDirectoryAt, removesSlashesAndRequiresSuffix) {
     EXPECT_EQ(workDirectoryAt("a/b.shards").output(), "a/b");
     for (const char* const path : {"", "/", "a", ".shards", "a.shards/x"}) {
         EXPECT_THROW(workDirectoryAt(path), Failure) << path;
+    }
+}
+
+TEST(ScratchRoot, prefersVariableOfSlurm) {
+    const char* const value = std::getenv("TMPDIR");
+    const std::string former = value == nullptr ? "" : value; // a copy, because `setenv` overwrites the value
+    setenv("SLURM_TMPDIR", "/slurm", 1);
+    setenv("TMPDIR", "/tmpdir", 1);
+    EXPECT_EQ(scratchRoot(), "/slurm");
+    setenv("SLURM_TMPDIR", "", 1);
+    EXPECT_EQ(scratchRoot(), "/tmpdir");
+    unsetenv("SLURM_TMPDIR");
+    EXPECT_EQ(scratchRoot(), "/tmpdir");
+    unsetenv("TMPDIR");
+    EXPECT_EQ(scratchRoot(), "/tmp");
+    if (value != nullptr) {
+        setenv("TMPDIR", former.c_str(), 1);
     }
 }
 

@@ -106,6 +106,20 @@ class CutFiles(ShardTest):
         plan = [json.loads(Path(self.path(WORK), "plan", name).read_text()) for name in ("0.json", "1.json")]
         self.assertEqual([0, len(content)], [plan[0]["units"][0][key] for key in ("begin", "end")])
 
+    def test_large_files_are_planned_without_reading_them(self):
+        # Sparse files. To read them would take minutes.
+        part, count = 2**31 - 1, 200
+        self.giveJob({"a.xyz": HEADER, "endless.xyz": b"x;y;z"})
+        os.truncate(self.path("base/data/endless.xyz"), 2**42)
+        with open(self.path("base/data/a.xyz"), "r+b") as file:
+            for number in range(1, count + 1):
+                file.seek(number * part - 1)
+                file.write(b"\n")
+        self.assertEqual(count + 1, self.planned())
+        plan = [json.loads(path.read_text())["units"][0] for path in Path(self.path(WORK), "plan").glob("[0-9]*.json")]
+        self.assertEqual({("a.xyz", number * part, (number + 1) * part) for number in range(count)} |
+                         {("endless.xyz", 0, 2**42)}, {(unit["name"], unit["begin"], unit["end"]) for unit in plan})
+
     def test_header_alone(self):
         self.expectEqualParts(HEADER, 1, 5)
         self.startOver()

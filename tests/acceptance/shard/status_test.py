@@ -2,12 +2,14 @@
 import json
 import os
 import re
+import subprocess
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from sharding import HEADER, INSIDE, WORK, ShardTest
+from sharding import HEADER, INSIDE, SHARD, WORK, ShardTest
+from terminal import Terminal
 
 
 class Status(ShardTest):
@@ -43,6 +45,14 @@ class Status(ShardTest):
         done = self.finish(watching)
         self.assertEqual((0, "Done: 6 of 6 shards, 6 nodes kept"), (done.status, done.output.splitlines()[-1]))
 
+    def test_watch_on_a_terminal_keeps_to_one_line(self):
+        terminal = Terminal([SHARD, "status", WORK, "--watch"], self.directory, 80, dict(os.environ))
+        terminal.readUntil(lambda shown: b"0 nodes kept" in shown, "the progress")
+        self.clipAll(6)
+        terminal.finish()
+        self.assertEqual(b"\r\x1b[K0 of 6 shards done, 0 running, 0 nodes kept", terminal.received.split(b"kept")[0] + b"kept")
+        self.assertTrue(terminal.received.endswith(b"\r\x1b[KDone: 6 of 6 shards, 6 nodes kept\r\n"), terminal.received)
+
     def test_german(self):
         self.assertEqual("Fertig: 0 von 6 Teilaufträgen, 0 Punkte behalten\nEs fehlen: 6 (0-5)\n",
                          self.mustDo("status", WORK, "--lang=de"))
@@ -54,8 +64,6 @@ class Status(ShardTest):
 
     def test_closed_output(self):
         with open("/dev/full", "wb") as full:
-            import subprocess
-            from sharding import SHARD
             run = subprocess.run([SHARD, "status", WORK], cwd=self.directory, stdout=full, stderr=subprocess.PIPE, check=False)
         self.assertEqual((1, b"Vadelshard: cannot write to standard output\n"), (run.returncode, run.stderr))
 
