@@ -29,19 +29,22 @@ bool isInDegrees(const OGRSpatialReference* reference) {
 } // namespace
 
 WrittenDataset::~WrittenDataset() {
-    if (layer && !layer->hasFailed()) {
+    if (layer && !secondLayerRefused && !layer->hasFailed()) {
         writer.finish();
     }
 }
 
 int WrittenDataset::TestCapability(const char* capability) {
-    return EQUAL(capability, ODsCCreateLayer) && !layer ? TRUE : FALSE;
+    // Also true after the first layer. Otherwise ogr2ogr does not call ICreateLayer, and the file has only the first layer.
+    return EQUAL(capability, ODsCCreateLayer) ? TRUE : FALSE;
 }
 
 OGRLayer* WrittenDataset::ICreateLayer(const char* name, OGRSpatialReference* reference, OGRwkbGeometryType,
                                        char** options) {
     if (layer) {
-        CPLError(CE_Failure, CPLE_NotSupported, "A boundary file has one layer: %s cannot be a second one", name);
+        secondLayerRefused = true;
+        CPLError(CE_Failure, CPLE_NotSupported,
+                 "A boundary file has one layer: %s cannot be a second one. No file is written", name);
         return nullptr;
     }
     if (isInDegrees(reference)) {

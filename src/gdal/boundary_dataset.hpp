@@ -26,7 +26,7 @@ private:
     std::vector<std::unique_ptr<BoundaryLayer>> layers;
 };
 
-/// Becomes a file when it is closed, if it has a layer and no feature was refused.
+/// Becomes a file when it is closed, if it has a layer and no feature or second layer was refused.
 class WrittenDataset final : public GDALDataset {
 public:
     explicit WrittenDataset(const std::string& path) : writer(path) {}
@@ -46,6 +46,7 @@ protected:
 private:
     BoundaryWriter writer;
     std::unique_ptr<WrittenLayer> layer;
+    bool secondLayerRefused = false;
 };
 
 } // namespace vadelclip_gdal

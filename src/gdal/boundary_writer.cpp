@@ -25,6 +25,10 @@ void reportUnwritable(const std::string& path) {
     CPLError(CE_Failure, CPLE_FileIO, "Cannot write the boundary file %s", path.c_str());
 }
 
+bool isInArchive(const std::string& path) {
+    return path.rfind("/vsizip/", 0) == 0 || path.rfind("/vsigzip/", 0) == 0;
+}
+
 } // namespace
 
 BoundaryWriter::BoundaryWriter(const std::string& path_)
@@ -33,7 +37,10 @@ BoundaryWriter::BoundaryWriter(const std::string& path_)
     if (!isStream()) {
         temporaryPath.append(".").append(std::to_string(CPLGetCurrentProcessID())).append(".tmp");
     }
-    file = VSIFOpenL(temporaryPath.c_str(), "wb");
+    // A file in an archive can be neither renamed nor removed.
+    if (!isInArchive(path)) {
+        file = VSIFOpenL(temporaryPath.c_str(), "wb");
+    }
     if (file == nullptr) {
         reportUnwritable(path);
     }

@@ -38,7 +38,7 @@ private:
     std::string path;
     std::string temporaryPath;
     std::string buffer;
-    VSILFILE* file;
+    VSILFILE* file = nullptr;
 };
 
 } // namespace vadelclip_gdal

@@ -99,6 +99,12 @@ class WritingTest(GdalTest):
         self.assertGreater(len(ring), 50)
         self.assertTrue(all(abs(math.hypot(x - 1, y) - 1) < 1e-9 for x, y in ring))
 
+    def test_makesEachPartOfAMultiSurfaceStraight(self):
+        self.write("area.xml", ({}, "MULTISURFACE (((5 5,6 5,5 6,5 5)),CURVEPOLYGON (CIRCULARSTRING (0 0,1 1,2 0,1 -1,0 0)))"))
+        [(_, triangle), (_, circle)] = polygonsOf(self.path("area.xml"))
+        self.assertEqual([(5, 5), (6, 5), (5, 6)], triangle)
+        self.assertGreater(len(circle), 50)
+
     def test_refusesCoordinatesThatAreNotFinite(self):
         for value in (math.nan, math.inf, -math.inf):
             ring = ogr.Geometry(ogr.wkbLinearRing)
@@ -114,6 +120,8 @@ class WritingTest(GdalTest):
             self.assertIn("Cannot write feature 1", self.run_("ogr2ogr", *options, "-f", "VadeDGM", "area.xml", "lines.csv",
                                                               status=0 if options else 1))
             self.assertEqual(["lines.csv"], os.listdir(self.directory))
+        self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", "lines.csv", "-where", "OGR_GEOMETRY IN ('POLYGON', 'MULTIPOLYGON')")
+        self.assertEqual([(1, TRIANGLE_POINTS)], polygonsOf(self.path("area.xml")))
 
     def test_reportsAFileItCannotWrite(self):
         path = self.path("missing/area.xml")
@@ -136,7 +144,23 @@ class WritingTest(GdalTest):
         dataset = gdal.GetDriverByName("VadeDGM").Create(self.path("area.xml"), 0, 0, 0, gdal.GDT_Unknown)
         self.assertIsNotNone(dataset.CreateLayer("first"))
         self.assertIsNone(dataset.CreateLayer("second"))
-        self.assertEqual(["A boundary file has one layer: second cannot be a second one"], self.texts())
+        del dataset
+        self.assertEqual(["A boundary file has one layer: second cannot be a second one. No file is written"], self.texts())
+        self.assertEqual([], os.listdir(self.directory))
+
+    def test_ogr2ogrLeavesNoFileIfTheSourceHasSeveralLayers(self):
+        text = self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", EXAMPLE_FILES[2], status=1)
+        self.assertIn("A boundary file has one layer: buildings cannot be a second one. No file is written", text)
+        self.assertEqual([], os.listdir(self.directory))
+        self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", EXAMPLE_FILES[2], "boundaries")
+        self.assertEqual(["area.xml"], os.listdir(self.directory))
+
+    def test_refusesToWriteIntoAnArchive(self):
+        for path in (f"/vsigzip/{self.path('area.xml.gz')}", f"/vsizip/{self.path('area.zip')}/area.xml"):
+            self.errors.clear()
+            self.assertIsNone(gdal.GetDriverByName("VadeDGM").Create(path, 0, 0, 0, gdal.GDT_Unknown))
+            self.assertEqual([f"Cannot write the boundary file {path}"], self.texts())
+            self.assertEqual([], os.listdir(self.directory))
 
     def test_leavesNoFileWithoutALayer(self):
         gdal.GetDriverByName("VadeDGM").Create(self.path("area.xml"), 0, 0, 0, gdal.GDT_Unknown)
