@@ -3,6 +3,7 @@
 #include "gdal/hole_join.hpp"
 #include "gdal/hole_split.hpp"
 
+#include <cpl_error.h>
 #include <ogr_geometry.h>
 
 #include <algorithm>
@@ -72,9 +73,13 @@ std::string addPolygon(std::vector<Ring>& result, const OGRPolygon& polygon) {
         return "a polygon has fewer than three corners";
     }
     // GEOS reports the place as a warning.
-    if (!rings.holes.empty() && polygon.IsValid() == 0) {
-        return "the rings of a polygon cross, overlap or are not nested. The option -makevalid of ogr2ogr can mend "
-               "that";
+    if (polygon.IsValid() == 0) {
+        if (!rings.holes.empty()) {
+            return "the rings of a polygon cross, overlap or are not nested. The option -makevalid of ogr2ogr can mend "
+                   "that";
+        }
+        CPLError(CE_Warning, CPLE_AppDefined,
+                 "A ring that crosses or touches itself is written unchanged: the even-odd rule decides what is inside");
     }
     std::optional<Ring> joined = joinHoles(rings);
     if (!joined) {

@@ -4,7 +4,7 @@ import random
 import subprocess
 import unittest
 
-from gdal_files import GdalTest, gdal, ogr, polygonsOf
+from gdal_files import EXAMPLES, GdalTest, gdal, ogr, polygonsOf
 
 LAKE = ("POLYGON ((0 0,0 100,100 100,110 0,0 0),(10 20,30 20,30 40,10 40,10 20),(50 30,70 35,60 60,50 30),"
         "(70 35,80 35,75 40,70 35))")
@@ -55,6 +55,17 @@ class HolesTest(GdalTest):
         self.assertEqual({(0.5, 5.0), (4.0, 4.0), (8.5, 1.0)},
                          self.keptBy("area.xml", [(0.5, 5.0), (2.0, 2.0), (4.0, 4.0), (6.0, 5.0), (8.5, 1.0)]))
 
+    def test_theExampleHasTheBuildingsAsHoles(self):
+        [(_, ground)] = self.features(os.path.join(EXAMPLES, "merewether/ground.xml"))
+        [(_, area)] = self.features(os.path.join(EXAMPLES, "merewether/study-area.xml"))
+        buildings = ogr.Geometry(ogr.wkbMultiPolygon)
+        for _, building in self.features(os.path.join(EXAMPLES, "merewether/buildings.xml")):
+            buildings.AddGeometry(building)
+        self.assertEqual(1 + 57, ground.GetGeometryCount())
+        self.assertTrue(ground.IsValid())
+        expected = area.Difference(buildings.UnionCascaded())
+        self.assertLess(expected.SymDifference(ground).GetArea(), 1e-3)
+
     def test_crossingRingsAreRefused(self):
         for geometry in ("POLYGON ((0 0,9 0,9 9,0 9,0 0),(5 5,12 5,5 6,5 5))",
                          "POLYGON ((0 0,9 0,9 9,0 9,0 0),(15 5,16 5,15 6,15 5))",
@@ -72,9 +83,11 @@ class HolesTest(GdalTest):
         self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", "area.csv", "-makevalid", "-nlt", "PROMOTE_TO_MULTI")
         self.assertTrue(polygonsOf(self.path("area.xml")))
 
-    def test_aRingThatCrossesItselfIsWrittenUnchanged(self):
+    def test_aRingThatCrossesItselfIsWrittenUnchangedWithAWarning(self):
         self.write("area.xml", ({}, "POLYGON ((0 0,9 9,9 0,0 9,0 0))"))
         self.assertEqual([(0, [(0, 0), (9, 9), (9, 0), (0, 9)])], polygonsOf(self.path("area.xml")))
+        self.assertEqual((gdal.CE_Warning, "A ring that crosses or touches itself is written unchanged: the even-odd rule "
+                                           "decides what is inside"), self.errors[-1])
 
 
 if __name__ == "__main__":
