@@ -58,6 +58,10 @@ class LayerTest(GdalTest):
     def test_setsTheNextFeature(self):
         self.layer.SetNextByIndex(57)
         self.assertEqual([57, 58], numbersFromHere(self.layer))
+        self.layer.SetNextByIndex(1000)
+        self.assertEqual([], numbersFromHere(self.layer))
+        self.assertNotEqual(0, self.layer.SetNextByIndex(-1))
+        self.layer.ResetReading()
         self.layer.SetAttributeFilter("id > 20")
         self.layer.SetNextByIndex(3)
         self.assertEqual(24, self.layer.GetNextFeature().GetField("id"))
@@ -76,6 +80,45 @@ class LayerTest(GdalTest):
         self.assertEqual([], numbers(self.layer))
         self.layer.SetSpatialFilter(None)
         self.assertEqual(59, len(numbers(self.layer)))
+
+    def test_filtersByTheBoxOfOneFeature(self):
+        self.assertIsNone(self.layer.GetSpatialFilter())
+        left, right, bottom, top = ogr.CreateGeometryFromWkb(self.all[9][2]).GetEnvelope()
+        self.layer.SetSpatialFilterRect(left - 10, bottom - 10, right + 10, top + 10)
+        around = numbers(self.layer)
+        self.assertIn(9, around)
+        self.layer.SetSpatialFilterRect(left - 20, bottom - 20, left - 10, bottom - 10)
+        self.assertNotIn(9, numbers(self.layer))
+        self.assertLess(self.layer.GetFeatureCount(), len(around))
+
+    def test_aFilterWithoutLimitsKeepsAll(self):
+        for limit in (1e300, float("inf")):
+            self.layer.SetSpatialFilterRect(-limit, -limit, limit, limit)
+            self.assertEqual(list(range(59)), numbers(self.layer))
+
+    def test_filtersByEachValueOfTheField(self):
+        for number, identifier, _ in self.all:
+            self.layer.SetAttributeFilter(f"id = {identifier}")
+            self.assertEqual([number], numbers(self.layer))
+            self.layer.SetAttributeFilter(f"id <> {identifier}")
+            self.assertEqual(58, self.layer.GetFeatureCount())
+
+    def test_aWrongFilterIsAnError(self):
+        self.assertNotEqual(0, self.layer.SetAttributeFilter("nothing = 1"))
+        self.assertEqual(['"nothing" not recognised as an available field.'], self.texts())
+        self.layer.SetAttributeFilter(None)
+        self.assertEqual(list(range(59)), numbers(self.layer))
+
+    def test_namesItsLayers(self):
+        self.assertEqual("boundaries", self.layer.GetLayerDefn().GetName())
+        self.assertEqual(59, self.dataset.GetLayerByName("boundaries").GetFeatureCount())
+        self.assertIsNone(self.dataset.GetLayerByName("nothing"))
+        self.assertIsNone(self.dataset.GetLayer(-1))
+
+    def test_hasNoReferenceSystem(self):
+        self.assertIsNone(self.layer.GetSpatialRef())
+        feature = self.layer.GetFeature(0)
+        self.assertIsNone(feature.GetGeometryRef().GetSpatialReference())
 
     def test_aFilterByPlaceLeavesOutEmptyPolygons(self):
         layer = self.open(self.give("area.xml", boundary((1, []), (2, SQUARE)))).GetLayer(0)

@@ -1,9 +1,33 @@
 """The driver as a reader: what ogrinfo, ogr2ogr and Python see of a boundary file."""
+import http.server
 import random
+import threading
 import unittest
 import zipfile
 
 from gdal_files import EXAMPLE_FILES, SQUARE, GdalTest, boundary, gdal, ogr, polygonsOf, ringsOf
+
+
+class AreaHandler(http.server.BaseHTTPRequestHandler):
+    """Serves one boundary file, or the range of bytes that is asked for."""
+    def answer(self):
+        content = boundary((1, SQUARE)).encode()
+        first, _, last = self.headers.get("Range", "bytes=0-").removeprefix("bytes=").partition("-")
+        part = content[int(first):int(last or len(content)) + 1]
+        self.send_response(206 if "Range" in self.headers else 200)
+        self.send_header("Content-Range", f"bytes {first}-{int(first) + len(part) - 1}/{len(content)}")
+        self.send_header("Content-Length", str(len(part)))
+        self.end_headers()
+        return part
+
+    def do_HEAD(self):
+        self.answer()
+
+    def do_GET(self):
+        self.wfile.write(self.answer())
+
+    def log_message(self, *arguments):
+        pass
 
 
 class ReadingTest(GdalTest):
@@ -72,6 +96,13 @@ class ReadingTest(GdalTest):
         gdal.FileFromMemBuffer("/vsimem/area.xml", boundary((1, SQUARE)).encode())
         self.addCleanup(gdal.Unlink, "/vsimem/area.xml")
         self.expectFeature("/vsimem/area.xml")
+
+    def test_readsFromTheWeb(self):
+        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), AreaHandler)
+        self.addCleanup(server.server_close)
+        self.addCleanup(server.shutdown)
+        threading.Thread(target=server.serve_forever).start()
+        self.expectFeature(f"/vsicurl/http://127.0.0.1:{server.server_port}/area.xml")
 
     def test_readsFewPointsAsOtherGeometriesWithAWarning(self):
         path = self.give("area.xml", boundary((1, []), (2, [(1, 2)]), (3, [(1, 2), (3, 4)]), (4, [(0, 0), (1, 1), (0, 0)])))
