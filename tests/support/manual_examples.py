@@ -1,8 +1,8 @@
 """Runs the examples of a man page or a document in a shell and compares their output with the page.
 
-An example is a block between .EX and .EE, or in Markdown an indented block that starts with "$ ". A line that starts with "$ " is a command, "> " continues it, and all other
-lines are the output of the command, standard error included. All examples of a page run in order in one bash and one
-new directory. A time such as "0.3 s" at the end of a line may differ.
+An example is a block between .EX and .EE, or in Markdown an indented block that starts with "$ ". A line that starts with
+"$ " is a command, "> " continues it, and all other lines are the output of the command, standard error included. All
+examples of a page run in order in one bash and one new directory. A time such as "0.3 s" at the end of a line may differ.
 
     manual_examples.py [--examples DIRECTORY] PAGE [COMMAND ...]
 
@@ -36,7 +36,8 @@ def readExamples(page):
     """Returns all commands in order, each with the lines of its output."""
     blocks = [[plainText(line) for line in block.splitlines()]
               for block in re.findall(r"^\.EX\n(.*?)^\.EE$", page, re.MULTILINE | re.DOTALL)]
-    blocks += [[line[4:] for line in block.splitlines()] for block in re.findall(r"^    \$ .*\n(?:    .*\n)*", page, re.MULTILINE)]
+    blocks += [[line[4:] for line in block.splitlines()]
+               for block in re.findall(r"^    \$ .*\n(?:    .*\n)*", page, re.MULTILINE)]
     examples = []
     for block in blocks:
         for line in block:
