@@ -8,7 +8,8 @@
 #include <malloc.h>
 #endif
 
-#include <algorithm>
+#include <cstddef>
+#include <map>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -108,23 +109,25 @@ pugi::xml_node modelOf(const pugi::xml_document& document) {
     return document.child("VADELSIM").child("VadeDGM");
 }
 
-/// Returns the group of this type, a new one if there is none yet.
-BoundaryGroup& groupOf(std::vector<BoundaryGroup>& groups, std::string_view type) {
-    const auto found =
-        std::find_if(groups.begin(), groups.end(), [type](const BoundaryGroup& group) { return group.type == type; });
-    if (found != groups.end()) {
-        return *found;
-    }
-    groups.emplace_back().type = type;
-    return groups.back();
+/// Parses text from a stream: pugixml ends it with a zero byte or not, as it does with a file. That decides about zero
+/// bytes in tags.
+pugi::xml_parse_result parseAsFile(pugi::xml_document& document, std::string content) {
+    std::istringstream stream(std::move(content));
+    return document.load(stream, boundaryParseOptions, pugi::encoding_auto);
 }
 
 void readOtherGroups(std::vector<BoundaryGroup>& groups, const pugi::xml_node& model) {
+    std::map<std::string_view, std::size_t> numbers; // of each type in `groups`
     for (const pugi::xml_node& groupNode : model.children("group")) {
-        if (typeOf(groupNode) == boundariesType) {
+        const std::string_view type = typeOf(groupNode);
+        if (type == boundariesType) {
             continue;
         }
-        BoundaryGroup& group = groupOf(groups, typeOf(groupNode));
+        const auto [entry, isNew] = numbers.emplace(type, groups.size());
+        if (isNew) {
+            groups.emplace_back().type = type;
+        }
+        BoundaryGroup& group = groups[entry->second];
         if (group.error.empty()) {
             group.error = readPolygons(group, groupNode);
         }
@@ -168,14 +171,10 @@ std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& docum
     return {};
 }
 
-std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string& content,
+std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string content,
                              const std::string& boundaryFilePath) {
-    // pugixml ends the content of a file with zero bytes, as many as its encoding has in a character. With a zero byte
-    // at the end it decides about zero bytes in tags as in a file.
-    content.append(4, '\0');
     pugi::xml_document document;
-    const pugi::xml_parse_result result =
-        document.load_buffer_inplace(content.data(), content.size(), boundaryParseOptions, pugi::encoding_auto);
+    const pugi::xml_parse_result result = parseAsFile(document, std::move(content));
     groups.emplace_back();
     std::string error = readBoundaries(groups.front(), document, result, boundaryFilePath);
     if (error.empty()) {

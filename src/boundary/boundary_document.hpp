@@ -44,9 +44,8 @@ std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& docum
 /// Reads all groups of a file in memory: first those of type "boundaries" under the rules of the tool, then one entry
 /// for each other type in file order. Other types have no influence on the result.
 ///
-/// @param content changed by parsing.
 /// @return the text of the error, empty for success.
-std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string& content,
+std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string content,
                              const std::string& boundaryFilePath);
 
 /// Reads a double from an attribute as formatted extraction in the classic locale does. Skips white space before the

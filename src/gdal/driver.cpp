@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <exception>
-#include <string_view>
+#include <utility>
 
 namespace vadelclip_gdal {
 
@@ -33,7 +33,7 @@ std::unique_ptr<BoundaryDataset> read(GDALOpenInfo& info) {
         return nullptr;
     }
     std::vector<vadelclip::BoundaryGroup> groups;
-    const std::string error = readBoundaryText(groups, content, info.pszFilename);
+    const std::string error = readBoundaryText(groups, std::move(content), info.pszFilename);
     if (!error.empty()) {
         CPLError(CE_Failure, CPLE_AppDefined, "%s", error.c_str());
         return nullptr;

@@ -78,8 +78,9 @@ std::string addPolygon(std::vector<Ring>& result, const OGRPolygon& polygon) {
             return "the rings of a polygon cross, overlap or are not nested. The option -makevalid of ogr2ogr can mend "
                    "that";
         }
-        CPLError(CE_Warning, CPLE_AppDefined,
-                 "A ring that crosses or touches itself is written unchanged: the even-odd rule decides what is inside");
+        CPLError(
+            CE_Warning, CPLE_AppDefined,
+            "A ring that crosses or touches itself is written unchanged: the even-odd rule decides what is inside");
     }
     std::optional<Ring> joined = joinHoles(rings);
     if (!joined) {
