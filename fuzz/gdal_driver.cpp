@@ -22,6 +22,12 @@ MemoryFile::MemoryFile(const std::string& path_, const std::string& content) : p
     VSIFCloseL(file);
 }
 
+std::string contentOf(const std::string& path) {
+    vsi_l_offset size = 0;
+    const GByte* const bytes = VSIGetMemFileBuffer(path.c_str(), &size, FALSE);
+    return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+}
+
 GDALDriver& loadedDriver() {
     static GDALDriver* const driver = [] {
         CPLSetConfigOption("GDAL_DRIVER_PATH", VADELCLIP_GDAL_PLUGINS);

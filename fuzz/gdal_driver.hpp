@@ -25,6 +25,9 @@ private:
     std::string path;
 };
 
+/// Returns the bytes of a file in memory.
+std::string contentOf(const std::string& path);
+
 GDALDriver& loadedDriver();
 
 /// Opens a boundary file. Returns null if that fails. Appends the texts of all errors.

@@ -30,38 +30,50 @@ std::vector<std::string> wellKnownTexts(OGRLayer& layer) {
     return texts;
 }
 
-/// All points of the layer, in file order, without those that only close a ring.
-Outline pointsOf(OGRLayer& layer) {
+/// All points of a geometry, without those that only close a ring.
+Outline pointsOf(const OGRGeometry& geometry) {
     Outline points;
     const auto append = [&points](const OGRSimpleCurve& curve, int count) {
         for (int i = 0; i < count; ++i) {
             points.push_back({curve.getX(i), curve.getY(i)});
         }
     };
-    for (const OGRFeatureUniquePtr& feature : layer) {
-        const OGRGeometry* const geometry = feature->GetGeometryRef();
-        if (geometry->getGeometryType() == wkbPoint) {
-            points.push_back({geometry->toPoint()->getX(), geometry->toPoint()->getY()});
-        } else if (geometry->getGeometryType() == wkbLineString) {
-            append(*geometry->toLineString(), 2);
-        } else {
-            for (const OGRLinearRing* ring : geometry->toPolygon()) {
-                append(*ring, ring->getNumPoints() - 1);
-            }
+    if (geometry.getGeometryType() == wkbPoint) {
+        points.push_back({geometry.toPoint()->getX(), geometry.toPoint()->getY()});
+    } else if (geometry.getGeometryType() == wkbLineString) {
+        append(*geometry.toLineString(), 2);
+    } else {
+        for (const OGRLinearRing* ring : geometry.toPolygon()) {
+            append(*ring, ring->getNumPoints() - 1);
         }
     }
     return points;
+}
+
+/// All points of the layer, in file order.
+Outline pointsOf(OGRLayer& layer) {
+    Outline points;
+    for (const OGRFeatureUniquePtr& feature : layer) {
+        const Outline more = pointsOf(*feature->GetGeometryRef());
+        points.insert(points.end(), more.begin(), more.end());
+    }
+    return points;
+}
+
+Outline pointsOf(const BoundarySet& set, const BoundaryPolygon& polygon) {
+    Outline ring;
+    for (const std::int32_t index : polygon.vertexIndices) {
+        const BoundaryVertex& vertex = set.vertices[static_cast<std::size_t>(index)];
+        ring.push_back({vertex.x, vertex.y});
+    }
+    return ring;
 }
 
 /// The same of what the tool reads. A ring that its file closes has one point more there.
 Outline pointsOf(const BoundarySet& set) {
     Outline points;
     for (const BoundaryPolygon& polygon : set.polygons) {
-        Outline ring;
-        for (const std::int32_t index : polygon.vertexIndices) {
-            const BoundaryVertex& vertex = set.vertices[static_cast<std::size_t>(index)];
-            ring.push_back({vertex.x, vertex.y});
-        }
+        const Outline ring = pointsOf(set, polygon);
         const bool isClosed = ring.size() > 3 && ring.front().x == ring.back().x && ring.front().y == ring.back().y;
         const vadelclip_gdal::RingsOfPolygon rings =
             ring.size() > 2 ? vadelclip_gdal::splitHoles(ring) : vadelclip_gdal::RingsOfPolygon{ring, {}};
@@ -87,6 +99,24 @@ std::string withPath(std::string message, const std::string& path) {
     return position == std::string::npos ? message : message.replace(position, path.size(), inputPath);
 }
 
+int holesOf(const OGRGeometry& geometry) {
+    return geometry.getGeometryType() == wkbPolygon ? geometry.toPolygon()->getNumInteriorRings() : 0;
+}
+
+/// Without holes the tool reads the points of the geometry. With holes the driver reads the same number of holes.
+void checkWritten(const std::vector<const OGRGeometry*>& geometries, OGRLayer& layer) {
+    const Reading reading = readBoundaryBytes(contentOf(writtenPath));
+    requireEqual(geometries.size(), reading.set.polygons.size(), "polygons of the tool");
+    for (std::size_t i = 0; i < geometries.size(); ++i) {
+        const OGRFeatureUniquePtr feature(layer.GetFeature(static_cast<GIntBig>(i)));
+        if (holesOf(*geometries[i]) == 0) {
+            requireSamePoints(pointsOf(*geometries[i]), pointsOf(reading.set, reading.set.polygons[i]));
+        } else {
+            requireEqual(holesOf(*geometries[i]), holesOf(*feature->GetGeometryRef()), "holes");
+        }
+    }
+}
+
 /// Writes all features and reads them again. A polygon without points is left out.
 void checkWriting(OGRLayer& layer) {
     std::vector<OGRFeatureUniquePtr> features;
@@ -104,6 +134,7 @@ void checkWriting(OGRLayer& layer) {
     const GDALDatasetUniquePtr written = openQuietly(writtenPath, errors);
     require(written != nullptr && errors.empty(), "what was written cannot be read");
     requireEqual(static_cast<GIntBig>(geometries.size()), written->GetLayer(0)->GetFeatureCount(), "features");
+    checkWritten(geometries, *written->GetLayer(0));
     VSIUnlink(writtenPath);
 }
 
