@@ -146,7 +146,7 @@ class ReadingTest(GdalTest):
         self.assertIsNone(gdal.OpenEx(path, gdal.OF_VECTOR | gdal.OF_UPDATE, allowed_drivers=["VadeDGM"]))
         self.assertEqual([text], self.texts())
         before = self.read("area.xml")
-        for option in ("-append", "-update"):
+        for option in ("-append", "-update", "-overwrite"):
             self.assertIn(text, self.run_("ogr2ogr", option, "-f", "VadeDGM", path, EXAMPLE_FILES[0], status=1))
         self.assertEqual(before, self.read("area.xml"))
 
