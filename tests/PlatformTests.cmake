@@ -59,7 +59,7 @@ function(add_unit_tests target)
   endif()
   if(NOT CMAKE_CROSSCOMPILING)
     # The slowest tests start first, so that none of them runs alone at the end.
-    set(slow "NumberText.agreesOn*RandomTexts")
+    set(slow "NumberText.agreesOn*RandomTexts:CellGridsMemory.*")
     gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "-${slow}" DISCOVERY_TIMEOUT 60
       PROPERTIES LABELS unit)
     gtest_discover_tests(${target} TEST_PREFIX "unit." TEST_FILTER "${slow}" DISCOVERY_TIMEOUT 60
