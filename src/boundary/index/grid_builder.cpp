@@ -25,10 +25,18 @@ void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
     const double maxBytes = budget.bytes * 0.75;
     double share = 1.0;
     cut(chooseRootSize(measure, share), plane);
-    // The smallest grid has one cell and those around it, and few spans.
-    while (!spans.add(entries, measure, columns, rows, maxBytes - cellBytes()) && cellBytes() > minCellBytes) {
-        share /= 2.0;
-        cut(chooseRootSize(measure, share), plane);
+    bool isComplete = spans.add(entries, measure, columns, rows, maxBytes - cellBytes());
+    while (!isComplete) {
+        if (cellBytes() > minCellBytes) {
+            share /= 2.0;
+            cut(chooseRootSize(measure, share), plane);
+            isComplete = spans.add(entries, measure, columns, rows, maxBytes - cellBytes());
+        } else {
+            // Even few cells have a span or more for each edge, if many edges leave them. A single cell has one for each entry.
+            const GridMeasure spanCount{measure.extent, static_cast<double>(entries.size())};
+            cut({measure.extent, 1, 1}, plane);
+            isComplete = spans.add(entries, spanCount, columns, rows, infinity);
+        }
     }
     buildCells();
 }
