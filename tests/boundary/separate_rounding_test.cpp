@@ -1,11 +1,12 @@
 // Every product is rounded before it is added. Each test fails if the compiler joins a product and a sum into one fused
 // multiply-add, which processors such as ARM64 have and which compilers use there by default. These are all places in
-// the definition of "inside" where a product meets a sum. scripts/test-arm64.sh searches the executables for the instruction,
-// which finds the places of the index too.
+// the definition of "inside" and in the index where a product meets a sum. scripts/test-arm64.sh also searches the executables
+// for the instruction.
 //
 // No result depends on the last bit of hypot.
 #include "boundary/boundary_edge.hpp"
 #include "boundary/contains_point.hpp"
+#include "boundary/index/boundary_index.hpp"
 
 #include "support/boundary_support.hpp"
 
@@ -61,6 +62,19 @@ TEST(SeparateRounding, holdsForDistanceFromSegment) {
     BoundaryPolygon segment = makePolygon(table, {{0, 0}, {5, 12}});
     for (int eighths = 1; eighths <= 8; ++eighths) {
         EXPECT_TRUE(containsPoint(segment, {0.625 * eighths, 1.5 * eighths}, table)) << eighths;
+    }
+}
+
+// The segment meets some cells at a corner only, if the number of columns divides its size. With a fused sum the index would not
+// find it there. So far from the origin, the limits of the cells are not rounded.
+TEST(SeparateRounding, holdsForCellsOfSegment) {
+    constexpr double corner = 0x1p+20;
+    for (int size = 1; size <= 100; ++size) {
+        BoundarySet set = setOf({{{corner, corner + size}, {corner + size, corner}}});
+        const BoundaryIndex index(set);
+        for (int x = 0; x <= size; ++x) {
+            EXPECT_TRUE(index.anyContains({corner + x, corner + size - x})) << x << " of " << size;
+        }
     }
 }
 

@@ -59,14 +59,20 @@ BoundingBox partInside(Point2D from, Point2D to, BoundingBox box, const Region& 
     return box;
 }
 
+/// Returns false if the vertex is outside of the region.
+bool includeVertex(Measure& measure, Point2D vertex, const Region& region) {
+    const bool inside = contains(region, vertex);
+    if (inside) {
+        include(measure.vertices, {vertex.x, vertex.y, vertex.x, vertex.y});
+    }
+    return inside;
+}
+
 void addEdge(Measure& measure, Point2D from, Point2D to, const Region& region) {
     measure.edgeCount += 1.0;
     BoundingBox box{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x), std::max(from.y, to.y)};
-    const bool toInside = contains(region, to);
-    if (toInside) {
-        measure.vertexCount += 1.0;
-        include(measure.vertices, {to.x, to.y, to.x, to.y});
-    }
+    const bool toInside = includeVertex(measure, to, region);
+    measure.vertexCount += toInside ? 1.0 : 0.0;
     if (!toInside || !contains(region, from)) {
         box = partInside(from, to, box, region);
         if (box.minX > box.maxX || box.maxY < region.firstY || box.minY > region.lastY) {
@@ -91,6 +97,7 @@ Measure measureSamples(const CellGrids& grids, std::span<const CellEntry> entrie
             } else {
                 const BoundingBox& box = set.polygons[entry.first].boundingBox;
                 addEdge(measure, {box.minX, box.minY}, {box.maxX, box.maxY}, region);
+                includeVertex(measure, {box.minX, box.minY}, region); // no edge before ends there
             }
         }
         next -= count;
