@@ -61,9 +61,9 @@ bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D po
 BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
     : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)), cells(buildCellGrids(boundarySet_)) {}
 
-bool BoundaryIndex::anyEntryContains(const CellEntry& entry, Point2D point) const {
+bool BoundaryIndex::anyEntryContains(const CellGrid& grid, const CellEntry& entry, Point2D point) const {
     bool odd = false;
-    for (const CellEntry* item = entry.kind == CellEntry::Kind::list ? &cells.lists[entry.first] : &entry;; ++item) {
+    for (const CellEntry* item = entry.kind == CellEntry::Kind::list ? &grid.lists[entry.first] : &entry;; ++item) {
         if (item->kind == CellEntry::Kind::thinPolygon) {
             if (thinContains(item->first, point)) {
                 return true;

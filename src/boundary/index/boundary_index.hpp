@@ -23,11 +23,13 @@ public:
 
     /// Returns true if the point is in any polygon of the set. The coordinates must not be NaN.
     bool anyContains(Point2D point) const {
-        CellEntry entry = cells.grids.front().at(point);
+        const CellGrid* grid = &cells.grids.front();
+        CellEntry entry = grid->at(point);
         while (entry.kind == CellEntry::Kind::grid) {
-            entry = cells.grids[entry.first].at(point);
+            grid = &cells.grids[entry.first];
+            entry = grid->at(point);
         }
-        return (entry.isDecided() ? entry.odd : anyEntryContains(entry, point)) ||
+        return (entry.isDecided() ? entry.odd : anyEntryContains(*grid, entry, point)) ||
                (!cells.unusualPolygons.empty() && anyUnusualContains(point));
     }
 
@@ -35,7 +37,7 @@ public:
     const WidenedBox& extent() const { return extentOfSet; }
 
 private:
-    bool anyEntryContains(const CellEntry& entry, Point2D point) const;
+    bool anyEntryContains(const CellGrid& grid, const CellEntry& entry, Point2D point) const;
     bool anyUnusualContains(Point2D point) const;
     bool thinContains(std::uint32_t number, Point2D point) const;
 

@@ -19,7 +19,7 @@ struct CellEntry {
     enum class Kind : std::uint8_t {
         piece,       ///< Consecutive edges of a ring. Without edges, `odd` is the answer for every point of the cell.
         thinPolygon, ///< A polygon without area; `first` is its number.
-        list,        ///< Entries of `CellGrids::lists`, from `first` to one with `endsList`.
+        list,        ///< Entries of `CellGrid::lists`, from `first` to one with `endsList`.
         grid         ///< A finer grid: number `first` in `CellGrids::grids`.
     };
     static constexpr std::uint32_t maxEdges = std::numeric_limits<std::uint16_t>::max();
@@ -43,6 +43,7 @@ struct CellGrid {
     UniformCells columns;
     UniformCells rows;
     std::vector<CellEntry> cells;
+    std::vector<CellEntry> lists;
 
     const CellEntry& at(Point2D point) const {
         return cells[std::size_t{rows.cellOf(point.y)} * columns.count() + columns.cellOf(point.x)];
@@ -53,7 +54,6 @@ struct CellGrid {
 struct CellGrids {
     std::vector<Point2D> points; ///< The vertices of the rings. Each ring ends with its first vertex once more.
     std::vector<CellGrid> grids; ///< The first grid covers the plane, each other grid one cell of another grid.
-    std::vector<CellEntry> lists;
     std::vector<std::uint32_t> unusualPolygons; ///< Numbers of polygons that are in no cell.
 };
 

@@ -9,8 +9,11 @@ namespace {
 /// A cell with more edges than this gets a grid.
 constexpr std::size_t maxEdgesOfCell = 96;
 
-/// A grid with fewer bytes of cells than this does not help.
-constexpr double minCellBytes = 16 * sizeof(CellEntry);
+/// A grid with fewer cells than this does not help.
+constexpr std::size_t minCells = 16;
+
+/// The memory that a row or a column takes while a grid is built.
+constexpr std::size_t bytesPerLine = 48;
 
 constexpr int maxDepth = 4;
 constexpr std::size_t innerSamples = 32;
@@ -25,12 +28,12 @@ void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
     const double maxBytes = budget.bytes * 0.75;
     double share = 1.0;
     cut(chooseRootSize(measure, share), plane);
-    bool isComplete = spans.add(entries, measure, columns, rows, maxBytes - cellBytes());
+    bool isComplete = spans.add(entries, measure, columns, rows, maxBytes - gridBytes() - axisBytes());
     while (!isComplete) {
-        if (cellBytes() > minCellBytes) {
+        if (cellCount() > minCells) {
             share /= 2.0;
             cut(chooseRootSize(measure, share), plane);
-            isComplete = spans.add(entries, measure, columns, rows, maxBytes - cellBytes());
+            isComplete = spans.add(entries, measure, columns, rows, maxBytes - gridBytes() - axisBytes());
         } else {
             // Even few cells have a span or more for each edge, if many edges leave them. A single cell has one for each entry.
             const GridMeasure spanCount{measure.extent, static_cast<double>(entries.size())};
@@ -43,19 +46,29 @@ void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
 
 std::optional<std::uint32_t> GridBuilder::buildInner(std::span<const CellEntry> entries, const Region& region) {
     const GridMeasure measure = measureEntries(target, entries, set, region, innerSamples);
-    for (double share = 1.0;; share /= 2.0) {
+    for (double share = 1.0;; share /= 4.0) {
         cut(chooseInnerSize(measure, share), region);
-        if (cellBytes() < minCellBytes) {
+        if (cellCount() < minCells) {
             return std::nullopt;
         }
-        if (spans.add(entries, measure, columns, rows, budget.bytes - cellBytes())) {
+        if (spans.add(entries, measure, columns, rows, budget.bytes - gridBytes() - axisBytes())) {
             return buildCells();
         }
     }
 }
 
-double GridBuilder::cellBytes() const {
-    return static_cast<double>(columns.cells.count() * std::size_t{rows.cells.count()} * sizeof(CellEntry));
+std::size_t GridBuilder::cellCount() const {
+    return columns.cells.count() * std::size_t{rows.cells.count()};
+}
+
+/// Returns the memory that the grid takes without its lists. While the vector of grids grows, it takes three times its memory.
+double GridBuilder::gridBytes() const {
+    return static_cast<double>(cellCount() * sizeof(CellEntry) + 3 * sizeof(CellGrid));
+}
+
+/// Returns the memory that the rows and columns take while the grid is built.
+double GridBuilder::axisBytes() const {
+    return static_cast<double>((columns.cells.count() + std::size_t{rows.cells.count()}) * bytesPerLine);
 }
 
 void GridBuilder::cut(const GridSize& size, const Region& region) {
@@ -64,14 +77,13 @@ void GridBuilder::cut(const GridSize& size, const Region& region) {
 }
 
 std::uint32_t GridBuilder::buildCells() {
-    budget.bytes -= cellBytes() + spans.bytes();
+    budget.bytes -= gridBytes() + axisBytes() + spans.bytes();
     const auto number = static_cast<std::uint32_t>(target.grids.size());
     target.grids.emplace_back();
-    cells.resize(columns.cells.count() * std::size_t{rows.cells.count()});
+    cells.resize(cellCount());
     states.resize(columns.cells.count() + 1);
-    if (depth == 0) {
-        target.lists.reserve(spans.entryCount());
-    }
+    items.reserve(spans.itemCount());
+    lists.reserve(spans.entryCount());
     spans.sort();
     for (std::int32_t row = 0; row < rows.count(); ++row) {
         const std::span<const std::uint32_t> rowSpans = spans.inRow(row);
@@ -89,8 +101,11 @@ std::uint32_t GridBuilder::buildCells() {
         }
         finishRow(row);
     }
-    budget.bytes += spans.bytes() - static_cast<double>(spans.entryCount() * sizeof(CellEntry));
-    target.grids[number] = {columns.cells, rows.cells, std::move(cells)};
+    budget.bytes += axisBytes() + spans.bytes() - static_cast<double>(lists.size() * sizeof(CellEntry));
+    spans.clear();
+    items = {};
+    lists.shrink_to_fit();
+    target.grids[number] = {columns.cells, rows.cells, std::move(cells), std::move(lists)};
     return number;
 }
 
@@ -231,8 +246,8 @@ CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
     }
     if (cellEntries.size() > 1) {
         cell.kind = CellEntry::Kind::list;
-        cell.first = static_cast<std::uint32_t>(target.lists.size());
-        target.lists.insert(target.lists.end(), cellEntries.begin(), cellEntries.end());
+        cell.first = static_cast<std::uint32_t>(lists.size());
+        lists.insert(lists.end(), cellEntries.begin(), cellEntries.end());
     }
     return cell;
 }

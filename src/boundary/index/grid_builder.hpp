@@ -22,15 +22,6 @@ struct Budget {
     double bytes;
 };
 
-/// An entry of a cell while the row of the cell is built.
-struct CellItem {
-    CellEntry entry;
-    std::uint32_t piece;
-    std::uint32_t polygon;
-    std::uint32_t lastSpan; ///< The last span that it contains, as a place in the row.
-    std::uint32_t next;     ///< The next item of the cell, or `ColumnState::none`.
-};
-
 /// A column while a row is built.
 struct ColumnState {
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
@@ -56,7 +47,9 @@ public:
     std::optional<std::uint32_t> buildInner(std::span<const CellEntry> entries, const Region& region);
 
 private:
-    double cellBytes() const;
+    std::size_t cellCount() const;
+    double gridBytes() const;
+    double axisBytes() const;
     void cut(const GridSize& size, const Region& region);
     std::uint32_t buildCells();
     void countCrossings(std::span<const std::uint32_t> polygonSpans);
@@ -76,6 +69,7 @@ private:
     GridAxis rows;
     RowSpans spans;
     std::vector<CellEntry> cells;
+    std::vector<CellEntry> lists;
 
     // For the current row:
     std::vector<ColumnState> states; ///< One for each column and one after the last.

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <random>
 
 namespace vadelclip {
 
@@ -84,14 +85,17 @@ void addEdge(Measure& measure, Point2D from, Point2D to, const Region& region) {
     measure.travelledY += box.maxY - box.minY;
 }
 
-/// Measures every edge whose number is a multiple of `step`. A thin polygon counts as one edge.
+/// Measures one of `step` edges on average. A thin polygon counts as one edge.
+///
+/// The distances between them look random: a constant one would see only some sides of polygons with a fixed number of them.
 Measure measureSamples(const CellGrids& grids, std::span<const CellEntry> entries, const BoundarySet& set,
                        const Region& region, std::size_t step) {
     Measure measure;
+    std::minstd_rand random;
     std::size_t next = 0; // the next edge of the sample, counted from the start of the entry
     for (const CellEntry& entry : entries) {
         const std::size_t count = std::max<std::size_t>(entry.edgeCount, 1);
-        for (; next < count; next += step) {
+        for (; next < count; next += 1 + random() % (2 * step - 1)) {
             if (entry.kind == CellEntry::Kind::piece) {
                 addEdge(measure, grids.points[entry.first + next], grids.points[entry.first + next + 1], region);
             } else {

@@ -6,6 +6,13 @@
 
 namespace vadelclip {
 
+namespace {
+
+/// An edge takes time in each row between its ends, also where it is left or right of all columns.
+constexpr double maxVisitsPerSpan = 3.0;
+
+} // namespace
+
 bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measure, const GridAxis& columns_,
                    const GridAxis& rows_, double maxBytes_) {
     columns = &columns_;
@@ -14,11 +21,16 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
     spans = {};
     isFull = false;
     const double expected = measure.edgeCount + measure.crossingsPerHeight * rows->count();
+    rowVisits = 0;
+    maxRowVisits = expected * maxVisitsPerSpan;
     spans.reserve(static_cast<std::size_t>(std::clamp(maxBytes / (2 * sizeof(RowSpan)), 0.0, expected)));
     lastOfRow.assign(rows->cells.count(), 0);
+    itemsOfRow.assign(rows->cells.count(), 0);
     polygons.clear();
+    polygons.reserve(entries.size());
     std::uint32_t polygon = 0;
     maxEntries = 0;
+    maxItems = 0;
     for (const CellEntry& entry : entries) {
         polygons.push_back(polygon);
         polygon += entry.endsPolygon ? 1 : 0;
@@ -36,12 +48,13 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
 }
 
 double RowSpans::bytes() const {
-    return static_cast<double>(spans.capacity() * sizeof(RowSpan) + spans.size() * sizeof(std::uint32_t)) +
-           static_cast<double>(maxEntries) * (sizeof(CellEntry) + 40.0 / rows->count());
+    return static_cast<double>(spans.capacity() * sizeof(RowSpan) + spans.size() * sizeof(std::uint32_t) +
+                               polygons.capacity() * sizeof(std::uint32_t) + maxEntries * sizeof(CellEntry) +
+                               maxItems * sizeof(CellItem));
 }
 
 bool RowSpans::fits() const {
-    return !isFull && bytes() <= maxBytes;
+    return !isFull && bytes() <= maxBytes && static_cast<double>(rowVisits) <= maxRowVisits;
 }
 
 void RowSpans::sort() {
@@ -55,6 +68,11 @@ void RowSpans::sort() {
     for (std::uint32_t number = 0; number < spans.size(); ++number) {
         sorted[places[static_cast<std::size_t>(spans[number].row)]++] = number;
     }
+}
+
+void RowSpans::clear() {
+    spans = {};
+    sorted = {};
 }
 
 std::span<const std::uint32_t> RowSpans::inRow(std::int32_t row) const {
@@ -119,9 +137,10 @@ void RowSpans::addEdge(std::uint32_t edge, std::int32_t fromRow, std::int32_t to
     const Point2D to = grids.points[edge + 1];
     const std::int32_t lowestRow = std::max(std::min(fromRow, toRow), 0);
     const std::int32_t highestRow = std::min(std::max(fromRow, toRow), rows->count() - 1);
-    if (lowestRow > highestRow) {
+    if (lowestRow > highestRow || std::max(from.x, to.x) < columns->first) {
         return;
     }
+    rowVisits += static_cast<std::size_t>(highestRow - lowestRow + 1);
     const bool flat = from.y == to.y;
     const double topY = std::max(from.y, to.y);
     double xi = from.x;
@@ -175,6 +194,7 @@ void RowSpans::addEdges(std::int32_t row, std::int32_t firstColumn, std::int32_t
 void RowSpans::addCrossings(std::int32_t firstRow) {
     CellEntry crossing;
     crossing.odd = true;
+    rowVisits += static_cast<std::size_t>(std::max(rows->count() - firstRow, 0));
     for (std::int32_t row = firstRow; row < rows->count(); ++row) {
         addSpan(crossing, row, columns->count(), columns->count() - 1);
     }
@@ -188,7 +208,9 @@ void RowSpans::addSpan(const CellEntry& entry, std::int32_t row, std::int32_t fi
     }
     spans.push_back({entry, static_cast<std::uint32_t>(polygons.size() - 1), row, firstColumn, lastColumn});
     lastOfRow[static_cast<std::size_t>(row)] = spans.size();
-    maxEntries += spans.back().columnCount();
+    const std::size_t columnCount = spans.back().columnCount();
+    maxEntries += columnCount;
+    maxItems = std::max(maxItems, itemsOfRow[static_cast<std::size_t>(row)] += columnCount);
 }
 
 } // namespace vadelclip

@@ -32,6 +32,15 @@ struct RowSpan {
     std::size_t columnCount() const { return static_cast<std::size_t>(lastColumn + 1 - firstColumn); }
 };
 
+/// An entry of a cell while the row of the cell is built.
+struct CellItem {
+    CellEntry entry;
+    std::uint32_t piece;
+    std::uint32_t polygon;
+    std::uint32_t lastSpan; ///< The last span that it contains, as a place in the row.
+    std::uint32_t next;     ///< The next item of the cell, or `ColumnState::none`.
+};
+
 /// The spans of some entries in a grid.
 class RowSpans {
 public:
@@ -43,12 +52,16 @@ public:
     ///
     /// @param measure   of these entries.
     /// @param maxBytes_ limit of `bytes`.
-    /// @return false if the limit is too low; the spans are incomplete then.
+    /// @return false if the limit is too low, or if it would take much more time than expected: then the grid needs fewer
+    ///         rows. The spans are incomplete.
     bool add(std::span<const CellEntry> entries, const GridMeasure& measure, const GridAxis& columns_,
              const GridAxis& rows_, double maxBytes_);
 
     /// Sorts the spans by row. Those of a row keep their order.
     void sort();
+
+    /// Frees the memory of the spans.
+    void clear();
 
     const RowSpan& operator[](std::size_t number) const { return spans[number]; }
 
@@ -59,6 +72,9 @@ public:
 
     /// Returns the greatest possible number of entries in all cells.
     std::size_t entryCount() const { return maxEntries; }
+
+    /// Returns the greatest possible number of items in a row.
+    std::size_t itemCount() const { return maxItems; }
 
     /// Returns the memory for the spans, their order, the lists of cells, and the items of the largest row.
     double bytes() const;
@@ -82,10 +98,14 @@ private:
     std::vector<std::uint32_t> polygons; ///< For each entry its polygon, counted from 0.
     std::size_t firstOfPiece = 0;        ///< The number of the first span of the current entry.
     std::size_t maxEntries = 0;          ///< The sum of all column counts.
+    std::size_t maxItems = 0;            ///< The greatest sum of the column counts of a row.
     double maxBytes = 0.0;
+    std::size_t rowVisits = 0;
+    double maxRowVisits = 0.0;
     bool isFull = false; ///< A span was left out for lack of memory.
     std::vector<RowSpan> spans;
-    std::vector<std::size_t> lastOfRow; ///< For each row the number of its last span plus 1, or 0.
+    std::vector<std::size_t> lastOfRow;  ///< For each row the number of its last span plus 1, or 0.
+    std::vector<std::size_t> itemsOfRow; ///< For each row the sum of the column counts.
     std::vector<std::uint32_t> sorted;
     std::vector<std::uint32_t> rowStarts; ///< For each row its first place in `sorted`, then the size of `sorted`.
 };

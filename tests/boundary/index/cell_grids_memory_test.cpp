@@ -1,17 +1,22 @@
-/// Memory of the index, in a program that counts the allocated bytes of its process.
+/// Memory of a boundary and its index, in a program that counts the allocated bytes of its process.
 
+#include "boundary/boundary_reader.hpp"
 #include "boundary/index/cell_grids.hpp"
 
 #include "support/boundary_support.hpp"
+#include "support/file_support.hpp"
 
 #include <gtest/gtest.h>
+#include <pugixml.hpp>
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -77,6 +82,31 @@ Outline tangle(Random& random, std::size_t size) {
     return ring;
 }
 
+/// Writes a ring as a boundary file, reads and indexes it, and returns the peak memory in bytes for each vertex.
+std::size_t bytesPerVertex(const Outline& ring) {
+    const TemporaryDirectory directory;
+    std::string content = "<VADELSIM><VadeDGM><group type=\"boundaries\"><polygon id=\"1\">\n";
+    for (const Point2D& point : ring) {
+        char line[80];
+        std::snprintf(line, sizeof line, "<point x=\"%.3f\" y=\"%.3f\"/>\n", 400000.0 + point.x, 5650000.0 + point.y);
+        content += line;
+    }
+    const std::string path = directory.write("area.xml", content + "</polygon></group></VadeDGM></VADELSIM>\n");
+    const auto allocate = pugi::get_memory_allocation_function();
+    const auto free = pugi::get_memory_deallocation_function();
+    pugi::set_memory_management_functions(&operator new, [](void* memory) { operator delete(memory); });
+    const std::size_t before = allocatedBytes;
+    peakBytes = allocatedBytes;
+    {
+        BoundarySet set;
+        EXPECT_TRUE(readBoundaryFile(set, path));
+        EXPECT_EQ(set.vertices.size(), ring.size());
+        const CellGrids grids = buildCellGrids(set);
+    }
+    pugi::set_memory_management_functions(allocate, free);
+    return (peakBytes - before) / ring.size();
+}
+
 } // namespace
 
 TEST(CellGridsMemory, isBoundedForTangles) {
@@ -112,6 +142,18 @@ TEST(CellGridsMemory, isBoundedForManyOverlappingPolygons) {
     }
 }
 
+TEST(CellGridsMemory, isBoundedForCrowdsInOneRowAndOneColumn) {
+    Random random(4);
+    std::vector<Outline> segments;
+    for (int i = 0; i < 25000; ++i) {
+        segments.push_back({{uniform(random, 990.0, 1000.0), uniform(random, 500.0, 500.1)},
+                            {uniform(random, 0.0, 10.0), uniform(random, 500.0, 500.1)}});
+        segments.push_back({{uniform(random, 500.0, 500.1), uniform(random, 0.0, 10.0)},
+                            {uniform(random, 500.0, 500.1), uniform(random, 990.0, 1000.0)}});
+    }
+    expectWithinBound(segments);
+}
+
 TEST(CellGridsMemory, isBoundedForOutlinesOfAllScales) {
     Outline spiral;
     for (int i = 0; i < 200000; ++i) {
@@ -119,6 +161,18 @@ TEST(CellGridsMemory, isBoundedForOutlinesOfAllScales) {
         spiral.push_back({radius * std::cos(i), radius * std::sin(i)});
     }
     expectWithinBound({spiral});
+}
+
+// A boundary file of a million vertices takes at most 250 MB, and 400 MB if its edges cross all of the plane.
+TEST(BoundaryMemory, isBoundedForReadAndIndexedFile) {
+    Outline round;
+    Outline jumping;
+    for (int i = 0; i < 250000; ++i) {
+        round.push_back({500.0 * std::cos(i * 2.5e-5), 500.0 * std::sin(i * 2.5e-5)});
+        jumping.push_back({i % 2 * 900.0, i / 250.0});
+    }
+    EXPECT_LE(bytesPerVertex(round), 250U);
+    EXPECT_LE(bytesPerVertex(jumping), 400U);
 }
 
 } // namespace vadelclip
