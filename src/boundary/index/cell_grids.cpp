@@ -45,6 +45,7 @@ CellGrids buildCellGrids(const BoundarySet& set) {
     CellGrids grids;
     std::vector<CellEntry> entries;
     grids.points.reserve(set.vertices.size() + set.polygons.size());
+    entries.reserve(set.polygons.size() + set.vertices.size() / CellEntry::maxEdges);
     for (std::uint32_t number = 0; number < set.polygons.size(); ++number) {
         const BoundaryPolygon& polygon = set.polygons[number];
         const std::size_t vertexCount = distinctVertexCount(polygon);

@@ -103,7 +103,7 @@ std::uint32_t GridBuilder::buildCells() {
     }
     budget.bytes += axisBytes() + spans.bytes() - static_cast<double>(lists.size() * sizeof(CellEntry));
     spans.clear();
-    items = {};
+    items = std::vector<CellItem>();
     lists.shrink_to_fit();
     target.grids[number] = {columns.cells, rows.cells, std::move(cells), std::move(lists)};
     return number;
@@ -238,7 +238,11 @@ CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
     CellEntry cell = cellEntries.front();
     if (edges > maxEdgesOfCell && depth < maxDepth) {
         const Region region{columns.firstOf(column), columns.lastOf(column), rows.firstOf(row), rows.lastOf(row)};
-        if (const auto number = GridBuilder(target, set, budget, depth + 1).buildInner(cellEntries, region)) {
+        const auto entryBytes = static_cast<double>(cellEntries.capacity() * sizeof(CellEntry));
+        budget.bytes -= entryBytes;
+        const auto number = GridBuilder(target, set, budget, depth + 1).buildInner(cellEntries, region);
+        budget.bytes += entryBytes;
+        if (number) {
             cell.kind = CellEntry::Kind::grid;
             cell.first = *number;
             return cell;

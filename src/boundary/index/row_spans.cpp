@@ -18,7 +18,7 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
     columns = &columns_;
     rows = &rows_;
     maxBytes = maxBytes_;
-    spans = {};
+    clear();
     isFull = false;
     const double expected = measure.edgeCount + measure.crossingsPerHeight * rows->count();
     rowVisits = 0;
@@ -50,7 +50,7 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
 double RowSpans::bytes() const {
     return static_cast<double>(spans.capacity() * sizeof(RowSpan) + spans.size() * sizeof(std::uint32_t) +
                                polygons.capacity() * sizeof(std::uint32_t) + maxEntries * sizeof(CellEntry) +
-                               maxItems * sizeof(CellItem));
+                               maxItems * (sizeof(CellItem) + 2 * sizeof(std::uint32_t)));
 }
 
 bool RowSpans::fits() const {
@@ -71,8 +71,8 @@ void RowSpans::sort() {
 }
 
 void RowSpans::clear() {
-    spans = {};
-    sorted = {};
+    spans = std::vector<RowSpan>(); // an empty list in braces would keep the memory
+    sorted = std::vector<std::uint32_t>();
 }
 
 std::span<const std::uint32_t> RowSpans::inRow(std::int32_t row) const {
