@@ -1,6 +1,8 @@
 /// \file
-/// What the companions of the tool share about messages: their language, and names that are safe to show.
+/// What the companions of the tool share about messages: their language, and texts that are safe to show.
 #pragma once
+
+#include "messages/translation.hpp"
 
 #include <optional>
 #include <string>
@@ -25,4 +27,14 @@ std::string shownName(std::string_view name);
 /// ends the tool abnormally. A value with a modifier ("@euro") is unchanged.
 std::optional<std::string> toolLanguage(std::optional<std::string> language);
 
+namespace companion {
+
+/// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
+/// them.
+template <typename... Values>
+std::string formatMessage(const std::string& messageId, const Values&... values) {
+    return vadelclip::formatMessage(messageId, shownName(values)...);
+}
+
+} // namespace companion
 } // namespace vadelclip

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "messages/companion_messages.hpp"
-#include "messages/translation.hpp"
 
 #include <stdexcept>
 #include <string>
@@ -11,13 +10,7 @@
 namespace vadelshard {
 
 using vadelclip::translateMessage;
-
-/// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
-/// them.
-template <typename... Values>
-std::string formatMessage(const std::string& messageId, const Values&... values) {
-    return vadelclip::formatMessage(messageId, vadelclip::shownName(values)...);
-}
+using vadelclip::companion::formatMessage;
 
 /// Ends a command with exit status 1. `what()` is a translated sentence for people.
 class Failure : public std::runtime_error {

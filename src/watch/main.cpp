@@ -2,8 +2,8 @@
 /// Vadelwatch starts the tool that is in its own directory, and shows its progress, errors and result.
 
 #include "app/standard_descriptors.hpp"
+#include "messages/companion_messages.hpp"
 #include "watch/exit_status.hpp"
-#include "watch/show/messages.hpp"
 #include "watch/show/own_output.hpp"
 #include "watch/watch_options.hpp"
 #include "watch/watch_run.hpp"
@@ -17,7 +17,7 @@ int main(int argc, char* argv[]) {
     vadelclip::guardStandardDescriptors();
     vadelwatch::OwnOutput errors(STDERR_FILENO);
     try {
-        vadelwatch::setUpMessages(vadelwatch::wantedLanguage(argc, argv));
+        vadelclip::setUpCompanionMessages(vadelwatch::wantedLanguage(argc, argv), "vadelwatch");
         const vadelwatch::CommandLineOutcome outcome = vadelwatch::readCommandLine(argc, argv);
         if (outcome.options) {
             return vadelwatch::watchRun(*outcome.options);

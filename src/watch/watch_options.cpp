@@ -146,17 +146,17 @@ std::string usageLine(const CLI::App& app) {
 } // namespace
 
 std::optional<std::string> wantedLanguage(int argc, const char* const* argv) {
-    WatchOptions options;
+    std::optional<std::string> language;
     CLI::App app;
     app.set_help_flag();
     app.allow_extras();
-    app.add_option("--lang", options.language);
+    app.add_option("--lang", language);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Error&) {
         // An option without its value: `readCommandLine` reports it.
     }
-    return toolLanguage(options);
+    return vadelclip::toolLanguage(language);
 }
 
 CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
@@ -190,14 +190,10 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     return outcome;
 }
 
-std::optional<std::string> toolLanguage(const WatchOptions& options) {
-    return vadelclip::toolLanguage(options.language);
-}
-
 std::vector<std::string> toolArguments(const WatchOptions& options) {
     std::vector<std::string> arguments{options.inputDirectoryPath, options.outputDirectoryName,
                                        options.boundaryFilePath, "-pipe"};
-    if (const std::optional<std::string> language = toolLanguage(options)) {
+    if (const std::optional<std::string> language = vadelclip::toolLanguage(options.language)) {
         arguments.push_back("-lang=" + *language);
     }
     return arguments;

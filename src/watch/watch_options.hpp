@@ -42,9 +42,6 @@ std::optional<std::string> wantedLanguage(int argc, const char* const* argv);
 /// Reads the arguments after the program name. Options may be anywhere; "--" ends them.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);
 
-/// Returns the value of the tool's "-lang=": see `vadelclip::toolLanguage`.
-std::optional<std::string> toolLanguage(const WatchOptions& options);
-
 /// Returns the arguments of the tool: three positional ones first, then the options.
 std::vector<std::string> toolArguments(const WatchOptions& options);
 

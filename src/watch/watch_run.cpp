@@ -23,6 +23,7 @@
 #include <ctime>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <unistd.h>
@@ -190,9 +191,10 @@ void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
 
 void reportToolLanguage(WatchContext& watch) {
     const WatchOptions& options = watch.options;
-    if (!options.quiet && toolLanguage(options) != options.language) {
+    const std::optional<std::string> language = vadelclip::toolLanguage(options.language);
+    if (!options.quiet && language != options.language) {
         writeErrors(watch, {formatMessage("Vadelwatch: Vadelclip gets -lang={0}, because it does not accept {1}.",
-                                          *toolLanguage(options), *options.language)});
+                                          *language, *options.language)});
     }
 }
 

@@ -14,7 +14,7 @@ DOMAINS = ("VD2D", "vadelwatch", "vadelshard")
 
 # The definitions of translateMessage and formatMessage, the only places where an id is a variable.
 DEFINITIONS = [ROOT / "src" / name for name in ("messages/translation.hpp", "messages/translation.cpp",
-                                                "watch/show/messages.hpp", "shard/messages.hpp")]
+                                                "messages/companion_messages.hpp")]
 
 
 def output(*command, **settings):

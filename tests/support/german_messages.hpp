@@ -2,7 +2,7 @@
 /// The German catalogue of Vadelwatch for unit tests.
 #pragma once
 
-#include "watch/show/messages.hpp"
+#include "messages/companion_messages.hpp"
 
 #include <locale>
 
@@ -11,7 +11,7 @@ namespace vadelwatch {
 /// Makes the messages German for its lifetime. Otherwise they are English.
 class GermanMessages {
 public:
-    GermanMessages() { setUpMessages("de"); }
+    GermanMessages() { vadelclip::setUpCompanionMessages("de", "vadelwatch"); }
     GermanMessages(const GermanMessages&) = delete;
     GermanMessages& operator=(const GermanMessages&) = delete;
     ~GermanMessages() { std::locale::global(before); }

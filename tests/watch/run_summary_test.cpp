@@ -1,5 +1,7 @@
 #include "watch/run_summary.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include "support/german_messages.hpp"
 
 #include <gtest/gtest.h>

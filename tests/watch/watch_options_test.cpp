@@ -79,10 +79,10 @@ TEST(WatchOptions, toolGetsLanguageWithoutCharacterSet) {
                                           {"de.utf8@x", "de.utf8@x"}}) {
         WatchOptions options;
         options.language = given;
-        EXPECT_EQ(expected, toolLanguage(options));
+        EXPECT_EQ(expected, vadelclip::toolLanguage(options.language));
         EXPECT_EQ(std::string("-lang=") + expected, toolArguments(options).back());
     }
-    EXPECT_FALSE(toolLanguage(WatchOptions{}));
+    EXPECT_FALSE(vadelclip::toolLanguage(std::nullopt));
 }
 
 TEST(WatchOptions, suggestsTwoHyphens) {

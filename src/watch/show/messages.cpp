@@ -5,10 +5,6 @@
 
 namespace vadelwatch {
 
-void setUpMessages(const std::optional<std::string>& language) {
-    vadelclip::setUpCompanionMessages(language, "vadelwatch");
-}
-
 std::size_t columnsOf(std::string_view text) {
     const std::string valid = utf8::replace_invalid(text);
     return static_cast<std::size_t>(utf8::distance(valid.begin(), valid.end()));

@@ -3,11 +3,9 @@
 #pragma once
 
 #include "messages/companion_messages.hpp"
-#include "messages/translation.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,16 +13,7 @@ namespace vadelwatch {
 
 using vadelclip::shownName;
 using vadelclip::translateMessage;
-
-/// Makes the language of the tool's messages the language of ours: see `setUpCompanionMessages`.
-void setUpMessages(const std::optional<std::string>& language);
-
-/// Translates a message id and fills in its numbered placeholders {0}, {1}, ... with these texts as `shownName` shows
-/// them.
-template <typename... Values>
-std::string formatMessage(const std::string& messageId, const Values&... values) {
-    return vadelclip::formatMessage(messageId, shownName(values)...);
-}
+using vadelclip::companion::formatMessage;
 
 /// Returns the number of columns of a text in UTF-8 on a terminal. Every character counts as one column.
 std::size_t columnsOf(std::string_view text);

@@ -14,7 +14,7 @@ namespace {
 
 /// Returns a translated message after the set-up for a language. Leaves the classic locale.
 std::string messageIn(const std::optional<std::string>& language) {
-    setUpMessages(language);
+    vadelclip::setUpCompanionMessages(language, "vadelwatch");
     std::string message = translateMessage("Files written");
     std::locale::global(std::locale::classic());
     return message;
