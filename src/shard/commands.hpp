@@ -11,7 +11,6 @@ namespace vadelshard {
 
 constexpr int finishedStatus = 0;
 constexpr int failedStatus = 1;
-constexpr int usageErrorStatus = 2;
 
 /// The tool can count the lines of a part in 32 bits up to this length.
 constexpr std::uint64_t maxPart = 2147483647;

@@ -4,8 +4,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <sstream>
-
 namespace vadelshard {
 
 namespace {
@@ -79,16 +77,9 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     });
 
     CommandLineOutcome outcome;
-    try {
-        app.parse(argc, argv);
+    if (vadelclip::parseCommandLine(app, argc, argv, outcome)) {
         options.plan.language = vadelclip::toolLanguage(options.language).value_or("de");
         outcome.options = options;
-    } catch (const CLI::ParseError& error) {
-        std::ostringstream output;
-        std::ostringstream errors;
-        outcome.exitStatus = app.exit(error, output, errors) == 0 ? 0 : usageErrorStatus;
-        outcome.standardOutput = output.str();
-        outcome.standardError = errors.str();
     }
     return outcome;
 }

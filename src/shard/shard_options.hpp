@@ -2,6 +2,7 @@
 /// The command line of Vadelshard.
 #pragma once
 
+#include "process/command_line_outcome.hpp"
 #include "shard/commands.hpp"
 
 #include <cstdint>
@@ -22,13 +23,7 @@ struct ShardOptions {
     std::optional<std::string> language; ///< Value of --lang.
 };
 
-/// The result of reading the command line: options, or the end of the process.
-struct CommandLineOutcome {
-    std::optional<ShardOptions> options;
-    int exitStatus = 0;         ///< 0 after --help and --version, `usageErrorStatus` otherwise.
-    std::string standardOutput; ///< Help or version.
-    std::string standardError;  ///< What is wrong, and how to get help.
-};
+using CommandLineOutcome = vadelclip::CommandLineOutcome<ShardOptions>;
 
 /// Reads the arguments after the program name. "--" ends the options.
 CommandLineOutcome readCommandLine(int argc, const char* const* argv);

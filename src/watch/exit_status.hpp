@@ -2,6 +2,7 @@
 /// Every exit status of Vadelwatch, and the lines about the end of a run. docs/vadelwatch.md lists the same statuses.
 #pragma once
 
+#include "process/command_line_outcome.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/run/tool_process.hpp"
 
@@ -16,8 +17,8 @@ constexpr int finishedStatus = 0;
 /// The tool failed. This is the status of the tool for every failure that it reports.
 constexpr int toolFailedStatus = 1;
 
-/// Wrong arguments, or a log, map or summary that cannot be written.
-constexpr int usageErrorStatus = 2;
+/// Wrong arguments, or a log, map or summary that cannot be written: 2.
+using vadelclip::usageErrorStatus;
 
 /// The tool finished, and the lines in the output directory do not add up to the count that it wrote.
 constexpr int checkFailedStatus = 3;

@@ -1,7 +1,6 @@
 #include "watch/watch_options.hpp"
 
 #include "messages/companion_messages.hpp"
-#include "watch/exit_status.hpp"
 #ifdef VADELWATCH_MAP
 #include "watch/map/picture_file.hpp"
 #endif
@@ -11,8 +10,6 @@
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/trim.hpp>
 #include <boost/filesystem/path.hpp>
-
-#include <sstream>
 
 namespace vadelwatch {
 
@@ -174,18 +171,11 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
     });
 
     CommandLineOutcome outcome;
-    try {
-        app.parse(argc, argv);
+    if (vadelclip::parseCommandLine(app, argc, argv, outcome)) {
 #ifdef VADELWATCH_MAP
         options.worldFilePath = worldFileOf(options.mapPath);
 #endif
         outcome.options = options;
-    } catch (const CLI::ParseError& error) {
-        std::ostringstream output;
-        std::ostringstream errors;
-        outcome.exitStatus = app.exit(error, output, errors) == 0 ? 0 : usageErrorStatus;
-        outcome.standardOutput = output.str();
-        outcome.standardError = errors.str();
     }
     return outcome;
 }

@@ -2,6 +2,8 @@
 /// The command line of Vadelwatch, and the one of the tool that follows from it.
 #pragma once
 
+#include "process/command_line_outcome.hpp"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,13 +29,7 @@ struct WatchOptions {
     std::string mapColour = "density"; ///< Or "elevation".
 };
 
-/// The result of reading the command line: options, or the end of the process.
-struct CommandLineOutcome {
-    std::optional<WatchOptions> options;
-    int exitStatus = 0;         ///< 0 after --help and --version, `usageErrorStatus` otherwise.
-    std::string standardOutput; ///< Help or version.
-    std::string standardError;  ///< What is wrong, and how to get help.
-};
+using CommandLineOutcome = vadelclip::CommandLineOutcome<WatchOptions>;
 
 /// Returns the language of --lang for the tool, also if the rest of the command line is wrong: usage errors are in this
 /// language.
