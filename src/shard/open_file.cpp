@@ -21,7 +21,6 @@ namespace {
 constexpr std::size_t blockSize = 65536;
 constexpr mode_t filePermissions = 0666;      // less the mask of the process
 constexpr mode_t directoryPermissions = 0777; // less the mask of the process
-constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 
 int openOrFail(const std::string& path, int flags) {
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC, filePermissions);
@@ -35,11 +34,6 @@ int openOrFail(const std::string& path, int flags) {
 
 Failure fileFailure(const std::string& path, int error) {
     return Failure(vadelclip::shownName(path) + ": " + std::strerror(error));
-}
-
-FileState stateOf(const struct stat& status) {
-    return {static_cast<std::uint64_t>(status.st_size),
-            status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
 }
 
 OpenFile OpenFile::forReading(const std::string& path) {

@@ -2,24 +2,18 @@
 /// Files whose every error is a `Failure`: nothing is lost silently between a node file and the merged output.
 #pragma once
 
+#include "process/file_state.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 
 namespace vadelshard {
 
-/// Identifies one version of a file.
-struct FileState {
-    std::uint64_t size = 0;
-    std::int64_t modified = 0; ///< Nanoseconds since 1970.
-
-    bool operator==(const FileState&) const = default;
-};
-
-FileState stateOf(const struct stat& status);
+using vadelclip::FileState;
+using vadelclip::stateOf;
 
 /// An open file. Closed by the destructor, without a report; `close` reports.
 class OpenFile {

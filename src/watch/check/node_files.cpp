@@ -63,7 +63,7 @@ void addEntry(const std::filesystem::path& path, NodeFiles& found) {
     } else if (const std::optional<PassedOver> reason = whyNotNodeFile(path.string())) {
         found.passedOver.push_back({name, *reason});
     } else {
-        found.files.push_back({name, path.string(), fileState(path.string()).value_or(FileState{}), {}});
+        found.files.push_back({name, path.string(), stateOf(status), {}});
     }
 }
 
@@ -71,11 +71,7 @@ void addEntry(const std::filesystem::path& path, NodeFiles& found) {
 
 std::optional<FileState> fileState(const std::string& path) {
     struct stat status {};
-    if (stat(path.c_str(), &status) != 0) {
-        return std::nullopt;
-    }
-    constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-    return FileState{status.st_size, status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+    return stat(path.c_str(), &status) == 0 ? std::optional(stateOf(status)) : std::nullopt;
 }
 
 NodeFiles findNodeFiles(const std::string& directory) {
@@ -99,7 +95,7 @@ std::optional<std::uint64_t> readNodeFiles(NodeFiles& nodeFiles, const std::atom
     for (NodeFile& file : nodeFiles.files) {
         const std::optional<LineFigures> figures = readLineFigures(file.path, stop);
         // If the file has changed meanwhile, the figures fit neither the old nor the new content.
-        const bool same = figures && static_cast<std::int64_t>(figures->count.bytes) == file.state.bytes;
+        const bool same = figures && figures->count.bytes == file.state.size;
         if (!same || fileState(file.path) != file.state) {
             return std::nullopt;
         }
@@ -133,7 +129,7 @@ void NodeLineCount::count(const std::string& directory) {
     found = findNodeFiles(directory);
     std::uint64_t size = 0;
     for (const NodeFile& file : found.files) {
-        size += static_cast<std::uint64_t>(file.state.bytes);
+        size += file.state.size;
     }
     fileCount = found.files.size() + found.unread.size();
     byteCount = size;

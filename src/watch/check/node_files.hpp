@@ -2,6 +2,7 @@
 /// The entries of the input directory, and the lines of its node files.
 #pragma once
 
+#include "process/file_state.hpp"
 #include "watch/check/line_figures.hpp"
 
 #include <atomic>
@@ -13,13 +14,8 @@
 
 namespace vadelwatch {
 
-/// Size and time of a file at one moment.
-struct FileState {
-    std::int64_t bytes = 0;
-    std::int64_t modifiedNanoseconds = 0; ///< Since the epoch.
-
-    bool operator==(const FileState&) const = default;
-};
+using vadelclip::FileState;
+using vadelclip::stateOf;
 
 /// Returns nothing if `stat` fails.
 std::optional<FileState> fileState(const std::string& path);
