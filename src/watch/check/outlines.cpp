@@ -1,6 +1,6 @@
 #include "watch/check/outlines.hpp"
 
-#include "text/number_text.hpp"
+#include "boundary/boundary_document.hpp"
 #include "watch/show/messages.hpp"
 
 #include <pugixml.hpp>
@@ -42,7 +42,7 @@ std::string load(pugi::xml_document& document, const std::string& path) {
         return errno == ENOENT ? translateMessage("File was not found") : std::strerror(errno);
     }
     const pugi::xml_parse_result result =
-        document.load_file(path.c_str(), pugi::parse_pi | pugi::parse_ws_pcdata, pugi::encoding_auto);
+        document.load_file(path.c_str(), vadelclip::boundaryParseOptions, pugi::encoding_auto);
     if (result.status == pugi::status_ok) {
         return "";
     }
@@ -54,20 +54,15 @@ std::string cannotBeRead(const std::string& boundaryFile, const std::string& rea
     return formatMessage("The boundary file {0} cannot be read: {1}.", boundaryFile, reason);
 }
 
-/// Reads a number as the tool does, which ignores the rest of the value.
-bool readCoordinate(const pugi::xml_node& point, const char* name, double& coordinate) {
-    const vadelclip::NumberReading reading = vadelclip::readNumber(point.attribute(name).value());
-    coordinate = std::clamp(reading.value, -largestDrawable, largestDrawable);
-    return !reading.failed;
-}
-
 bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outline) {
     for (const pugi::xml_node& point : polygon.children("point")) {
-        MapPosition vertex;
-        if (!readCoordinate(point, "x", vertex.x) || !readCoordinate(point, "y", vertex.y)) {
+        double x = 0.0;
+        double y = 0.0;
+        if (!vadelclip::readNumericAttribute(point, "x", x) || !vadelclip::readNumericAttribute(point, "y", y)) {
             return false;
         }
-        outline.push_back(vertex);
+        outline.push_back({std::clamp(x, -largestDrawable, largestDrawable),
+                           std::clamp(y, -largestDrawable, largestDrawable)});
     }
     return true;
 }
