@@ -1,5 +1,7 @@
 #include "watch/map/axes.hpp"
 
+#include "watch/show/messages.hpp"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -21,15 +23,6 @@ double multipleOf(TickStep step, double multiple) {
 /// Returns the place of the first digit: 2 for 345.6, -2 for 0.0345.
 int placeOf(double value) {
     return value == 0.0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value))));
-}
-
-/// Separates the digits before the decimal sign in groups of three, as `groupedNumber` does.
-std::string withGroups(std::string number) {
-    const std::size_t firstDigit = number.starts_with('-') ? 1 : 0;
-    for (std::size_t at = std::min(number.find('.'), number.size()); at > firstDigit + 3; at -= 3) {
-        number.insert(at - 3, 1, ' ');
-    }
-    return number;
 }
 
 /// Returns the number of digits of an integer, without its sign.
@@ -56,21 +49,18 @@ LabelForm formOfLabels(double largest, TickStep step) {
 }
 
 /// @param units the number as a multiple of the last decimal place of the step: 250 for 0.250.
-std::string formatTick(double units, TickStep step, LabelForm form, char decimalPoint) {
+std::string formatTick(double units, TickStep step, LabelForm form) {
     if (units == 0.0) {
         // Zero has no decimals, and negative zero no sign.
         return "0";
     }
     if (form.plain) {
-        const double value = multipleOf({1, step.exponent}, units);
-        std::string text = withGroups(fmt::format("{:.{}f}", value, form.decimals));
-        std::replace(text.begin(), text.end(), '.', decimalPoint);
-        return text;
+        return withGroups(decimalNumber(multipleOf({1, step.exponent}, units), form.decimals));
     }
     // The decimal sign is inserted into the digits, because a double may not be able to hold the common power of ten.
     std::string digits = fmt::format("{:0{}.0f}", std::abs(units), form.decimals + 1);
     if (form.decimals > 0) {
-        digits.insert(1, 1, decimalPoint);
+        digits.insert(1, 1, decimalSign());
     }
     return fmt::format("{}{}e{:+03d}", units < 0.0 ? "-" : "", digits, form.exponent);
 }
@@ -102,7 +92,7 @@ TickStep stepBelow(TickStep step) {
     return step.mantissa == 1 ? TickStep{5, step.exponent - 1} : TickStep{step.mantissa / 2, step.exponent};
 }
 
-std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint) {
+std::vector<MapTick> ticksBetween(double first, double last, TickStep step) {
     std::vector<double> multiples;
     double multiple = std::ceil(first / valueOf(step));
     while (multipleOf(step, multiple) <= last) {
@@ -117,13 +107,13 @@ std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char
     std::vector<MapTick> ticks;
     ticks.reserve(multiples.size());
     for (const double each : multiples) {
-        ticks.push_back({multipleOf(step, each), formatTick(each * step.mantissa, step, form, decimalPoint)});
+        ticks.push_back({multipleOf(step, each), formatTick(each * step.mantissa, step, form)});
     }
     return ticks;
 }
 
-std::string formatLength(TickStep step, char decimalPoint) {
-    return formatTick(step.mantissa, step, formOfLabels(step.mantissa, step), decimalPoint);
+std::string formatLength(TickStep step) {
+    return formatTick(step.mantissa, step, formOfLabels(step.mantissa, step));
 }
 
 } // namespace vadelwatch

@@ -35,11 +35,9 @@ TickStep stepBelow(TickStep step);
 /// the step.
 ///
 /// All labels but 0 have the same power of ten if the longest label has more than 12 digits without it, and fewer with it.
-///
-/// @param decimalPoint the decimal sign of the labels.
-std::vector<MapTick> ticksBetween(double first, double last, TickStep step, char decimalPoint = '.');
+std::vector<MapTick> ticksBetween(double first, double last, TickStep step);
 
 /// Returns the label of a scale bar of this length.
-std::string formatLength(TickStep step, char decimalPoint = '.');
+std::string formatLength(TickStep step);
 
 } // namespace vadelwatch

@@ -53,17 +53,17 @@ double widestLabel(const std::vector<MapTick>& ticks, const LabelWidth& labelWid
 
 /// Chooses the smallest step at which neither the ticks nor the labels of x are crowded. Both axes have the same step,
 /// so that the grid has squares. In a flat map, where y would have too few ticks, y has smaller steps.
-void chooseTicks(MapView& view, const LabelWidth& labelWidth, char decimalPoint) {
+void chooseTicks(MapView& view, const LabelWidth& labelWidth) {
     TickStep step = stepAtLeast(tickDistance / scaleOf(view));
-    view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, decimalPoint);
+    view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step);
     while (view.xTicks.size() > 1 && valueOf(step) * scaleOf(view) < widestLabel(view.xTicks, labelWidth) + labelGap) {
         step = stepAbove(step);
-        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step, decimalPoint);
+        view.xTicks = ticksBetween(view.shown.minX, view.shown.maxX, step);
     }
-    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
+    view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step);
     while (view.yTicks.size() < minTicks) {
         step = stepBelow(step);
-        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step, decimalPoint);
+        view.yTicks = ticksBetween(view.shown.minY, view.shown.maxY, step);
     }
 }
 
@@ -99,7 +99,7 @@ MapExtent fitAspect(const MapExtent& frame, double aspect) {
     return {frame.minX - addedX, frame.minY - addedY, frame.maxX + addedX, frame.maxY + addedY};
 }
 
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint, PictureSize size) {
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, PictureSize size) {
     MapView view;
     view.pictureWidth = size.width;
     view.plot.top = topSpace;
@@ -112,7 +112,7 @@ MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char dec
         view.plot.height = size.height > 0 ? size.height - topSpace - bottomSpace
                                            : std::round(std::clamp(fittingHeight, minPlotHeight, maxPlotHeight));
         view.shown = fitAspect(frame, view.plot.height / view.plot.width);
-        chooseTicks(view, labelWidth, decimalPoint);
+        chooseTicks(view, labelWidth);
         yLabelWidth = widestLabel(view.yTicks, labelWidth);
     }
     view.pictureHeight = static_cast<int>(topSpace + view.plot.height + bottomSpace);

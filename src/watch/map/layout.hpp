@@ -55,10 +55,9 @@ constexpr double labelSize = 20.0;
 
 /// Chooses the places of map and axes in the picture.
 ///
-/// @param frame        the part of the data that must be visible; not empty. The map shows more if the frame is too
-///                     wide or too high for the picture.
-/// @param decimalPoint the decimal sign of the labels.
-MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, char decimalPoint = '.', PictureSize size = {});
+/// @param frame the part of the data that must be visible; not empty. The map shows more if the frame is too wide or too
+///              high for the picture.
+MapView layOutMap(const MapExtent& frame, const LabelWidth& labelWidth, PictureSize size = {});
 
 /// Returns the number of pixels for one unit of the data.
 double scaleOf(const MapView& view);

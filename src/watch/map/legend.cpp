@@ -135,7 +135,7 @@ public:
         canvas.strokeRectangle({left, top, pixels, height}, ink, 1.5);
         canvas.drawText("0", {left, top + 34.0}, {labelSize, TextAnchor::left});
         const TextStyle style{labelSize, TextAnchor::middle};
-        const std::string label = formatLength(length, decimalSign());
+        const std::string label = formatLength(length);
         const double lastMiddle = left + maxWidth(0.0) - canvas.textWidth(label, style) / 2.0;
         canvas.drawText(label, {std::min(left + pixels, lastMiddle), top + 34.0}, style);
         drawFitting(translateMessage("in units of the coordinates"), 0.0, 58.0, noteStyle);

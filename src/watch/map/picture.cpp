@@ -86,7 +86,7 @@ MapView layOut(const MapExtent& frame, PictureSize size) {
     const auto labelWidth = [&scratch](const std::string& label) {
         return scratch.textWidth(label, {labelSize, TextAnchor::left});
     };
-    return layOutMap(addMargin(frame), labelWidth, decimalSign(), size);
+    return layOutMap(addMargin(frame), labelWidth, size);
 }
 
 /// Counts the nodes of each pixel.

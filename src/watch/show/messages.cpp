@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <utf8.h>
 
+#include <algorithm>
+
 namespace vadelwatch {
 
 std::size_t columnsOf(std::string_view text) {
@@ -15,12 +17,16 @@ char decimalSign() {
     return translateMessage(".").front();
 }
 
-std::string groupedNumber(std::uint64_t number) {
-    std::string digits = std::to_string(number);
-    for (std::size_t at = digits.size(); at > 3; at -= 3) {
-        digits.insert(at - 3, 1, ' ');
+std::string withGroups(std::string number) {
+    const std::size_t firstDigit = number.starts_with('-') ? 1 : 0;
+    for (std::size_t at = std::min(number.find(decimalSign()), number.size()); at > firstDigit + 3; at -= 3) {
+        number.insert(at - 3, 1, ' ');
     }
-    return digits;
+    return number;
+}
+
+std::string groupedNumber(std::uint64_t number) {
+    return withGroups(std::to_string(number));
 }
 
 std::string decimalNumber(double number, int decimals) {

@@ -21,7 +21,10 @@ std::size_t columnsOf(std::string_view text);
 /// Returns the decimal sign of the language: a point in English, a comma in German.
 char decimalSign();
 
-/// Returns the digits in groups of three, separated by spaces, which no language reads as a decimal sign.
+/// Separates the digits before the decimal sign in groups of three by spaces, which no language reads as a decimal sign.
+std::string withGroups(std::string number);
+
+/// Returns the digits in groups of three.
 std::string groupedNumber(std::uint64_t number);
 
 /// Returns the number rounded to this many decimals, with the decimal sign of the language.

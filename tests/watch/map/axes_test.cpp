@@ -1,5 +1,7 @@
 #include "watch/map/axes.hpp"
 
+#include "support/german_messages.hpp"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -99,13 +101,11 @@ TEST(MapAxes, labelsLengths) {
 }
 
 TEST(MapAxes, usesDecimalSignOfLanguage) {
-    Labels labels;
-    for (const MapTick& tick : ticksBetween(-0.5, 0.39, {2, -1}, ',')) {
-        labels.push_back(tick.label);
-    }
-    EXPECT_EQ((Labels{"-0,4", "-0,2", "0", "0,2"}), labels);
-    EXPECT_EQ("1,000000001e+12", ticksBetween(1.0000000005e12, 1.0000000015e12, {1, 3}, ',').front().label);
-    EXPECT_EQ("0,05", formatLength({5, -2}, ','));
+    const GermanMessages german;
+    EXPECT_EQ((Labels{"-0,4", "-0,2", "0", "0,2"}), labelsBetween(-0.5, 0.39, {2, -1}));
+    EXPECT_EQ(Labels{"6 354 400,2"}, labelsBetween(6354400.1, 6354400.3, {2, -1}));
+    EXPECT_EQ(Labels{"1,000000001e+12"}, labelsBetween(1.0000000005e12, 1.0000000015e12, {1, 3}));
+    EXPECT_EQ("0,05", formatLength({5, -2}));
 }
 
 } // namespace vadelwatch

@@ -162,8 +162,7 @@ TEST(MapView, convertsPositionsToPixels) {
 }
 
 TEST(MapView, stopsAtLabelsTooWideForTwo) {
-    const MapView view = layOutMap(
-        {3, 3, 97, 97}, [](const std::string&) { return 400.0; }, '.');
+    const MapView view = layOutMap({3, 3, 97, 97}, [](const std::string&) { return 400.0; });
     EXPECT_LT(view.xTicks.size(), 2U);
     EXPECT_GE(view.yTicks.size(), 4U);
 }

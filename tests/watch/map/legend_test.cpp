@@ -98,7 +98,7 @@ TEST(MapLegend, rampHasNumbersOfDensityOrElevation) {
 }
 
 TEST(MapLegend, fitsIntoSmallestPicture) {
-    const MapView view = layOutMap({0, 0, 10, 10}, [](const std::string&) { return 50.0; }, '.', {800, 600});
+    const MapView view = layOutMap({0, 0, 10, 10}, [](const std::string&) { return 50.0; }, {800, 600});
     MapLegend legend = much;
     legend.showsElevation = true;
     legend.counts.withoutElevation = 27217;
