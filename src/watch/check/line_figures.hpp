@@ -3,6 +3,7 @@
 #pragma once
 
 #include "watch/check/extent.hpp"
+#include "watch/check/node_line_reader.hpp"
 
 #include <atomic>
 #include <cstddef>
@@ -10,18 +11,9 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace vadelwatch {
-
-struct LineCount {
-    std::uint64_t bytes = 0;
-    std::uint64_t lineFeeds = 0;
-    bool endsInLineFeed = false; ///< False for an empty file.
-
-    /// Returns the number of lines after the header: the first line feed ends the header, and a last line without a
-    /// line feed does not count.
-    std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
-};
 
 /// Lines of one kind in a file.
 struct FoundLines {
@@ -47,36 +39,21 @@ struct LineFigures {
 /// reading all of them takes longer than a run that keeps no node.
 inline constexpr std::uint64_t linesReadInFull = 1000;
 
-/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
-/// from the tool.
-///
-/// @return the descriptor, closed on exec; -1 for anything else.
-int openRegularFile(const std::string& path);
-
 /// Counts the lines of a regular file.
 ///
-/// @param stop    ends the count soon after it becomes true, here and below.
-/// @param counted receives the number of bytes in whole lines of each block.
-/// @return nothing if the file cannot be read, is not a regular file, or the count was stopped.
+/// @param counted receives the size of each block.
+/// @return nothing if the file cannot be read or is not a regular file.
 std::optional<LineCount> countLines(
-    const std::string& path, const std::atomic<bool>& stop,
-    const std::function<void(std::size_t bytes)>& counted = [](std::size_t) {});
+    const std::string& path, const std::function<void(std::size_t bytes)>& counted = [](std::size_t) {});
 
-/// Reads a node file once. Of a line longer than 1 MiB only its beginning and its end are checked.
+/// Reads a node file once.
 ///
-/// @return nothing also if the file has no header.
+/// @param stop ends the reading soon after it becomes true.
+/// @return nothing if the file cannot be read, is not a regular file, has no header, or the reading was stopped.
 std::optional<LineFigures> readLineFigures(const std::string& path, const std::atomic<bool>& stop);
 
-/// The number of bytes from the start of a line that `endOfPlainLine` reads, also beyond the end of the line.
-inline constexpr std::size_t plainLineReach = 48;
-
-/// Returns the end of the line if x and y are plain decimals, such as -12.5, each with a separator directly after it.
-/// The tool finds a position in each such line. Takes a quarter of the time of reading the numbers.
-///
-/// @param line       begins a line; `plainLineReach` bytes are readable.
-/// @param last       a line feed at or after the end of the line.
-/// @param maxColumns a line with more columns is not plain; 0 for any number.
-/// @return the line feed; null if the line must be read in full. Without SSE2 always null.
-const char* endOfPlainLine(const char* line, const char* last, char separator, std::size_t maxColumns);
+/// Returns true if x and y are short plain decimals, such as -12.5, each with a separator directly after it. The tool finds
+/// a position in each such line. Takes a fraction of the time of reading the numbers.
+bool isPlainLine(std::string_view line, char separator);
 
 } // namespace vadelwatch

@@ -61,8 +61,8 @@ bool readOutline(const pugi::xml_node& polygon, std::vector<MapPosition>& outlin
         if (!vadelclip::readNumericAttribute(point, "x", x) || !vadelclip::readNumericAttribute(point, "y", y)) {
             return false;
         }
-        outline.push_back({std::clamp(x, -largestDrawable, largestDrawable),
-                           std::clamp(y, -largestDrawable, largestDrawable)});
+        outline.push_back(
+            {std::clamp(x, -largestDrawable, largestDrawable), std::clamp(y, -largestDrawable, largestDrawable)});
     }
     return true;
 }

@@ -35,7 +35,7 @@ OutputFile checkFile(const fs::path& path, const std::function<void(std::size_t 
         file.condition = error ? OutputCondition::unreadable : OutputCondition::notRegular;
         return file;
     }
-    const std::optional<LineCount> count = countLines(path.string(), false, counted);
+    const std::optional<LineCount> count = countLines(path.string(), counted);
     if (!count) {
         file.condition = OutputCondition::unreadable;
         return file;

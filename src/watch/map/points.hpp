@@ -4,7 +4,6 @@
 
 #include "watch/check/node_files.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -14,39 +13,9 @@
 
 namespace vadelwatch {
 
-/// Reads the lines of regular files, one file after another. A file that cannot be read, or that is no regular file, has no
-/// lines: reading a device or a FIFO might never end.
-class NodeLineReader {
-public:
-    /// Longer lines are truncated, so memory stays bounded even in a file without a line feed.
-    static constexpr std::size_t longestLine = std::size_t{1} << 20U;
-
-    NodeLineReader();
-    NodeLineReader(const NodeLineReader&) = delete;
-    NodeLineReader& operator=(const NodeLineReader&) = delete;
-    ~NodeLineReader();
-
-    /// Opens a file in place of the one before. The buffer stays: making one for each file takes 100 times as long as
-    /// reading a small file.
-    /// @return false if it cannot be read. It has no lines then.
-    bool open(const std::string& path);
-
-    /// @param line receives the next line without its line feed and the carriage returns before it, because input and
-    ///             output of a run may differ in these. Valid until the next call.
-    /// @return false at end of file. Ignores a last line without a line feed, as the tool does.
-    bool next(std::string_view& line);
-
-private:
-    int descriptor = -1;
-    std::vector<char> buffer;
-    std::size_t lineStart = 0;
-    std::size_t filled = 0;
-};
-
 /// The numbers of data lines. Lines without a position are `unreadable`: neither kept nor dropped here, although the tool
 /// drops them.
 struct NodeCounts {
-    std::uint64_t files = 0;
     std::uint64_t kept = 0;
     std::uint64_t dropped = 0;
     std::uint64_t unreadable = 0;

@@ -1,10 +1,14 @@
 #include "watch/check/line_figures.hpp"
 
+#include "clip/node_line.hpp"
+
 #include "support/file_support.hpp"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <string_view>
 
 namespace vadelwatch {
 
@@ -54,7 +58,8 @@ TEST(LineFigures, findsDecimalCommas) {
     for (const Case& each :
          {Case{"x;y;z\n1;1;1\n387000,5;5638000,5;1\n1;2,5;1\n", 2, 3}, Case{"x;y;z\n1;1;1,5\n1, 2;3 ,;4\n", 0, 0},
           Case{"x y z\n387000,5 5638000,5 1\n", 1, 2}, Case{"x,y,z\n1,2,3\n1,2,3,4\n387000,5,5638000,5,1\n", 1, 4},
-          Case{"x,y,z,g\n1,2,3,4,5\n1,5,2,5,3,4\n", 1, 3}}) {
+          Case{"x,y,z,g\n1,2,3,4,5\n1,5,2,5,3,4\n", 1, 3},
+          Case{"x,y,z\n" + repeated("1,2,3\n", 2000) + "387000,5,5638000,5,1\n", 1, 2002}}) {
         const LineFigures figures = figuresOf(each.content);
         EXPECT_EQ(each.count, figures.decimalCommas.count) << each.content;
         EXPECT_EQ(each.first, figures.decimalCommas.first) << each.content;
@@ -100,6 +105,48 @@ TEST(LineFigures, needHeader) {
     EXPECT_FALSE(readLineFigures(directory.write("a", "remark\n"), false));
     EXPECT_FALSE(readLineFigures(directory.pathOf("none"), false));
     EXPECT_FALSE(readLineFigures(directory.write("b", "x;y;z\n"), true));
+}
+
+TEST(PlainLine, hasTwoDecimalsWithSeparators) {
+    for (const char* const line :
+         {"1;2;3", "-12.5;-0.25;x", "382251.29;6354680.91;42.9475\r", "1;2;",
+          "123456789.123456789;123456789.123456789012;1", "1;2;and a long remark that ends far after the numbers"}) {
+        EXPECT_TRUE(isPlainLine(line, ';')) << line;
+    }
+    EXPECT_TRUE(isPlainLine("1 2 3", ' '));
+    EXPECT_TRUE(isPlainLine("1\t2\t3", '\t'));
+}
+
+TEST(PlainLine, isNothingElse) {
+    for (const char* const line :
+         {"",          "1;2",    ";2;3",    "1;;3",   "1,5;2;3",
+          "a;2;3",     " 1;2;3", "1e;2;3",  "1;-;3",  "1;.;3",
+          "1.;2;3",    "1;2.;3", "--1;2;3", "1-;2;3", "+1;2;3",
+          "1.2.3;4;5", "-",      "1.",      "1;-",    "123456789.123456789123456;123456789.123456789123456;1"}) {
+        EXPECT_FALSE(isPlainLine(line, ';')) << line;
+    }
+    EXPECT_FALSE(isPlainLine("1- 2 3", ' '));
+    EXPECT_FALSE(isPlainLine("1  2 3", ' '));
+}
+
+TEST(PlainLine, alwaysParses) {
+    constexpr std::string_view bytes = "0123456789....---,;; \te\r+";
+    std::mt19937 random(7);
+    int plain = 0;
+    for (int i = 0; i < 300000; ++i) {
+        std::string line(random() % 14, ' ');
+        for (char& byte : line) {
+            byte = bytes[random() % bytes.size()];
+        }
+        for (const char separator : {';', ',', ' ', '\t'}) {
+            vadelclip::Point2D point{};
+            if (isPlainLine(line, separator)) {
+                ++plain;
+                ASSERT_TRUE(vadelclip::readNodeLine(line, separator, point)) << line;
+            }
+        }
+    }
+    EXPECT_GT(plain, 1000);
 }
 
 } // namespace vadelwatch

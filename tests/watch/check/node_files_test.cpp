@@ -170,7 +170,7 @@ TEST(CountLines, leavesOutHeaderAndUnterminatedLine) {
     for (const Case& each :
          {Case{"", 0, false}, Case{"x;y;z", 0, false}, Case{"x;y;z\n", 0, true}, Case{"x;y;z\n1;1;1\n", 1, true},
           Case{"x;y;z\n1;1;1\n2;2;2", 1, false}, Case{"x;y;z\r\n\r\n\n", 2, true}}) {
-        const auto count = countLines(directory.write("a", each.content), goOn);
+        const auto count = countLines(directory.write("a", each.content));
         ASSERT_TRUE(count) << each.content;
         EXPECT_EQ(each.nodeLines, count->nodeLines()) << each.content;
         EXPECT_EQ(each.endsInLineFeed, count->endsInLineFeed) << each.content;
@@ -184,17 +184,17 @@ TEST(CountLines, countsFileOfManyBlocks) {
     for (int i = 0; i < 300000; ++i) {
         content += "1;2;3\n";
     }
-    EXPECT_EQ(300000U, countLines(directory.write("a", content), goOn)->nodeLines());
+    EXPECT_EQ(300000U, countLines(directory.write("a", content))->nodeLines());
 }
 
 TEST(CountLines, opensOnlyRegularFiles) {
     const TemporaryDirectory directory;
     const std::string fifo = directory.pathOf("fifo");
     ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
-    EXPECT_FALSE(countLines(fifo, goOn));
-    EXPECT_FALSE(countLines("/dev/zero", goOn));
-    EXPECT_FALSE(countLines(directory.path(), goOn));
-    EXPECT_FALSE(countLines(directory.pathOf("none"), goOn));
+    EXPECT_FALSE(countLines(fifo));
+    EXPECT_FALSE(countLines("/dev/zero"));
+    EXPECT_FALSE(countLines(directory.path()));
+    EXPECT_FALSE(countLines(directory.pathOf("none")));
     EXPECT_EQ(-1, openRegularFile(fifo));
 }
 
@@ -207,22 +207,17 @@ TEST(CountLines, fileThatCannotBeOpenedHasNone) {
     const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
     ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
     const int descriptor = openRegularFile(path);
-    const auto count = countLines(path, goOn);
+    const auto count = countLines(path);
     ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &before));
     EXPECT_EQ(-1, descriptor);
     EXPECT_FALSE(count);
-    EXPECT_EQ(1U, countLines(path, goOn)->nodeLines());
+    EXPECT_EQ(1U, countLines(path)->nodeLines());
 }
 
 TEST(CountLines, followsLinks) {
     const TemporaryDirectory directory;
     directory.write("a", "x;y;z\n1;1;1\n");
-    EXPECT_EQ(1U, countLines(directory.makeLink("link", directory.pathOf("a")), goOn)->nodeLines());
-}
-
-TEST(CountLines, stopsOnRequest) {
-    const TemporaryDirectory directory;
-    EXPECT_FALSE(countLines(directory.write("a", "x;y;z\n"), true));
+    EXPECT_EQ(1U, countLines(directory.makeLink("link", directory.pathOf("a")))->nodeLines());
 }
 
 } // namespace vadelwatch

@@ -31,8 +31,8 @@ Texts textsOf(const MapLegend& legend) {
     return texts;
 }
 
-const MapLegend much{{3, 10315, 123148, 1234}, 5678, {12, 2, 3, 40}, true};
-const MapLegend one{{1, 1, 1, 1}, 1, {1, 1, 1, 1}, false, true};
+const MapLegend much{{10315, 123148, 1234}, 5678, {12, 2, 3, 40}, true};
+const MapLegend one{{1, 1, 1}, 1, {1, 1, 1, 1}, false, true};
 
 } // namespace
 
@@ -67,7 +67,7 @@ TEST(MapLegend, hasNoShareAndNoNotesWithoutLines) {
 
 TEST(MapLegend, shareIsZeroOrAllOnlyIfExact) {
     const auto nameFor = [](std::uint64_t kept, std::uint64_t dropped) {
-        return textsOf({{1, kept, dropped, 0}, 0, {}}).front();
+        return textsOf({{kept, dropped, 0}, 0, {}}).front();
     };
     EXPECT_EQ("Kept (0.0 %)", nameFor(0, 5));
     EXPECT_EQ("Kept (<0.1 %)", nameFor(1, 9999));

@@ -16,20 +16,6 @@ using vadelclip::TemporaryDirectory;
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
-Lines nodeLinesOf(const std::string& content) {
-    const TemporaryDirectory directory;
-    NodeLineReader reader;
-    reader.open(directory.write("a.txt", content));
-    Lines lines;
-    std::string_view line;
-    while (reader.next(line)) {
-        lines.emplace_back(line);
-    }
-    return lines;
-}
-
 /// Input and output directory of a run.
 struct FilesOfRun {
     TemporaryDirectory directory;
@@ -49,8 +35,7 @@ std::string visit(const FilesOfRun& run) {
     const std::string error =
         visitNodes(findNodeFiles(run.input).files, run.output, counts,
                    [&text](const MapNode& node) { text << (node.kept ? "+" : "-") << node.position.x << " "; });
-    text << "| " << counts.files << " files, " << counts.kept << " kept, " << counts.dropped << " dropped, "
-         << counts.unreadable << " unreadable";
+    text << "| " << counts.kept << " kept, " << counts.dropped << " dropped, " << counts.unreadable << " unreadable";
     if (!error.empty()) {
         text << " | " << error;
     }
@@ -59,63 +44,10 @@ std::string visit(const FilesOfRun& run) {
 
 } // namespace
 
-TEST(MapNodeLines, endsLinesAtLineFeeds) {
-    EXPECT_EQ((Lines{"a", "", "b\rc", "d"}), nodeLinesOf("a\n\nb\rc\r\nd\r\r\nlost"));
-    EXPECT_EQ(Lines{}, nodeLinesOf(""));
-    EXPECT_EQ(Lines{}, nodeLinesOf("no line feed"));
-    NodeLineReader missing;
-    missing.open("/no/such/file.txt");
-    std::string_view line;
-    EXPECT_FALSE(missing.next(line));
-}
-
-TEST(MapNodeLines, readsOnlyRegularFiles) {
-    const TemporaryDirectory directory;
-    const std::string fifo = directory.pathOf("fifo");
-    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
-    for (const std::string& path : {fifo, directory.path(), directory.makeLink("endless", "/dev/zero")}) {
-        NodeLineReader reader;
-        reader.open(path);
-        std::string_view line;
-        EXPECT_FALSE(reader.next(line)) << path;
-    }
-}
-
-TEST(MapNodeLines, readsLinesAcrossAndBeyondBlocks) {
-    constexpr std::size_t longest = NodeLineReader::longestLine;
-    for (const std::size_t length : {longest - 2, longest - 1, longest, longest + 1, 2 * longest - 1, 2 * longest,
-                                     2 * longest + 1, 3 * longest, 5 * longest + 7}) {
-        const std::string line(length, 'b');
-        const std::string expected = line.substr(0, longest);
-        EXPECT_EQ((Lines{"a", expected, "c"}), nodeLinesOf("a\n" + line + "\nc\n")) << length;
-        EXPECT_EQ((Lines{expected, expected, "c"}), nodeLinesOf(line + "\n" + line + "\r\nc\n")) << length;
-        EXPECT_EQ(Lines{"a"}, nodeLinesOf("a\n" + line)) << length;
-    }
-    std::string many;
-    Lines expected;
-    for (int i = 0; i < 300000; ++i) {
-        expected.push_back(std::to_string(i) + ";1;2");
-        many += expected.back() + "\n";
-    }
-    EXPECT_EQ(expected, nodeLinesOf(many));
-}
-
-TEST(MapNodeLines, nextFileBeginsAnew) {
-    const TemporaryDirectory directory;
-    NodeLineReader reader;
-    reader.open(directory.write("a.txt", "a\nb\nincomplete"));
-    std::string_view line;
-    EXPECT_TRUE(reader.next(line));
-    reader.open(directory.write("b.txt", "c\n"));
-    EXPECT_TRUE(reader.next(line));
-    EXPECT_EQ("c", line);
-    EXPECT_FALSE(reader.next(line));
-}
-
 TEST(MapPoints, nodesInOutputFileAreKept) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n3;1;0\n4;1;0\n", "x;y;z\n2;1;0\n4;1;0\n");
-    EXPECT_EQ("-1 +2 -3 +4 | 1 files, 2 kept, 2 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("-1 +2 -3 +4 | 2 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, outputFileThatIsNotRegularKeepsNothing) {
@@ -124,19 +56,19 @@ TEST(MapPoints, outputFileThatIsNotRegularKeepsNothing) {
     run.directory.write("in/b.xyz", "x;y;z\n2;1;0\n");
     ASSERT_EQ(0, mkfifo(run.directory.pathOf("out/a.xyz").c_str(), 0600));
     run.directory.makeLink("out/b.xyz", "/dev/full");
-    EXPECT_EQ("-1 -2 | 2 files, 0 kept, 2 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("-1 -2 | 0 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, matchesEqualLinesOneByOne) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n1;1;0\n1;1;0\n", "x;y;z\n1;1;0\n1;1;0\n1;1;0\n");
-    EXPECT_EQ("+1 -2 +1 +1 | 1 files, 3 kept, 1 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("+1 -2 +1 +1 | 3 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, lineEndsMayDiffer) {
     const FilesOfRun run;
     run.write("a.xyz", "\xEF\xBB\xBFX,Y,Z\r\n1,1,0\r\n2,1,0\r\r\n3,1,0\r\n", "\xEF\xBB\xBFX,Y,Z\n1,1,0\n2,1,0\r\n");
-    EXPECT_EQ("+1 +2 -3 | 1 files, 2 kept, 1 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("+1 +2 -3 | 2 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, visitsFilesInOrderOfNames) {
@@ -144,19 +76,19 @@ TEST(MapPoints, visitsFilesInOrderOfNames) {
     run.directory.write("in/c.csv", "x y z\n5 1 0\n");
     run.write("b.txt", "x;y;z\n2;1;0\n", "x;y;z\n2;1;0\n");
     run.write("a.xyz", "x;y;z\n1;1;0\n", "");
-    EXPECT_EQ("-1 +2 -5 | 3 files, 1 kept, 2 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("-1 +2 -5 | 1 kept, 2 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, countsLinesWithoutPositionSeparately) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n\n# remark\n1;1;0\n2;1\n3;1;0", "x;y;z\n1;1;0\n");
-    EXPECT_EQ("+1 | 1 files, 1 kept, 0 dropped, 3 unreadable", visit(run));
+    EXPECT_EQ("+1 | 1 kept, 0 dropped, 3 unreadable", visit(run));
 }
 
 TEST(MapPoints, readsPositionsAsToolDoes) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n +1 m; 1.;0\n+-2;1;0\n3;1\n4;inf;0\n0x5;1;0\n1e999;1;0\n", "x;y;z\n");
-    EXPECT_EQ("-1 -0 | 1 files, 0 kept, 2 dropped, 4 unreadable", visit(run));
+    EXPECT_EQ("-1 -0 | 0 kept, 2 dropped, 4 unreadable", visit(run));
 }
 
 TEST(MapPoints, ignoresFilesThatToolIgnores) {
@@ -170,25 +102,25 @@ TEST(MapPoints, ignoresFilesThatToolIgnores) {
     run.directory.makeLink("in/loop.txt", "loop.txt");
     // Opening it would block.
     ASSERT_EQ(0, mkfifo((run.input + "/fifo.txt").c_str(), 0600));
-    EXPECT_EQ("-7 | 1 files, 0 kept, 1 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("-7 | 0 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, inputFileOverwrittenByCountKeepsNothing) {
     const FilesOfRun run;
     run.write("total_node_count.txt", "x;y;z\n1;1;0\n", "1\n");
-    EXPECT_EQ("-1 | 1 files, 0 kept, 1 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("-1 | 0 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, cutOffLineIsNotKept) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n1;1;0\n2;1");
-    EXPECT_EQ("+1 -2 | 1 files, 1 kept, 1 dropped, 0 unreadable", visit(run));
+    EXPECT_EQ("+1 -2 | 1 kept, 1 dropped, 0 unreadable", visit(run));
 }
 
 TEST(MapPoints, rejectsOutputFileOfAnotherInput) {
     const FilesOfRun run;
     run.write("a.xyz", "x;y;z\n1;1;0\n2;1;0\n", "x;y;z\n2;1;0\n1;1;0\n");
-    EXPECT_EQ("-1 +2 | 1 files, 1 kept, 1 dropped, 0 unreadable | The file " + run.output +
+    EXPECT_EQ("-1 +2 | 1 kept, 1 dropped, 0 unreadable | The file " + run.output +
                   "/a.xyz holds lines that its input file does not hold.",
               visit(run));
 }
