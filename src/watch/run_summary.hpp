@@ -3,7 +3,7 @@
 #pragma once
 
 #include "watch/check/input_report.hpp"
-#include "watch/check/output_check.hpp"
+#include "watch/check/output_difference.hpp"
 #include "watch/run/run_watcher.hpp"
 #include "watch/watch_options.hpp"
 

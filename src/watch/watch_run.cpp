@@ -3,7 +3,7 @@
 #include "process/child_process.hpp"
 #include "watch/check/input_report.hpp"
 #include "watch/check/outlines.hpp"
-#include "watch/check/output_check.hpp"
+#include "watch/check/output_difference.hpp"
 #include "watch/check/own_files.hpp"
 #include "watch/exit_status.hpp"
 #include "watch/run/phase_watch.hpp"

@@ -120,13 +120,14 @@ bool isOutOfInodes(const struct statvfs& fileSystem) {
     return fileSystem.f_files > 0 && (fileSystem.f_favail == 0 || fileSystem.f_ffree == 0);
 }
 
-void addObstacles(const std::string& directory, std::vector<std::string>& lines) {
+std::vector<std::string> obstaclesIn(const std::string& directory) {
     struct statvfs fileSystem {};
     struct stat status {};
     if (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
         statvfs(directory.c_str(), &fileSystem) != 0) {
-        return;
+        return {};
     }
+    std::vector<std::string> lines;
     if (isOutOfSpace(fileSystem)) {
         lines.push_back(formatMessage("No space is left on the file system of {0}.", directory));
     }
@@ -138,6 +139,7 @@ void addObstacles(const std::string& directory, std::vector<std::string>& lines)
     if (faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
         lines.push_back(formatMessage("No file can be made in {0}: {1}", directory, std::strerror(errno)));
     }
+    return lines;
 }
 
 } // namespace vadelwatch

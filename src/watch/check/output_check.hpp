@@ -1,6 +1,6 @@
 /// \file
-/// Checks that the lines of the output files add up to the count that the tool wrote. The tool does not check this, by
-/// design.
+/// Checks that the lines of the output files add up to the count that the tool wrote, and that files can be made in a
+/// directory. The tool does not check this, by design.
 #pragma once
 
 #include "watch/check/node_files.hpp"
@@ -60,36 +60,13 @@ struct OutputCheck {
 OutputCheck checkOutput(
     const std::string& outputDirectory, const std::function<void(double percent)>& showPercent = [](double) {});
 
-/// Facts about a run that may explain a difference, in addition to its output.
-struct RunEvidence {
-    const NodeFiles& nodeFiles;  ///< As they were when the run began.
-    std::size_t rejectedHeaders; ///< The number of errors: a finished run reports no others.
-    std::string outputDirectory;
-};
-
-/// A possible reason of a difference.
-struct Suspect {
-    std::string file; ///< Empty if it is not one file.
-    std::string text; ///< Begins with the name of the file.
-};
-
-struct Difference {
-    std::string size; ///< Empty if everything adds up.
-    std::vector<Suspect> suspects;
-};
-
-Difference findDifference(const OutputCheck& check, const RunEvidence& evidence);
-
-/// Returns the lines for people: first the size, then one line for every suspect. None if everything adds up.
-std::vector<std::string> describeDifference(const Difference& difference);
-
 /// Returns true if no space is left. A file system that does not count its blocks is never full.
 bool isOutOfSpace(const struct statvfs& fileSystem);
 
 /// Returns true if no inode is left for a new file. Some file systems do not count inodes and report 0 of 0.
 bool isOutOfInodes(const struct statvfs& fileSystem);
 
-/// Adds a line for everything that prevents new files in a directory now.
-void addObstacles(const std::string& directory, std::vector<std::string>& lines);
+/// Returns a sentence for everything that prevents new files in a directory now.
+std::vector<std::string> obstaclesIn(const std::string& directory);
 
 } // namespace vadelwatch

@@ -1,4 +1,4 @@
-#include "watch/check/output_check.hpp"
+#include "watch/check/output_difference.hpp"
 
 #include "watch/show/messages.hpp"
 
@@ -166,9 +166,7 @@ Difference findDifference(const OutputCheck& check, const RunEvidence& evidence)
                                groupedNumber(evidence.rejectedHeaders))});
     }
     addInputs(evidence.nodeFiles, details);
-    std::vector<std::string> obstacles;
-    addObstacles(evidence.outputDirectory, obstacles);
-    for (const std::string& obstacle : obstacles) {
+    for (const std::string& obstacle : obstaclesIn(evidence.outputDirectory)) {
         details.push_back({"", obstacle});
     }
     // Two numbers differ, and no reason was found.

@@ -1,5 +1,7 @@
 #include "watch/check/output_check.hpp"
 
+#include "watch/check/output_difference.hpp"
+
 #include "support/file_support.hpp"
 
 #include <gtest/gtest.h>

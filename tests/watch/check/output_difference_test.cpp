@@ -1,4 +1,4 @@
-#include "watch/check/output_check.hpp"
+#include "watch/check/output_difference.hpp"
 
 #include "support/file_support.hpp"
 #include "support/german_messages.hpp"
@@ -170,14 +170,14 @@ TEST(Obstacles, areMissingSpaceAndInodes) {
 
 TEST(Obstacles, nameDirectoryThatCannotBeWritten) {
     const TemporaryDirectory directory;
+    EXPECT_EQ(Lines{}, obstaclesIn(directory.path()));
     Lines lines;
-    addObstacles(directory.path(), lines);
-    EXPECT_EQ(Lines{}, lines);
     ASSERT_EQ(0, chmod(directory.path().c_str(), 0555));
     const uid_t user = geteuid();
     const auto addAsOrdinaryUser = [&directory, &lines, user] {
         ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // root may write anywhere
-        addObstacles(directory.path(), lines);
+        const Lines found = obstaclesIn(directory.path());
+        lines.insert(lines.end(), found.begin(), found.end());
         ASSERT_EQ(0, seteuid(user));
     };
     addAsOrdinaryUser();
@@ -191,10 +191,8 @@ TEST(Obstacles, nameDirectoryThatCannotBeWritten) {
 
 TEST(Obstacles, areOfDirectoriesOnly) {
     const TemporaryDirectory directory;
-    Lines lines;
-    addObstacles(directory.pathOf("none"), lines);
-    addObstacles(directory.write("file", ""), lines);
-    EXPECT_EQ(Lines{}, lines);
+    EXPECT_EQ(Lines{}, obstaclesIn(directory.pathOf("none")));
+    EXPECT_EQ(Lines{}, obstaclesIn(directory.write("file", "")));
 }
 
 } // namespace vadelwatch
