@@ -5,7 +5,6 @@
 
 #include "watch/check/node_files.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>

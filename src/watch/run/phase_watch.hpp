@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <utility>
 
 namespace vadelwatch {
 
