@@ -181,9 +181,7 @@ void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
         return error.find(output) != std::string::npos;
     });
     if (isNamed && isRemovable(watch)) {
-        std::string quoted = boost::algorithm::replace_all_copy(output, "'", "'\\''");
-        quoted.insert(quoted.begin(), '\'');
-        quoted.push_back('\'');
+        const std::string quoted = fmt::format("'{}'", boost::algorithm::replace_all_copy(output, "'", "'\\''"));
         writeErrors(watch,
                     {formatMessage("Vadelwatch: if {0} is no longer needed, remove it: rm -r -- {1}", output, quoted)});
     }

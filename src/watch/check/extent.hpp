@@ -2,6 +2,8 @@
 /// Positions of nodes and vertices, and the rectangles that contain them.
 #pragma once
 
+#include "boundary/boundary_set.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -11,10 +13,7 @@ namespace vadelwatch {
 /// Coordinates beyond this are not drawn, so that differences and products of drawn ones are always finite.
 constexpr double largestDrawable = 1e300;
 
-struct MapPosition {
-    double x = 0.0;
-    double y = 0.0;
-};
+using MapPosition = vadelclip::Point2D;
 
 /// A rectangle with its sides along the axes. Initially empty: it contains no position.
 struct MapExtent {

@@ -13,7 +13,9 @@ namespace vadelwatch {
 
 namespace {
 
-/// After `linesReadInFull` lines, each line whose number is a multiple of this is read in full.
+/// The positions of this many lines of each file are read, and then those of every 64th line and of unusual lines:
+/// reading all of them takes longer than a run that keeps no node.
+constexpr std::uint64_t linesReadInFull = 1000;
 constexpr std::uint64_t sampleInterval = 64;
 
 bool isDigit(char byte) {
@@ -62,7 +64,7 @@ public:
         line = withoutLineEnd(line);
         vadelclip::Point2D point{};
         if (vadelclip::readNodeLine(line, separator, point)) {
-            includePosition(figures.positions, {point.x, point.y});
+            includePosition(figures.positions, point);
         } else {
             figures.unparsable.add(number);
         }

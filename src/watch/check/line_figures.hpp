@@ -35,10 +35,6 @@ struct LineFigures {
     bool isSampled = false; ///< Not every position was read.
 };
 
-/// The positions of this many lines of each file are read, and then those of every 64th line and of unusual lines:
-/// reading all of them takes longer than a run that keeps no node.
-inline constexpr std::uint64_t linesReadInFull = 1000;
-
 /// Counts the lines of a regular file.
 ///
 /// @param counted receives the size of each block.

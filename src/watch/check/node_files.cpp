@@ -4,10 +4,13 @@
 #include "clip/node_file_header.hpp"
 #include "text/text_lines.hpp"
 
+#include <boost/algorithm/string/case_conv.hpp>
+
 #include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <locale>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -42,10 +45,8 @@ std::optional<PassedOver> whyNotNodeFile(const std::string& path) {
     return errorText.starts_with("ERROR: separator") ? PassedOver::separator : PassedOver::columns;
 }
 
-bool hasSuffixInCapitals(std::string path) {
-    std::transform(path.begin(), path.end(), path.begin(),
-                   [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; });
-    return vadelclip::hasNodeFileSuffix(path);
+bool hasSuffixInCapitals(const std::string& name) {
+    return vadelclip::hasNodeFileSuffix(boost::algorithm::to_lower_copy(name, std::locale::classic()));
 }
 
 void addEntry(const std::filesystem::path& path, NodeFiles& found) {

@@ -98,9 +98,8 @@ OutputCheck checkOutput(const std::string& outputDirectory, const std::function<
         }));
         check.nodeLines += check.files.back().nodeLines;
     }
-    std::sort(check.files.begin(), check.files.end(),
-              [](const OutputFile& left, const OutputFile& right) { return left.name < right.name; });
-    std::sort(check.directories.begin(), check.directories.end());
+    std::ranges::sort(check.files, {}, &OutputFile::name);
+    std::ranges::sort(check.directories);
     const fs::path nodeCountFile = fs::path(outputDirectory) / nodeCountName;
     if (!error) {
         // Fails if the directory can be listed, but not searched.

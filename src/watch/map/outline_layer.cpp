@@ -7,6 +7,9 @@ namespace vadelwatch {
 
 namespace {
 
+/// Anything smaller than this, in pixels, gets a circle around it.
+constexpr double minVisibleSize = 10.0;
+
 /// Circles around more polygons than this would hide the map.
 constexpr std::size_t maxMarkedOutlines = 30;
 

@@ -19,7 +19,7 @@ struct OutlineCounts {
     std::size_t all = 0;
     std::size_t beyond = 0;   ///< Partly or wholly outside the map.
     std::size_t tooShort = 0; ///< With fewer than three vertices.
-    std::size_t small = 0;    ///< In the map, but smaller than `minVisibleSize`.
+    std::size_t small = 0;    ///< In the map, but smaller than 10 pixels.
 };
 
 /// Clips a closed outline to a window.
@@ -27,9 +27,6 @@ struct OutlineCounts {
 /// @return lines of at least two positions each, all within the window, in the order of the outline. A single vertex in
 ///         the window is a line from itself to itself.
 MapOutlines clipOutline(const std::vector<MapPosition>& outline, const MapExtent& window);
-
-/// Anything smaller than this gets a circle around it.
-constexpr double minVisibleSize = 10.0;
 
 OutlineCounts countOutlines(const MapOutlines& outlines, const MapView& view);
 
@@ -40,7 +37,7 @@ double outlineWidthOf(const MapOutlines& outlines);
 /// of narrow polygons are thinner and fainter: two lines would cover a corridor.
 void drawOutlines(MapCanvas& canvas, const MapView& view, const MapOutlines& outlines, double lineWidth);
 
-/// Draws a labelled circle around an extent that is in the map, but smaller than `minVisibleSize`.
+/// Draws a labelled circle around an extent that is in the map, but smaller than 10 pixels.
 /// @return true if there is one.
 bool drawMarker(MapCanvas& canvas, const MapView& view, const MapExtent& extent, MapColour colour,
                 const std::string& label);

@@ -78,7 +78,7 @@ std::string visitFile(const std::string& inputPath, const std::string& outputPat
             ++counts.unreadable;
         }
         if (readable) {
-            MapNode node{{point.x, point.y}, kept};
+            MapNode node{point, kept};
             if (kept && readElevations) {
                 node.elevation = elevationOf(line, separator);
                 counts.withoutElevation += std::isnan(node.elevation) ? 1U : 0U;
