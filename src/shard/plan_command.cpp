@@ -1,3 +1,4 @@
+#include "process/run_directories.hpp"
 #include "shard/commands.hpp"
 #include "shard/input_scan.hpp"
 #include "shard/job.hpp"
@@ -6,7 +7,6 @@
 #include "shard/tool_run.hpp"
 
 #include <boost/filesystem/exception.hpp>
-#include <boost/filesystem/path.hpp>
 #include <fmt/format.h>
 
 #include <filesystem>
@@ -20,23 +20,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The paths of a job as the tool makes them from its arguments.
-struct JobPaths {
-    std::string parent;
-    std::string input;
-    std::string output; ///< Without separators at its end.
+/// The paths of a job as the tool makes them from its arguments. The output has no separators at its end.
+struct JobPaths : vadelclip::RunDirectories {
     std::string boundary;
 };
 
-/// Uses the library of the tool, in the same version: two ways to split a path would differ somewhere.
 JobPaths pathsOf(const std::vector<std::string>& toolArguments) {
-    const boost::filesystem::path inputPath(toolArguments[0]);
-    const boost::filesystem::path parent = inputPath.parent_path();
-    std::string output = (parent / toolArguments[1]).string();
-    while (output.size() > 1 && output.ends_with('/')) {
-        output.pop_back();
+    JobPaths paths{vadelclip::runDirectories(toolArguments[0], toolArguments[1]), toolArguments[2]};
+    while (paths.output.size() > 1 && paths.output.ends_with('/')) {
+        paths.output.pop_back();
     }
-    return {parent.string(), (parent / inputPath.filename()).string(), output, toolArguments[2]};
+    return paths;
 }
 
 /// Starts the tool, which refuses the job and prints why.

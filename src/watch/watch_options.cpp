@@ -9,7 +9,6 @@
 #include <CLI/CLI.hpp>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/trim.hpp>
-#include <boost/filesystem/path.hpp>
 
 namespace vadelwatch {
 
@@ -187,13 +186,6 @@ std::vector<std::string> toolArguments(const WatchOptions& options) {
         arguments.push_back("-lang=" + *language);
     }
     return arguments;
-}
-
-// Uses the library of the tool, in the same version: two ways to split a path would differ somewhere.
-RunDirectories runDirectories(const WatchOptions& options) {
-    const boost::filesystem::path inputPath(options.inputDirectoryPath);
-    const boost::filesystem::path parent = inputPath.parent_path();
-    return {(parent / inputPath.filename()).string(), (parent / options.outputDirectoryName).string()};
 }
 
 } // namespace vadelwatch

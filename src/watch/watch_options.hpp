@@ -41,17 +41,4 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv);
 /// Returns the arguments of the tool: three positional ones first, then the options.
 std::vector<std::string> toolArguments(const WatchOptions& options);
 
-/// Where a run reads and writes.
-struct RunDirectories {
-    std::string input;
-    std::string output;
-};
-
-/// Finds the directories as the tool does: splits the input path into parent and last component, and joins the last
-/// component and the output name to the parent.
-///
-/// A separator at the end of the input path makes "." its last component, so the output directory is then inside the
-/// input directory. An absolute output name is appended like any other.
-RunDirectories runDirectories(const WatchOptions& options);
-
 } // namespace vadelwatch

@@ -3,6 +3,7 @@
 /// because signals end the process again after the run.
 #pragma once
 
+#include "process/run_directories.hpp"
 #include "watch/check/node_files.hpp"
 #include "watch/run_summary.hpp"
 #include "watch/show/own_output.hpp"
@@ -19,12 +20,13 @@ namespace vadelwatch {
 struct WatchContext {
     /// The options must outlive it.
     explicit WatchContext(const WatchOptions& watchOptions)
-        : options(watchOptions), directories(runDirectories(watchOptions)),
+        : options(watchOptions),
+          directories(vadelclip::runDirectories(watchOptions.inputDirectoryPath, watchOptions.outputDirectoryName)),
           progressMode(watchOptions.quiet ? ProgressMode::none
                                           : progressModeFor(STDERR_FILENO, watchOptions.progress)) {}
 
     const WatchOptions& options;
-    RunDirectories directories;
+    vadelclip::RunDirectories directories;
     ProgressMode progressMode;
     bool barWasShown = false; ///< In a phase that has ended.
     OwnOutput output{STDOUT_FILENO};

@@ -1,5 +1,7 @@
 #include "watch/watch_options.hpp"
 
+#include "messages/companion_messages.hpp"
+#include "process/run_directories.hpp"
 #include "watch/exit_status.hpp"
 
 #include "support/german_messages.hpp"
@@ -231,10 +233,7 @@ TEST(RunDirectories, areThoseOfTheTool) {
              Case{"Höhe 1/ä", "Ziel 2", "Höhe 1/ä", "Höhe 1/Ziel 2"},
              Case{"", "", "", ""},
          }) {
-        WatchOptions options;
-        options.inputDirectoryPath = each.inputPath;
-        options.outputDirectoryName = each.outputName;
-        const RunDirectories directories = runDirectories(options);
+        const vadelclip::RunDirectories directories = vadelclip::runDirectories(each.inputPath, each.outputName);
         EXPECT_EQ(each.input, directories.input) << each.inputPath << " and " << each.outputName;
         EXPECT_EQ(each.output, directories.output) << each.inputPath << " and " << each.outputName;
     }
