@@ -2,12 +2,9 @@
 
 #include "clip/node_file_header.hpp"
 #include "clip/node_line.hpp"
-#include "text/text_lines.hpp"
 #include "text/text_mode.hpp"
 
 #include <algorithm>
-#include <array>
-#include <unistd.h>
 
 namespace vadelwatch {
 
@@ -105,23 +102,16 @@ void FoundLines::add(std::uint64_t lineNumber) {
     ++count;
 }
 
-std::optional<LineCount> countLines(const std::string& path, const std::function<void(std::size_t bytes)>& counted) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor == -1) {
-        return std::nullopt;
+std::optional<LineCount> countLines(const std::string& path, const std::function<void(std::uint64_t bytes)>& counted) {
+    NodeLineReader reader(path);
+    std::uint64_t bytes = 0;
+    for (std::string_view line; reader.next(line);) {
+        if (reader.count().bytes != bytes) {
+            counted(reader.count().bytes - bytes);
+            bytes = reader.count().bytes;
+        }
     }
-    LineCount count;
-    std::array<char, 65536> block;
-    ssize_t received = 0;
-    while ((received = TEMP_FAILURE_RETRY(read(descriptor, block.data(), block.size()))) > 0) {
-        const auto size = static_cast<std::size_t>(received);
-        count.bytes += size;
-        count.lineFeeds += vadelclip::countLineFeeds(block.data(), size);
-        count.endsInLineFeed = block[size - 1] == '\n';
-        counted(size);
-    }
-    close(descriptor);
-    return received == 0 ? std::optional(count) : std::nullopt;
+    return reader.hasFailed() ? std::nullopt : std::optional(reader.count());
 }
 
 bool isPlainLine(std::string_view line, char separator) {

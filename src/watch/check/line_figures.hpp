@@ -6,7 +6,6 @@
 #include "watch/check/node_line_reader.hpp"
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -40,7 +39,7 @@ struct LineFigures {
 /// @param counted receives the size of each block.
 /// @return nothing if the file cannot be read or is not a regular file.
 std::optional<LineCount> countLines(
-    const std::string& path, const std::function<void(std::size_t bytes)>& counted = [](std::size_t) {});
+    const std::string& path, const std::function<void(std::uint64_t bytes)>& counted = [](std::uint64_t) {});
 
 /// Reads a node file once.
 ///

@@ -12,8 +12,7 @@ namespace {
 
 constexpr std::size_t blockSize = std::size_t{1} << 18U;
 
-} // namespace
-
+/// @return the descriptor; -1 for a file that cannot be opened or is not regular.
 int openRegularFile(const std::string& path) {
     struct stat status {};
     // Checked before the file is opened, because opening a device may have an effect.
@@ -27,6 +26,8 @@ int openRegularFile(const std::string& path) {
     }
     return descriptor;
 }
+
+} // namespace
 
 // Not a vector, which would write zeros to the whole buffer for each small file.
 NodeLineReader::NodeLineReader(const std::string& path)

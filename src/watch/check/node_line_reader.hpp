@@ -20,13 +20,8 @@ struct LineCount {
     std::uint64_t nodeLines() const { return lineFeeds == 0 ? 0 : lineFeeds - 1; }
 };
 
-/// Opens a regular file for reading. Never waits, and opens no other kind of file: reading a FIFO would take its bytes
-/// from the tool, and reading a device might never end.
-///
-/// @return the descriptor, closed on exec; -1 for anything else.
-int openRegularFile(const std::string& path);
-
-/// Reads the lines of a regular file. A file that cannot be read has none.
+/// Reads the lines of a regular file. Opens no other kind of file and never waits: reading a FIFO would take its bytes from
+/// the tool, and reading a device might never end. A file that cannot be read has no lines.
 class NodeLineReader {
 public:
     /// Longer lines are truncated, so memory stays bounded even in a file without a line feed.

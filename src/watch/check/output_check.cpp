@@ -28,7 +28,7 @@ OutputCondition conditionOf(const LineCount& count) {
     return count.nodeLines() == 0 ? OutputCondition::withoutNode : OutputCondition::whole;
 }
 
-OutputFile checkFile(const fs::path& path, const std::function<void(std::size_t bytes)>& counted) {
+OutputFile checkFile(const fs::path& path, const std::function<void(std::uint64_t bytes)>& counted) {
     OutputFile file{path.filename().string(), 0, OutputCondition::whole};
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
@@ -92,7 +92,7 @@ OutputCheck checkOutput(const std::string& outputDirectory, const std::function<
     }
     double bytes = 0.0;
     for (const fs::path& path : paths) {
-        check.files.push_back(checkFile(path, [&](std::size_t size) {
+        check.files.push_back(checkFile(path, [&](std::uint64_t size) {
             bytes += static_cast<double>(size);
             showPercent(100.0 * std::min(1.0, bytes / allBytes));
         }));

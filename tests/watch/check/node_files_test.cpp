@@ -195,7 +195,6 @@ TEST(CountLines, opensOnlyRegularFiles) {
     EXPECT_FALSE(countLines("/dev/zero"));
     EXPECT_FALSE(countLines(directory.path()));
     EXPECT_FALSE(countLines(directory.pathOf("none")));
-    EXPECT_EQ(-1, openRegularFile(fifo));
 }
 
 TEST(CountLines, fileThatCannotBeOpenedHasNone) {
@@ -206,10 +205,8 @@ TEST(CountLines, fileThatCannotBeOpenedHasNone) {
     // Root may open every file, so the limit on open files prevents it.
     const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
     ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
-    const int descriptor = openRegularFile(path);
     const auto count = countLines(path);
     ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &before));
-    EXPECT_EQ(-1, descriptor);
     EXPECT_FALSE(count);
     EXPECT_EQ(1U, countLines(path)->nodeLines());
 }
