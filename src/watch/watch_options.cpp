@@ -1,9 +1,7 @@
 #include "watch/watch_options.hpp"
 
 #include "messages/companion_messages.hpp"
-#ifdef VADELWATCH_MAP
 #include "watch/map/picture_file.hpp"
-#endif
 #include "watch/show/messages.hpp"
 
 #include <CLI/CLI.hpp>
@@ -171,9 +169,7 @@ CommandLineOutcome readCommandLine(int argc, const char* const* argv) {
 
     CommandLineOutcome outcome;
     if (vadelclip::parseCommandLine(app, argc, argv, outcome)) {
-#ifdef VADELWATCH_MAP
         options.worldFilePath = worldFileOf(options.mapPath);
-#endif
         outcome.options = options;
     }
     return outcome;

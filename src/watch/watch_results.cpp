@@ -68,13 +68,13 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
     }
 }
 
-#ifdef VADELWATCH_MAP
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     const std::string& map = watch.options.mapPath;
     if (map.empty()) {
         summary.whyNoMap = translateMessage("not asked for");
         return;
     }
+#ifdef VADELWATCH_MAP
     if (!summary.finished) {
         summary.whyNoMap = translateMessage("the run did not finish");
         std::error_code error;
@@ -110,12 +110,8 @@ void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     if (!problem.empty()) {
         reportFailure(watch, summary, "Vadelwatch: " + problem);
     }
-}
-#else
-void drawWantedMap(WatchContext&, RunSummary& summary) {
-    summary.whyNoMap = translateMessage("not asked for");
-}
 #endif
+}
 
 void printSummary(WatchContext& watch, RunSummary& summary) {
     if (watch.options.json) {
