@@ -1,5 +1,5 @@
 /// \file
-/// The summary of a run, for people and as JSON.
+/// The summary of a run, and its text for people.
 #pragma once
 
 #include "watch/check/input_report.hpp"
@@ -29,6 +29,9 @@ struct RunSummary {
     std::string whyNoMap;          ///< Empty if the map was drawn.
     InputReport input;
     WatchOptions options;
+
+    /// Returns nothing if the number of nodes read is 0 or one of the numbers is unknown. Only for a checked run.
+    std::optional<double> percentKept() const;
 };
 
 /// Returns lines for people, each with its line feed. Only for a run whose output is checked.
@@ -37,9 +40,5 @@ struct RunSummary {
 ///                between words. A path is never wrapped.
 /// @param colour  the verdict of the check is green or red.
 std::string summaryText(const RunSummary& summary, std::size_t columns, bool colour = false);
-
-/// Returns one JSON object and a line feed. Unknown values are null, and so are most values of a run whose
-/// output is not checked.
-std::string summaryJson(const RunSummary& summary);
 
 } // namespace vadelwatch

@@ -6,6 +6,7 @@
 #include "watch/map/picture_file.hpp"
 #endif
 #include "watch/run/phase_watch.hpp"
+#include "watch/run_summary_json.hpp"
 #include "watch/show/messages.hpp"
 #include "watch/show/progress_display.hpp"
 

@@ -1,5 +1,6 @@
 #include "watch/run_summary.hpp"
 
+#include "watch/run_summary_json.hpp"
 #include "watch/show/messages.hpp"
 
 #include "support/german_messages.hpp"

@@ -3,7 +3,6 @@
 #include "watch/check/outlines.hpp"
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace vadelwatch {
@@ -83,26 +82,6 @@ InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, co
         report.nothingKept = nothing;
     }
     return report;
-}
-
-const char* nameOf(PassedOver reason) {
-    constexpr std::array names{"suffix",
-                               "capitals in the suffix",
-                               "directory",
-                               "unreadable",
-                               "empty first line",
-                               "first line without end",
-                               "header: first character",
-                               "header: separator",
-                               "header: columns"};
-    return names.at(static_cast<std::size_t>(reason));
-}
-
-const char* nameOf(NothingKeptReason reason) {
-    constexpr std::array names{
-        "no polygon", "fewer than three points", "no position", "x and y exchanged", "no overlap", "outside",
-        "unknown"};
-    return names.at(static_cast<std::size_t>(reason));
 }
 
 } // namespace vadelwatch

@@ -47,10 +47,6 @@ InputReport reportEntries(const NodeFiles& nodeFiles);
 /// no output.
 InputReport reportInput(const NodeFiles& nodeFiles, const OutputCheck& check, const std::string& boundaryFile);
 
-/// Returns a short English name of the reason, for JSON.
-const char* nameOf(PassedOver reason);
-const char* nameOf(NothingKeptReason reason);
-
 /// Returns one sentence for each finding that a reader should know. A warning about a run that kept nothing is first.
 std::vector<std::string> inputSentences(const InputReport& report);
 

@@ -125,7 +125,7 @@ TEST_F(Report, reasonIsUnknownIfNotEveryFileIsRead) {
     ASSERT_EQ(0, mkfifo(directory.pathOf("in/p.xyz").c_str(), 0600));
     const InputReport found = report(square(0, 0));
     ASSERT_TRUE(found.nothingKept);
-    EXPECT_STREQ("unknown", nameOf(found.nothingKept->reason));
+    EXPECT_EQ(NothingKeptReason::unknown, found.nothingKept->reason);
     EXPECT_EQ((std::vector<std::string>{"Warning: no node was kept. The reason is unknown, because Vadelwatch did not "
                                         "read every node file.",
                                         "Boundary: x from 0 to 10, y from 0 to 10"}),
