@@ -64,15 +64,15 @@ void addEntry(const std::filesystem::path& path, NodeFiles& found) {
     } else if (const std::optional<PassedOver> reason = whyNotNodeFile(path.string())) {
         found.passedOver.push_back({name, *reason});
     } else {
-        found.files.push_back({name, path.string(), stateOf(status), {}});
+        found.files.push_back({name, path.string(), vadelclip::stateOf(status), {}});
     }
 }
 
 } // namespace
 
-std::optional<FileState> fileState(const std::string& path) {
+std::optional<vadelclip::FileState> fileState(const std::string& path) {
     struct stat status {};
-    return stat(path.c_str(), &status) == 0 ? std::optional(stateOf(status)) : std::nullopt;
+    return stat(path.c_str(), &status) == 0 ? std::optional(vadelclip::stateOf(status)) : std::nullopt;
 }
 
 NodeFiles findNodeFiles(const std::string& directory) {

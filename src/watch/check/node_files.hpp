@@ -14,17 +14,14 @@
 
 namespace vadelwatch {
 
-using vadelclip::FileState;
-using vadelclip::stateOf;
-
 /// Returns nothing if `stat` fails.
-std::optional<FileState> fileState(const std::string& path);
+std::optional<vadelclip::FileState> fileState(const std::string& path);
 
 struct NodeFile {
     std::string name; ///< Without its directory.
     std::string path;
-    FileState state;     ///< When it was found.
-    LineFigures figures; ///< Once `readNodeFiles` has read the file.
+    vadelclip::FileState state; ///< When it was found.
+    LineFigures figures;        ///< Once `readNodeFiles` has read the file.
 };
 
 /// Why the tool passes over an entry of the input directory.
