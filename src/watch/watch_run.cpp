@@ -177,9 +177,8 @@ bool isRemovable(const WatchContext& watch) {
 /// If the tool refused an output directory that existed, prints the command that removes it.
 void hintAtOldOutput(WatchContext& watch, const RunRecord& record) {
     const std::string& output = watch.directories.output;
-    const bool isNamed = std::any_of(record.errors.begin(), record.errors.end(), [&output](const std::string& error) {
-        return error.find(output) != std::string::npos;
-    });
+    const bool isNamed = std::ranges::any_of(
+        record.errors, [&output](const std::string& error) { return error.find(output) != std::string::npos; });
     if (isNamed && isRemovable(watch)) {
         const std::string quoted = fmt::format("'{}'", boost::algorithm::replace_all_copy(output, "'", "'\\''"));
         writeErrors(watch,

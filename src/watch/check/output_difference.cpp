@@ -81,9 +81,7 @@ void addInputs(const NodeFiles& nodeFiles, std::vector<Suspect>& suspects) {
             suspects.push_back({file.name, formatMessage("{0}: the node file was changed during the run", file.name)});
         }
     }
-    const bool overwritten = std::any_of(nodeFiles.files.begin(), nodeFiles.files.end(),
-                                         [](const NodeFile& file) { return file.name == nodeCountName; });
-    if (overwritten) {
+    if (std::ranges::count(nodeFiles.files, nodeCountName, &NodeFile::name) > 0) {
         suspects.push_back(
             {nodeCountName, translateMessage("total_node_count.txt: also the name of a node file; the count "
                                              "includes its nodes and has replaced its output")});

@@ -68,8 +68,7 @@ bool isInputOfRun(const std::string& path, const std::string& inputDirectory, co
 
 bool isSameFile(const std::string& first, const std::string& second) {
     std::error_code error;
-    const bool sameNow = fs::equivalent(first, second, error);
-    return sameNow || comparable(first) == comparable(second);
+    return fs::equivalent(first, second, error) || comparable(first) == comparable(second);
 }
 
 bool isWithin(const std::string& path, const std::string& directory) {

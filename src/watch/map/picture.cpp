@@ -148,9 +148,10 @@ std::string worldFileText(const MapView& view) {
 
 void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& view, const MapContent& content,
                  const MapRaster& raster) {
-    const MapDensity density = measureDensity(raster);
-    const MapElevations elevations = measureElevations(raster);
+    const MapTones density = measureDensity(raster);
+    const MapTones elevations = measureElevations(raster);
     const bool showsElevation = !elevations.tones.empty();
+    const MapTones& shown = showsElevation ? elevations : density;
     const NodeShades shades = showsElevation ? NodeShades(density, elevations) : NodeShades(density);
     drawTitle(canvas, view, titleOf(request));
     drawGrid(canvas, view);
@@ -164,9 +165,8 @@ void drawPicture(MapCanvas& canvas, const MapRequest& request, const MapView& vi
     const bool hasMarkers = drawMarkers(canvas, view, content, outlines);
     drawAxes(canvas, view);
     drawLegend(canvas, view,
-               {content.counts, raster.outside, outlines, density.uneven, hasMarkers, showsElevation,
-                showsElevation ? elevations.low : density.low, showsElevation ? elevations.high : density.high,
-                outlineWidth});
+               {content.counts, raster.outside, outlines, density.uneven, hasMarkers, showsElevation, shown.low,
+                shown.high, outlineWidth});
     if (!request.warning.empty()) {
         drawWarning(canvas, view, request.warning);
     }

@@ -117,12 +117,11 @@ double nodeSpacing(const MapRaster& raster) {
     return occupied > 0.0 ? std::sqrt(blocks * blockSide * blockSide / occupied) : 0.0;
 }
 
-MapDensity measureDensity(const MapRaster& raster) {
-    MapDensity density;
+MapTones measureDensity(const MapRaster& raster) {
+    MapTones density;
     density.tones = averageCounts(raster);
     std::vector<float> sample;
-    std::copy_if(density.tones.begin(), density.tones.end(), std::back_inserter(sample),
-                 [](float average) { return average > 0.0F; });
+    std::ranges::copy_if(density.tones, std::back_inserter(sample), [](float average) { return average > 0.0F; });
     if (sample.empty()) {
         return density;
     }
@@ -137,8 +136,8 @@ MapDensity measureDensity(const MapRaster& raster) {
     return density;
 }
 
-MapElevations measureElevations(const MapRaster& raster) {
-    MapElevations elevations;
+MapTones measureElevations(const MapRaster& raster) {
+    MapTones elevations;
     std::vector<float> sample;
     for (const CellElevation& cell : raster.elevations) {
         if (cell.nodes > 0) {

@@ -51,30 +51,25 @@ std::size_t occupiedCells(const MapRaster& raster);
 /// raster that has nodes nearby. Nodes in the same cell make no difference. Returns 0 if there are no nodes.
 double nodeSpacing(const MapRaster& raster);
 
-struct MapDensity {
+/// How cells are coloured by a value: nodes per cell, or elevation.
+struct MapTones {
+    /// One for each cell, from 0 to 1.
+    std::vector<float> tones;
+    /// The values at tones 0 and 1.
+    float low = 0.0F;
+    float high = 0.0F;
     /// False if nodes are sparse or evenly spread. All tones are the same then.
     bool uneven = false;
-    /// One for each cell, from 0 (light) to 1 (dark). 0 for a cell without nodes.
-    std::vector<float> tones;
-    /// Nodes per cell at tones 0 and 1.
-    float low = 0.0F;
-    float high = 0.0F;
 };
 
-/// Averages the counts over small squares, because a regular grid of nodes and the grid of pixels make a moiré
-/// pattern. Then spreads their logarithms from the 2nd to the 98th percentile over all tones.
-MapDensity measureDensity(const MapRaster& raster);
+/// Returns dark tones for many nodes per cell, and 0 for a cell without nodes. Averages the counts over small squares,
+/// because a regular grid of nodes and the grid of pixels make a moiré pattern. Then spreads their logarithms from the
+/// 2nd to the 98th percentile over all tones.
+MapTones measureDensity(const MapRaster& raster);
 
-/// How kept nodes are coloured by their elevation.
-struct MapElevations {
-    /// One for each cell, from 0 to 1; -1 for a cell without elevation. Empty if there is no elevation at all.
-    std::vector<float> tones;
-    /// Elevations at tones 0 and 1: the 2nd and the 98th percentile of the cells, without those more than three times the
-    /// interquartile range beyond the quartiles, so that wrong values do not take all colours.
-    float low = 0.0F;
-    float high = 0.0F;
-};
-
-MapElevations measureElevations(const MapRaster& raster);
+/// Returns the tones of kept nodes by their elevation, -1 for a cell without elevation, and no tones if there is no
+/// elevation at all. Spreads the elevations from the 2nd to the 98th percentile over all tones, without those more than
+/// three times the interquartile range beyond the quartiles, so that wrong values do not take all colours.
+MapTones measureElevations(const MapRaster& raster);
 
 } // namespace vadelwatch

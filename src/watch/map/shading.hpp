@@ -20,8 +20,8 @@ using ColourOfTone = MapColour (*)(float);
 
 /// The tones of nodes, one for each cell of the raster. Refers to a density or elevations that must outlive it.
 struct NodeShades {
-    explicit NodeShades(const MapDensity& density) : dropped(density.tones), kept(density.tones) {}
-    NodeShades(const MapDensity& density, const MapElevations& elevations)
+    explicit NodeShades(const MapTones& density) : dropped(density.tones), kept(density.tones) {}
+    NodeShades(const MapTones& density, const MapTones& elevations)
         : dropped(density.tones), kept(elevations.tones), colourOfKept(elevationColour) {}
 
     std::span<const float> dropped;

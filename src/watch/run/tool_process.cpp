@@ -97,10 +97,7 @@ std::optional<ToolEnd> ToolProcess::pollEnd() {
         return std::nullopt;
     }
     pid = -1;
-    if (WIFSIGNALED(status)) {
-        return ToolEnd{0, WTERMSIG(status)};
-    }
-    return ToolEnd{WEXITSTATUS(status), 0};
+    return WIFSIGNALED(status) ? ToolEnd{0, WTERMSIG(status)} : ToolEnd{WEXITSTATUS(status), 0};
 }
 
 } // namespace vadelwatch

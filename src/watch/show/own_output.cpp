@@ -13,11 +13,6 @@ namespace vadelwatch {
 
 namespace {
 
-void waitUntilWritable(int descriptor) {
-    pollfd state{descriptor, POLLOUT, 0};
-    poll(&state, 1, -1);
-}
-
 /// @return 0, or the errno of the write that failed.
 int writeWhole(int descriptor, std::string_view text) {
     while (!text.empty()) {
@@ -25,7 +20,8 @@ int writeWhole(int descriptor, std::string_view text) {
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno == EAGAIN) {
-            waitUntilWritable(descriptor);
+            pollfd writable{descriptor, POLLOUT, 0};
+            poll(&writable, 1, -1);
         } else if (errno != EINTR) {
             return errno;
         }

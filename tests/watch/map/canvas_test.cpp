@@ -28,7 +28,7 @@ std::string discsOf(const std::vector<float>& tones) {
         countNode(raster, {static_cast<double>(i) + 0.5, 0.5}, true);
     }
     MapCanvas canvas(PictureFormat::svg, 100, 100);
-    MapDensity density;
+    MapTones density;
     density.tones = tones;
     drawDiscs(canvas, raster, NodeShades(density), 1.0, {0.0, 0.0});
     return canvas.finish();

@@ -84,7 +84,7 @@ TEST(MapRaster, spacingMatchesEvenSpread) {
 
 TEST(MapDensity, evenNodesHaveOneTone) {
     const MapRaster raster = gridRaster(20, 4);
-    const MapDensity density = measureDensity(raster);
+    const MapTones density = measureDensity(raster);
     EXPECT_FALSE(density.uneven);
     for (std::size_t i = 0; i < raster.cells.size(); ++i) {
         EXPECT_EQ(raster.cells[i].nodes > 0 ? 0.5F : 0.0F, density.tones[i]) << i;
@@ -109,7 +109,7 @@ TEST(MapDensity, tonesFollowLogarithmOfCount) {
         const int column = i % 300;
         raster.cells[static_cast<std::size_t>(i)].nodes = column < 100 ? 1U : (column < 200 ? 10U : 100U);
     }
-    const MapDensity density = measureDensity(raster);
+    const MapTones density = measureDensity(raster);
     EXPECT_TRUE(density.uneven);
     EXPECT_NEAR(0.0, density.tones[50], 1e-6);
     EXPECT_NEAR(0.5, density.tones[150], 1e-6);
@@ -197,7 +197,7 @@ TEST(MapElevation, tonesFollowMeanElevationOfCells) {
     countNode(raster, {1.5, 0.5}, true, 200.0F);
     countNode(raster, {2.5, 0.5}, true, 300.0F);
     countNode(raster, {3.5, 0.5}, true);
-    const MapElevations elevations = measureElevations(raster);
+    const MapTones elevations = measureElevations(raster);
     // The 98th percentile of three cells is the second one.
     EXPECT_EQ(100.0F, elevations.low);
     EXPECT_EQ(150.0F, elevations.high);
@@ -231,8 +231,8 @@ TEST(MapShading, elevationHasColoursOfViridis) {
     countNode(raster, {0.5, 0.5}, true, 1.0F);
     countNode(raster, {1.5, 0.5}, true, 2.0F);
     countNode(raster, {2.5, 0.5}, true);
-    const MapDensity density = measureDensity(raster);
-    MapElevations elevations = measureElevations(raster);
+    const MapTones density = measureDensity(raster);
+    MapTones elevations = measureElevations(raster);
     elevations.tones[1] = 1.0F;
     const PixelImage image = shadeNodes(raster, {density, elevations}, 0.5);
     EXPECT_EQ((std::vector<std::uint32_t>{0xFF21908DU, 0xFFFDE725U, 0xFF3C3C3CU}), image.pixels);
@@ -243,7 +243,7 @@ TEST(MapRaster, elevationsIgnoreMarksOfMissingData) {
     for (int i = 0; i < 100; ++i) {
         countNode(raster, {i + 0.5, 0.5}, true, i % 10 == 0 ? -9999.0F : static_cast<float>(i));
     }
-    const MapElevations elevations = measureElevations(raster);
+    const MapTones elevations = measureElevations(raster);
     EXPECT_EQ(2.0F, elevations.low);
     EXPECT_EQ(97.0F, elevations.high);
     EXPECT_EQ(0.0F, elevations.tones.at(50));
