@@ -18,7 +18,6 @@
 #include <filesystem>
 #include <limits>
 #include <system_error>
-#include <unistd.h>
 
 namespace vadelwatch {
 
@@ -69,6 +68,7 @@ void closeLog(WatchContext& watch, RunSummary& summary) {
     }
 }
 
+// cppcheck-suppress constParameter ; changed only in a build with the map
 void drawWantedMap(WatchContext& watch, RunSummary& summary) {
     const std::string& map = watch.options.mapPath;
     if (map.empty()) {
