@@ -1,5 +1,7 @@
 #include "gdal/boundary_writer.hpp"
 
+#include "gdal/file_target.hpp"
+
 #include <cpl_error.h>
 #include <cpl_multiproc.h>
 
@@ -32,8 +34,11 @@ bool isInArchive(const std::string& path) {
 } // namespace
 
 BoundaryWriter::BoundaryWriter(const std::string& path_)
-    : path(path_), temporaryPath(path_),
+    : path(path_), target(findTarget(path_)), temporaryPath(target),
       buffer("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VADELSIM>\n <VadeDGM>\n  <group type=\"boundaries\">\n") {
+    if (target.empty()) {
+        return;
+    }
     if (!isStream()) {
         temporaryPath.append(".").append(std::to_string(CPLGetCurrentProcessID())).append(".tmp");
     }
@@ -91,7 +96,7 @@ bool BoundaryWriter::finish() {
     if (file == nullptr) {
         return false;
     }
-    if (!close() || (!isStream() && VSIRename(temporaryPath.c_str(), path.c_str()) != 0)) {
+    if (!close() || (!isStream() && VSIRename(temporaryPath.c_str(), target.c_str()) != 0)) {
         reportUnwritable(path);
         VSIUnlink(temporaryPath.c_str());
         return false;

@@ -36,6 +36,7 @@ private:
     bool isStream() const;
 
     std::string path;
+    std::string target;
     std::string temporaryPath;
     std::string buffer;
     VSILFILE* file = nullptr;

@@ -1,5 +1,6 @@
 // The GDAL driver VadeDGM, a plugin. GDAL finds `RegisterOGRVadeDGM` by the name of the library, ogr_VadeDGM.so.
 #include "gdal/boundary_dataset.hpp"
+#include "gdal/file_target.hpp"
 
 #include <algorithm>
 #include <exception>
@@ -71,6 +72,13 @@ GDALDataset* create(const char* path, int, int, int, GDALDataType, char**) {
     return dataset.release();
 }
 
+/// GDAL calls this before it creates a file anew. Otherwise it would open the old file to find out what to delete, and report
+/// an error if that is damaged. A symbolic link is kept, because the new file is written where it leads.
+CPLErr remove(const char* path) {
+    const std::string target = findTarget(path);
+    return !target.empty() && VSIUnlink(target.c_str()) == 0 ? CE_None : CE_Failure;
+}
+
 constexpr const char* layerOptions = R"(<LayerCreationOptionList>
   <Option name="ID_FIELD" type="string" default="id" description="Field with the id of each polygon"/>
   <Option name="TWO_POINT_LINES" type="boolean" default="NO"
@@ -95,6 +103,7 @@ std::unique_ptr<GDALDriver> makeDriver() {
     driver->pfnIdentify = identify;
     driver->pfnOpen = open;
     driver->pfnCreate = create;
+    driver->pfnDelete = remove;
     return driver;
 }
 
