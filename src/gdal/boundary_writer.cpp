@@ -6,6 +6,8 @@
 #include <cpl_multiproc.h>
 
 #include <array>
+#include <atomic>
+#include <cerrno>
 #include <charconv>
 #include <cstddef>
 
@@ -39,12 +41,9 @@ BoundaryWriter::BoundaryWriter(const std::string& path_)
     if (target.empty()) {
         return;
     }
-    if (!isStream()) {
-        temporaryPath.append(".").append(std::to_string(CPLGetCurrentProcessID())).append(".tmp");
-    }
     // A file in an archive can be neither renamed nor removed.
     if (!isInArchive(path)) {
-        file = VSIFOpenL(temporaryPath.c_str(), "wb");
+        open();
     }
     if (file == nullptr) {
         reportUnwritable(path);
@@ -57,6 +56,22 @@ BoundaryWriter::~BoundaryWriter() {
 
 bool BoundaryWriter::isStream() const {
     return path.rfind("/vsistdout", 0) == 0;
+}
+
+void BoundaryWriter::open() {
+    if (isStream()) {
+        file = VSIFOpenL(path.c_str(), "wb");
+        return;
+    }
+    // Several data sets of one process may have the same target.
+    static std::atomic<unsigned> number = 0;
+    const std::string start = target + "." + std::to_string(CPLGetCurrentProcessID()) + ".";
+    do {
+        temporaryPath = start + std::to_string(++number) + ".tmp";
+        errno = 0;
+        // With "x" an existing file or link is an error: a killed process may have left it, or someone may have planted it.
+        file = VSIFOpenL(temporaryPath.c_str(), "wbx");
+    } while (file == nullptr && errno == EEXIST);
 }
 
 void BoundaryWriter::writePolygon(std::int32_t id, const Ring& ring) {

@@ -31,6 +31,7 @@ public:
     void discard();
 
 private:
+    void open();
     void flush();
     bool close();
     bool isStream() const;

@@ -3,7 +3,7 @@ import os
 import stat
 import unittest
 
-from gdal_files import SQUARE, GdalTest, boundary, gdal, polygonsOf
+from gdal_files import SQUARE, GdalTest, boundary, gdal, ogr, polygonsOf
 
 TRIANGLE = "POLYGON ((0 0,1 0,0 1,0 0))"
 TRIANGLE_POINTS = [(0.0, 0.0), (1.0, 0.0), (0.0, 1.0)]
@@ -60,6 +60,54 @@ class TargetTest(GdalTest):
         self.assertEqual(gdal.CE_None, gdal.GetDriverByName("VadeDGM").Delete(self.path("area.xml")))
         self.assertEqual(["source.csv"], os.listdir(self.directory))
         self.assertEqual([], self.errors)
+
+    def begin(self, path, count):
+        """Returns a data set that is not closed yet, with this number of triangles."""
+        dataset = gdal.GetDriverByName("VadeDGM").Create(path, 0, 0, 0, gdal.GDT_Unknown)
+        layer = dataset.CreateLayer("areas")
+        for _ in range(count):
+            feature = ogr.Feature(layer.GetLayerDefn())
+            feature.SetGeometry(ogr.CreateGeometryFromWkt(TRIANGLE))
+            layer.CreateFeature(feature)
+        return dataset
+
+    def test_keepsTheLastOfTwoDataSetsWhole(self):
+        for path, read in ((self.path("area.xml"), polygonsOf), ("/vsimem/area.xml", self.features)):
+            # More than one buffer each, so that both are partly on disk at the same time.
+            first = self.begin(path, 2000)
+            second = self.begin(path, 1500)
+            del first
+            self.assertEqual(2000, len(read(path)))
+            del second
+            self.assertEqual(1500, len(read(path)))
+            self.assertEqual([], self.errors)
+        self.assertEqual(["area.xml", "source.csv"], sorted(os.listdir(self.directory)))
+
+    def test_neverFollowsALinkWithItsTemporaryName(self):
+        victim = self.give("victim", "precious")
+        dataset = self.begin(self.path("area.xml"), 1)
+        [temporary] = set(os.listdir(self.directory)) - {"victim", "source.csv"}
+        del dataset
+        os.remove(self.path("area.xml"))
+        # The next name of this process can be guessed.
+        start, number, end = temporary.rsplit(".", 2)
+        planted = f"{start}.{int(number) + 1}.{end}"
+        os.symlink(victim, self.path(planted))
+        dataset = self.begin(self.path("area.xml"), 1)
+        del dataset
+        self.assertEqual("precious", self.read("victim"))
+        self.assertEqual(1, len(polygonsOf(self.path("area.xml"))))
+        self.assertEqual(["area.xml", planted, "source.csv", "victim"], sorted(os.listdir(self.directory)))
+
+    def test_writesWhereTheNameWasWhenItBegan(self):
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.directory)
+        dataset = self.begin("area.xml", 1)
+        os.mkdir("elsewhere")
+        os.chdir("elsewhere")
+        del dataset
+        self.assertEqual(1, len(polygonsOf(self.path("area.xml"))))
+        self.assertEqual([], os.listdir("."))
 
 
 if __name__ == "__main__":

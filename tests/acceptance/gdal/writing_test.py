@@ -1,6 +1,7 @@
 """The driver as a writer: the bytes of the file, what is refused, and that no half file is left."""
 import math
 import os
+import resource
 import unittest
 
 from gdal_files import EXAMPLE_FILES, GdalTest, gdal, ogr, polygonsOf
@@ -129,9 +130,13 @@ class WritingTest(GdalTest):
         self.assertEqual([f"Cannot write the boundary file {path}"], self.texts())
 
     def test_reportsAFullDisk(self):
-        # The temporary file of this process is a link to a device that is always full.
-        os.symlink("/dev/full", self.path(f"area.xml.{os.getpid()}.tmp"))
-        self.write("area.xml", ({}, TRIANGLE))
+        # The limit of the size of files fails like a full disk.
+        limits = resource.getrlimit(resource.RLIMIT_FSIZE)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (100, limits[1]))
+        try:
+            self.write("area.xml", ({}, TRIANGLE))
+        finally:
+            resource.setrlimit(resource.RLIMIT_FSIZE, limits)
         self.assertEqual([f"Cannot write the boundary file {self.path('area.xml')}"], self.texts())
         self.assertEqual([], os.listdir(self.directory))
 
