@@ -29,9 +29,15 @@ bool isInDegrees(const OGRSpatialReference* reference) {
 } // namespace
 
 WrittenDataset::~WrittenDataset() {
-    if (layer && !secondLayerRefused && !layer->hasFailed()) {
-        writer.finish();
+    if (!layer) {
+        return;
     }
+    if (secondLayerRefused || layer->hasFailed() || !writer.isGood()) {
+        // Reported again, because ogr2ogr -skipfailures ignores all errors but those at the end.
+        CPLError(CE_Failure, CPLE_AppDefined, "The boundary file %s is not written", GetDescription());
+        return;
+    }
+    writer.finish();
 }
 
 int WrittenDataset::TestCapability(const char* capability) {

@@ -74,7 +74,7 @@ class HolesTest(GdalTest):
             self.assertNotEqual([0], self.write("area.xml", ({}, geometry)))
             self.assertEqual(
                 ["Cannot write feature 0: the rings of a polygon cross, overlap or are not nested. The option -makevalid of "
-                 "ogr2ogr can mend that. No file is written"],
+                 "ogr2ogr can mend that. No file is written", f"The boundary file {self.path('area.xml')} is not written"],
                 [text for level, text in self.errors if level == gdal.CE_Failure])
             self.assertEqual([], os.listdir(self.directory))
 

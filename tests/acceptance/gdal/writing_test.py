@@ -17,7 +17,8 @@ class WritingTest(GdalTest):
         results = self.write("area.xml", *features, **settings)
         self.assertNotEqual(0, results[-1])
         self.assertEqual([0] * (len(results) - 1), results[:-1])
-        self.assertEqual([f"Cannot write feature {len(results) - 1}: {text}. No file is written"],
+        self.assertEqual([f"Cannot write feature {len(results) - 1}: {text}. No file is written",
+                          f"The boundary file {self.path('area.xml')} is not written"],
                          [message for level, message in self.errors if level == gdal.CE_Failure])
         self.assertEqual([], os.listdir(self.directory))
 
@@ -118,8 +119,9 @@ class WritingTest(GdalTest):
     def test_ogr2ogrLeavesNoFileIfItFails(self):
         self.give("lines.csv", 'id,WKT\n1,"%s"\n2,"LINESTRING (0 0,1 1)"\n' % TRIANGLE)
         for options in ([], ["-skipfailures"]):
-            self.assertIn("Cannot write feature 1", self.run_("ogr2ogr", *options, "-f", "VadeDGM", "area.xml", "lines.csv",
-                                                              status=0 if options else 1))
+            text = self.run_("ogr2ogr", *options, "-f", "VadeDGM", "area.xml", "lines.csv", status=1)
+            self.assertIn("Cannot write feature 1", text)
+            self.assertTrue(text.endswith("The boundary file area.xml is not written\n"), text)
             self.assertEqual(["lines.csv"], os.listdir(self.directory))
         self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", "lines.csv", "-where", "OGR_GEOMETRY IN ('POLYGON', 'MULTIPOLYGON')")
         self.assertEqual([(1, TRIANGLE_POINTS)], polygonsOf(self.path("area.xml")))
@@ -150,13 +152,15 @@ class WritingTest(GdalTest):
         self.assertIsNotNone(dataset.CreateLayer("first"))
         self.assertIsNone(dataset.CreateLayer("second"))
         del dataset
-        self.assertEqual(["A boundary file has one layer: second cannot be a second one. No file is written"], self.texts())
+        self.assertEqual(["A boundary file has one layer: second cannot be a second one. No file is written",
+                          f"The boundary file {self.path('area.xml')} is not written"], self.texts())
         self.assertEqual([], os.listdir(self.directory))
 
     def test_ogr2ogrLeavesNoFileIfTheSourceHasSeveralLayers(self):
-        text = self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", EXAMPLE_FILES[2], status=1)
-        self.assertIn("A boundary file has one layer: buildings cannot be a second one. No file is written", text)
-        self.assertEqual([], os.listdir(self.directory))
+        for options in ([], ["-skipfailures"]):
+            text = self.run_("ogr2ogr", *options, "-f", "VadeDGM", "area.xml", EXAMPLE_FILES[2], status=1)
+            self.assertIn("A boundary file has one layer: buildings cannot be a second one. No file is written", text)
+            self.assertEqual([], os.listdir(self.directory))
         self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", EXAMPLE_FILES[2], "boundaries")
         self.assertEqual(["area.xml"], os.listdir(self.directory))
 
