@@ -37,6 +37,12 @@ WrittenDataset::~WrittenDataset() {
         CPLError(CE_Failure, CPLE_AppDefined, "The boundary file %s is not written", GetDescription());
         return;
     }
+    // GDAL has reset the last error when it created the data set.
+    if (layer->GetFeatureCount(FALSE) == 0 && CPLGetLastErrorType() == CE_Failure) {
+        CPLError(CE_Failure, CPLE_AppDefined,
+                 "No feature arrived, and there was an error: the boundary file %s is not written", GetDescription());
+        return;
+    }
     writer.finish();
 }
 

@@ -109,6 +109,19 @@ class TargetTest(GdalTest):
         self.assertEqual(1, len(polygonsOf(self.path("area.xml"))))
         self.assertEqual([], os.listdir("."))
 
+    def test_writesNoFileIfAnErrorLeavesNoFeature(self):
+        self.run_("ogr2ogr", "-q", "source.gpkg", "source.csv", "-a_srs", "EPSG:25832")
+        text = self.run_("ogr2ogr", "-f", "VadeDGM", "area.xml", "source.gpkg", "-where", "misspelt = 1", status=1)
+        self.assertIn("No feature arrived, and there was an error: the boundary file area.xml is not written", text)
+        self.assertEqual(["source.csv", "source.gpkg"], sorted(os.listdir(self.directory)))
+
+    def test_writesAnEmptyFileWithoutAnError(self):
+        gdal.Error(gdal.CE_Failure, 1, "an error of before")
+        dataset = self.begin(self.path("area.xml"), 0)
+        del dataset
+        self.run_("ogr2ogr", "-q", "-f", "VadeDGM", "other.xml", "source.csv", "-select", "id", "-where", "id = '7'")
+        self.assertEqual([[], []], [polygonsOf(self.path(name)) for name in ("area.xml", "other.xml")])
+
 
 if __name__ == "__main__":
     unittest.main()
