@@ -159,6 +159,12 @@ class SlurmTest(EngineTest):
         self.assertRegex(run.stdout, "^Auftrag [0-9]+, danach [0-9]+\\. Stand: Vadelshard status --watch ")
         self.assertEqual({"30:00 7"}, set(self.slurm.ask("squeue", "-h", "--format=%l %y").split("\n")[:-1]))
 
+    def test_failed_submission_is_reported_once(self):
+        run = self.runProgram("vadelclip-slurm", *self.JOB, "--", "-p", "none", environment=self.slurm.environment)
+        self.assertEqual((1, 1), (run.returncode, run.stdout.count("submission failed")), run.stdout)
+        self.assertNotIn("Progress", run.stdout)
+        self.assertEqual([], self.slurm.queue())
+
     def test_job_in_the_queue_is_not_submitted_again(self):
         self.closeGate()
         self.submit()
