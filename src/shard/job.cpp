@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -129,7 +130,8 @@ void writePlan(const std::string& directory, const Job& job, const std::vector<S
 }
 
 Job readJob(const WorkDirectory& work) {
-    if (!exists(work.plan())) {
+    // If the plan exists but cannot be reached, the failure to read it says why.
+    if (!exists(work.plan()) && errno == ENOENT) {
         throw Failure(formatMessage("There is no plan in {0}. Run Vadelshard plan first.", work.path));
     }
     return readRecord(work.plan() + "/job.json", [](const Json& json) {

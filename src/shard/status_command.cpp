@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cerrno>
 #include <chrono>
 #include <iostream>
 #include <thread>
@@ -15,9 +16,12 @@ namespace vadelshard {
 namespace {
 
 /// Reads the status again until every shard is done, and shows each change: on a terminal in one line.
+///
+/// @throws Failure if the plan is removed without a merge.
 JobStatus watchStatus(const WorkDirectory& work, const Job& job) {
     constexpr std::chrono::seconds pause(1);
     const bool isTerminal = isatty(STDOUT_FILENO) == 1;
+    bool isPlanned = true;
     std::string shown;
     JobStatus status = readStatus(work, job);
     while (status.done < status.shards) {
@@ -30,13 +34,18 @@ JobStatus watchStatus(const WorkDirectory& work, const Job& job) {
         }
         std::this_thread::sleep_for(pause);
         failIfInterrupted();
-        if (work.isMerged()) {
+        // In this order, because a merge removes the plan.
+        isPlanned = exists(work.plan());
+        if (!isPlanned || work.isMerged()) {
             break;
         }
         status = readStatus(work, job);
     }
     if (isTerminal && !shown.empty()) {
         std::cout << "\r\033[K" << std::flush;
+    }
+    if (!isPlanned && !work.isMerged()) {
+        throw fileFailure(work.plan(), ENOENT);
     }
     return status;
 }

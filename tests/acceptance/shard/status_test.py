@@ -2,12 +2,15 @@
 import json
 import os
 import re
+import shutil
+import signal
 import subprocess
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from acceptance import dropPowersOfRoot
 from sharding import HEADER, INSIDE, SHARD, WORK, ShardTest
 from terminal import Terminal
 
@@ -44,6 +47,30 @@ class Status(ShardTest):
         self.clipAll(6)
         done = self.finish(watching)
         self.assertEqual((0, "Done: 6 of 6 shards, 6 nodes kept"), (done.status, done.output.splitlines()[-1]))
+
+    def test_watch_ends_when_the_work_directory_is_removed(self):
+        watching = self.begin("status", WORK, "--watch")
+        watching.stdout.readline()
+        shutil.rmtree(self.path(WORK))
+        done = self.finish(watching)
+        self.assertEqual((1, f"Vadelshard: {WORK}/plan: No such file or directory\n"), (done.status, done.errors))
+
+    def test_watch_ends_when_the_job_is_merged(self):
+        watching = self.begin("status", WORK, "--watch")
+        watching.stdout.readline()
+        watching.send_signal(signal.SIGSTOP)
+        self.clipAll(6)
+        self.mustDo("merge", WORK)
+        watching.send_signal(signal.SIGCONT)
+        done = self.finish(watching)
+        self.assertEqual((0, "Merged: base/out", ""), (done.status, done.output.splitlines()[-1], done.errors))
+
+    def test_work_directory_without_permission(self):
+        os.chmod(self.path(WORK), 0)
+        for command in (("status", WORK), ("clip", WORK, "0")):
+            self.expectFailure(f"{WORK}/plan/job.json: Permission denied", *command, "--lang=en",
+                               preexec_fn=dropPowersOfRoot)
+        os.chmod(self.path(WORK), 0o755)
 
     def test_watch_on_a_terminal_keeps_to_one_line(self):
         terminal = Terminal([SHARD, "status", WORK, "--watch"], self.directory, 80, dict(os.environ))
