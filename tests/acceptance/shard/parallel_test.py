@@ -1,13 +1,14 @@
 """vadelclip-parallel on this machine and on hosts over ssh: the same bytes as one run, whatever is lost on the way."""
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
-from engines import EngineTest, descendants, kill, needs
+from engines import TIME_LIMIT, EngineTest, descendants, isRunning, kill, needs
 from ssh_hosts import PROGRAMS, SshHosts, reasonAgainstLogin
 
 
@@ -61,6 +62,51 @@ class LocalTest(ParallelTest):
         self.openGate("3")
         kill(task.pid)
         self.finish(process)
+        self.expectResultOfOneRun()
+
+    def test_nothing_is_run_if_no_shard_is_missing(self):
+        self.plan()
+        for index in range(6):
+            self.runProgram("Vadelshard", "clip", "base/out.shards", str(index))
+        run = self.runProgram("vadelclip-parallel", *self.JOB, environment=self.environment)
+        self.assertEqual(0, run.returncode, run.stdout)
+        self.assertRegex(run.stdout, "^Merged: 8 files with 683 nodes in ")
+        self.assertFalse(os.path.exists(self.path("base/out.parallel.log")))
+        self.expectResultOfOneRun()
+
+    def test_signal_ends_all_without_a_merge(self):
+        self.closeGate()
+        for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+            process = self.start("-j2")
+            self.started(2)
+            below = descendants(process.pid)
+            process.send_signal(number)
+            output, _ = process.communicate(timeout=TIME_LIMIT)
+            self.assertEqual(1, process.returncode, output)
+            self.assertNotIn("missing", output)
+            self.assertEqual([], [pid for pid in below if isRunning(pid)], output)
+            self.assertEqual([], os.listdir(self.path("base/out.shards/attempts")))
+        self.openGate()
+        self.finish(self.start("-j2"))
+        self.expectResultOfOneRun()
+
+    def test_full_scratch_directory_makes_only_shards_fail(self):
+        scratch = self.path("scratch")
+        os.mkdir(scratch)
+        if subprocess.run(["mount", "-t", "tmpfs", "-o", "size=8k,mode=700", "tmpfs", scratch], check=False,
+                          stderr=subprocess.DEVNULL).returncode != 0:
+            self.skipTest("mount is not allowed here")
+        self.addCleanup(subprocess.run, ["umount", scratch], check=True)
+        with open(os.path.join(scratch, "full"), "wb", buffering=0) as file:
+            file.write(b"x" * 8192)
+        run = self.runProgram("vadelclip-parallel", *self.JOB, "--", "-j2",
+                              environment={**self.environment, "TMPDIR": scratch})
+        self.assertEqual(1, run.returncode, run.stdout)
+        self.assertRegex(run.stdout, r"(?s)No space left on device.*6 of 6 shards are missing: 0-5\n$")
+        self.assertNotIn("parallel: Error", run.stdout)
+        self.assertEqual([], os.listdir(self.path("base/out.shards/attempts")))
+        os.truncate(os.path.join(scratch, "full"), 0)
+        self.finish(self.start("-j2"))
         self.expectResultOfOneRun()
 
     def test_shard_that_always_fails_is_missing_until_it_can_be_clipped(self):
