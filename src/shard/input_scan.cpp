@@ -12,6 +12,7 @@
 #include <functional>
 #include <numeric>
 #include <queue>
+#include <set>
 #include <sys/stat.h>
 #include <utility>
 
@@ -111,6 +112,28 @@ InputScan scanInput(const std::string& inputDirectory) {
         }
     }
     return scan;
+}
+
+void requireSameFiles(const WorkDirectory& work, const std::string& inputDirectory) {
+    std::set<std::string> missing;
+    for (std::uint64_t index = 0, count = readJob(work).shards; index < count; ++index) {
+        for (const Unit& unit : readShard(work, index)) {
+            missing.insert(unit.name);
+        }
+    }
+    for (const Unit& file : scanInput(inputDirectory).files) {
+        if (missing.erase(file.name) == 0) {
+            throw Failure(formatMessage(
+                "The input directory has changed since the plan was made: {0} is new. Remove {1} to start anew.",
+                file.name, work.path));
+        }
+    }
+    if (!missing.empty()) {
+        throw Failure(
+            formatMessage("The input directory has changed since the plan was made: {0} is missing. Restore it, "
+                          "or remove {1} to start anew.",
+                          *missing.begin(), work.path));
+    }
 }
 
 std::vector<Unit> cutIntoUnits(const std::string& inputDirectory, const Unit& wholeFile, std::uint64_t part) {

@@ -32,6 +32,11 @@ struct InputScan {
 /// @throws boost::filesystem::filesystem_error where the tool would fail in the same way.
 InputScan scanInput(const std::string& inputDirectory);
 
+/// Compares the names of the node files with the plan: a file that is added after it would be left out silently.
+///
+/// @throws Failure if a file is new or missing.
+void requireSameFiles(const WorkDirectory& work, const std::string& inputDirectory);
+
 /// Cuts a file that is longer than `part` bytes after line feeds, by seeking to each place. A file whose first line is
 /// too long for a header is left whole.
 ///

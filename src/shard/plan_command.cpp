@@ -167,6 +167,7 @@ bool planLocked(const PlanOptions& options, const JobPaths& paths, const WorkDir
         throw Failure(formatMessage("{0} is the work directory of a job with other arguments. Remove it to start anew.",
                                     work.path));
     }
+    requireSameFiles(work, paths.input);
     return true;
 }
 

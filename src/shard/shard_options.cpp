@@ -55,9 +55,11 @@ void addOthers(CLI::App& app, ShardOptions& options) {
     CLI::App* const status =
         addCommand(app, options, Command::status, "status", "Show what is done, running and missing");
     CLI::Option* const json = status->add_flag("--json", options.status.json, "Print one JSON object");
-    status->add_flag("--missing", options.status.missing, "Print the missing indexes only, as in 0-3,7")
-        ->excludes(json);
-    status->add_flag("--watch", options.status.watch, "Show the progress until every shard is done");
+    CLI::Option* const missing =
+        status->add_flag("--missing", options.status.missing, "Print the missing indexes only, as in 0-3,7")
+            ->excludes(json);
+    status->add_flag("--watch", options.status.watch, "Show the progress until every shard is done")
+        ->excludes(json, missing);
 }
 
 } // namespace

@@ -22,7 +22,8 @@ constexpr const char* stagedSuffix = ".xyz";
 
 void requireState(const std::string& path, const FileState& found, const FileState& planned) {
     if (found != planned) {
-        throw Failure(formatMessage("{0} has changed since the plan was made.", path));
+        throw Failure(formatMessage(
+            "{0} has changed since the plan was made. Restore it, or remove the work directory to start anew.", path));
     }
 }
 

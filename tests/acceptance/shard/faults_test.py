@@ -44,7 +44,7 @@ class FaultyShards(ShardTest):
         self.expectNothingLeft()
 
     def test_input_changed_after_the_plan(self):
-        changed = "base/data/a.xyz has changed since the plan was made."
+        changed = "base/data/a.xyz has changed since the plan was made. Restore it, or remove the work directory to start anew."
         path = self.path("base/data/a.xyz")
         time_ = os.stat(path).st_mtime_ns
         for options in ((), ("--direct",)):

@@ -106,6 +106,19 @@ class OwnRefusals(ShardTest):
         self.give({"area.xml": SQUARE + b" "})
         self.expectFailure(sentence, "plan", "base/data", "out", "area.xml", "--lang=en")
 
+    def test_node_files_that_are_new_or_missing_since_the_plan(self):
+        self.giveJob(NODES)
+        self.planned()
+        command = ("plan", "base/data", "out", "area.xml", "--lang=en")
+        self.give({"base/data/c.xyz": HEADER, "base/data/note": b""})
+        changed = "The input directory has changed since the plan was made: "
+        self.expectFailure(f"{changed}c.xyz is new. Remove {WORK} to start anew.", *command)
+        os.rename(self.path("base/data/c.xyz"), self.path("base/data/c"))
+        os.rename(self.path("base/data/a.xyz"), self.path("base/data/a"))
+        self.expectFailure(f"{changed}a.xyz is missing. Restore it, or remove {WORK} to start anew.", *command)
+        os.rename(self.path("base/data/a"), self.path("base/data/a.xyz"))
+        self.planned()
+
     def test_name_too_long_for_the_work_directory(self):
         self.giveJob(NODES)
         name = "x" * 250
@@ -138,7 +151,9 @@ class OwnRefusals(ShardTest):
                 (("clip", "x.shards"), "index is required"), (("clip", "x.shards", "-1"), "index: Value -1 not in range"),
                 (("plan", "--shards=0"), "--shards: Value 0 not in range 1 to 1000000"),
                 (("plan", "--part=2147483648"), "--part: Value 2147483648 not in range 1 to 2147483647"),
-                (("status", "x.shards", "--json", "--missing"), " excludes --")):
+                (("status", "x.shards", "--json", "--missing"), " excludes --"),
+                (("status", "x.shards", "--watch", "--json"), " excludes --"),
+                (("status", "x.shards", "--watch", "--missing"), " excludes --")):
             done = self.shard(*arguments)
             self.assertEqual(2, done.status, done)
             self.assertIn(sentence, done.errors)
