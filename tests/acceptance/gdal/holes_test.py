@@ -66,6 +66,13 @@ class HolesTest(GdalTest):
         expected = area.Difference(buildings.UnionCascaded())
         self.assertLess(expected.SymDifference(ground).GetArea(), 1e-3)
 
+    def test_theExampleHasALakeWithIslands(self):
+        polygons = [geometry for _, geometry in self.features(os.path.join(EXAMPLES, "coast/victoria.xml"))]
+        self.assertEqual([2] + 77 * [1], [polygon.GetGeometryCount() for polygon in polygons])
+        lake = ogr.Geometry(ogr.wkbPolygon)
+        lake.AddGeometry(polygons[0].GetGeometryRef(1))
+        self.assertTrue(all(polygon.IsValid() and lake.Contains(polygon) for polygon in polygons[1:]))
+
     def test_crossingRingsAreRefused(self):
         for geometry in ("POLYGON ((0 0,9 0,9 9,0 9,0 0),(5 5,12 5,5 6,5 5))",
                          "POLYGON ((0 0,9 0,9 9,0 9,0 0),(15 5,16 5,15 6,15 5))",

@@ -65,7 +65,7 @@ def addTest(exampleSet, boundaryFile):
 
 for pair in (("merewether", "buildings.xml"), ("merewether", "road.xml"), ("merewether", "study-area.xml"),
              ("merewether", "ground.xml"),
-             ("coast", "islands.xml"), ("coast", "australia.xml")):
+             ("coast", "islands.xml"), ("coast", "australia.xml"), ("coast", "victoria.xml")):
     addTest(*pair)
 
 if __name__ == "__main__":
