@@ -76,7 +76,8 @@ private:
 
 /// Returns 'S' for a thread that sleeps, for example because it waits for space in a pipe.
 char stateOfFirstThread() {
-    std::ifstream file("/proc/self/stat");
+    // Not /proc/self/stat: in it, QEMU shows every process as running.
+    std::ifstream file("/proc/self/task/" + std::to_string(getpid()) + "/stat");
     std::string text;
     std::getline(file, text);
     // The name of the program is before it and may contain any byte.
