@@ -1,12 +1,10 @@
 #include "boundary/boundary_document.hpp"
 
+#include "boundary/huge_pages.hpp"
 #include "messages/translation.hpp"
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 #include <cstddef>
 #include <map>
@@ -39,15 +37,8 @@ void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y
     BoundaryVertex vertex;
     vertex.x = x;
     vertex.y = y;
-    set.vertices.push_back(vertex);
+    appendLarge(set.vertices, std::move(vertex));
     polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
-}
-
-/// Returns freed memory to the system. The C library does not do this by itself for memory in the middle of its heap.
-void releaseFreedMemory() {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
 }
 
 /// Removes each child after reading it: the document and the vertices are never both complete in memory.
@@ -59,9 +50,6 @@ std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_nod
             double y = 0.0;
             if (!readNumericAttribute(node, "x", x) || !readNumericAttribute(node, "y", y)) {
                 return formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id);
-            }
-            if (set.vertices.size() == set.vertices.capacity()) {
-                releaseFreedMemory(); // before the table grows
             }
             appendVertex(set, polygon, x, y);
             ++pointCounter;
@@ -81,7 +69,7 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     }
     if (error.empty()) {
         computeBoundingBox(polygon, group.set.vertices);
-        group.set.polygons.push_back(std::move(polygon));
+        appendLarge(group.set.polygons, std::move(polygon));
         group.polygonIds.push_back(id);
     }
     return error;
