@@ -3,7 +3,7 @@
 #include "boundary/index/boundary_index.hpp"
 #include "clip/count32.hpp"
 #include "clip/node_file_header.hpp"
-#include "clip/node_line.hpp"
+#include "clip/node_line_filter.hpp"
 #include "messages/reporting.hpp"
 #include "messages/translation.hpp"
 #include "text/line_reader.hpp"
@@ -36,14 +36,13 @@ void sendClippingState() {
 /// Copies the lines to keep and returns their number. The header has been read.
 std::int32_t clipLines(LineReader& input, std::ostream& output, char separator, std::int32_t lineCount,
                        const BoundaryIndex& boundary, ProgressMessage& progress) {
+    NodeLineFilter filter(input, separator, boundary);
     std::int32_t keptNodes = 0;
     for (std::int32_t i = 0; i < lineCount; ++i) {
         progress.OnProgress(i, false);
-        const std::string_view line = input.nextLine();
-        Point2D point{};
-        // A line that does not parse is dropped silently, like a point outside.
-        if (readNodeLine(line, separator, boundary.extent(), point) && boundary.anyContains(point)) {
-            writeLine(output, input.lineWithLineFeed());
+        const std::string_view line = filter.lineIfKept(i);
+        if (!line.empty()) {
+            writeLine(output, line);
             keptNodes = addWrapping(keptNodes, 1);
         }
     }

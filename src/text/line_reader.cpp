@@ -1,8 +1,5 @@
 #include "text/line_reader.hpp"
 
-#include "text/text_mode.hpp"
-
-#include <cstring>
 #include <ios>
 
 namespace vadelclip {
@@ -22,16 +19,10 @@ LineReader::LineReader(const std::string& path) : block(bufferSize), stream(&buf
 }
 
 std::string_view LineReader::nextLine() {
-    char* const lineFeed = findLineFeed();
-    if (lineFeed == nullptr) {
+    if (!takeBufferedLine()) {
         collectLine();
-    } else {
-        lineStart = buffer.position();
-        lineLength = static_cast<std::size_t>(lineFeed - lineStart);
-        buffer.setPosition(lineFeed + 1);
-        lineLength -= carriageReturnsToDrop({lineStart, lineLength});
     }
-    return {lineStart, lineLength};
+    return line();
 }
 
 std::string_view LineReader::lineWithLineFeed() {
@@ -43,11 +34,6 @@ std::string_view LineReader::lineWithLineFeed() {
 
 void LineReader::close() {
     buffer.close();
-}
-
-char* LineReader::findLineFeed() {
-    const auto available = static_cast<std::size_t>(buffer.limit() - buffer.position());
-    return available == 0 ? nullptr : static_cast<char*>(std::memchr(buffer.position(), '\n', available));
 }
 
 /// Reads more bytes when the buffer is used up. After a failure or end of file it does not try again.

@@ -2,6 +2,10 @@
 /// Reads lines of a text file in place: a line that is completely in the buffer is not copied and not allocated.
 #pragma once
 
+#include "text/text_mode.hpp"
+
+#include <cstddef>
+#include <cstring>
 #include <fstream>
 #include <istream>
 #include <string>
@@ -25,7 +29,25 @@ public:
     ///         of a file may lack its line feed; then a carriage return at its end is part of the line.
     std::string_view nextLine();
 
-    /// Returns the line of the last call of `nextLine` with one line feed in place of its line end.
+    /// Reads the next line if it is completely in the buffer. Views of lines read before stay valid.
+    ///
+    /// @return false if it is not: then only `nextLine` can read it.
+    bool takeBufferedLine() {
+        char* const lineFeed = findLineFeed();
+        if (lineFeed == nullptr) {
+            return false;
+        }
+        lineStart = buffer.position();
+        lineLength = static_cast<std::size_t>(lineFeed - lineStart);
+        buffer.setPosition(lineFeed + 1);
+        lineLength -= carriageReturnsToDrop(line());
+        return true;
+    }
+
+    /// Returns the line that was read last, without its line end.
+    std::string_view line() const { return {lineStart, lineLength}; }
+
+    /// Returns the line that was read last with one line feed in place of its line end.
     std::string_view lineWithLineFeed();
 
     void close();
@@ -39,7 +61,11 @@ private:
         void setPosition(char* position) { setg(eback(), position, egptr()); }
     };
 
-    char* findLineFeed();
+    char* findLineFeed() const {
+        const auto available = static_cast<std::size_t>(buffer.limit() - buffer.position());
+        return available == 0 ? nullptr : static_cast<char*>(std::memchr(buffer.position(), '\n', available));
+    }
+
     bool refill();
     void collectLine();
 

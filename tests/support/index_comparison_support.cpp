@@ -7,9 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <vector>
 
 namespace vadelclip {
 
@@ -90,6 +92,8 @@ int rounds(int full) {
 
 void compareIndex(BoundarySet set, Random& random, int pointCount) {
     const BoundaryIndex index(set);
+    std::vector<Point2D> points; // to be found at once
+    std::array<bool, BoundaryIndex::maxPoints> expectedOfPoints{};
     for (int i = 0; i < pointCount; ++i) {
         const Point2D point = awkwardPoint(random, set);
         if (std::isnan(point.x) || std::isnan(point.y)) {
@@ -99,6 +103,14 @@ void compareIndex(BoundarySet set, Random& random, int pointCount) {
         ASSERT_EQ(index.anyContains(point), expected)
             << std::hexfloat << "point " << point.x << ' ' << point.y << ", " << set.polygons.size()
             << " polygons, first of " << set.polygons.front().vertexIndices.size();
+        expectedOfPoints[points.size()] = expected;
+        points.push_back(point);
+        if (points.size() > pick(random, BoundaryIndex::maxPoints)) {
+            std::array<bool, BoundaryIndex::maxPoints> contained{};
+            index.findContained(points, contained);
+            ASSERT_TRUE(std::equal(contained.begin(), contained.begin() + points.size(), expectedOfPoints.begin()));
+            points.clear();
+        }
     }
 }
 

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -79,6 +80,33 @@ TEST(LineReader, assemblesLineLongerThanBuffer) {
             ASSERT_EQ(readerLines(path, 5), plainLines(path, 5)) << length;
         }
     }
+}
+
+TEST(LineReader, keepsLinesValidWhileBufferedOnesAreTaken) {
+    const TemporaryDirectory directory;
+    std::mt19937 random(2);
+    std::string content;
+    for (int i = 0; i < 30000; ++i) {
+        content += std::string(random() % 20, 'x') + (random() % 2 == 0 ? "\n" : "\r\n");
+    }
+    const std::string path = directory.write("a.xyz", content);
+    const Lines expected = plainLines(path, 30000);
+    LineReader reader(path);
+    Lines lines;
+    std::size_t takenAtOnce = 0;
+    while (lines.size() < expected.size()) {
+        std::vector<std::string_view> views{(reader.nextLine(), reader.lineWithLineFeed())};
+        while (reader.takeBufferedLine()) {
+            views.push_back(reader.lineWithLineFeed());
+        }
+        takenAtOnce = std::max(takenAtOnce, views.size());
+        for (const std::string_view view : views) {
+            ASSERT_TRUE(view.ends_with('\n'));
+            lines.emplace_back(view.substr(0, view.size() - 1));
+        }
+    }
+    EXPECT_EQ(lines, expected);
+    EXPECT_GT(takenAtOnce, 1000U);
 }
 
 TEST(LineReader, appendsOneLineFeedAfterAnyLineEnd) {

@@ -6,6 +6,7 @@
 #include "boundary/widened_box.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -60,6 +61,31 @@ bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D po
 
 BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
     : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)), cells(buildCellGrids(boundarySet_)) {}
+
+void BoundaryIndex::findContained(std::span<const Point2D> points, std::span<bool> contained) const {
+    const CellGrid& root = cells.grids.front();
+    std::array<const CellEntry*, maxPoints> entries{};
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        entries[i] = &root.at(points[i]);
+        __builtin_prefetch(entries[i]);
+    }
+    // GCC 12 drops calls of a function that only prefetches, so this is not one.
+    constexpr std::size_t cacheLine = 64;
+    for (const CellEntry* const entry : std::span(entries).first(points.size())) {
+        if (entry->kind == CellEntry::Kind::list) {
+            const CellEntry* const items = root.lists.data() + entry->first;
+            __builtin_prefetch(items);
+            __builtin_prefetch(items + cacheLine / sizeof(CellEntry));
+        } else if (!entry->isDecided()) {
+            const Point2D* const vertices = cells.points.data() + entry->first;
+            __builtin_prefetch(vertices);
+            __builtin_prefetch(vertices + cacheLine / sizeof(Point2D));
+        }
+    }
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        contained[i] = anyContains(*entries[i], points[i]);
+    }
+}
 
 bool BoundaryIndex::anyEntryContains(const CellGrid& grid, const CellEntry& entry, Point2D point) const {
     bool odd = false;
