@@ -11,7 +11,7 @@
 # shellcheck shell=bash disable=SC2034 # The scripts use them.
 
 program=${0##*/}
-shard=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/Vadelshard
+shard=${programFile%/*}/Vadelshard
 language=de
 
 # say <German> <English>: prints a text in the language of the job.
