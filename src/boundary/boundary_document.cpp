@@ -41,10 +41,21 @@ void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y
     polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
 }
 
-/// Removes each child after reading it: the document and the vertices are never both complete in memory.
-std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_node polygonNode, std::int32_t id) {
+/// Removes a node that has been read: the document and the vertices are never both complete in memory. A node with
+/// children stays, because pugixml would remove them by recursion, however deeply they are nested.
+///
+/// @return the next node.
+pugi::xml_node passRead(pugi::xml_node node) {
+    const pugi::xml_node next = node.next_sibling();
+    if (node.first_child().empty()) {
+        node.parent().remove_child(node);
+    }
+    return next;
+}
+
+std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::xml_node& polygonNode, std::int32_t id) {
     std::int32_t pointCounter = 0;
-    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = polygonNode.first_child()) {
+    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = passRead(node)) {
         if (std::string_view(node.name()) == "point") {
             double x = 0.0;
             double y = 0.0;
@@ -54,7 +65,6 @@ std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_nod
             appendVertex(set, polygon, x, y);
             ++pointCounter;
         }
-        polygonNode.remove_child(node);
     }
     return {};
 }
@@ -75,16 +85,14 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     return error;
 }
 
-/// Removes each child after reading it.
-std::string readPolygons(BoundaryGroup& group, pugi::xml_node groupNode) {
-    for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = groupNode.first_child()) {
+std::string readPolygons(BoundaryGroup& group, const pugi::xml_node& groupNode) {
+    for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = passRead(node)) {
         if (std::string_view(node.name()) == "polygon") {
             std::string error = readPolygon(group, node);
             if (!error.empty()) {
                 return error;
             }
         }
-        groupNode.remove_child(node);
     }
     return {};
 }

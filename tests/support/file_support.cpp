@@ -60,7 +60,7 @@ std::string TemporaryDirectory::write(const std::string& name, const std::string
     std::ofstream file(path, std::ios::binary);
     file << content << std::flush;
     EXPECT_TRUE(file.good()) << path;
-    return path.generic_string();
+    return pathOf(name);
 }
 
 std::string TemporaryDirectory::makeDirectory(const std::string& name) const {

@@ -77,6 +77,11 @@ class Nesting(HostileTest):
         self.expectKept(withElement(nested), beforeStart=self.limitStack)
         nested = b"<VADELSIM>" + b"<a>" * self.DEPTH + b"</a>" * self.DEPTH
         self.expectKept(SQUARE.replace(b"<VADELSIM>", nested), beforeStart=self.limitStack)
+        nested = b"<a>" * self.DEPTH + b"</a>" * self.DEPTH
+        for end, replacement in ((b"<polygon", nested + b"<polygon"), (b"<point", nested + b"<point"),
+                                 (b"/>", b">" + nested + b"</point>")):
+            with self.subTest(end=end):
+                self.expectKept(SQUARE.replace(end, replacement, 1), beforeStart=self.limitStack)
 
     def limitStack(self):
         resource.setrlimit(resource.RLIMIT_STACK, (self.STACK, self.STACK))
