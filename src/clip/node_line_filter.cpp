@@ -2,33 +2,35 @@
 
 #include "clip/node_line.hpp"
 
+#include <span>
+
 namespace vadelclip {
 
 void NodeLineFilter::readAhead() {
-    std::array<Point2D, BoundaryIndex::maxPoints> points;
-    std::size_t count = 0; // of lines in the extent of the boundary
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    std::size_t count = 0;
     std::int64_t number = end;
     input.nextLine();
-    do {
-        if (readNodeLine(input.line(), separator, boundary.extent(), points[count])) {
-            kept[count] = {number, input.lineWithLineFeed()};
-            ++count;
+    try {
+        do {
+            if (readNodeLine(input.line(), separator, boundary.extent(), points[count])) {
+                lines[count] = {number, input.lineWithLineFeed()};
+                ++count;
+            }
+            ++number;
+        } while (count < maxLines && input.takeBufferedLine());
+    } catch (...) {
+        if (number == end) {
+            throw;
         }
-        ++number;
-    } while (count < points.size() && input.takeBufferedLine());
-    end = number;
-
-    std::array<bool, BoundaryIndex::maxPoints> contained;
-    boundary.findContained(std::span(points).first(count), contained);
-    std::size_t keptCount = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (contained[i]) {
-            kept[keptCount] = kept[i];
-            ++keptCount;
-        }
+        failure = std::current_exception();
     }
-    kept[keptCount] = noLine;
+    end = number;
+    lines[count] = noLine;
     next = 0;
+    boundary.findCells(std::span(points).first(count), cells);
 }
 
 } // namespace vadelclip

@@ -92,8 +92,9 @@ int rounds(int full) {
 
 void compareIndex(BoundarySet set, Random& random, int pointCount) {
     const BoundaryIndex index(set);
-    std::vector<Point2D> points; // to be found at once
-    std::array<bool, BoundaryIndex::maxPoints> expectedOfPoints{};
+    constexpr std::size_t maxPoints = 16;
+    std::vector<Point2D> points; // whose cells are found at once
+    std::array<bool, maxPoints> expectedOfPoints{};
     for (int i = 0; i < pointCount; ++i) {
         const Point2D point = awkwardPoint(random, set);
         if (std::isnan(point.x) || std::isnan(point.y)) {
@@ -105,10 +106,12 @@ void compareIndex(BoundarySet set, Random& random, int pointCount) {
             << " polygons, first of " << set.polygons.front().vertexIndices.size();
         expectedOfPoints[points.size()] = expected;
         points.push_back(point);
-        if (points.size() > pick(random, BoundaryIndex::maxPoints)) {
-            std::array<bool, BoundaryIndex::maxPoints> contained{};
-            index.findContained(points, contained);
-            ASSERT_TRUE(std::equal(contained.begin(), contained.begin() + points.size(), expectedOfPoints.begin()));
+        if (points.size() > pick(random, maxPoints)) {
+            std::array<const CellEntry*, maxPoints> cells{};
+            index.findCells(points, cells);
+            for (std::size_t place = 0; place < points.size(); ++place) {
+                ASSERT_EQ(index.anyContains(*cells[place], points[place]), expectedOfPoints[place]);
+            }
             points.clear();
         }
     }

@@ -6,9 +6,15 @@
 #include "boundary/widened_box.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
+
+// Not a function: GCC 12 drops calls of a function that only prefetches.
+#ifdef __GNUC__
+#define PREFETCH(address) __builtin_prefetch(address)
+#else
+#define PREFETCH(address) static_cast<void>(address)
+#endif
 
 namespace vadelclip {
 
@@ -57,33 +63,31 @@ bool walk(const std::vector<Point2D>& points, const CellEntry& piece, Point2D po
     return false;
 }
 
+template <class Element>
+const Element* elementOrEnd(const std::vector<Element>& elements, std::size_t number) {
+    return elements.data() + std::min(number, elements.size());
+}
+
 } // namespace
 
 BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
     : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)), cells(buildCellGrids(boundarySet_)) {}
 
-void BoundaryIndex::findContained(std::span<const Point2D> points, std::span<bool> contained) const {
+void BoundaryIndex::findCells(std::span<const Point2D> points, std::span<const CellEntry*> cellsOfPoints) const {
     const CellGrid& root = cells.grids.front();
-    std::array<const CellEntry*, maxPoints> entries{};
     for (std::size_t i = 0; i < points.size(); ++i) {
-        entries[i] = &root.at(points[i]);
-        __builtin_prefetch(entries[i]);
+        cellsOfPoints[i] = &root.at(points[i]);
+        PREFETCH(cellsOfPoints[i]);
     }
-    // GCC 12 drops calls of a function that only prefetches, so this is not one.
     constexpr std::size_t cacheLine = 64;
-    for (const CellEntry* const entry : std::span(entries).first(points.size())) {
+    for (const CellEntry* const entry : cellsOfPoints.first(points.size())) {
         if (entry->kind == CellEntry::Kind::list) {
-            const CellEntry* const items = root.lists.data() + entry->first;
-            __builtin_prefetch(items);
-            __builtin_prefetch(items + cacheLine / sizeof(CellEntry));
-        } else if (!entry->isDecided()) {
-            const Point2D* const vertices = cells.points.data() + entry->first;
-            __builtin_prefetch(vertices);
-            __builtin_prefetch(vertices + cacheLine / sizeof(Point2D));
+            PREFETCH(elementOrEnd(root.lists, entry->first));
+            PREFETCH(elementOrEnd(root.lists, entry->first + cacheLine / sizeof(CellEntry)));
+        } else if (entry->kind == CellEntry::Kind::piece && !entry->isDecided()) {
+            PREFETCH(elementOrEnd(cells.points, entry->first));
+            PREFETCH(elementOrEnd(cells.points, entry->first + cacheLine / sizeof(Point2D)));
         }
-    }
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        contained[i] = anyContains(*entries[i], points[i]);
     }
 }
 

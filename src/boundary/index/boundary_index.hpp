@@ -6,7 +6,6 @@
 #include "boundary/index/cell_grids.hpp"
 #include "boundary/widened_box.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -24,24 +23,17 @@ public:
     explicit BoundaryIndex(BoundarySet& boundarySet_);
 
     /// Returns true if the point is in any polygon of the set. The coordinates must not be NaN.
-    bool anyContains(Point2D point) const {
-        const CellGrid& root = cells.grids.front();
-        return anyContains(root.at(point), point);
-    }
+    bool anyContains(Point2D point) const { return anyContains(cells.grids.front().at(point), point); }
 
-    /// The greatest number of points that `findContained` accepts.
-    static constexpr std::size_t maxPoints = 16;
-
-    /// Does the same for several points. Their accesses to memory overlap, which is faster if the boundary is large.
+    /// Finds the cells of several points and starts to load what is in them. These accesses to memory overlap, which is
+    /// faster if the boundary is large.
     ///
-    /// @param contained receives one answer for each point.
-    void findContained(std::span<const Point2D> points, std::span<bool> contained) const;
+    /// @param cellsOfPoints receives one cell for each point.
+    void findCells(std::span<const Point2D> points, std::span<const CellEntry*> cellsOfPoints) const;
 
-    /// Returns the box outside of which no polygon contains a point.
-    const WidenedBox& extent() const { return extentOfSet; }
-
-private:
-    /// Continues from the cell of the first grid.
+    /// Returns the same as `anyContains(point)`.
+    ///
+    /// @param entry the cell that `findCells` found for the point.
     bool anyContains(CellEntry entry, Point2D point) const {
         const CellGrid* grid = &cells.grids.front();
         while (entry.kind == CellEntry::Kind::grid) {
@@ -52,6 +44,10 @@ private:
                (!cells.unusualPolygons.empty() && anyUnusualContains(point));
     }
 
+    /// Returns the box outside of which no polygon contains a point.
+    const WidenedBox& extent() const { return extentOfSet; }
+
+private:
     bool anyEntryContains(const CellGrid& grid, const CellEntry& entry, Point2D point) const;
     bool anyUnusualContains(Point2D point) const;
     bool thinContains(std::uint32_t number, Point2D point) const;

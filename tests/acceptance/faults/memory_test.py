@@ -101,6 +101,20 @@ class RefusedAllocations(RefusalTest):
         self.assertEqual(len(names), 1, (run.status, run.console, outputs))
         return names[0]
 
+    def test_refusal_at_a_line_keeps_the_lines_before_it(self):
+        # A long line with a number out of range takes memory, and so does the first point at a polygon of two vertices.
+        square, segment = [(0, 0), (10, 0), (10, 10), (0, 10)], [(20, 20), (30, 20)]
+        for name, needy in (("range", b"1;1e999;" + b"5" * 40 + b"\n"), ("segment", b"25;20;5\n")):
+            with self.subTest(line=needy):
+                self.startOver()
+                kept = b"1;1;5\n2;2;5\n" + (needy if name == "segment" else b"") + b"3;3;5\n"
+                self.giveFaultJob({"a.xyz": (b"x;y;z\n1;1;5\n2;2;5\n" + needy + b"3;3;5\n", kept)},
+                                  area=boundary(square, segment))
+                runs = RefusalTest.runsOf(self, "-lang=en", refusal=fails(errno.ENOMEM), silent=True)
+                failed = [run.tree["base/out/a.xyz"] for run, outcome in runs
+                          if outcome == "failed" and "base/out/a.xyz" in run.tree]
+                self.assertIn(b"x;y;z\n1;1;5\n2;2;5\n", failed)
+
     def test_one_refusal_during_catalogue_set_up_may_end_the_process(self):
         for run, outcome in self.runsOf("-lang=de", "-pipe", refusal=fails(errno.ENOMEM), stride=7, silent=True):
             if outcome == "finished":
