@@ -12,11 +12,11 @@ namespace vadelclip {
 
 namespace {
 
-/// The start of a part of the memory. Every block begins in the first huge page of its part, so the address of the block
-/// leads to the part.
+/// The start of a part of the memory. Every block begins in the first huge page of its part, so the part of a block is
+/// found from the address of the block.
 struct alignas(std::max_align_t) Part {
     std::size_t size;       ///< Of the part: more than one huge page only if it has one block.
-    std::size_t end;        ///< Bytes given out, this record included.
+    std::size_t end;        ///< Bytes of this record and of all blocks, also of released ones.
     std::size_t blockCount; ///< Blocks in use.
 };
 

@@ -6,8 +6,9 @@
 
 namespace vadelclip {
 
-/// While it exists, pugixml takes its memory in huge pages, and gives each back when no node is in it. No document that
-/// exists at its start may be used, and no other thread may use pugixml.
+/// While it exists, pugixml allocates in huge pages. Each of them is released with its last block.
+///
+/// No document may exist when it is made or destroyed, and no other thread may use pugixml.
 class DocumentMemory {
 public:
     DocumentMemory();

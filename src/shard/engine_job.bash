@@ -1,4 +1,8 @@
-# The common part of vadelclip-parallel and vadelclip-slurm: it reads their arguments and plans the job. It sets:
+# The common part of vadelclip-parallel and vadelclip-slurm: it reads their arguments and plans the job. It needs:
+#
+#     programFile    path of the script, without symbolic links
+#
+# It sets:
 #
 #     program        name of the script
 #     shard          path of Vadelshard, which is in the directory of this file

@@ -83,7 +83,7 @@ Outline tangle(Random& random, std::size_t size) {
     return ring;
 }
 
-/// Returns a figure of the system about this process.
+/// Returns a number from /proc/self/status.
 std::size_t kibibytesOfProcess(const std::string& name) {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
@@ -172,7 +172,7 @@ TEST(CellGridsMemory, isBoundedForOutlinesOfAllScales) {
 
 // A boundary file of a million vertices takes at most 256 MiB, and 400 MiB if its edges cross all of the plane.
 TEST(BoundaryMemory, isBoundedForReadAndIndexedFile) {
-    if (workload(100) < 100 || !std::ifstream("/proc/self/clear_refs")) {
+    if (workload(100) < 100 || !std::ofstream("/proc/self/clear_refs")) {
         GTEST_SKIP() << "sanitizers and emulators have memory of their own";
     }
     Outline round;
