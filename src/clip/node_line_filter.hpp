@@ -13,11 +13,12 @@
 
 namespace vadelclip {
 
-/// Reads node lines and compares them with a boundary. It reads a few lines ahead of its caller, so that the accesses to the
-/// memory of the boundary overlap.
+/// Reads node lines and compares them with a boundary. It reads a few lines ahead of its caller, so that the accesses to
+/// the memory of the boundary overlap.
 ///
 /// The caller cannot see that. The filter reads ahead only lines that are in the buffer of the reader already, so it
-/// never waits for a line before the caller needs it. An exception is thrown when the caller needs the line that caused it.
+/// never waits for a line before the caller needs it. An exception is thrown when the caller needs the line that
+/// caused it.
 class NodeLineFilter {
 public:
     /// @param input_    the header has been read. From now on only the filter reads from it.
