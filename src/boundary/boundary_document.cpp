@@ -6,7 +6,9 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string_view>
@@ -41,21 +43,35 @@ void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y
     polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
 }
 
-/// Removes a node that has been read: the document and the vertices are never both complete in memory. A node with
-/// children stays, because pugixml would remove them by recursion, however deeply they are nested.
-///
-/// @return the next node.
-pugi::xml_node passRead(pugi::xml_node node) {
-    const pugi::xml_node next = node.next_sibling();
-    if (node.first_child().empty()) {
-        node.parent().remove_child(node);
+/// Removes all nodes in a node, without recursion.
+void removeDescendants(pugi::xml_node ancestor) {
+    pugi::xml_node node = ancestor;
+    for (;;) {
+        const pugi::xml_node child = node.first_child();
+        if (!child.empty()) {
+            node = child;
+        } else if (node != ancestor) {
+            pugi::xml_node parent = node.parent();
+            parent.remove_child(node);
+            node = parent;
+        } else {
+            return;
+        }
     }
-    return next;
 }
 
-std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::xml_node& polygonNode, std::int32_t id) {
+/// Removes a node. The library would remove nodes in it by recursion, and deeply nested ones would exhaust the stack.
+void removeChild(pugi::xml_node parent, const pugi::xml_node& child) {
+    if (!child.first_child().empty()) {
+        removeDescendants(child);
+    }
+    parent.remove_child(child);
+}
+
+/// Removes each child after reading it: the document and the vertices are never both complete in memory.
+std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_node polygonNode, std::int32_t id) {
     std::int32_t pointCounter = 0;
-    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = passRead(node)) {
+    for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = polygonNode.first_child()) {
         if (std::string_view(node.name()) == "point") {
             double x = 0.0;
             double y = 0.0;
@@ -65,6 +81,7 @@ std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, const pugi::x
             appendVertex(set, polygon, x, y);
             ++pointCounter;
         }
+        removeChild(polygonNode, node);
     }
     return {};
 }
@@ -85,14 +102,16 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     return error;
 }
 
-std::string readPolygons(BoundaryGroup& group, const pugi::xml_node& groupNode) {
-    for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = passRead(node)) {
+/// Removes each child after reading it.
+std::string readPolygons(BoundaryGroup& group, pugi::xml_node groupNode) {
+    for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = groupNode.first_child()) {
         if (std::string_view(node.name()) == "polygon") {
             std::string error = readPolygon(group, node);
             if (!error.empty()) {
                 return error;
             }
         }
+        removeChild(groupNode, node);
     }
     return {};
 }
@@ -155,14 +174,15 @@ std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& docum
     if (model.empty()) {
         return formatMessage("Could not find the VadeDGM tag in the boundary file {0}", boundaryFilePath);
     }
-    for (const pugi::xml_node& groupNode : model.children("group")) {
+    for (pugi::xml_node node = model.first_child(); !node.empty(); node = model.first_child()) {
         // Groups of another type or without a type are skipped silently.
-        if (typeOf(groupNode) == boundariesType) {
-            std::string error = readPolygons(group, groupNode);
+        if (std::string_view(node.name()) == "group" && typeOf(node) == boundariesType) {
+            std::string error = readPolygons(group, node);
             if (!error.empty()) {
                 return error;
             }
         }
+        removeChild(model, node);
     }
     return {};
 }
@@ -171,10 +191,11 @@ std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string con
                              const std::string& boundaryFilePath) {
     pugi::xml_document document;
     const pugi::xml_parse_result result = parseAsFile(document, std::move(content));
-    groups.emplace_back();
-    std::string error = readBoundaries(groups.front(), document, result, boundaryFilePath);
+    std::vector<BoundaryGroup> others;
+    readOtherGroups(others, modelOf(document)); // now, because the next call removes them
+    std::string error = readBoundaries(groups.emplace_back(), document, result, boundaryFilePath);
     if (error.empty()) {
-        readOtherGroups(groups, modelOf(document));
+        std::move(others.begin(), others.end(), std::back_inserter(groups));
     }
     return error;
 }

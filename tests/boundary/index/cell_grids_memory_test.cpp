@@ -96,12 +96,19 @@ std::size_t kibibytesOfProcess(const std::string& name) {
 }
 
 /// Writes a ring as a boundary file, reads and indexes it, and returns the peak memory in bytes for each vertex.
-std::size_t bytesPerVertex(const Outline& ring) {
+///
+/// @param maxSize cuts the ring into polygons of this size. Each is in a separate group, with another group before it.
+std::size_t bytesPerVertex(const Outline& ring, std::size_t maxSize) {
     const TemporaryDirectory directory;
-    std::string content = "<VADELSIM><VadeDGM><group type=\"boundaries\"><polygon id=\"1\">\n";
-    for (const Point2D& point : ring) {
+    std::string content = "<VADELSIM><VadeDGM>";
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        if (i % maxSize == 0) {
+            content += i == 0 ? "" : "</polygon></group>";
+            content += "<group type=\"other\"/><group type=\"boundaries\"><polygon id=\"1\">\n";
+        }
         char line[80];
-        std::snprintf(line, sizeof line, "<point x=\"%.3f\" y=\"%.3f\"/>\n", 400000.0 + point.x, 5650000.0 + point.y);
+        std::snprintf(line, sizeof line, "<point x=\"%.3f\" y=\"%.3f\"/>\n", 400000.0 + ring[i].x,
+                      5650000.0 + ring[i].y);
         content += line;
     }
     const std::string path = directory.write("area.xml", content + "</polygon></group></VadeDGM></VADELSIM>\n");
@@ -181,8 +188,9 @@ TEST(BoundaryMemory, isBoundedForReadAndIndexedFile) {
         round.push_back({500.0 * std::cos(i * 2.5e-5), 500.0 * std::sin(i * 2.5e-5)});
         jumping.push_back({i % 2 * 900.0, i / 250.0});
     }
-    EXPECT_LE(bytesPerVertex(round), 268U);
-    EXPECT_LE(bytesPerVertex(jumping), 419U);
+    EXPECT_LE(bytesPerVertex(round, round.size()), 268U);
+    EXPECT_LE(bytesPerVertex(round, 5000), 268U);
+    EXPECT_LE(bytesPerVertex(jumping, jumping.size()), 419U);
 }
 
 } // namespace vadelclip
