@@ -22,7 +22,7 @@ constexpr double maxCoordinate = 4e307;
 /// The minimum number of cells, for few and for many edges. A crowded cell gets a separate grid.
 constexpr std::array minRootCells{2048.0, 8192.0};
 constexpr double rootCellsPerCrossing = 500.0;
-constexpr double extraRootCells = 65536.0;
+constexpr double extraRootCells = 32768.0;
 constexpr double extraRootEntriesPerEdge = 4.0;
 constexpr double extraRootEntries = 3e6;
 constexpr double innerCellsPerEdge = 0.25;
