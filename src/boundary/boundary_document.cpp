@@ -1,10 +1,12 @@
 #include "boundary/boundary_document.hpp"
 
-#include "boundary/huge_pages.hpp"
 #include "messages/translation.hpp"
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <cstddef>
@@ -39,8 +41,15 @@ void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y
     BoundaryVertex vertex;
     vertex.x = x;
     vertex.y = y;
-    appendLarge(set.vertices, std::move(vertex));
+    set.vertices.push_back(vertex);
     polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
+}
+
+/// Returns freed memory to the system. The C library does not do this by itself for memory in the middle of its heap.
+void releaseFreedMemory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 /// Removes all nodes in a node, without recursion.
@@ -78,6 +87,9 @@ std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_nod
             if (!readNumericAttribute(node, "x", x) || !readNumericAttribute(node, "y", y)) {
                 return formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id);
             }
+            if (set.vertices.size() == set.vertices.capacity()) {
+                releaseFreedMemory(); // before the table grows
+            }
             appendVertex(set, polygon, x, y);
             ++pointCounter;
         }
@@ -96,7 +108,7 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     }
     if (error.empty()) {
         computeBoundingBox(polygon, group.set.vertices);
-        appendLarge(group.set.polygons, std::move(polygon));
+        group.set.polygons.push_back(std::move(polygon));
         group.polygonIds.push_back(id);
     }
     return error;

@@ -1,6 +1,5 @@
 #include "boundary/index/cell_grids.hpp"
 
-#include "boundary/huge_pages.hpp"
 #include "boundary/index/grid_builder.hpp"
 
 #include <algorithm>
@@ -45,7 +44,7 @@ void addEdges(std::vector<CellEntry>& entries, std::size_t first, std::size_t ed
 CellGrids buildCellGrids(const BoundarySet& set) {
     CellGrids grids;
     std::vector<CellEntry> entries;
-    reserveLarge(grids.points, set.vertices.size() + set.polygons.size());
+    grids.points.reserve(set.vertices.size() + set.polygons.size());
     entries.reserve(set.polygons.size() + set.vertices.size() / CellEntry::maxEdges);
     for (std::uint32_t number = 0; number < set.polygons.size(); ++number) {
         const BoundaryPolygon& polygon = set.polygons[number];

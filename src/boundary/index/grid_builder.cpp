@@ -1,7 +1,5 @@
 #include "boundary/index/grid_builder.hpp"
 
-#include "boundary/huge_pages.hpp"
-
 #include <algorithm>
 
 namespace vadelclip {
@@ -82,11 +80,10 @@ std::uint32_t GridBuilder::buildCells() {
     budget.bytes -= gridBytes() + axisBytes() + spans.bytes();
     const auto number = static_cast<std::uint32_t>(target.grids.size());
     target.grids.emplace_back();
-    reserveLarge(cells, cellCount());
     cells.resize(cellCount());
     states.resize(columns.cells.count() + 1);
     items.reserve(spans.itemCount());
-    reserveLarge(lists, spans.entryCount());
+    lists.reserve(spans.entryCount());
     spans.sort();
     for (std::int32_t row = 0; row < rows.count(); ++row) {
         const std::span<const std::uint32_t> rowSpans = spans.inRow(row);

@@ -1,7 +1,5 @@
 #include "boundary/index/row_spans.hpp"
 
-#include "boundary/huge_pages.hpp"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -25,7 +23,7 @@ bool RowSpans::add(std::span<const CellEntry> entries, const GridMeasure& measur
     const double expected = measure.edgeCount + measure.crossingsPerHeight * rows->count();
     rowVisits = 0;
     maxRowVisits = expected * maxVisitsPerSpan;
-    reserveLarge(spans, static_cast<std::size_t>(std::clamp(maxBytes / (2 * sizeof(RowSpan)), 0.0, expected)));
+    spans.reserve(static_cast<std::size_t>(std::clamp(maxBytes / (2 * sizeof(RowSpan)), 0.0, expected)));
     lastOfRow.assign(rows->cells.count(), 0);
     itemsOfRow.assign(rows->cells.count(), 0);
     polygons.clear();
@@ -66,7 +64,6 @@ void RowSpans::sort() {
     }
     std::partial_sum(rowStarts.begin(), rowStarts.end(), rowStarts.begin());
     std::vector<std::uint32_t> places = rowStarts;
-    reserveLarge(sorted, spans.size());
     sorted.resize(spans.size());
     for (std::uint32_t number = 0; number < spans.size(); ++number) {
         sorted[places[static_cast<std::size_t>(spans[number].row)]++] = number;
