@@ -8,9 +8,7 @@
 #include <malloc.h>
 #endif
 
-#include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string_view>
@@ -186,15 +184,14 @@ std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& docum
     if (model.empty()) {
         return formatMessage("Could not find the VadeDGM tag in the boundary file {0}", boundaryFilePath);
     }
-    for (pugi::xml_node node = model.first_child(); !node.empty(); node = model.first_child()) {
+    for (const pugi::xml_node& groupNode : model.children("group")) {
         // Groups of another type or without a type are skipped silently.
-        if (std::string_view(node.name()) == "group" && typeOf(node) == boundariesType) {
-            std::string error = readPolygons(group, node);
+        if (typeOf(groupNode) == boundariesType) {
+            std::string error = readPolygons(group, groupNode);
             if (!error.empty()) {
                 return error;
             }
         }
-        removeChild(model, node);
     }
     return {};
 }
@@ -203,11 +200,10 @@ std::string readBoundaryText(std::vector<BoundaryGroup>& groups, std::string con
                              const std::string& boundaryFilePath) {
     pugi::xml_document document;
     const pugi::xml_parse_result result = parseAsFile(document, std::move(content));
-    std::vector<BoundaryGroup> others;
-    readOtherGroups(others, modelOf(document)); // now, because the next call removes them
-    std::string error = readBoundaries(groups.emplace_back(), document, result, boundaryFilePath);
+    groups.emplace_back();
+    std::string error = readBoundaries(groups.front(), document, result, boundaryFilePath);
     if (error.empty()) {
-        std::move(others.begin(), others.end(), std::back_inserter(groups));
+        readOtherGroups(groups, modelOf(document));
     }
     return error;
 }

@@ -31,7 +31,7 @@ struct BoundaryGroup {
     std::string error;                    ///< Why the rest of the group could not be read. Empty in "boundaries".
 };
 
-/// Reads the groups of type "boundaries" of a document, and removes every child of its model.
+/// Reads the groups of type "boundaries" of a document, and removes their children from it.
 ///
 /// @param group            receives the polygons; empty at the call. After a failure it contains the polygons read before
 ///                         the failed one, and some vertices of the failed one.

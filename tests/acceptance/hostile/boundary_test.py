@@ -168,7 +168,7 @@ class Sizes(HostileTest):
         self.writeArea([boundaries('<polygon id="1"><point x="0" y="0"/>' + "".join(ring)
                                    + '<point x="0" y="10"/></polygon>')])
         # Half a million points are 13 MB of text. The document needs several times this size, and the set even more.
-        # With this number of points, the limits are from 60 to 140 MiB.
+        # With this number of points, the limits are from 60 to about 160 MiB.
         seen = []
         for bytesPerPoint in [126, *range(240, 640, 6)]:
             run = self.clipAside(self.POINTS * bytesPerPoint)

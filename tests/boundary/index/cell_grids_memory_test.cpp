@@ -179,7 +179,7 @@ TEST(BoundaryMemory, isBoundedForReadAndIndexedFile) {
         jumping.push_back({i % 2 * 900.0, i / 250.0});
     }
     EXPECT_LE(bytesPerVertex(round, round.size()), 262U);
-    EXPECT_LE(bytesPerVertex(round, 5000), 268U);
+    EXPECT_LE(bytesPerVertex(round, 5000), 262U);
     EXPECT_LE(bytesPerVertex(jumping, jumping.size()), 419U);
 }
 
