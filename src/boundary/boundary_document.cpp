@@ -171,7 +171,7 @@ bool readNumericAttribute(const pugi::xml_node& node, const char* attributeName,
     // A number may end its text here, but not in a node line. Both rules are on purpose: see docs/file-formats.md.
     const NumberReading reading = readNumber(attribute.value());
     value = reading.value;
-    return !reading.failed;
+    return !reading.failed();
 }
 
 std::string readBoundaries(BoundaryGroup& group, const pugi::xml_document& document,

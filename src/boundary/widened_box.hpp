@@ -30,6 +30,9 @@ struct WidenedBox {
 
     /// Returns true if the box rejects every point with this x.
     bool rejectsX(double x) const { return minX > x || maxX < x; }
+
+    /// Returns true if the box rejects every point with this y.
+    bool rejectsY(double y) const { return minY > y || maxY < y; }
 };
 
 } // namespace vadelclip

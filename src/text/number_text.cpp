@@ -41,16 +41,9 @@ bool isDigit(char byte) {
     return digitValue(byte) <= 9;
 }
 
-/// A number of the form [sign] digits [. digits] [e [sign] digits] in a text.
-struct Decimal {
-    const char* digits = nullptr; ///< First byte after the sign.
-    const char* end = nullptr;    ///< Where a stream stops reading.
-    std::uint64_t mantissa = 0;   ///< All digits as one integer; wraps around beyond 19 digits.
-    std::size_t digitCount = 0;
-    std::size_t fractionDigits = 0;
-    bool negative = false;
-    bool hasExponent = false;
-};
+bool isExponentMark(char byte) {
+    return byte == 'e' || byte == 'E';
+}
 
 /// Appends the digits of the text to a number and returns the position after them.
 const char* scanDigits(const char* position, const char* last, std::uint64_t& number) {
@@ -93,88 +86,82 @@ const char* scanFraction(const char* position, const char* last, std::uint64_t& 
     return scanDigits(position, last, number);
 }
 
-/// Skips the exponent at this position. @return false if it has no digits: then a stream fails.
-bool scanExponent(const char* position, const char* last, Decimal& number) {
+NumberReading readThroughStream(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    NumberReading reading{0.0, 0};
+    if (stream >> reading.value) {
+        reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
+    }
+    return reading;
+}
+
+/// Returns the position after the exponent at this position, or a null pointer if it has no digits: then a stream fails.
+const char* skipExponent(const char* position, const char* last) {
     ++position;
     if (position != last && isSign(*position)) {
         ++position;
     }
     std::uint64_t exponent = 0;
-    number.end = scanDigits(position, last, exponent);
-    number.hasExponent = true;
-    return number.end != position;
+    const char* const end = scanDigits(position, last, exponent);
+    return end == position ? nullptr : end;
 }
 
-/// Reads a number up to its end. @return false if the text does not begin with one: then a stream fails.
-bool scanDecimal(const char* position, const char* last, Decimal& number) {
-    // A number that begins with a digit, as most do, needs only this test for white space and sign.
-    if (position != last && !isDigit(*position)) {
-        while (position != last && isBlank(*position)) {
-            ++position;
-        }
-        if (position != last && isSign(*position)) {
-            number.negative = *position == '-';
-            ++position;
-        }
+/// Reads a number that has an exponent or too many digits for an exact division.
+///
+/// Not inlined, because `readNumber` would be slower: it would have to save more registers.
+///
+/// @param digits the part of the text from the first digit or point to the end of the digits.
+[[gnu::noinline]] NumberReading readLongNumber(std::string_view text, std::string_view digits, bool negative) {
+    const char* const last = text.data() + text.size();
+    const char* end = digits.data() + digits.size();
+    if (end != last && isExponentMark(*end)) {
+        end = skipExponent(end, last);
     }
-    number.digits = position;
-    position = scanDigits(position, last, number.mantissa);
-    number.digitCount = static_cast<std::size_t>(position - number.digits);
-    if (position != last && *position == '.') {
-        const char* const fraction = position + 1;
-        position = scanFraction(fraction, last, number.mantissa);
-        number.fractionDigits = static_cast<std::size_t>(position - fraction);
-        number.digitCount += number.fractionDigits;
+    if (end == nullptr || digits.empty() || digits == ".") {
+        return {0.0, 0};
     }
-    number.end = position;
-    if (number.digitCount == 0) {
-        return false;
+    double value = 0.0;
+    const auto [position, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc() || position != end) {
+        return readThroughStream(text);
     }
-    const bool exponentFollows = position != last && (*position == 'e' || *position == 'E');
-    return !exponentFollows || scanExponent(position, last, number);
-}
-
-/// Computes the nearest double. @return false if it is out of range, or if the conversion refuses the text.
-bool toDouble(const Decimal& number, double& value) {
-    if (number.digitCount <= maxDigits && number.mantissa <= largestExactInteger && !number.hasExponent) {
-        // Both operands are exact, so the one rounding of the division results in the nearest double.
-        value = static_cast<double>(number.mantissa) / exactPowersOfTen[number.fractionDigits];
-    } else {
-        const auto [end, error] = std::from_chars(number.digits, number.end, value);
-        if (error != std::errc() || end != number.end) {
-            return false;
-        }
-    }
-    if (number.negative) {
-        value = -value;
-    }
-    return true;
-}
-
-NumberReading readThroughStream(std::string_view text) {
-    std::istringstream stream{std::string(text)};
-    NumberReading reading{0.0, false, 0};
-    stream >> reading.value;
-    reading.failed = stream.fail();
-    if (!reading.failed) {
-        reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
-    }
-    return reading;
+    return {negative ? -value : value, static_cast<std::size_t>(end - text.data())};
 }
 
 } // namespace
 
 NumberReading readNumber(std::string_view text) {
     const char* const last = text.data() + text.size();
-    Decimal number;
-    if (!scanDecimal(text.data(), last, number)) {
-        return {0.0, true, 0};
+    const char* position = text.data();
+    bool negative = false;
+    // A number that begins with a digit, as most do, needs only this test for white space and sign.
+    if (position != last && !isDigit(*position)) {
+        while (position != last && isBlank(*position)) {
+            ++position;
+        }
+        if (position != last && isSign(*position)) {
+            negative = *position == '-';
+            ++position;
+        }
     }
-    double value = 0.0;
-    if (!toDouble(number, value)) {
-        return readThroughStream(text);
+    const char* const digits = position;
+    std::uint64_t mantissa = 0; // all digits as one integer; wraps around beyond 19 digits
+    position = scanDigits(position, last, mantissa);
+    auto digitCount = static_cast<std::size_t>(position - digits);
+    std::size_t fractionDigits = 0;
+    if (position != last && *position == '.') {
+        const char* const fraction = position + 1;
+        position = scanFraction(fraction, last, mantissa);
+        fractionDigits = static_cast<std::size_t>(position - fraction);
+        digitCount += fractionDigits;
     }
-    return {value, false, static_cast<std::size_t>(number.end - text.data())};
+    if (digitCount == 0 || digitCount > maxDigits || mantissa > largestExactInteger ||
+        (position != last && isExponentMark(*position))) {
+        return readLongNumber(text, {digits, position}, negative);
+    }
+    // Both operands are exact, so the one rounding of the division results in the nearest double.
+    const double value = static_cast<double>(mantissa) / exactPowersOfTen[fractionDigits];
+    return {negative ? -value : value, static_cast<std::size_t>(position - text.data())};
 }
 
 } // namespace vadelclip

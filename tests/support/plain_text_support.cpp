@@ -9,23 +9,21 @@ namespace vadelclip {
 NumberReading PlainNumberReader::read(const std::string& text) {
     stream.clear();
     stream.str(text);
-    NumberReading reading{0.0, false, 0};
+    NumberReading reading{0.0, 0};
     stream >> reading.value;
-    reading.failed = stream.fail();
-    if (!reading.failed) {
+    if (!stream.fail()) {
         reading.length = stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg());
     }
     return reading;
 }
 
 bool sameReading(const NumberReading& a, const NumberReading& b) {
-    return std::bit_cast<std::uint64_t>(a.value) == std::bit_cast<std::uint64_t>(b.value) && a.failed == b.failed &&
-           a.length == b.length;
+    return std::bit_cast<std::uint64_t>(a.value) == std::bit_cast<std::uint64_t>(b.value) && a.length == b.length;
 }
 
 std::string describe(const NumberReading& reading) {
     char text[80];
-    std::snprintf(text, sizeof text, "%a failed %d length %zu", reading.value, reading.failed, reading.length);
+    std::snprintf(text, sizeof text, "%a length %zu", reading.value, reading.length);
     return text;
 }
 
