@@ -28,7 +28,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 /// Compares all three: the index, `containsPoint` and the oracle.
 class Comparison {
 public:
-    explicit Comparison(const BoundarySet& set) : indexed(set), plain(set), index(indexed) {}
+    explicit Comparison(const BoundarySet& set) : indexed(set), plain(set), index(indexed), coarseIndex(indexed, 1.0) {}
 
     void compare(Point2D point) {
         // No number that a node line can give.
@@ -46,6 +46,9 @@ public:
             });
         if (index.anyContains(point) != expected) {
             report(point, expected, "the index");
+        }
+        if (coarseIndex.anyContains(point) != expected) {
+            report(point, expected, "the index for one point");
         }
     }
 
@@ -69,6 +72,7 @@ private:
     BoundarySet indexed;
     BoundarySet plain;
     BoundaryIndex index;
+    BoundaryIndex coarseIndex;
     oracle::Ways ways{};
 };
 
@@ -122,7 +126,7 @@ void compareOwnPoints(Comparison& comparison, const BoundarySet& set) {
     const std::size_t vertexStep = 1 + set.vertices.size() * pointsPerVertex / (points / 2 + 1);
     const std::size_t polygonStep = 1 + set.polygons.size() * 4 * pointsPerCellLimit / (points / 2 + 1);
     const std::size_t cellLimits = 1 + points * polygonStep / (4 * pointsPerCellLimit * (set.polygons.size() + 1));
-    const CellGrids grids = buildCellGrids(set);
+    const CellGrids grids = buildCellGrids(set, infinity);
     std::size_t vertex = 0;
     for (std::size_t number = 0; number < set.polygons.size(); ++number) {
         const BoundaryPolygon& polygon = set.polygons[number];

@@ -12,6 +12,9 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
 
+#include <algorithm>
+#include <numeric>
+
 namespace vadelclip {
 
 namespace {
@@ -52,6 +55,11 @@ bool checkOutputDirectory(const std::string& outputDirectory) {
     reportLine(formatMessage(
         "Output directory {0} already exists, aborting in order avoid overwriting of existing data", outputDirectory));
     return false;
+}
+
+/// Returns the number of data lines, at least 1. Unlike the number of progress, it does not wrap around.
+double countLines(const InputSelection& selection) {
+    return std::max(1.0, std::accumulate(selection.lineCounts.begin(), selection.lineCounts.end(), 0.0));
 }
 
 /// Clips the selected files one after the other and returns the total number of kept lines.
@@ -97,7 +105,7 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
         reportLine(translateMessage("There are no input files."));
         return 1;
     }
-    const BoundaryIndex boundary(boundarySet);
+    const BoundaryIndex boundary(boundarySet, countLines(selection));
     const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundary);
     writeNodeCount(outputDirectory, totalKeptNodes);
     return 0;

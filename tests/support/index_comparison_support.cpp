@@ -91,7 +91,9 @@ int rounds(int full) {
 }
 
 void compareIndex(BoundarySet set, Random& random, int pointCount) {
-    const BoundaryIndex index(set);
+    // With few points the index has a coarse grid.
+    constexpr std::array pointCounts{1.0, 1e3, 1e5, std::numeric_limits<double>::infinity()};
+    const BoundaryIndex index(set, pointCounts[pick(random, pointCounts.size())]);
     constexpr std::size_t maxPoints = 16;
     std::vector<Point2D> points; // whose cells are found at once
     std::array<bool, maxPoints> expectedOfPoints{};

@@ -70,8 +70,9 @@ const Element* elementOrEnd(const std::vector<Element>& elements, std::size_t nu
 
 } // namespace
 
-BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_)
-    : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)), cells(buildCellGrids(boundarySet_)) {}
+BoundaryIndex::BoundaryIndex(BoundarySet& boundarySet_, double pointCount)
+    : boundarySet(boundarySet_), extentOfSet(extentOf(boundarySet_.polygons)),
+      cells(buildCellGrids(boundarySet_, pointCount)) {}
 
 void BoundaryIndex::findCells(std::span<const Point2D> points, std::span<const CellEntry*> cellsOfPoints) const {
     const CellGrid& root = cells.grids.front();

@@ -7,6 +7,7 @@
 #include "boundary/widened_box.hpp"
 
 #include <cstdint>
+#include <limits>
 #include <span>
 
 namespace vadelclip {
@@ -20,7 +21,8 @@ class BoundaryIndex {
 public:
     /// @param boundarySet_ must outlive the index, with the same polygons and vertices. It is writable because
     ///                     `containsPoint` fills the edges of two-vertex polygons.
-    explicit BoundaryIndex(BoundarySet& boundarySet_);
+    /// @param pointCount   the expected number of points. It changes time and memory, but no answer.
+    explicit BoundaryIndex(BoundarySet& boundarySet_, double pointCount = std::numeric_limits<double>::infinity());
 
     /// Returns true if the point is in any polygon of the set. The coordinates must not be NaN.
     bool anyContains(Point2D point) const { return anyContains(cells.grids.front().at(point), point); }

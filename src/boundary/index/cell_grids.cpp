@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <span>
 
 namespace vadelclip {
 
@@ -39,9 +41,23 @@ void addEdges(std::vector<CellEntry>& entries, std::size_t first, std::size_t ed
     entries.back().endsPolygon = true;
 }
 
+void buildGrids(CellGrids& grids, const BoundarySet& set, std::span<const CellEntry> entries, double maxBytes,
+                double pointCount) {
+    const GridMeasure measure = measureEntries(grids, entries, set, plane, std::numeric_limits<std::size_t>::max());
+    const GridPlan plan = planGrids(measure, pointCount);
+    Budget budget{maxBytes};
+    if (plan.maxEdgesOfCoarseRoot > 0.0 &&
+        GridBuilder(grids, set, budget, plan.maxEdgesOfCell, 0).buildCoarseRoot(entries, measure, plan)) {
+        return;
+    }
+    grids.grids.clear();
+    budget = {maxBytes};
+    GridBuilder(grids, set, budget, plan.maxEdgesOfCell, 0).buildRoot(entries, measure, plan.rootCells);
+}
+
 } // namespace
 
-CellGrids buildCellGrids(const BoundarySet& set) {
+CellGrids buildCellGrids(const BoundarySet& set, double pointCount) {
     CellGrids grids;
     std::vector<CellEntry> entries;
     grids.points.reserve(set.vertices.size() + set.polygons.size());
@@ -68,10 +84,10 @@ CellGrids buildCellGrids(const BoundarySet& set) {
             addEdges(entries, first, vertexCount);
         }
     }
-    Budget budget{maxBytesPerVertex * static_cast<double>(set.vertices.size()) +
-                  maxBytesPerPolygon * static_cast<double>(set.polygons.size()) + maxExtraBytes -
-                  static_cast<double>(grids.points.capacity() * sizeof(Point2D))};
-    GridBuilder(grids, set, budget, 0).buildRoot(entries);
+    const double maxBytes = maxBytesPerVertex * static_cast<double>(set.vertices.size()) +
+                            maxBytesPerPolygon * static_cast<double>(set.polygons.size()) + maxExtraBytes -
+                            static_cast<double>(grids.points.capacity() * sizeof(Point2D));
+    buildGrids(grids, set, entries, maxBytes, pointCount);
     return grids;
 }
 

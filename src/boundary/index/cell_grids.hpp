@@ -59,6 +59,8 @@ struct CellGrids {
 
 /// Sorts the polygons of a set into cells. Those with holes and those with coordinates that are not finite are left
 /// out: no boundary file can contain them.
-CellGrids buildCellGrids(const BoundarySet& set);
+///
+/// @param pointCount the expected number of points. It changes time and memory, but no answer.
+CellGrids buildCellGrids(const BoundarySet& set, double pointCount);
 
 } // namespace vadelclip

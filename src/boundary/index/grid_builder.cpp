@@ -6,9 +6,6 @@ namespace vadelclip {
 
 namespace {
 
-/// A cell with more edges than this gets a grid.
-constexpr std::size_t maxEdgesOfCell = 96;
-
 /// A grid with fewer cells than this does not help.
 constexpr std::size_t minCells = 16;
 
@@ -20,25 +17,31 @@ constexpr std::size_t innerSamples = 32;
 
 } // namespace
 
-void GridBuilder::buildRoot(std::span<const CellEntry> entries) {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    const Region plane{-infinity, infinity, -infinity, infinity};
-    const GridMeasure measure = measureEntries(target, entries, set, plane, std::numeric_limits<std::size_t>::max());
-    // The other quarter is for grids inside cells.
-    const double maxBytes = budget.bytes * 0.75;
+bool GridBuilder::buildCoarseRoot(std::span<const CellEntry> entries, const GridMeasure& measure,
+                                  const GridPlan& plan) {
+    edgesLeft = plan.maxEdgesOfCoarseRoot;
+    cut(plan.coarseRoot, plane);
+    if (!spans.add(entries, measure, columns, rows, rootBytes())) {
+        return false;
+    }
+    buildCells();
+    return edgesLeft >= 0.0;
+}
+
+void GridBuilder::buildRoot(std::span<const CellEntry> entries, const GridMeasure& measure, double wantedCells) {
     double share = 1.0;
-    cut(chooseRootSize(measure, share), plane);
-    bool isComplete = spans.add(entries, measure, columns, rows, maxBytes - gridBytes() - axisBytes());
+    cut(chooseRootSize(measure, wantedCells, share), plane);
+    bool isComplete = spans.add(entries, measure, columns, rows, rootBytes());
     while (!isComplete) {
         if (cellCount() > minCells) {
             share /= 2.0;
-            cut(chooseRootSize(measure, share), plane);
-            isComplete = spans.add(entries, measure, columns, rows, maxBytes - gridBytes() - axisBytes());
+            cut(chooseRootSize(measure, wantedCells, share), plane);
+            isComplete = spans.add(entries, measure, columns, rows, rootBytes());
         } else {
             // Even few cells have a span or more for each edge, if many edges leave them. A single cell has one for each entry.
             const GridMeasure spanCount{measure.extent, static_cast<double>(entries.size())};
             cut({measure.extent, 1, 1}, plane);
-            isComplete = spans.add(entries, spanCount, columns, rows, infinity);
+            isComplete = spans.add(entries, spanCount, columns, rows, std::numeric_limits<double>::infinity());
         }
     }
     buildCells();
@@ -66,6 +69,11 @@ double GridBuilder::gridBytes() const {
     return static_cast<double>(cellCount() * sizeof(CellEntry) + 3 * sizeof(CellGrid));
 }
 
+/// Returns the memory for the spans of the root. The other quarter of the budget is for grids inside cells.
+double GridBuilder::rootBytes() const {
+    return budget.bytes * 0.75 - gridBytes() - axisBytes();
+}
+
 /// Returns the memory that the rows and columns take while the grid is built.
 double GridBuilder::axisBytes() const {
     return static_cast<double>((columns.cells.count() + std::size_t{rows.cells.count()}) * bytesPerLine);
@@ -85,7 +93,7 @@ std::uint32_t GridBuilder::buildCells() {
     items.reserve(spans.itemCount());
     lists.reserve(spans.entryCount());
     spans.sort();
-    for (std::int32_t row = 0; row < rows.count(); ++row) {
+    for (std::int32_t row = 0; row < rows.count() && edgesLeft >= 0.0; ++row) {
         const std::span<const std::uint32_t> rowSpans = spans.inRow(row);
         for (std::uint32_t first = 0; first < rowSpans.size();) {
             std::uint32_t end = first + 1;
@@ -235,12 +243,13 @@ CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
         edges += std::max<std::size_t>(entry.edgeCount, 1);
         cellEntries.push_back(entry);
     }
+    edgesLeft -= static_cast<double>(edges);
     CellEntry cell = cellEntries.front();
-    if (edges > maxEdgesOfCell && depth < maxDepth) {
+    if (static_cast<double>(edges) > maxEdgesOfCell && depth < maxDepth && edgesLeft >= 0.0) {
         const Region region{columns.firstOf(column), columns.lastOf(column), rows.firstOf(row), rows.lastOf(row)};
         const auto entryBytes = static_cast<double>(cellEntries.capacity() * sizeof(CellEntry));
         budget.bytes -= entryBytes;
-        const auto number = GridBuilder(target, set, budget, depth + 1).buildInner(cellEntries, region);
+        const auto number = GridBuilder(target, set, budget, maxEdgesOfCell, depth + 1).buildInner(cellEntries, region);
         budget.bytes += entryBytes;
         if (number) {
             cell.kind = CellEntry::Kind::grid;

@@ -35,11 +35,17 @@ struct ColumnState {
 /// Builds one grid.
 class GridBuilder {
 public:
-    GridBuilder(CellGrids& target_, const BoundarySet& set_, Budget& budget_, int depth_)
-        : target(target_), set(set_), budget(budget_), depth(depth_), spans(target_, set_) {}
+    GridBuilder(CellGrids& target_, const BoundarySet& set_, Budget& budget_, double maxEdgesOfCell_, int depth_)
+        : target(target_), set(set_), budget(budget_), maxEdgesOfCell(maxEdgesOfCell_), depth(depth_),
+          spans(target_, set_) {}
 
-    /// Adds the grid for the plane.
-    void buildRoot(std::span<const CellEntry> entries);
+    /// Adds the coarse grid of a plan for the plane.
+    ///
+    /// @return false if a finer grid is better, or if the memory is not enough. Then only a part of the grid is added.
+    bool buildCoarseRoot(std::span<const CellEntry> entries, const GridMeasure& measure, const GridPlan& plan);
+
+    /// Adds the grid for the plane. It has fewer cells than wanted if the memory is not enough.
+    void buildRoot(std::span<const CellEntry> entries, const GridMeasure& measure, double wantedCells);
 
     /// Adds a grid for the inside of a cell, with the entries of the cell.
     ///
@@ -50,6 +56,7 @@ private:
     std::size_t cellCount() const;
     double gridBytes() const;
     double axisBytes() const;
+    double rootBytes() const;
     void cut(const GridSize& size, const Region& region);
     std::uint32_t buildCells();
     void countCrossings(std::span<const std::uint32_t> polygonSpans);
@@ -64,7 +71,9 @@ private:
     CellGrids& target;
     const BoundarySet& set;
     Budget& budget;
+    double maxEdgesOfCell;
     int depth;
+    double edgesLeft = std::numeric_limits<double>::infinity(); ///< How many more edges the cells may have.
     GridAxis columns;
     GridAxis rows;
     RowSpans spans;

@@ -19,10 +19,18 @@ constexpr double maxCoordinate = 4e307;
 
 // These numbers measured best (benchmarks/boundary_index_bench.cpp).
 
-/// The minimum number of cells, for few and for many edges. A crowded cell gets a separate grid.
+/// The minimum number of cells, for few and for many edges.
 constexpr std::array minRootCells{2048.0, 8192.0};
 constexpr double rootCellsPerCrossing = 500.0;
 constexpr double extraRootCells = 32768.0;
+constexpr double rootCellsPerPoint = 0.125;
+constexpr double maxRootCellsForPoints = 131072.0;
+
+/// To add an edge to a cell takes as much time as to walk along this number of edges.
+constexpr double walksPerEntry = 10.0;
+
+/// A cell with fewer edges gets no grid.
+constexpr double minCrowd = 96.0;
 constexpr double extraRootEntriesPerEdge = 4.0;
 constexpr double extraRootEntries = 3e6;
 constexpr double innerCellsPerEdge = 0.25;
@@ -136,6 +144,11 @@ GridSize chooseSize(const GridMeasure& measure, double cells, double maxExtraEnt
     return {measure.extent, static_cast<std::uint32_t>(columns), static_cast<std::uint32_t>(rows)};
 }
 
+/// Returns how many entries the edges have more than one each.
+double entriesFromCuts(const GridMeasure& measure, const GridSize& size) {
+    return size.columns * measure.crossingsPerWidth + size.rows * measure.crossingsPerHeight;
+}
+
 } // namespace
 
 GridMeasure measureEntries(const CellGrids& grids, std::span<const CellEntry> entries, const BoundarySet& set,
@@ -163,11 +176,21 @@ GridMeasure measureEntries(const CellGrids& grids, std::span<const CellEntry> en
             averageCrossings(measure.travelledX * stepLength, extent.maxX - extent.minX, edges)};
 }
 
-GridSize chooseRootSize(const GridMeasure& measure, double share) {
+GridPlan planGrids(const GridMeasure& measure, double pointCount) {
     const double crossings = measure.crossingsPerHeight * measure.crossingsPerWidth;
     const double wanted =
         std::max(crossings * rootCellsPerCrossing, std::clamp(measure.edgeCount, minRootCells[0], minRootCells[1]));
-    const double cells = std::min(wanted, measure.edgeCount + extraRootCells);
+    const double cellsForPoints = std::min(pointCount * rootCellsPerPoint, maxRootCellsForPoints);
+    const double rootCells = std::min(wanted, std::max(measure.edgeCount + extraRootCells, cellsForPoints));
+    const GridSize coarse = chooseRootSize(measure, std::min(rootCells, minRootCells[0]), 1.0);
+    const GridSize fine = chooseRootSize(measure, rootCells, 1.0);
+    const double coarseCells = static_cast<double>(coarse.columns) * coarse.rows;
+    const double moreEntries = entriesFromCuts(measure, fine) - entriesFromCuts(measure, coarse);
+    return {std::max(minCrowd, measure.edgeCount * walksPerEntry / pointCount), coarse,
+            coarseCells * moreEntries * walksPerEntry / pointCount, rootCells};
+}
+
+GridSize chooseRootSize(const GridMeasure& measure, double cells, double share) {
     GridSize size =
         chooseSize(measure, cells * share, (measure.edgeCount * extraRootEntriesPerEdge + extraRootEntries) * share);
     const double width = (size.extent.maxX - size.extent.minX) / size.columns;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 
 namespace vadelclip {
@@ -18,6 +19,9 @@ struct Region {
     double firstY;
     double lastY;
 };
+
+constexpr Region plane{-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(),
+                       -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
 
 /// The figures that decide the size of a grid.
 struct GridMeasure {
@@ -39,10 +43,22 @@ struct GridSize {
 GridMeasure measureEntries(const CellGrids& grids, std::span<const CellEntry> entries, const BoundarySet& set,
                            const Region& region, std::size_t maxSamples);
 
+/// How fine the grids are. Finer grids take more time to build and less time for each point.
+struct GridPlan {
+    double maxEdgesOfCell;       ///< A cell with more edges gets a grid.
+    GridSize coarseRoot;         ///< A first grid that is fine enough if most of its cells are decided.
+    double maxEdgesOfCoarseRoot; ///< The sum of the edges in all of its cells up to which this is so.
+    double rootCells;            ///< Otherwise the number of cells that takes the least time.
+};
+
+/// Plans the grids for a number of points.
+GridPlan planGrids(const GridMeasure& measure, double pointCount);
+
 /// Chooses a grid for the whole plane. It has an empty row or column at each side, for points outside the boundary.
 ///
-/// @param share part of the cells and entries that would be fastest, at most 1.0. Less takes less memory.
-GridSize chooseRootSize(const GridMeasure& measure, double share);
+/// @param cells wanted number of cells.
+/// @param share part of the cells and entries, at most 1.0. Less takes less memory.
+GridSize chooseRootSize(const GridMeasure& measure, double cells, double share);
 
 /// Chooses a grid for the inside of a cell.
 GridSize chooseInnerSize(const GridMeasure& measure, double share);

@@ -65,11 +65,14 @@ double uniform(Random& random, double low, double high) {
 /// Builds an index and compares its peak memory with the bound that docs/performance.md states.
 void expectWithinBound(const std::vector<Outline>& outlines) {
     const BoundarySet set = setOf(outlines);
-    const std::size_t before = allocatedBytes;
-    peakBytes = allocatedBytes;
-    const CellGrids grids = buildCellGrids(set);
     const std::size_t bound = 64 * set.vertices.size() + 200 * set.polygons.size() + 64 * 1024 * 1024;
-    EXPECT_LE(peakBytes - before, bound) << set.vertices.size() << " vertices, " << set.polygons.size() << " polygons";
+    for (const double pointCount : {1.0, 1e5, 1e9}) {
+        const std::size_t before = allocatedBytes;
+        peakBytes = allocatedBytes;
+        const CellGrids grids = buildCellGrids(set, pointCount);
+        EXPECT_LE(peakBytes - before, bound)
+            << pointCount << " points, " << set.vertices.size() << " vertices, " << set.polygons.size() << " polygons";
+    }
 }
 
 /// Vertices anywhere: nearly every edge crosses a large part of the plane.
@@ -108,7 +111,7 @@ std::size_t bytesPerVertex(const Outline& ring, std::size_t maxSize) {
         BoundarySet set;
         EXPECT_TRUE(readBoundaryFile(set, path));
         EXPECT_EQ(set.vertices.size(), ring.size());
-        const CellGrids grids = buildCellGrids(set);
+        const CellGrids grids = buildCellGrids(set, 1e9);
     }
     pugi::set_memory_management_functions(allocate, free);
     return (peakBytes - before) / ring.size();

@@ -13,7 +13,9 @@ TEST(GridBuilder, keepsEveryEdgeWithoutMemory) {
     ring.edgeCount = 4;
     ring.endsPolygon = true;
     Budget budget{0.0};
-    GridBuilder(grids, set, budget, 0).buildRoot(std::span(&ring, 1));
+    const std::span entries(&ring, 1);
+    const GridMeasure measure = measureEntries(grids, entries, set, plane, ring.edgeCount);
+    GridBuilder(grids, set, budget, 96.0, 0).buildRoot(entries, measure, 2048.0);
     ASSERT_EQ(grids.grids.front().cells.size(), 1U);
     EXPECT_EQ(grids.grids.front().cells.front().edgeCount, 4U);
 }
