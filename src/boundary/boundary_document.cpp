@@ -4,11 +4,10 @@
 #include "text/number_text.hpp"
 
 #include <pugixml.hpp>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
+#include <algorithm>
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <sstream>
 #include <string_view>
@@ -35,19 +34,17 @@ std::string readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
     return {};
 }
 
-void appendVertex(BoundarySet& set, BoundaryPolygon& polygon, double x, double y) {
-    BoundaryVertex vertex;
-    vertex.x = x;
-    vertex.y = y;
-    set.vertices.push_back(vertex);
-    polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size() - 1));
-}
-
-/// Returns freed memory to the system. The C library does not do this by itself for memory in the middle of its heap.
-void releaseFreedMemory() {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
+void appendVertices(BoundarySet& set, BoundaryPolygon& polygon, const std::deque<Point2D>& points) {
+    polygon.vertexIndices.reserve(points.size());
+    if (points.size() > set.vertices.capacity() - set.vertices.size()) {
+        set.vertices.reserve(std::max(2 * set.vertices.capacity(), set.vertices.size() + points.size()));
+    }
+    for (const Point2D point : points) {
+        polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size()));
+        BoundaryVertex& vertex = set.vertices.emplace_back();
+        vertex.x = point.x;
+        vertex.y = point.y;
+    }
 }
 
 /// Removes all nodes in a node, without recursion.
@@ -75,21 +72,17 @@ void removeChild(pugi::xml_node parent, const pugi::xml_node& child) {
     parent.remove_child(child);
 }
 
-/// Removes each child after reading it: the document and the vertices are never both complete in memory.
-std::string readPoints(BoundarySet& set, BoundaryPolygon& polygon, pugi::xml_node polygonNode, std::int32_t id) {
-    std::int32_t pointCounter = 0;
+/// Removes each child after reading it. The points fit into the memory of the children that they come from, because
+/// they are in small blocks. A vector that grows would need new memory.
+std::string readPoints(std::deque<Point2D>& points, pugi::xml_node polygonNode, std::int32_t id) {
     for (pugi::xml_node node = polygonNode.first_child(); !node.empty(); node = polygonNode.first_child()) {
         if (std::string_view(node.name()) == "point") {
-            double x = 0.0;
-            double y = 0.0;
-            if (!readNumericAttribute(node, "x", x) || !readNumericAttribute(node, "y", y)) {
-                return formatMessage("Cannot read point {0} in polygon {1}", pointCounter, id);
+            Point2D point{};
+            if (!readNumericAttribute(node, "x", point.x) || !readNumericAttribute(node, "y", point.y)) {
+                return formatMessage("Cannot read point {0} in polygon {1}", static_cast<std::int32_t>(points.size()),
+                                     id);
             }
-            if (set.vertices.size() == set.vertices.capacity()) {
-                releaseFreedMemory(); // before the table grows
-            }
-            appendVertex(set, polygon, x, y);
-            ++pointCounter;
+            points.push_back(point);
         }
         removeChild(polygonNode, node);
     }
@@ -102,7 +95,9 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     std::int32_t id = 0;
     std::string error = readPolygonId(polygonNode, id);
     if (error.empty()) {
-        error = readPoints(group.set, polygon, polygonNode, id);
+        std::deque<Point2D> points;
+        error = readPoints(points, polygonNode, id);
+        appendVertices(group.set, polygon, points);
     }
     if (error.empty()) {
         computeBoundingBox(polygon, group.set.vertices);

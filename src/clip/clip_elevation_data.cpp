@@ -13,13 +13,33 @@
 #include <boost/filesystem/path.hpp>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace vadelclip {
 
 namespace {
 
 namespace fs = boost::filesystem;
+
+/// Keeps freed memory for later allocations of any size. The system takes long to provide new memory, and most memory of
+/// the document of a large boundary is free before the index is built.
+void keepFreedMemory() {
+#ifdef __GLIBC__
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+#endif
+}
+
+/// Returns freed memory to the system: the rest of a run may take hours.
+void releaseFreedMemory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 bool loadBoundary(BoundarySet& boundarySet, const std::string& boundaryFilePath) {
     clearBoundarySet(boundarySet);
@@ -84,6 +104,7 @@ std::int32_t clipFiles(const InputSelection& selection, const std::string& outpu
 std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParentDirectory,
                                std::string inputDirectoryName, std::string outputDirectoryName,
                                std::string boundaryFilePath) {
+    keepFreedMemory();
     if (!loadBoundary(boundarySet, boundaryFilePath)) {
         return 1;
     }
@@ -106,6 +127,7 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
         return 1;
     }
     const BoundaryIndex boundary(boundarySet, countLines(selection));
+    releaseFreedMemory();
     const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundary);
     writeNodeCount(outputDirectory, totalKeptNodes);
     return 0;

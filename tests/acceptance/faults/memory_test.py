@@ -209,7 +209,7 @@ class LimitedMemory(FaultTest):
         jagged = [(10 + index % 2, index / 500) for index in range(5_000)]
         kept = b"1;1;" + b"k" * 1_000_000 + b"\n"
         self.giveFaultJob({"a.xyz": (b"x;y;z\n2;2;5\n" + kept + b"20;1;5\n3;3;5\n", b"2;2;5\n" + kept + b"3;3;5\n")},
-                          area=boundary([(0, 0), *jagged, (0, 10)]))
+                          area=boundary([(0, 0), *jagged, (0, 10)], *[[]] * 2_000))
 
     def lowestLimit(self):
         """Returns the lowest limit at which the tool reports its usage."""

@@ -140,7 +140,7 @@ class Sizes(HostileTest):
         return self.start("base/data", "out", "../aside/area.xml", beforeStart=memoryLimit(memory))
 
     ATTRIBUTE = int(os.environ.get("VADELCLIP_ATTRIBUTE", 20 if SANITIZED else 200)) << 20
-    POINTS = int(os.environ.get("VADELCLIP_POINTS", 500_000))
+    POLYGONS = int(os.environ.get("VADELCLIP_POLYGONS", 200_000))
 
     def long(self, start, end):
         return [start, *[b"1" * (1 << 20)] * (self.ATTRIBUTE >> 20), end]
@@ -162,16 +162,13 @@ class Sizes(HostileTest):
         self.expectFailed(self.clipAside(self.ATTRIBUTE), "Boundary file ../aside/area.xml not found", SECOND)
 
     @unittest.skipIf(SANITIZED, "takes several times the memory under sanitizers")
-    def test_points_beyond_a_memory_limit_fail_the_run(self):
-        ring = (f'<point x="{10 if number % 2 else 9}" y="{number / (self.POINTS / 10)}"/>'
-                for number in range(self.POINTS))
-        self.writeArea([boundaries('<polygon id="1"><point x="0" y="0"/>' + "".join(ring)
-                                   + '<point x="0" y="10"/></polygon>')])
-        # Half a million points are 13 MB of text. The document needs several times this size, and the set even more.
-        # With this number of points, the limits are from 60 to about 160 MiB.
+    def test_polygons_beyond_a_memory_limit_fail_the_run(self):
+        # A polygon without points takes several times its memory in the document. Points take less.
+        square = "".join(f'<point x="{x}" y="{y}"/>' for x, y in [(0, 0), (10, 0), (10, 10), (0, 10)])
+        self.writeArea([boundaries(f'<polygon id="1">{square}</polygon>' + '<polygon id="2"/>' * self.POLYGONS)])
         seen = []
-        for bytesPerPoint in [126, *range(240, 640, 6)]:
-            run = self.clipAside(self.POINTS * bytesPerPoint)
+        for memory in range(54 << 20, 1 << 30, 8 << 20):
+            run = self.clipAside(memory)
             if run.status == 0:
                 self.expectFinished(run, 1, KEPT, lineCounts=[2])
                 break
