@@ -25,14 +25,27 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-/// Keeps freed memory for later allocations of any size. The system takes long to provide new memory, and most memory of
-/// the document of a large boundary is free before the index is built.
-void keepFreedMemory() {
+/// While it exists, freed memory is kept for later allocations of any size. The system takes long to provide new memory,
+/// and most memory of the document of a large boundary is free before the index is built.
+class FreedMemoryKeeper {
+public:
 #ifdef __GLIBC__
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    FreedMemoryKeeper() {
+        mallopt(M_MMAP_MAX, 0);
+        mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    }
+    ~FreedMemoryKeeper() {
+        mallopt(M_MMAP_MAX, defaultMmapMax);
+        mallopt(M_TRIM_THRESHOLD, defaultTrimThreshold);
+    }
+    FreedMemoryKeeper(const FreedMemoryKeeper&) = delete;
+    FreedMemoryKeeper& operator=(const FreedMemoryKeeper&) = delete;
+
+private:
+    static constexpr int defaultMmapMax = 65536;
+    static constexpr int defaultTrimThreshold = 128 * 1024;
 #endif
-}
+};
 
 /// Returns freed memory to the system: the rest of a run may take hours.
 void releaseFreedMemory() {
@@ -42,6 +55,7 @@ void releaseFreedMemory() {
 }
 
 bool loadBoundary(BoundarySet& boundarySet, const std::string& boundaryFilePath) {
+    [[maybe_unused]] const FreedMemoryKeeper keeper;
     clearBoundarySet(boundarySet);
     if (readBoundaryFile(boundarySet, boundaryFilePath)) {
         return true;
@@ -82,6 +96,11 @@ double countLines(const InputSelection& selection) {
     return std::max(1.0, std::accumulate(selection.lineCounts.begin(), selection.lineCounts.end(), 0.0));
 }
 
+BoundaryIndex indexFor(const InputSelection& selection, BoundarySet& boundarySet) {
+    [[maybe_unused]] const FreedMemoryKeeper keeper;
+    return BoundaryIndex(boundarySet, countLines(selection));
+}
+
 /// Clips the selected files one after the other and returns the total number of kept lines.
 std::int32_t clipFiles(const InputSelection& selection, const std::string& outputDirectory,
                        const BoundaryIndex& boundary) {
@@ -104,7 +123,6 @@ std::int32_t clipFiles(const InputSelection& selection, const std::string& outpu
 std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParentDirectory,
                                std::string inputDirectoryName, std::string outputDirectoryName,
                                std::string boundaryFilePath) {
-    keepFreedMemory();
     if (!loadBoundary(boundarySet, boundaryFilePath)) {
         return 1;
     }
@@ -126,7 +144,7 @@ std::int32_t clipElevationData(BoundarySet& boundarySet, std::string inputParent
         reportLine(translateMessage("There are no input files."));
         return 1;
     }
-    const BoundaryIndex boundary(boundarySet, countLines(selection));
+    const BoundaryIndex boundary = indexFor(selection, boundarySet);
     releaseFreedMemory();
     const std::int32_t totalKeptNodes = clipFiles(selection, outputDirectory, boundary);
     writeNodeCount(outputDirectory, totalKeptNodes);
