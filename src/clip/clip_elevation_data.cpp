@@ -91,9 +91,11 @@ bool checkOutputDirectory(const std::string& outputDirectory) {
     return false;
 }
 
-/// Returns the number of data lines, at least 1. Unlike the number of progress, it does not wrap around.
+/// Returns the number of lines to read, plus 1. Unlike the number of progress, it does not wrap around. No line is
+/// read of a file with a negative count.
 double countLines(const InputSelection& selection) {
-    return std::max(1.0, std::accumulate(selection.lineCounts.begin(), selection.lineCounts.end(), 0.0));
+    return std::accumulate(selection.lineCounts.begin(), selection.lineCounts.end(), 1.0,
+                           [](double sum, std::int32_t lineCount) { return sum + std::max(lineCount, 0); });
 }
 
 BoundaryIndex indexFor(const InputSelection& selection, BoundarySet& boundarySet) {
