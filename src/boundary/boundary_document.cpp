@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <deque>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace vadelclip {
 
@@ -107,8 +109,19 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
     return error;
 }
 
+/// Makes room for all polygons of a group at once. Smaller tables would remain in memory as gaps.
+void reservePolygons(BoundaryGroup& group, const pugi::xml_node& groupNode) {
+    const auto nodes = groupNode.children("polygon");
+    const auto count = static_cast<std::size_t>(std::distance(nodes.begin(), nodes.end()));
+    std::vector<BoundaryPolygon>& polygons = group.set.polygons;
+    if (count > polygons.capacity() - polygons.size()) {
+        polygons.reserve(std::max(2 * polygons.capacity(), polygons.size() + count));
+    }
+}
+
 /// Removes each child after reading it.
 std::string readPolygons(BoundaryGroup& group, pugi::xml_node groupNode) {
+    reservePolygons(group, groupNode);
     for (pugi::xml_node node = groupNode.first_child(); !node.empty(); node = groupNode.first_child()) {
         if (std::string_view(node.name()) == "polygon") {
             std::string error = readPolygon(group, node);

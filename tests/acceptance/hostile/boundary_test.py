@@ -178,6 +178,12 @@ class Sizes(HostileTest):
         self.assertEqual(list(dict.fromkeys(seen)), ["Boundary file ../aside/area.xml not found", "std::bad_alloc"])
         self.assertEqual(seen, sorted(seen))
 
+    @unittest.skipIf(SANITIZED, "takes several times the memory under sanitizers")
+    def test_table_of_polygons_exists_once(self):
+        # A table that grows would exist twice just beyond a power of two.
+        self.writeArea([SQUARE.replace(b"</group>", b'<polygon id="2"/>' * 262_200 + b"</group>")])
+        self.expectFinished(self.clipAside(280 << 20), 1, KEPT, lineCounts=[2])
+
 
 if __name__ == "__main__":
     unittest.main()
