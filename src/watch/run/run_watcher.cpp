@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <optional>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -98,9 +99,15 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
     // Called before the signals are read: Ctrl-C sends a signal to both processes, so if it has ended the tool, our signal
     // has arrived too.
     const std::optional<ToolEnd> end = tool.pollEnd();
+    const bool interrupted = record.interruptedBy != 0;
     for (const int number : signals.takeEndingSignals()) {
-        record.interruptedBy = number;
-        tool.forward(number);
+        if (end && interrupted) {
+            // The tool cannot take this further signal. It ends this process as soon as signals are no longer blocked.
+            static_cast<void>(raise(number));
+        } else {
+            record.interruptedBy = number;
+            tool.forward(number);
+        }
     }
     if (end) {
         record.end = *end;

@@ -9,6 +9,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from engines import isRunning
 from fault_checks import PASS, failing, failingMemory, fails, failsForever
 from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest
 
@@ -59,13 +60,8 @@ class WithoutMemory(WatchTest):
     def waitForEndOf(self, pid, when):
         """The kernel ends the tool if Vadelwatch cannot."""
         limit = time.monotonic() + TIME_LIMIT
-        status = "running"
-        while status not in ("", "Z"):
+        while isRunning(pid):
             self.assertLess(time.monotonic(), limit, f"the tool was left running {when}")
-            try:
-                status = Path(f"/proc/{pid}/stat").read_text(encoding="ascii").rsplit(")", 1)[1].split()[0]
-            except (FileNotFoundError, ProcessLookupError):
-                status = ""
 
     def allocationsOfARun(self):
         path = self.path("calls")

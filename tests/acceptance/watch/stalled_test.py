@@ -9,6 +9,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
+from engines import isRunning
 from watching import HEADER, TIME_LIMIT, WatchTest
 
 JOB = ("base/data", "out", "area.xml", "--lang=en")
@@ -87,6 +88,24 @@ class Stalled(WatchTest):
         process.send_signal(signal.SIGTERM)
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
         self.expectPrefixOfErrors(self.finish(process).errorLines()[:-1])
+
+    def test_second_signal_ends_vadelwatch_before_it_has_seen_the_end_of_the_tool(self):
+        process = self.startStalled("""
+def end(number, frame):
+    open('got', 'w').close()
+    while not os.path.exists('held'): time.sleep(0.01)
+    os._exit(1)
+signal.signal(signal.SIGTERM, end)
+""" + FLOOD)
+        process.send_signal(signal.SIGTERM)
+        self.waitForFile("got")
+        process.send_signal(signal.SIGSTOP)
+        self.give({"held": b""})
+        tool = int(self.content("pid"))
+        self.waitUntil(lambda: not isRunning(tool), "the tool's end")
+        process.send_signal(signal.SIGTERM)
+        process.send_signal(signal.SIGCONT)
+        self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
 
     def test_all_output_before_the_end_of_the_tool_is_shown(self):
         process = self.startStalled("""
