@@ -2,19 +2,13 @@
 
 #include "boundary/boundary_extent.hpp"
 #include "boundary/contains_point.hpp"
+#include "boundary/index/prefetch.hpp"
 #include "boundary/ring_walk.hpp"
 #include "boundary/widened_box.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-
-// Not a function: GCC 12 drops calls of a function that only prefetches.
-#ifdef __GNUC__
-#define PREFETCH(address) __builtin_prefetch(address)
-#else
-#define PREFETCH(address) static_cast<void>(address)
-#endif
 
 namespace vadelclip {
 
@@ -90,10 +84,12 @@ void BoundaryIndex::findCells(std::span<const Point2D> points, std::span<const C
         PREFETCH(cellsOfPoints[i]);
     }
     constexpr std::size_t cacheLine = 64;
+    constexpr std::size_t linesOfList = 3; // nearly all lists end before a fourth line
     for (const CellEntry* const entry : cellsOfPoints.first(points.size())) {
         if (entry->kind == CellEntry::Kind::list) {
-            PREFETCH(elementOrEnd(root.lists, entry->first));
-            PREFETCH(elementOrEnd(root.lists, entry->first + cacheLine / sizeof(CellEntry)));
+            for (std::size_t line = 0; line < linesOfList; ++line) {
+                PREFETCH(elementOrEnd(root.lists, entry->first + line * cacheLine / sizeof(CellEntry)));
+            }
         } else if (entry->kind == CellEntry::Kind::piece && !entry->isDecided()) {
             PREFETCH(elementOrEnd(cells.points, entry->first));
             PREFETCH(elementOrEnd(cells.points, entry->first + cacheLine / sizeof(Point2D)));

@@ -93,8 +93,10 @@ std::uint32_t GridBuilder::buildCells() {
     items.reserve(spans.itemCount());
     lists.reserve(spans.entryCount());
     spans.sort();
+    spans.prefetchRow(0);
     for (std::int32_t row = 0; row < rows.count() && edgesLeft >= 0.0; ++row) {
         const std::span<const std::uint32_t> rowSpans = spans.inRow(row);
+        spans.prefetchRow(row + 1);
         for (std::uint32_t first = 0; first < rowSpans.size();) {
             std::uint32_t end = first + 1;
             while (end < rowSpans.size() &&
@@ -189,11 +191,16 @@ bool GridBuilder::extendItem(std::uint32_t number, std::span<const std::uint32_t
 void GridBuilder::addItem(const RowSpan& span, std::uint32_t place, std::int32_t column) {
     ColumnState& state = states[static_cast<std::size_t>(column)];
     const auto number = static_cast<std::uint32_t>(items.size());
-    CellEntry entry = span.entry;
     const bool startsPolygon =
         state.lastItem == ColumnState::none || items[state.lastItem].polygon != spans.polygonOf(span);
-    entry.odd = startsPolygon && entry.kind == CellEntry::Kind::piece && state.odd;
-    items.push_back({entry, span.piece, spans.polygonOf(span), place, ColumnState::none});
+    // Assigned in place: a processor would wait for a copy whose bytes were written one by one.
+    CellItem& item = items.emplace_back();
+    item.entry = span.entry;
+    item.entry.odd = startsPolygon && span.entry.kind == CellEntry::Kind::piece && state.odd;
+    item.piece = span.piece;
+    item.polygon = spans.polygonOf(span);
+    item.lastSpan = place;
+    item.next = ColumnState::none;
     if (state.lastItem == ColumnState::none) {
         state.firstItem = number;
         listedColumns.push_back(column);
@@ -265,10 +272,14 @@ CellEntry GridBuilder::finishCell(std::int32_t row, std::int32_t column) {
     return cell;
 }
 
-/// Returns true if a vertex is in the row and right of the column.
+/// Returns true if a vertex is in the row and right of the column. Without branches, because a processor could not predict
+/// them.
 bool GridBuilder::isRight(std::uint32_t vertex, std::int32_t row, std::int32_t column) const {
     const Point2D point = target.points[vertex];
-    return columns.place(point.x) > column && rows.place(point.y) == row;
+    const auto notBelowRow = static_cast<unsigned>(point.y >= rows.firstOf(row));
+    const auto notAboveRow = static_cast<unsigned>(point.y < rows.firstOf(row + 1));
+    const auto afterColumn = static_cast<unsigned>(point.x >= columns.firstOf(column + 1));
+    return (notBelowRow & notAboveRow & afterColumn) != 0;
 }
 
 } // namespace vadelclip

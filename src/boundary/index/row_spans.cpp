@@ -1,5 +1,7 @@
 #include "boundary/index/row_spans.hpp"
 
+#include "boundary/index/prefetch.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -78,6 +80,14 @@ void RowSpans::clear() {
 std::span<const std::uint32_t> RowSpans::inRow(std::int32_t row) const {
     const auto place = static_cast<std::size_t>(row);
     return std::span(sorted).subspan(rowStarts[place], rowStarts[place + 1] - rowStarts[place]);
+}
+
+void RowSpans::prefetchRow(std::int32_t row) const {
+    if (rows->has(row)) {
+        for (const std::uint32_t number : inRow(row)) {
+            PREFETCH(&spans[number]);
+        }
+    }
 }
 
 void RowSpans::addPiece(const CellEntry& entry) {
@@ -206,9 +216,15 @@ void RowSpans::addSpan(const CellEntry& entry, std::int32_t row, std::int32_t fi
         isFull = true;
         return;
     }
-    spans.push_back({entry, static_cast<std::uint32_t>(polygons.size() - 1), row, firstColumn, lastColumn});
+    // Assigned in place, as the items of GridBuilder are.
+    RowSpan& span = spans.emplace_back();
+    span.entry = entry;
+    span.piece = static_cast<std::uint32_t>(polygons.size() - 1);
+    span.row = row;
+    span.firstColumn = firstColumn;
+    span.lastColumn = lastColumn;
     lastOfRow[static_cast<std::size_t>(row)] = spans.size();
-    const std::size_t columnCount = spans.back().columnCount();
+    const std::size_t columnCount = span.columnCount();
     maxEntries += columnCount;
     maxItems = std::max(maxItems, itemsOfRow[static_cast<std::size_t>(row)] += columnCount);
 }

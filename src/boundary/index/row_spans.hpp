@@ -70,6 +70,9 @@ public:
     /// Returns the numbers of a row's spans, in the order of the entries.
     std::span<const std::uint32_t> inRow(std::int32_t row) const;
 
+    /// Starts to load the spans of a row, which are far from each other. A row beyond the last has none.
+    void prefetchRow(std::int32_t row) const;
+
     /// Returns the greatest possible number of entries in all cells.
     std::size_t entryCount() const { return maxEntries; }
 
