@@ -71,17 +71,44 @@ std::uint64_t valueOfEightDigits(std::uint64_t bytes) {
     return ((bytes & mask) * ((1000000ULL << 32) + 100) + ((bytes >> 16) & mask) * ((10000ULL << 32) + 1)) >> 32;
 }
 
-/// Does the same as `scanDigits`, faster for eight digits and more.
-const char* scanFraction(const char* position, const char* last, std::uint64_t& number) {
-    if constexpr (std::endian::native == std::endian::little) {
-        std::uint64_t bytes = 0;
-        if (static_cast<std::size_t>(last - position) >= sizeof bytes) {
-            std::memcpy(&bytes, position, sizeof bytes);
-            if (areEightDigits(bytes)) {
-                number = number * 100000000 + valueOfEightDigits(bytes);
-                position += sizeof bytes;
+/// Reads the first 1 to 8 of eight bytes of text.
+///
+/// @param number receives their value. It is unspecified if one of them is not a digit.
+/// @return true if all are digits.
+bool readDigits(const char* text, unsigned count, std::uint64_t& number) {
+    std::memcpy(&number, text, sizeof number);
+    const unsigned shift = 64 - 8 * count;
+    number = number << shift | eightZeros % (std::uint64_t{1} << shift); // zeros in front
+    const bool areDigits = areEightDigits(number);
+    number = valueOfEightDigits(number);
+    return areDigits;
+}
+
+bool canReadEightDigits(const char* position, const char* last) {
+    return std::endian::native == std::endian::little && last - position >= 8;
+}
+
+/// Does the same as `scanDigits` for a number of 0, faster for six or seven digits before a point, as most projected
+/// coordinates have.
+const char* scanInteger(const char* position, const char* last, std::uint64_t& number) {
+    if (canReadEightDigits(position, last)) {
+        for (const unsigned count : {6U, 7U}) {
+            std::uint64_t digits = 0;
+            if (position[count] == '.' && readDigits(position, count, digits)) {
+                number = digits;
+                return position + count;
             }
         }
+    }
+    return scanDigits(position, last, number);
+}
+
+/// Does the same as `scanDigits`, faster for eight digits and more.
+const char* scanFraction(const char* position, const char* last, std::uint64_t& number) {
+    std::uint64_t digits = 0;
+    if (canReadEightDigits(position, last) && readDigits(position, 8, digits)) {
+        number = number * 100000000 + digits;
+        position += 8;
     }
     return scanDigits(position, last, number);
 }
@@ -146,7 +173,7 @@ NumberReading readNumber(std::string_view text) {
     }
     const char* const digits = position;
     std::uint64_t mantissa = 0; // all digits as one integer; wraps around beyond 19 digits
-    position = scanDigits(position, last, mantissa);
+    position = scanInteger(position, last, mantissa);
     auto digitCount = static_cast<std::size_t>(position - digits);
     std::size_t fractionDigits = 0;
     if (position != last && *position == '.') {
