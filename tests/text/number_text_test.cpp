@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vadelclip {
 
@@ -223,13 +224,17 @@ TEST(NumberText, agreesOnTextsCutAtEveryByte) {
     for (const char* const blanks : {"", " ", "\t", " \t\n\v\f\r", "            "}) {
         for (const char* const sign : {"", "-", "+", "- ", "+-"}) {
             for (const char* const number :
-                 {"7", "1234567", "12345678", "123456789.123456789;", "382250.2917130358;", "9007199254740992.5;",
+                 {"7", "1234567.25;", "12345678", "123456789.123456789;", "382250.2917130358;", "9007199254740992.5;",
                   "9007199254740993;", "1234567890123456789", "12345678901234567890", "0.0000000000000000001;", ".5.5",
                   "5..5", "1.5e", "1.5E+10;", "1e-5x", "00000000000000000000001;", "12/5", "12:5", "1 2"}) {
                 const std::string text = std::string(blanks) + sign + number;
                 for (std::size_t length = 0; length <= text.size(); ++length) {
                     // A view, so that the bytes after the cut exist but must not be read.
-                    expectSameReading(std::string_view(text).substr(0, length));
+                    const std::string_view cut = std::string_view(text).substr(0, length);
+                    expectSameReading(cut);
+                    // Without bytes after the cut, sanitizers find any byte that is read there.
+                    const std::vector<char> copy(cut.begin(), cut.end());
+                    expectSameReading({copy.data(), copy.size()});
                 }
             }
         }
@@ -252,6 +257,18 @@ TEST(NumberText, agreesOnEachByteAtEachPlaceOfFraction) {
                 std::string fraction = std::string("12345678901234567890").substr(0, length);
                 fraction[place] = static_cast<char>(value);
                 expectSameReading("7." + fraction);
+            }
+        }
+    }
+}
+
+TEST(NumberText, agreesOnEachByteAtEachPlaceOfInteger) {
+    for (std::size_t length = 1; length <= 10; ++length) {
+        for (std::size_t place = 0; place <= length; ++place) {
+            for (int value = 0; value < 256; ++value) {
+                std::string integer = std::string("9382716504").substr(0, length) + ".";
+                integer[place] = static_cast<char>(value);
+                expectSameReading(integer + "25;7");
             }
         }
     }
