@@ -18,7 +18,7 @@ struct GridAxis {
 
     GridAxis() = default;
 
-    /// Cuts `minimum` to `maximum` into cells. The outermost cells extend to `first_` and `last_`.
+    /// Cuts `minimum` to `maximum`, a part of `first_` to `last_`, into cells. The outermost cells extend to these two.
     GridAxis(double minimum, double maximum, std::uint32_t cellCount, double first_, double last_);
 
     std::int32_t count() const { return static_cast<std::int32_t>(cells.count()); }
