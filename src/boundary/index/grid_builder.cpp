@@ -111,10 +111,13 @@ std::uint32_t GridBuilder::buildCells() {
         }
         finishRow(row);
     }
-    budget.bytes += axisBytes() + spans.bytes() - static_cast<double>(lists.size() * sizeof(CellEntry));
+    budget.bytes += spans.bytes(); // includes the reserved memory of the lists
     spans.clear();
     items = std::vector<CellItem>();
-    lists.shrink_to_fit();
+    if (static_cast<double>((lists.capacity() + lists.size()) * sizeof(CellEntry)) <= budget.bytes) {
+        lists.shrink_to_fit(); // for a moment there are two copies
+    }
+    budget.bytes += axisBytes() - static_cast<double>(lists.capacity() * sizeof(CellEntry));
     target.grids[number] = {columns.cells, rows.cells, std::move(cells), std::move(lists)};
     return number;
 }

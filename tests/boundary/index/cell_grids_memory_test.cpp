@@ -173,6 +173,22 @@ TEST(CellGridsMemory, isBoundedForOutlinesOfAllScales) {
     expectWithinBound({spiral});
 }
 
+// The box of an edge this long overflows, so most cells list most edges: the lists are large, and few of their entries
+// are in finer grids.
+TEST(CellGridsMemory, isBoundedForEdgesThatOverflow) {
+    Random random(6);
+    for (const int count : {110, 120, 230}) {
+        std::vector<Outline> triangles;
+        for (int i = 0; i < count; ++i) {
+            triangles.push_back(tangle(random, 3));
+            for (Point2D& vertex : triangles.back()) {
+                vertex = {vertex.x * 1.7e308, vertex.y * 1.7e308};
+            }
+        }
+        expectWithinBound(triangles);
+    }
+}
+
 // A boundary file of a million vertices takes at most 250 MiB, and 400 MiB if its edges cross all of the plane.
 TEST(BoundaryMemory, isBoundedForReadAndIndexedFile) {
     Outline round;
