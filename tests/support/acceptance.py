@@ -162,6 +162,7 @@ class AcceptanceTest(unittest.TestCase):
         self.given = {}
         self.servers = []
         self.serverErrors = []
+        self.process = None
 
     def startOver(self):
         """Empties the directory for the next case of a table."""
@@ -246,11 +247,16 @@ class AcceptanceTest(unittest.TestCase):
 
     def waitFor(self, condition, what):
         """For a step of `serve`: delays the tool's input until the condition is true."""
-        limit = time.monotonic() + 5
+        limit = time.monotonic() + TIME_LIMIT
         while not condition():
             if time.monotonic() > limit:
                 raise AssertionError(f"timed out waiting for {what}")
             time.sleep(0.001)
+
+    def runningProcess(self):
+        """For a step of `serve`: returns the process of the tool, which may open a file before `start` knows it."""
+        self.waitFor(lambda: self.process, "the start of the tool")
+        return self.process
 
     # Running
 
@@ -264,6 +270,7 @@ class AcceptanceTest(unittest.TestCase):
         @param closed       descriptors that are closed when the tool starts
         @param launcher     on Windows: start the tool by the launcher, which can pass descriptors on
         """
+        self.process = None
         self.channelFile = tempfile.NamedTemporaryFile(dir=self.aside)
         self.addCleanup(self.channelFile.close)
         channelNumber = self.channelFile.fileno() if channel is None else channel
@@ -294,7 +301,7 @@ class AcceptanceTest(unittest.TestCase):
                 process.wait()
                 self.fail(f"still running after {TIME_LIMIT} s: {arguments}")
             for name, fifo, thread in self.servers:
-                thread.join(5)
+                thread.join(TIME_LIMIT)
                 if thread.is_alive():
                     os.close(os.open(fifo, os.O_RDONLY | os.O_NONBLOCK))
                     self.fail(f"{name} was not opened as often as expected")

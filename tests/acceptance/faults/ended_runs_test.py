@@ -77,7 +77,7 @@ class KilledRun(AcceptanceTest):
 
         def kill():
             self.waitFor(lambda: output.exists() and output.read_bytes() == written, "two kept lines")
-            self.process.kill()
+            self.runningProcess().kill()
 
         self.serve("base/data/a.xyz", HEADER, HEADER + INSIDE, [HEADER + b"1;1;5\n2;2;5\n3;3", kill])
         run = self.clip()

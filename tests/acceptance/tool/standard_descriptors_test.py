@@ -47,7 +47,7 @@ class StandardDescriptors(AcceptanceTest):
 
                 def look(closed=closed, found=found):
                     self.waitFor(lambda: os.path.exists(self.path("base/out/a.xyz")), "the pass")
-                    found.extend(os.readlink(f"/proc/{self.process.pid}/fd/{descriptor}") for descriptor in closed)
+                    found.extend(os.readlink(f"/proc/{self.runningProcess().pid}/fd/{descriptor}") for descriptor in closed)
 
                 self.serve("base/data/a.xyz", NODES, NODES, [b"x;y;z\n1;1;5\n", look, b"30;3;5\n"])
                 run = self.startWithout(closed, "base/data", "out", "area.xml", "-lang=en")
@@ -148,7 +148,7 @@ class StandardDescriptors(AcceptanceTest):
     def readOnceItWaits(self, reading):
         self.waitFor(lambda: os.path.exists(self.path("base/out/a.xyz")), "the pass")
         time.sleep(0.5)
-        self.seenWhileFull.append(self.process.poll() is None
+        self.seenWhileFull.append(self.runningProcess().poll() is None
                                   and not os.path.exists(self.path("base/out/total_node_count.txt")))
         while os.read(reading, 1 << 20):
             pass

@@ -152,11 +152,11 @@ class HeldFiles(AcceptanceTest):
 
         def holdDuringTheFirstPass():
             self.waitFor(lambda: os.path.exists(self.path("base/out")), "the output directory")
-            self.process.send_signal(signal.SIGSTOP)
+            self.runningProcess().send_signal(signal.SIGSTOP)
             try:
                 self.hold("base/out/b.xyz")
             finally:
-                self.process.send_signal(signal.SIGCONT)
+                self.runningProcess().send_signal(signal.SIGCONT)
 
         helper = threading.Thread(target=holdDuringTheFirstPass)
         helper.start()
@@ -303,7 +303,7 @@ class AbnormalEnd(AcceptanceTest):
 
         def kill():
             self.waitFor(lambda: output.exists() and output.stat().st_size > 20_000, "some kept lines")
-            self.process.kill()
+            self.runningProcess().kill()
 
         killer = threading.Thread(target=kill)
         killer.start()
