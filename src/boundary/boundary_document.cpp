@@ -36,11 +36,17 @@ std::string readPolygonId(const pugi::xml_node& polygonNode, std::int32_t& id) {
     return {};
 }
 
+/// Makes room for more elements at once. The capacity at least doubles, so that many calls copy each element a few times only.
+template <class Element>
+void makeRoom(std::vector<Element>& elements, std::size_t count) {
+    if (count > elements.capacity() - elements.size()) {
+        elements.reserve(std::max(2 * elements.capacity(), elements.size() + count));
+    }
+}
+
 void appendVertices(BoundarySet& set, BoundaryPolygon& polygon, const std::deque<Point2D>& points) {
     polygon.vertexIndices.reserve(points.size());
-    if (points.size() > set.vertices.capacity() - set.vertices.size()) {
-        set.vertices.reserve(std::max(2 * set.vertices.capacity(), set.vertices.size() + points.size()));
-    }
+    makeRoom(set.vertices, points.size());
     for (const Point2D point : points) {
         polygon.vertexIndices.push_back(static_cast<std::int32_t>(set.vertices.size()));
         BoundaryVertex& vertex = set.vertices.emplace_back();
@@ -112,11 +118,7 @@ std::string readPolygon(BoundaryGroup& group, const pugi::xml_node& polygonNode)
 /// Makes room for all polygons of a group at once. Smaller tables would remain in memory as gaps.
 void reservePolygons(BoundaryGroup& group, const pugi::xml_node& groupNode) {
     const auto nodes = groupNode.children("polygon");
-    const auto count = static_cast<std::size_t>(std::distance(nodes.begin(), nodes.end()));
-    std::vector<BoundaryPolygon>& polygons = group.set.polygons;
-    if (count > polygons.capacity() - polygons.size()) {
-        polygons.reserve(std::max(2 * polygons.capacity(), polygons.size() + count));
-    }
+    makeRoom(group.set.polygons, static_cast<std::size_t>(std::distance(nodes.begin(), nodes.end())));
 }
 
 /// Removes each child after reading it.

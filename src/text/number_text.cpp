@@ -79,9 +79,11 @@ bool readDigits(const char* text, unsigned count, std::uint64_t& number) {
     std::memcpy(&number, text, sizeof number);
     const unsigned shift = 64 - 8 * count;
     number = number << shift | eightZeros % (std::uint64_t{1} << shift); // zeros in front
-    const bool areDigits = areEightDigits(number);
+    if (!areEightDigits(number)) {
+        return false;
+    }
     number = valueOfEightDigits(number);
-    return areDigits;
+    return true;
 }
 
 bool canReadEightDigits(const char* position, const char* last) {
