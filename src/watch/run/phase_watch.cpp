@@ -31,6 +31,10 @@ PhaseWatch::~PhaseWatch() {
         pthread_kill(thread.native_handle(), SIGWINCH);
         thread.join();
         barWasShown = barWasShown || display.hasDrawn();
+        // The summary is written to the same terminal, and has to follow the removal of the bar. A terminal may be held,
+        // so signals end the process again.
+        signals.reset();
+        errors.write({});
     }
 }
 
@@ -50,7 +54,7 @@ void PhaseWatch::showAndListen() {
             static_cast<void>(raise(numbers.front()));
         }
         const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - startTime).count();
-        if (errors.waitingBytes() == 0 && display.isDue(seconds)) {
+        if (!ended && errors.waitingBytes() == 0 && display.isDue(seconds)) {
             ProgressFigures figures;
             figures.phase = name;
             figures.percent = percent;

@@ -33,7 +33,7 @@ public:
     PhaseWatch(const PhaseWatch&) = delete;
     PhaseWatch& operator=(const PhaseWatch&) = delete;
 
-    /// Removes the bar.
+    /// Removes the bar, and waits until that is written.
     ~PhaseWatch();
 
     /// Shows how much of the phase is done. May be called in any thread.
