@@ -37,7 +37,7 @@ exec '{tool}' "$@"
 """
 
 # The suite may be started by a shell that ignores some of these in its background jobs.
-for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM):
+for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP):
     signal.signal(number, signal.SIG_DFL if number != signal.SIGINT else signal.default_int_handler)
 # The suite may itself run in a task.
 for name in [name for name in os.environ if name.startswith(("SLURM", "SBATCH_", "PARALLEL"))]:

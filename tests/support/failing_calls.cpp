@@ -1,8 +1,8 @@
 /// \file
 /// Loaded before the C library, this library makes chosen calls on chosen files fail, as a full or broken disk does.
 ///
-/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink, stat, fstat, statvfs,
-///                            readlink, or pthread_create, which has no path
+/// VADELCLIP_FAILING_CALL     open, read, fread, write, fclose, opendir, readdir, mkdir, unlink, stat, lstat, fstat,
+///                            statvfs, readlink, or pthread_create, which has no path
 /// VADELCLIP_FAILING_PATH     only calls on paths with this ending
 /// VADELCLIP_FAILING_PROGRAM  only in the program of this name, not in its children; absent for every program
 /// VADELCLIP_FAILING_OPENING  only reads during this opening of such a path, counted from 1; absent for all
@@ -195,6 +195,11 @@ extern "C" int stat64(const char* path, struct stat64* result) noexcept {
 extern "C" int stat(const char* path, struct stat* result) noexcept {
     static const auto next = original<int(const char*, struct stat*)>("stat");
     return outcomeFor("stat", path) < 0 ? -1 : next(path, result);
+}
+
+extern "C" int lstat(const char* path, struct stat* result) noexcept {
+    static const auto next = original<int(const char*, struct stat*)>("lstat");
+    return outcomeFor("lstat", path) < 0 ? -1 : next(path, result);
 }
 
 extern "C" int fstat(int descriptor, struct stat* result) noexcept {

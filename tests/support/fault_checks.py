@@ -17,6 +17,7 @@ COUNT_FILE = "total_node_count.txt"
 
 # Outcomes of single calls. A test concatenates them.
 PASS = "."
+STOP = "S"  # stops the process, so that a test can do something at exactly this moment
 
 
 def fails(error=errno.EIO):

@@ -3,6 +3,7 @@
 /// library. Nothing here allocates, so that the outcomes can also be those of the allocator.
 #pragma once
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -13,6 +14,7 @@ namespace vadelclip {
 /// VADELCLIP_OUTCOMES has one entry for each chosen call, in order. Calls after the last entry pass.
 ///
 ///     .      the call passes
+///     S      the process stops itself before the call, which passes as soon as the process is continued
 ///     -28    it fails with this error number
 ///     3      it reads or writes at most this many bytes
 ///     -28*   it fails, and so do all later calls
@@ -47,8 +49,10 @@ public:
         while (*position == ' ') {
             ++position;
         }
-        if (*position == '.') {
-            ++position;
+        if (*position == '.' || *position == 'S') {
+            if (*position++ == 'S') {
+                static_cast<void>(std::raise(SIGSTOP));
+            }
             return passes;
         }
         char* end = nullptr;

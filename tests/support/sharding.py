@@ -5,6 +5,7 @@ VADELCLIP_SHARD names the executable; the tool and its catalogues are next to it
 import os
 import random
 import shutil
+import signal
 import subprocess
 
 from acceptance import SQUARE, TIME_LIMIT, TOOL, AcceptanceTest, readTree
@@ -14,6 +15,11 @@ HEADER = b"x;y;z\n"
 INSIDE = b"1;1;5\n"
 OUTSIDE = b"30;1;5\n"
 WORK = "base/out.shards"
+
+# A shell ignores some of these in its background jobs, and processes started from here would inherit that.
+for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+    if signal.getsignal(number) == signal.SIG_IGN:
+        signal.signal(number, signal.SIG_DFL)
 
 
 class Finished:

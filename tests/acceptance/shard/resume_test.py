@@ -13,8 +13,9 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import SANITIZED
-from fault_checks import failing, takesForever
+from acceptance import SANITIZED, TIME_LIMIT
+from engines import descendants, processStatus
+from fault_checks import PASS, STOP, failing
 from sharding import HEADER, INSIDE, WORK, ShardTest, manyLines
 
 KILLS = int(os.environ.get("VADELSHARD_KILLS", "6" if SANITIZED else "20"))
@@ -72,16 +73,24 @@ class Repeated(ShardTest):
         self.expectNothingLeft()
 
     def waitFor(self, condition, what):
-        limit = time.monotonic() + 60
+        limit = time.monotonic() + TIME_LIMIT
         while not condition():
             self.assertLess(time.monotonic(), limit, what)
             time.sleep(0.001)
 
-    def beginClip(self, index=0):
-        """Starts a clip and waits until it has staged something."""
-        process = self.begin("clip", WORK, str(index))
-        self.waitFor(lambda: any(files for _, _, files in os.walk(self.scratch) if set(files) - {"lock"}), "staging")
+    def beginStopped(self, call, path, outcomes, *arguments):
+        """Starts a command that stops itself, or its tool, at the call with the outcome STOP."""
+        process = self.begin(*arguments, environment=failing(call, path, outcomes))
+
+        def isStopped():
+            self.assertIsNone(process.poll(), "has ended")
+            return any(processStatus(pid)[0] == "T" for pid in (process.pid, *descendants(process.pid)))
+        self.waitFor(isStopped, "a process that has stopped itself")
         return process
+
+    def beginClip(self, path="/in/0.xyz"):
+        """Starts a clip that stops after it has staged something, or whose tool stops after the first line of /out/0.xyz."""
+        return self.beginStopped("write", path, PASS + STOP, "clip", WORK, "0")
 
     def test_every_command_twice(self):
         for command in (("plan", "base/data", "out", "area.xml", "--lang=en"), ("clip", WORK, "1"), ("clip", WORK, "0"),
@@ -111,12 +120,14 @@ class Repeated(ShardTest):
 
     def test_killed_attempt_leaves_nothing(self):
         self.planned()
-        process = self.beginClip()
-        process.kill()
-        process.wait()
-        self.assertEqual((1, 1), (len(os.listdir(self.scratch)), len(os.listdir(self.path(WORK + "/attempts")))))
-        self.mustDo("clip", WORK, "0")
-        self.assertEqual(([], []), (os.listdir(self.scratch), os.listdir(self.path(WORK + "/attempts"))))
+        for path in ("/in/0.xyz", "/out/0.xyz"):
+            shutil.rmtree(self.path(WORK + "/done/0"), ignore_errors=True)
+            process = self.beginClip(path)
+            process.kill()
+            process.wait()
+            self.assertEqual((1, 1), (len(os.listdir(self.scratch)), len(os.listdir(self.path(WORK + "/attempts")))))
+            self.mustDo("clip", WORK, "0")
+            self.assertEqual(([], []), (os.listdir(self.scratch), os.listdir(self.path(WORK + "/attempts"))))
 
     def test_killed_attempt_of_a_shard_that_was_clipped_elsewhere(self):
         self.planned()
@@ -130,7 +141,6 @@ class Repeated(ShardTest):
     def test_slow_attempt_ends_after_the_merge(self):
         self.planned()
         slow = self.beginClip()
-        slow.send_signal(signal.SIGSTOP)
         self.clipAll(2)
         self.mustDo("merge", WORK)
         slow.send_signal(signal.SIGCONT)
@@ -140,9 +150,10 @@ class Repeated(ShardTest):
 
     def test_interrupted(self):
         self.planned()
-        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            process = self.beginClip()
+        for number, path in ((signal.SIGTERM, "/in/0.xyz"), (signal.SIGINT, "/out/0.xyz"), (signal.SIGHUP, "/in/0.xyz")):
+            process = self.beginClip(path)
             process.send_signal(number)
+            process.send_signal(signal.SIGCONT)
             done = self.finish(process)
             interrupted = f"Vadelshard: Interrupted by signal {int(number)}. Run the same command again to continue.\n"
             self.assertEqual((1, interrupted), (done.status, done.errors))
@@ -151,13 +162,10 @@ class Repeated(ShardTest):
 
     def test_interrupted_while_it_waits_for_another_merge(self):
         self.clipAll(self.planned())
-        lock = Path(self.path(WORK), "lock")
-        with open(lock, "rb") as file:
+        with open(self.path(WORK + "/lock"), "rb") as file:
             fcntl.flock(file, fcntl.LOCK_EX)
             waiting = self.begin("merge", WORK)
-            descriptors = f"/proc/{waiting.pid}/fd"
-            self.waitFor(lambda: any(os.path.realpath(f"{descriptors}/{name}") == str(lock)
-                                     for name in os.listdir(descriptors)), "a merge that waits")
+            self.waitForLock(waiting)
 
             def endsAfterSignal():
                 waiting.send_signal(signal.SIGTERM)  # again and again: the first one may arrive before it waits
@@ -169,19 +177,15 @@ class Repeated(ShardTest):
         self.mustDo("merge", WORK)
         self.expectExpected()
 
-    def beginMerge(self):
-        """Starts a slow merge, and stops it in the middle of a file."""
-        known = self.joined()
-        process = self.begin("merge", WORK, environment=failing("write", "/a.xyz", takesForever(16)))
-        self.waitFor(lambda: self.joined() - known, "a joined file")
-        process.send_signal(signal.SIGSTOP)
-        return process
+    def waitForLock(self, process):
+        """Waits until a process has opened the lock of the work directory, which another process holds."""
+        descriptors, lock = f"/proc/{process.pid}/fd", os.path.realpath(self.path(WORK + "/lock"))
+        self.waitFor(lambda: any(os.path.realpath(f"{descriptors}/{name}") == lock for name in os.listdir(descriptors)),
+                     "a process that waits for the lock")
 
-    def joined(self):
-        try:
-            return {path.stat().st_ino for path in Path(self.path(WORK)).rglob("a.xyz")}
-        except FileNotFoundError:
-            return set()
+    def beginMerge(self):
+        """Starts a merge that stops in the middle of a file."""
+        return self.beginStopped("write", "/a.xyz", PASS + STOP, "merge", WORK)
 
     @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_merges_without_locks_between_them(self):
@@ -204,7 +208,6 @@ class Repeated(ShardTest):
     def test_running_and_killed_attempts_in_the_status(self):
         self.planned()
         process = self.beginClip()
-        process.send_signal(signal.SIGSTOP)
         self.assertEqual("Done: 0 of 2 shards, 0 nodes kept\nRunning: 1 (0)\nMissing: 1 (1)\n", self.mustDo("status", WORK))
         process.kill()
         process.wait()
