@@ -47,6 +47,17 @@ void clipAndPublish(const WorkDirectory& work, const Job& job, std::uint64_t ind
     moveFile(result, work.done(index));
 }
 
+void clipUnlessDone(const WorkDirectory& work, std::uint64_t index, bool direct) {
+    const Job job = readJob(work);
+    if (index >= job.shards) {
+        throw Failure(formatMessage("There is no shard {0}: the last one is {1}.", std::to_string(index),
+                                    std::to_string(job.shards - 1)));
+    }
+    if (!exists(work.done(index))) {
+        clipAndPublish(work, job, index, direct);
+    }
+}
+
 } // namespace
 
 int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct) {
@@ -54,18 +65,11 @@ int clipShard(const std::string& workDirectory, std::uint64_t index, bool direct
     if (work.isMerged()) {
         return finishedStatus;
     }
-    const Job job = readJob(work);
-    if (index >= job.shards) {
-        throw Failure(formatMessage("There is no shard {0}: the last one is {1}.", std::to_string(index),
-                                    std::to_string(job.shards - 1)));
-    }
-    if (exists(work.done(index))) {
-        return finishedStatus;
-    }
     try {
-        clipAndPublish(work, job, index, direct);
+        clipUnlessDone(work, index, direct);
     } catch (const Failure&) {
-        // Another attempt may have been first. A network file system may also report a rename as failed that was not.
+        // Another attempt may have been first, or a merge may have removed the plan and the attempts. A network file system
+        // may also report a rename as failed that was not.
         if (!exists(work.done(index)) && !work.isMerged()) {
             throw;
         }

@@ -159,6 +159,11 @@ bool isSamePlan(const PlanOptions& options, const JobPaths& paths, const WorkDir
 /// @return false if the tool refuses the job.
 bool planLocked(const PlanOptions& options, const JobPaths& paths, const WorkDirectory& work) {
     const WorkLock lock(work.path, true);
+    // A merge may have made the output directory while this command waited for the lock.
+    if (!exists(work.published()) && toolWouldRefuse(paths)) {
+        lock.removeEmptyDirectory();
+        return false;
+    }
     if (!exists(work.plan())) {
         const UnpublishedPlan unpublished(work, lock);
         return makePlan(options, paths, work, unpublished.path());

@@ -81,12 +81,19 @@ void printLines(const JobStatus& status) {
 
 int showStatus(const std::string& workDirectory, const StatusOptions& options) {
     const WorkDirectory work = workDirectoryAt(workDirectory);
-    bool isMerged = work.isMerged();
     JobStatus status;
-    if (!isMerged) {
+    try {
         const Job job = readJob(work);
         status = options.watch ? watchStatus(work, job) : readStatus(work, job);
-        isMerged = work.isMerged();
+    } catch (const Failure&) {
+        // A merge may have removed what was read.
+        if (!work.isMerged()) {
+            throw;
+        }
+    }
+    const bool isMerged = work.isMerged();
+    if (isMerged) {
+        status = {};
     }
     if (options.json) {
         printJson(status, isMerged);

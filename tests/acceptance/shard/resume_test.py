@@ -187,6 +187,34 @@ class Repeated(ShardTest):
         """Starts a merge that stops in the middle of a file."""
         return self.beginStopped("write", "/a.xyz", PASS + STOP, "merge", WORK)
 
+    def test_plan_that_waits_for_a_merge_is_refused(self):
+        self.clipAll(self.planned("--part=300000"))
+        merge = self.beginMerge()
+        plan = self.begin("plan", "base/data", "out", "area.xml", "--part=300000", "--lang=en")
+        self.waitForLock(plan)
+        merge.send_signal(signal.SIGCONT)
+        self.assertEqual(0, self.finish(merge).status)
+        done = self.finish(plan)
+        self.assertEqual((1, ""), (done.status, done.errors))
+        self.assertIn("Output directory base/out already exists", done.output)
+        self.expectExpected()
+
+    def test_clip_and_status_while_the_job_is_merged(self):
+        # Each stops when it has found the job not merged. The first check of the plan is for the language.
+        plan, done = ("/plan", PASS + STOP), ("/done/0/report.json", STOP)
+        for command, output, moments in ((("clip", WORK, "0"), "", (plan, ("/done/0", STOP))),
+                                         (("status", WORK), "Merged: base/out\n", (plan, done)),
+                                         (("status", WORK, "--missing"), "\n", (plan, done))):
+            for path, outcomes in moments:
+                with self.subTest(command=command, path=path):
+                    shutil.rmtree(self.path("base/out"), ignore_errors=True)
+                    self.clipAll(self.planned())
+                    stopped = self.beginStopped("lstat", path, outcomes, *command)
+                    self.mustDo("merge", WORK)
+                    stopped.send_signal(signal.SIGCONT)
+                    finished = self.finish(stopped)
+                    self.assertEqual((0, output, ""), (finished.status, finished.output, finished.errors))
+
     @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_merges_without_locks_between_them(self):
         # Removed lock files are like locks of another host.
