@@ -11,7 +11,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import SANITIZED, dropPowersOfRoot
+from acceptance import dropPowersOfRoot
 from fault_checks import PASS, failing, failsForever
 from sharding import HEADER, INSIDE, SHARD, WORK, ShardTest, manyLines
 
@@ -91,14 +91,12 @@ class FaultyShards(ShardTest):
     def jobId(self):
         return json.loads(Path(self.path(WORK), "plan/job.json").read_text())["id"]
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_work_directory_is_full(self):
         done = self.shard("clip", WORK, "0", environment=failing("write", "report.json", failsForever(errno.ENOSPC)))
         self.assertEqual(1, done.status)
         self.assertRegex(done.errors, "^Vadelshard: .*/report.json: No space left on device\n$")
         self.expectGoodOutput()
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_no_space_for_the_plan(self):
         shutil.rmtree(self.path(WORK))
         for name in ("boundary.xml", "1.json", "job.json"):
@@ -109,7 +107,6 @@ class FaultyShards(ShardTest):
         self.planned()
         self.expectGoodOutput()
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_node_file_that_the_tool_cannot_open(self):
         shutil.rmtree(self.path(WORK))
         self.planned("--shards=1")
@@ -119,7 +116,6 @@ class FaultyShards(ShardTest):
             self.expectFailedClip("Vadelclip has read 1 of 2 node files.", *options, environment=unopened)
         self.expectGoodOutput(1)
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_output_directory_is_full(self):
         self.clipAll(2)
         for name in ("merged/total_node_count.txt", "figures"):
@@ -129,7 +125,6 @@ class FaultyShards(ShardTest):
             self.assertFalse(os.path.lexists(self.path("base/out")))
         self.expectGoodOutput()
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_tool_that_fails(self):
         # A read error of the boundary file at the tool.
         done = self.shard("clip", WORK, "0", environment=failing("open", "plan/boundary.xml", failsForever(errno.EIO)))
@@ -174,7 +169,6 @@ class FaultyMerges(ShardTest):
         done = self.shard("merge", WORK)
         self.assertEqual((1, f"Vadelshard: {WORK}/done/0/report.json is damaged.\n"), (done.status, done.errors))
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_no_space_for_a_joined_file(self):
         self.clipAll(self.count)
         done = self.shard("merge", WORK, environment=failing("write", "merged/a.xyz", PASS, failsForever(errno.ENOSPC)))

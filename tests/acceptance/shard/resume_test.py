@@ -215,7 +215,6 @@ class Repeated(ShardTest):
                     finished = self.finish(stopped)
                     self.assertEqual((0, output, ""), (finished.status, finished.output, finished.errors))
 
-    @unittest.skipIf(SANITIZED, "the sanitizer must be loaded first")
     def test_merges_without_locks_between_them(self):
         # Removed lock files are like locks of another host.
         for removed in (("lock",), ("lock", "attempts/merge.*/lock")):
