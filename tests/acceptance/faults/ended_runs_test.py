@@ -76,7 +76,8 @@ class KilledRun(AcceptanceTest):
         written = HEADER + b"1;1;5\n2;2;5\n"
 
         def kill():
-            self.waitFor(lambda: output.exists() and output.read_bytes() == written, "two kept lines")
+            self.waitFor(lambda: self.messagesSoFar()[-1:] == ["OnProgress 2 false"], "two kept lines")
+            self.assertEqual(written, output.read_bytes())
             self.runningProcess().kill()
 
         self.serve("base/data/a.xyz", HEADER, HEADER + INSIDE, [HEADER + b"1;1;5\n2;2;5\n3;3", kill])

@@ -75,7 +75,7 @@ class ExternalProcessMessage(unittest.TestCase):
         if os.path.exists(calls):
             os.remove(calls)
         result = subprocess.run([self.tool, *arguments], cwd=self.job, stdin=subprocess.DEVNULL, capture_output=True,
-                                text=True, timeout=20, env={**os.environ, "EXTERNAL_PROCESSMESSAGE_FILE": calls})
+                                text=True, timeout=120, env={**os.environ, "EXTERNAL_PROCESSMESSAGE_FILE": calls})
         return result.returncode, result.stdout, result.stderr, self.read("calls").splitlines()
 
     def failure(self, text, closingText):

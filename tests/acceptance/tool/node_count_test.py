@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from acceptance import FIFO, AcceptanceTest
+from acceptance import FIFO, TIME_LIMIT, AcceptanceTest
 from expected_messages import finishedRun
 from target_platform import inTextMode
 
@@ -46,7 +46,7 @@ class CountFile(AcceptanceTest):
         self.giveJob({})
         self.serve("base/data/a.xyz", [prepare, content], content, content)
         run = self.clip()
-        reader.join(5)
+        reader.join(TIME_LIMIT)
         self.assertEqual(seen, ["end ProgressMessage", b"1\n"])
         self.expect(run, status=0, messages=finishedRun(1), created={
             "base/out/a.xyz": content, COUNT: FIFO})
