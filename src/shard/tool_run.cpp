@@ -18,11 +18,11 @@ constexpr int channelNumber = 3;
 constexpr int statusOfSignals = 128; // as in shells
 
 int run(const std::vector<std::string>& arguments, const std::vector<vadelclip::ChildDescriptor>& descriptors) {
-    failIfInterrupted();
     const std::string program = vadelclip::toolPathNextToExecutable();
     pid_t pid = -1;
     {
         const BlockedInterruption blocked;
+        failIfInterrupted(); // A later signal finds the process to kill.
         const int error = vadelclip::startChild(program, arguments, descriptors, pid);
         if (error != 0) {
             throw fileFailure(program, error);

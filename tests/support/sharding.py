@@ -40,11 +40,11 @@ class ShardTest(AcceptanceTest):
 
     # Running
 
-    def begin(self, *arguments, environment=None, **settings):
+    def begin(self, *arguments, environment=None, program=SHARD, **settings):
         variables = {name: value for name, value in os.environ.items() if name not in ("LANG", "LANGUAGE", "SLURM_TMPDIR")
                      and not name.startswith("LC_")}
         variables.update({"TMPDIR": self.scratch, **(environment or {})})
-        process = subprocess.Popen([SHARD, *arguments], cwd=self.directory, env=variables, stdin=subprocess.DEVNULL,
+        process = subprocess.Popen([program, *arguments], cwd=self.directory, env=variables, stdin=subprocess.DEVNULL,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE, **settings)
         self.addCleanup(self.end, process)
         return process

@@ -16,7 +16,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from acceptance import SANITIZED, TIME_LIMIT
 from engines import descendants, processStatus
 from fault_checks import PASS, STOP, failing
-from sharding import HEADER, INSIDE, WORK, ShardTest, manyLines
+from sharding import HEADER, INSIDE, SHARD, WORK, ShardTest, manyLines
 
 KILLS = int(os.environ.get("VADELSHARD_KILLS", "6" if SANITIZED else "20"))
 PLAN = ("plan", "base/data", "out", "area.xml", "--lang=en", "--part=30000", "--shards=4")
@@ -78,9 +78,9 @@ class Repeated(ShardTest):
             self.assertLess(time.monotonic(), limit, what)
             time.sleep(0.001)
 
-    def beginStopped(self, call, path, outcomes, *arguments):
+    def beginStopped(self, call, path, outcomes, *arguments, **settings):
         """Starts a command that stops itself, or its tool, at the call with the outcome STOP."""
-        process = self.begin(*arguments, environment=failing(call, path, outcomes))
+        process = self.begin(*arguments, environment=failing(call, path, outcomes), **settings)
 
         def isStopped():
             self.assertIsNone(process.poll(), "has ended")
@@ -159,6 +159,20 @@ class Repeated(ShardTest):
             self.assertEqual((1, interrupted), (done.status, done.errors))
             self.assertEqual(([], [], []), (os.listdir(self.scratch), os.listdir(self.path(WORK + "/attempts")),
                                             os.listdir(self.path(WORK + "/done"))))
+
+    def test_interrupted_directly_before_it_starts_the_tool(self):
+        self.planned()
+        program, started = os.path.join(self.aside, "Vadelshard"), os.path.join(self.aside, "started")
+        shutil.copy(SHARD, program)
+        tool = Path(self.aside, "Vadelclip")
+        tool.write_text(f"#!/bin/sh\necho >{started}\n", encoding="utf-8")
+        tool.chmod(0o755)
+        # It stops when it looks for the tool next to itself.
+        process = self.beginStopped("readlink", "/proc/self/exe", STOP, "clip", WORK, "0", program=program)
+        process.send_signal(signal.SIGTERM)
+        process.send_signal(signal.SIGCONT)
+        self.assertIn("Interrupted by signal 15.", self.finish(process).errors)
+        self.assertFalse(os.path.exists(started))
 
     def test_interrupted_while_it_waits_for_another_merge(self):
         self.clipAll(self.planned())
