@@ -31,11 +31,12 @@ bool isStillThere(int descriptor, const std::string& path) {
 
 /// Opens and locks the file `lock` of a directory.
 ///
-/// @param operation LOCK_EX, with LOCK_NB for an answer without waiting.
+/// @param flags O_CREAT to make the file if it is missing, otherwise 0.
+/// @param operation LOCK_EX, or LOCK_SH to find out if another process holds it; with LOCK_NB without waiting.
 /// @throws Failure if this process was asked to end while it waited.
-LockResult lockDirectory(const std::string& directory, int operation, int& descriptor) {
+LockResult lockDirectory(const std::string& directory, int flags, int operation, int& descriptor) {
     const std::string path = directory + "/lock";
-    descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, lockPermissions);
+    descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC | flags, lockPermissions);
     if (descriptor == -1) {
         if (errno == ENOENT || errno == ENOTDIR) {
             return LockResult::gone;
@@ -60,7 +61,7 @@ LockResult lockDirectory(const std::string& directory, int operation, int& descr
 ///
 /// @return false if the directory is gone.
 bool waitForLock(const std::string& directory, int& descriptor) {
-    return lockDirectory(directory, LOCK_EX, descriptor) != LockResult::gone;
+    return lockDirectory(directory, O_CREAT, LOCK_EX, descriptor) != LockResult::gone;
 }
 
 /// Returns true if this path is that of a file or a dangling link. `mkdir` and `open` then never succeed.
@@ -95,7 +96,7 @@ LockedDirectory::~LockedDirectory() {
 
 bool isInUse(const std::string& lockedDirectory) {
     int descriptor = -1;
-    const LockResult result = lockDirectory(lockedDirectory, LOCK_EX | LOCK_NB, descriptor);
+    const LockResult result = lockDirectory(lockedDirectory, 0, LOCK_SH | LOCK_NB, descriptor);
     if (descriptor != -1) {
         close(descriptor);
     }
@@ -111,7 +112,7 @@ void removeAbandoned(const std::string& parent, const std::string& namePrefix) {
         if (!entry->path().filename().string().starts_with(namePrefix)) {
             continue;
         }
-        if (lockDirectory(path, LOCK_EX | LOCK_NB, descriptor) == LockResult::locked) {
+        if (lockDirectory(path, O_CREAT, LOCK_EX | LOCK_NB, descriptor) == LockResult::locked) {
             // Where locks do not reach other hosts, its process may run there. After a rename that process fails, and cannot
             // publish what is removed at the same time.
             const std::string doomed = path + ".removed";

@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace vadelshard {
 namespace {
@@ -23,6 +26,22 @@ TEST(LockedDirectory, isInUseUntilRemoved) {
     locked.reset();
     EXPECT_TRUE(place.tree().empty());
     EXPECT_FALSE(isInUse(path));
+}
+
+// The directory may just be being removed, which a new file would prevent.
+TEST(LockedDirectory, questionAddsNoFile) {
+    const TemporaryDirectory place;
+    EXPECT_FALSE(isInUse(place.makeDirectory("a.empty")));
+    EXPECT_EQ(place.tree(), (vadelclip::FileTree{{"a.empty/", ""}}));
+}
+
+TEST(LockedDirectory, twoQuestionsDoNotDisturbEachOther) {
+    const TemporaryDirectory place;
+    const std::string lock = place.write("a.killed/lock", "");
+    const int otherQuestion = open(lock.c_str(), O_RDWR);
+    ASSERT_EQ(flock(otherQuestion, LOCK_SH), 0);
+    EXPECT_FALSE(isInUse(place.pathOf("a.killed")));
+    close(otherQuestion);
 }
 
 TEST(RemoveAbandoned, keepsDirectoriesInUseAndOtherNames) {
