@@ -30,7 +30,7 @@ TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 RECORDING = os.environ["VADELCLIP_RECORDING"]
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
 CHANNEL = 3  # the descriptor that a process writes messages to
-TIME_LIMIT = 300.0 if EMULATOR else 120.0 if SANITIZED else 60.0  # seconds
+TIME_LIMIT = 300.0  # seconds
 
 # A tree is a dict from relative path to content: bytes for a file, one of these texts for anything else.
 DIRECTORY = "directory"

@@ -3,7 +3,9 @@
 Tests wait for events, never for a fixed time. A test can close a gate in front of the tool: every task then reports
 that it has started, and waits until the gate is opened. So a test knows which task runs where when it ends something.
 """
+import contextlib
 import os
+import random
 import shutil
 import signal
 import socket
@@ -16,7 +18,7 @@ from dataclasses import dataclass
 TOOL = os.environ["VADELCLIP_EXECUTABLE"]
 BUILD = os.path.dirname(TOOL)
 SANITIZED = os.environ.get("VADELCLIP_SANITIZED") == "1"
-TIME_LIMIT = 120.0  # seconds
+TIME_LIMIT = 300.0  # seconds
 SQUARE = (b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x="0" y="0"/><point x="50" y="0"/>'
           b'<point x="50" y="50"/><point x="0" y="50"/></polygon></group></VadeDGM></VADELSIM>\n')
 
@@ -98,11 +100,13 @@ def kill(*pids):
 
 
 def freePorts(count, address="127.0.0.1"):
-    """Returns ports that are free now."""
-    sockets = [socket.create_server((address, 0)) for _ in range(count)]
-    ports = [one.getsockname()[1] for one in sockets]
-    for one in sockets:
-        one.close()
+    """Returns ports that are free now. They are lower than those that the system takes for outgoing connections."""
+    ports = []
+    while len(ports) < count:
+        port = random.randrange(10000, 32768)
+        with socket.socket() as one, contextlib.suppress(OSError):
+            one.bind((address, port))
+            ports += [port] if port not in ports else []
     return ports
 
 
