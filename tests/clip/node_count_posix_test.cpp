@@ -16,11 +16,11 @@ namespace vadelclip {
 
 namespace {
 
-/// Reads until a text has arrived, at most five seconds, and returns the bytes.
+/// Reads until a text has arrived, at most a minute, and returns the bytes.
 std::string readUntil(int descriptor, const std::string& text) {
     std::string bytes;
     pollfd state{descriptor, POLLIN, 0};
-    while (bytes.find(text) == std::string::npos && poll(&state, 1, 5000) == 1) {
+    while (bytes.find(text) == std::string::npos && poll(&state, 1, 60000) == 1) {
         char block[256];
         const ssize_t count = read(descriptor, block, sizeof block);
         if (count <= 0) {
