@@ -33,7 +33,7 @@ run() {
   [ -f "fuzz/dictionaries/$name.dict" ] && options+=("-dict=fuzz/dictionaries/$name.dict")
   mkdir -p "$corpus" build/fuzz/findings
   seeds=$(find -H "$corpus" "fuzz/corpus/$name" -type f | wc -l)
-  if ! "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2560 \
+  if ! "build/asan/fuzz/${name}_fuzz" "${options[@]}" -max_total_time="$seconds" -timeout=60 -rss_limit_mb=2560 \
     -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
     tail -n 60 "$log"
     echo "$name: a finding. To run the input again: build/asan/fuzz/${name}_fuzz <the file that \"Test unit written to\" names>"
