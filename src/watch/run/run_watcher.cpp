@@ -98,11 +98,15 @@ void RunWatcher::waitForEvent(const RunSignals& signals) {
 void RunWatcher::takeSignals(const RunSignals& signals) {
     // Called before the signals are read: Ctrl-C sends a signal to both processes, so if it has ended the tool, our signal
     // has arrived too.
-    const std::optional<ToolEnd> end = tool.pollEnd();
+    std::optional<ToolEnd> end = tool.pollEnd();
     const bool interrupted = record.interruptedBy != 0;
     for (const int number : signals.takeEndingSignals()) {
-        if (end && interrupted) {
-            // The tool cannot take this further signal. It ends this process as soon as signals are no longer blocked.
+        if (interrupted && !end) {
+            // The tool may have ended before this further signal was sent.
+            end = tool.pollEnd();
+        }
+        if (interrupted && end) {
+            // The tool cannot take it. It ends this process as soon as signals are no longer blocked.
             static_cast<void>(raise(number));
         } else {
             record.interruptedBy = number;
