@@ -28,7 +28,7 @@ std::string readAll(int descriptor) {
     char block[4096];
     while (true) {
         pollfd state{descriptor, POLLIN, 0};
-        poll(&state, 1, 10000);
+        poll(&state, 1, -1);
         const ssize_t size = read(descriptor, block, sizeof block);
         if (size <= 0) {
             return bytes;
@@ -123,7 +123,7 @@ TEST(ToolProcess, knowsBytesReadAndOpenFile) {
                                           "'; echo >&3; read -r line <&7"
                                           "; kill -STOP $$; exit"));
     pollfd state{process.channel(), POLLIN, 0};
-    ASSERT_EQ(1, poll(&state, 1, 10000));
+    ASSERT_EQ(1, poll(&state, 1, -1));
     EXPECT_EQ("höhe 1", process.openFileIn(std::filesystem::canonical(directory.path()).string()));
     EXPECT_EQ("", process.openFileIn("/none"));
     // `cat` is a child that has ended, and the shell has waited for it.
@@ -207,7 +207,7 @@ TEST(ToolProcess, continuesInterruptedWait) {
         ASSERT_EQ(0,
                   startScript(process, "trap 'sleep 0.3; exit' TERM; echo ready >&3; while true; do sleep 0.01; done"));
         pollfd state{process.channel(), POLLIN, 0};
-        ASSERT_EQ(1, poll(&state, 1, 10000));
+        ASSERT_EQ(1, poll(&state, 1, -1));
         const itimerval soon{{0, 20000}, {0, 20000}};
         setitimer(ITIMER_REAL, &soon, nullptr);
     }
