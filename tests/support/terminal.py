@@ -11,6 +11,17 @@ import time
 
 TIME_LIMIT = 120.0 if os.environ.get("VADELCLIP_SANITIZED") == "1" else 60.0  # seconds
 ESCAPE = re.compile(r"\x1b(?:\[[0-9;?]*[A-Za-z]|[78])")
+DRAWING = re.compile(rb"\x1b\[\?7l(.*?)\x1b\[K\r\x1b\[\?7h")
+
+
+def drawnRows(received):
+    """Returns the text of each complete drawing of the bar."""
+    return [ESCAPE.sub("", row.decode()) for row in DRAWING.findall(received)]
+
+
+def draws(pattern):
+    """Returns a condition for `readUntil`: a complete drawing of the bar contains this pattern, and nothing follows it."""
+    return lambda received: received.endswith(b"\x1b[?7h") and any(re.search(pattern, row) for row in drawnRows(received))
 
 
 class Terminal:
@@ -23,7 +34,14 @@ class Terminal:
             fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
             os.execve(command[0], command, environment)
         self.received = b""
-        self.reads = []  # time and bytes of each read
+        self.ended = False
+
+    def end(self):
+        """Ends the process, also after a failed test."""
+        if not self.ended:
+            os.kill(self.pid, signal.SIGKILL)
+            os.waitpid(self.pid, 0)
+            os.close(self.descriptor)
 
     def resize(self, columns):
         fcntl.ioctl(self.descriptor, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
@@ -44,7 +62,6 @@ class Terminal:
         except OSError:  # the process has closed the terminal
             return False
         self.received += data
-        self.reads.append((time.monotonic(), data))
         return bool(data)
 
     def readUntil(self, condition, what):
@@ -59,6 +76,7 @@ class Terminal:
             if time.monotonic() > limit:
                 os.kill(self.pid, signal.SIGKILL)
         _, status = os.waitpid(self.pid, 0)
+        self.ended = True
         os.close(self.descriptor)
         return os.waitstatus_to_exitcode(status)
 

@@ -3,14 +3,16 @@
 VADELCLIP_WATCH names the executable; the tool and its catalogues are in the same directory. With a stand-in, a copy of
 Vadelwatch is in one directory with a small script in place of the tool.
 """
-import json
 import os
 import re
+import select
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
+import time
 import unittest
 from dataclasses import dataclass
 
@@ -24,15 +26,20 @@ SQUARE = (b'<VADELSIM><VadeDGM><group type="boundaries"><polygon id="1"><point x
 HEADER = b"x;y;z\n"
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 
-# A stand-in that reports a thousand steps in about two seconds.
+# A stand-in that reports progress until the test has seen enough of it: `giveSeen`.
 STEADY = """
 message(type='state', level=1, text='Clipping', active=True)
-for tenths in range(1000):
-    message(type='progress', percent=tenths / 10)
+steps = 0
+while not os.path.exists('seen'):
+    message(type='progress', percent=100 * steps / (steps + 500))
+    steps += 1
     time.sleep(0.002)
 message(type='progress', percent=100.0)
 finish()
 """
+
+# What the plain progress shows after two seconds, which a run on a busy machine may take.
+PLAIN_PROGRESS = re.compile(r"\w+  .*\d:\d\d (elapsed|vergangen)\b")
 
 # A shell ignores some of these in its background jobs, and processes started from here would inherit that.
 for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP):
@@ -50,7 +57,8 @@ class Watched:
         return self.output.splitlines()
 
     def errorLines(self):
-        return self.errors.splitlines()
+        """Returns the lines without those of the plain progress."""
+        return [line for line in self.errors.splitlines() if not PLAIN_PROGRESS.match(line)]
 
 
 def watchEnvironment(extra=None):
@@ -88,6 +96,52 @@ class WatchTest(unittest.TestCase):
     def content(self, name):
         with open(self.path(name), "rb") as file:
             return file.read()
+
+    def serveNodeFile(self, name, content, *, first=lambda: None, during=lambda: None):
+        """Makes a node file a FIFO, which the tool opens for the header, for the count and for the clip pass. `first` runs
+        before it reads the header, and `during` in the middle of the clip pass. Returns the thread for that."""
+        path = self.path(f"base/data/{name}")
+        os.mkfifo(path)
+
+        def serve():
+            for step in ("header", "count", "pass"):
+                with open(path, "wb", buffering=0) as pipe:
+                    os.mkfifo(path + ".next")
+                    os.rename(path + ".next", path)
+                    if step == "header":
+                        first()
+                    middle = len(content) // 2
+                    try:
+                        pipe.write(content[:middle])
+                        if step == "pass":
+                            during()
+                        pipe.write(content[middle:])
+                    except BrokenPipeError:
+                        pass
+
+        thread = threading.Thread(target=serve, daemon=True)
+        thread.start()
+        return thread
+
+    def holdNodeFile(self, name, content):
+        """Makes a node file in which the tool waits during the clip pass. Returns the event that lets it continue."""
+        event = threading.Event()
+        self.addCleanup(event.set)
+        self.serveNodeFile(name, content, during=event.wait)
+        return event
+
+    def giveSeen(self):
+        """Lets a stand-in continue that waits until the test has seen something."""
+        self.give({"seen": b""})
+
+    def waitUntil(self, condition, what):
+        limit = time.monotonic() + TIME_LIMIT
+        while not condition():
+            self.assertLess(time.monotonic(), limit, f"{what} was not to be seen")
+            time.sleep(0.01)
+
+    def waitForFile(self, name):
+        self.waitUntil(lambda: os.path.exists(self.path(name)), name)
 
     def standIn(self, script):
         """Replaces the tool by a script in Python, in which `send` writes a line to the channel."""
@@ -134,6 +188,15 @@ class WatchTest(unittest.TestCase):
             self.fail("still running")
         return Watched(process.returncode, os.fsdecode(output), os.fsdecode(errors))
 
+    def readUntil(self, stream, text):
+        """Reads a pipe up to this text, and perhaps more."""
+        received = b""
+        while text.encode() not in received:
+            data = os.read(stream.fileno(), 4096)
+            self.assertTrue(data, f"no {text} in {received}")
+            received += data
+        return received.decode(errors="replace")
+
     def run_(self, *arguments, **settings):
         return self.finish(self.start(*arguments, **settings))
 
@@ -141,16 +204,19 @@ class WatchTest(unittest.TestCase):
         return self.run_("base/data", "out", "area.xml", *options, **settings)
 
     def terminal(self, *arguments, columns=80, environment=None):
-        return Terminal([self.watch, *arguments], self.directory, columns, watchEnvironment(environment))
+        terminal = Terminal([self.watch, *arguments], self.directory, columns, watchEnvironment(environment))
+        self.addCleanup(terminal.end)
+        return terminal
 
     def expectShortRun(self, run):
         """Expects that a run of less than half a second shows nothing. A busy machine may need several runs for that.
 
-        `run` starts one with --json, and returns what it showed and its summary."""
+        `run` starts one and returns what it showed."""
         for _ in range(20):
             shutil.rmtree(self.path("base/out"), ignore_errors=True)
-            shown, summary = run()
-            if json.loads(summary)["seconds"] < 0.5:
+            start = time.monotonic()
+            shown = run()
+            if time.monotonic() - start < 0.5:
                 self.assertEqual([], shown)
                 return
         self.skipTest("the machine is too busy for a run of less than half a second")
@@ -168,9 +234,15 @@ class TerminalTest(WatchTest):
         screen.write(received.decode())
         return screen
 
-    def finished(self, *options, columns=80, environment=None):
+    def finished(self, *options, columns=80, environment=None, until=None):
+        """Runs to the end. With `until`, a stand-in that waits for that continues when this condition is true."""
         terminal = self.terminal(*JOB, *options, columns=columns, environment=environment)
+        if until:
+            terminal.readUntil(until, "the output")
+            self.giveSeen()
         status = terminal.finish()
+        if until:
+            os.remove(self.path("seen"))
         return status, terminal, self.shown(terminal.received, columns)
 
 
@@ -185,3 +257,19 @@ def onlyChildOf(pid):
     with open(f"/proc/{pid}/task/{pid}/children", encoding="ascii") as file:
         [child] = file.read().split()
     return int(child)
+
+
+def signalsIn(mask, pid):
+    """Returns the signals of a mask of a process: SigBlk are those that its main thread blocks, ShdPnd those that wait."""
+    with open(f"/proc/{pid}/status", encoding="utf-8") as file:
+        bits = next(int(line.split()[1], 16) for line in file if line.startswith(mask + ":"))
+    return {number for number in signal.valid_signals() if bits >> (number - 1) & 1}
+
+
+def isFull(pipe):
+    """Returns true if a pipe, given by the path of an open descriptor under /proc, has no space."""
+    writing = os.open(pipe, os.O_WRONLY | os.O_NONBLOCK)
+    try:
+        return not select.select([], [writing], [], 0)[1]
+    finally:
+        os.close(writing)

@@ -11,7 +11,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
-from watching import HEADER, WatchTest
+from watching import HEADER, TIME_LIMIT, WatchTest
 
 INSIDE = b"1;1;5\n"
 LANGUAGE = "--lang=en"
@@ -24,49 +24,10 @@ class Check(WatchTest):
         first = next((i for i, line in enumerate(lines) if line.startswith("Vadelwatch: ")), len(lines))
         return lines[first:]
 
-    def holdBack(self, name, while_, first=lambda: None):
-        """Makes a node file a FIFO. `first` runs during its first opening, `while_` during its clip pass."""
-        path = self.path(f"base/data/{name}")
-        os.mkfifo(path)
-        content = HEADER + INSIDE * 4
-
-        def serve():
-            for step in ("header", "count", "pass"):
-                with open(path, "wb", buffering=0) as pipe:
-                    os.mkfifo(path + ".next")
-                    os.rename(path + ".next", path)
-                    if step == "header":
-                        first()
-                    if step == "pass":
-                        while_()
-                    try:
-                        pipe.write(content)
-                    except BrokenPipeError:
-                        pass
-
-        thread = threading.Thread(target=serve, daemon=True)
-        thread.start()
-        return thread
-
     def test_link_to_a_full_device_is_reported(self):
         self.giveJob({})
         # The output directory exists when the header is read, so the link is there before the output is opened.
-        path = self.path("base/data/a.xyz")
-        os.mkfifo(path)
-
-        def serve():
-            for step in range(3):
-                with open(path, "wb", buffering=0) as pipe:
-                    os.mkfifo(path + ".next")
-                    os.rename(path + ".next", path)
-                    if step == 0:
-                        os.symlink("/dev/full", self.path("base/out/a.xyz"))
-                    try:
-                        pipe.write(HEADER + INSIDE * 4)
-                    except BrokenPipeError:
-                        pass
-
-        threading.Thread(target=serve, daemon=True).start()
+        self.serveNodeFile("a.xyz", HEADER + INSIDE * 4, first=lambda: os.symlink("/dev/full", self.path("base/out/a.xyz")))
         watched = self.job(LANGUAGE)
         self.assertEqual(3, watched.status)
         self.assertEqual(["Vadelwatch: nodes in the output files: 0, in total_node_count.txt: 4, missing: 4.",
@@ -107,9 +68,9 @@ class Check(WatchTest):
     def test_directory_in_place_of_an_output_is_reported(self):
         self.giveJob({"a.xyz": HEADER + INSIDE * 1000, "far.xyz": HEADER + b"99;99;9\n"})
         # The output directory exists when a header is read. The run waits at this file until the other directory exists.
-        thread = self.holdBack("b.xyz", lambda: None, lambda: os.makedirs(self.path("base/out/a.xyz")))
+        thread = self.serveNodeFile("b.xyz", HEADER + INSIDE * 4, first=lambda: os.makedirs(self.path("base/out/a.xyz")))
         watched = self.job(LANGUAGE)
-        thread.join(5)
+        thread.join(TIME_LIMIT)
         self.assertEqual(3, watched.status)
         self.assertEqual(["Vadelwatch: nodes in the output files: 4, in total_node_count.txt: 1 004, missing: 1 000.",
                           "  a.xyz: a directory in place of the file",
@@ -173,9 +134,9 @@ class Check(WatchTest):
 
     def test_pipe_as_node_file_is_read_only_by_the_tool(self):
         self.giveJob({"b.xyz": HEADER + INSIDE})
-        thread = self.holdBack("a.xyz", lambda: time.sleep(0.2))
+        thread = self.serveNodeFile("a.xyz", HEADER + INSIDE * 4, during=lambda: time.sleep(0.2))
         watched = self.job(LANGUAGE)
-        thread.join(5)
+        thread.join(TIME_LIMIT)
         self.assertFalse(thread.is_alive())
         self.assertEqual(0, watched.status)
         self.assertIn("  Nodes kept        5", watched.outputLines())

@@ -12,7 +12,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from fault_checks import failingMemory, failsForever
 from pictures import PngPicture
-from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest
+from watching import HEADER, SANITIZED, TIME_LIMIT, WatchTest, signalsIn
 
 INSIDE = b"1;1;5\n"
 WARNING = (176, 0, 32)
@@ -98,7 +98,7 @@ class Map(WatchTest):
         self.expectDifference(FINISHES.format(count=1, call="symlink", arguments=("/dev/full",)))
 
     def withoutPicture(self, *options, **settings):
-        """Starts a run whose picture is a FIFO without a reader, and waits for its summary."""
+        """Starts a run whose picture is a FIFO without a reader. Waits for its summary, and until it handles signals."""
         os.mkfifo(self.path("map.svg"))
         process = self.start(*JOB, "--map", "map.svg", *options, **settings)
         os.set_blocking(process.stdout.fileno(), False)
@@ -108,14 +108,16 @@ class Map(WatchTest):
             self.assertLess(time.monotonic(), limit, "there was no summary")
             output += process.stdout.read() or b""
             time.sleep(0.01)
+        # It reads signals, so it blocks them.
+        self.waitUntil(lambda: signal.SIGTERM in signalsIn("SigBlk", process.pid), "the drawing")
         return process, output
 
     def test_summary_precedes_signal_during_map(self):
         process, output = self.withoutPicture("--progress=none")
         self.assertIn(b"1 of ", output)
         process.send_signal(signal.SIGTERM)
-        self.assertEqual(b"Vadelwatch: interrupted, so the map map.svg was not drawn.\n", process.communicate()[1])
-        self.assertEqual(-signal.SIGTERM, process.returncode)
+        self.expect(self.finish(process), status=-signal.SIGTERM,
+                    errors=["Vadelwatch: interrupted, so the map map.svg was not drawn."])
 
     def test_ignored_signal_does_not_end_drawing(self):
         process, _ = self.withoutPicture("--progress=none",

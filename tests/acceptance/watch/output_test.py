@@ -24,8 +24,8 @@ class OwnOutput(WatchTest):
     def test_reader_of_one_line_does_not_end_the_run(self):
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 20000})
         shell = '"$0" "$@" 2>&1 | head -n 1; echo "${PIPESTATUS[0]}"'
-        result = subprocess.run(["bash", "-c", shell, WATCH, *JOB], cwd=self.directory, capture_output=True,
-                                timeout=TIME_LIMIT, check=True)
+        result = subprocess.run(["bash", "-c", shell, WATCH, *JOB, "--progress=none"], cwd=self.directory,
+                                capture_output=True, timeout=TIME_LIMIT, check=True)
         lines = result.stdout.decode().splitlines()
         self.assertRegex(lines[0], "^Finished")
         self.assertEqual("0", lines[1])

@@ -4,20 +4,22 @@ import os
 import re
 import signal
 import sys
+import threading
 import time
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "support"))
 from engines import isRunning
-from watching import HEADER, TIME_LIMIT, WatchTest
+from terminal import draws
+from watching import HEADER, TIME_LIMIT, WatchTest, isFull
 
 JOB = ("base/data", "out", "area.xml", "--lang=en")
 INTERRUPTED = "Vadelwatch: interrupted by SIGTERM, Vadelclip has ended. The output in base/out is not complete."
 
 # More errors than fit into any pipe, on the console and as messages.
 FLOOD = """
-open('pid', 'w').write(str(os.getpid()))
+open('new', 'w').write(str(os.getpid())); os.rename('new', 'pid')
 for i in range(200000):
     say(b'error %d\\n' % i); message(type='error', level=2, text=f'error {i}')
     if i % 100 == 0: open('reached', 'w').write(str(i)); os.rename('reached', 'at')
@@ -38,27 +40,16 @@ class Stalled(WatchTest):
         super().setUp()
         self.giveJob({"a.xyz": HEADER})
 
-    def waitUntil(self, condition, what):
-        limit = time.monotonic() + TIME_LIMIT
-        while not condition():
-            self.assertLess(time.monotonic(), limit, f"{what} was not to be seen")
-            time.sleep(0.01)
-
-    def waitForFile(self, name):
-        self.waitUntil(lambda: os.path.exists(self.path(name)), name)
-
-    def waitForStall(self):
-        """Starts a run and waits until the tool is blocked because nothing reads the output of Vadelwatch."""
-        self.waitForFile("at")
-        before = None
-        while before != self.content("at"):
-            before = self.content("at")
-            time.sleep(0.7)
+    def waitForStall(self, output):
+        """Waits until this output of Vadelwatch, a pipe that is not read, and the channel of the tool are full."""
+        self.waitForFile("pid")
+        channel = f"/proc/{int(self.content('pid'))}/fd/3"
+        self.waitUntil(lambda: isFull(f"/proc/self/fd/{output}") and isFull(channel), "the stall")
 
     def startStalled(self, script, *options):
         self.standIn(script)
         process = self.start(*JOB, "--progress=none", *options)
-        self.waitForStall()
+        self.waitForStall(process.stderr.fileno())
         return process
 
     def expectPrefixOfErrors(self, lines):
@@ -110,7 +101,7 @@ signal.signal(signal.SIGTERM, end)
     def test_all_output_before_the_end_of_the_tool_is_shown(self):
         process = self.startStalled("""
 def end(number, frame):
-    for i in range(30000): say(b'last words %d\\n' % i)
+    for i in range(30000): os.write(1, b'last words %d\\n' % i)
     open('got', 'w').close()
     os._exit(1)
 signal.signal(signal.SIGTERM, end)
@@ -128,18 +119,15 @@ signal.signal(signal.SIGTERM, end)
         self.standIn(DIES + FLOOD.replace("say(b'error %d\\n' % i); ", ""))
         process = self.start(*JOB, "--quiet", "--log", "log", "--json")
         # All output except the log is read.
-        os.set_blocking(process.stderr.fileno(), False)
-        self.waitForFile("at")
-        before = None
-        while before != self.content("at"):
-            before = self.content("at")
-            process.stderr.read()
-            time.sleep(0.7)
+        thread = threading.Thread(target=process.stderr.read, daemon=True)
+        thread.start()
+        self.waitForStall(reader)
         process.send_signal(signal.SIGTERM)
         self.waitForFile("got")
         self.waitForEndOfTool()
         process.send_signal(signal.SIGTERM)
         self.assertEqual(-signal.SIGTERM, process.wait(TIME_LIMIT))
+        thread.join(TIME_LIMIT)
 
     def test_slow_reader_is_awaited_without_a_signal(self):
         process = self.startStalled(FLOOD.replace("200000", "20000") + "finish()\n", "--quiet")
@@ -149,48 +137,56 @@ signal.signal(signal.SIGTERM, end)
 
 class HeldTerminal(WatchTest):
     def holdBar(self, script, *options):
-        """Returns a terminal that is held with Ctrl-S since the bar has appeared."""
+        """Returns a terminal that is held with Ctrl-S since the bar has appeared. Then there is a file "seen"."""
         self.standIn(script)
         self.giveJob({"a.xyz": HEADER})
         terminal = self.terminal(*JOB, *options)
-        terminal.readUntil(lambda received: b"%" in received, "the bar")
+        terminal.readUntil(draws("%"), "the bar")
         terminal.type(b"\x13")
+        self.giveSeen()
         return terminal
+
+    def readWhile(self, terminal, condition, what):
+        limit = time.monotonic() + TIME_LIMIT
+        while condition():
+            self.assertLess(time.monotonic(), limit, f"{what} was not to be seen")
+            terminal.readSome(0.05)
 
     def readFor(self, terminal, seconds):
         limit = time.monotonic() + seconds
         while time.monotonic() < limit:
             terminal.readSome(0.05)
 
-    def waitForFile(self, terminal, name):
-        limit = time.monotonic() + TIME_LIMIT
-        while not os.path.exists(self.path(name)):
-            self.assertLess(time.monotonic(), limit, f"{name} was not to be seen")
-            terminal.readSome(0.05)
+    def readUntilFile(self, terminal, name):
+        self.readWhile(terminal, lambda: not os.path.exists(self.path(name)), name)
 
     def test_bar_does_not_delay_the_run(self):
         terminal = self.holdBar("""
-for tenths in range(1000):
-    message(type='progress', percent=tenths / 10); time.sleep(0.001)
+steps = 0
+while not os.path.exists('seen'):
+    message(type='progress', percent=100 * steps / (steps + 500)); steps += 1; time.sleep(0.001)
 for i in range(100000):
     message(type='progress', percent=99.9)
 finish()
 open('finished', 'w').close()
 """)
-        self.waitForFile(terminal, "finished")
-        before = len(terminal.received)
+        self.readUntilFile(terminal, "finished")
         self.readFor(terminal, 0.5)
-        self.assertEqual(before, len(terminal.received))
+        self.assertNotIn(b"The end", terminal.received)
         terminal.type(b"\x11")
         self.assertEqual(0, terminal.finish())
         self.assertIn(b"The end", terminal.received)
 
     def test_control_q_shows_the_rest_after_a_signal(self):
-        terminal = self.holdBar(DIES + "message(type='progress', percent=1.0); time.sleep(0.5)\n" + FLOOD)
-        self.waitForFile(terminal, "at")
-        self.readFor(terminal, 1.5)
+        terminal = self.holdBar(DIES + """
+message(type='progress', percent=1.0)
+while not os.path.exists('seen'): time.sleep(0.01)
+""" + FLOOD)
+        self.readUntilFile(terminal, "at")
+        channel = f"/proc/{int(self.content('pid'))}/fd/3"
+        self.readWhile(terminal, lambda: not isFull(channel), "the stall")
         os.kill(terminal.pid, signal.SIGTERM)
-        self.waitForFile(terminal, "got")
+        self.readUntilFile(terminal, "got")
         terminal.type(b"\x11")
         self.assertEqual(4, terminal.finish())
         text = re.sub(rb"\x1b(\[[0-9;?]*[A-Za-z]|[78])", b"", terminal.received).decode()
@@ -204,7 +200,7 @@ open('finished', 'w').close()
                                 "message(type='progress', percent=1.0); time.sleep(600)\n")
         self.readFor(terminal, 0.5)
         terminal.type(b"\x03")
-        self.waitForFile(terminal, "got")
+        self.readUntilFile(terminal, "got")
         terminal.type(b"\x11")
         self.assertEqual(4, terminal.finish())
         self.assertIn(b"interrupted by SIGINT", terminal.received)

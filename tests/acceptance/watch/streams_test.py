@@ -32,7 +32,8 @@ finish()
     def test_each_error_is_shown_once(self):
         self.standIn("""
 message(type='error', level=2, text='message alone')
-time.sleep(0.5)  # without it the next console line might be shown first
+# Otherwise the next console line might be shown first.
+while b'alone' not in open('log', 'rb').read(): time.sleep(0.01)
 say(b'both\\n'); message(type='error', level=2, text='both')
 say(b'console alone\\n')
 say(b'twice\\n'); message(type='error', level=2, text='twice')
@@ -42,7 +43,7 @@ say(b'\\n'); message(type='error', level=2, text='')
 message(type='error', level=2, text='both')
 finish()
 """)
-        self.expect(self.run_(*JOB, "--quiet"), status=0, errors=[
+        self.expect(self.run_(*JOB, "--quiet", "--log=log"), status=0, errors=[
             "message alone", "both", "console alone", "twice", "twice", "two", "lines", "", "both"])
 
     def test_messages_may_arrive_in_pieces_or_together(self):

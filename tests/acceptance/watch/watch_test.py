@@ -30,10 +30,7 @@ class Finished(WatchTest):
 
     def test_short_run_shows_no_progress(self):
         for progress in ("auto", "bar"):
-            def run():
-                watched = self.job("--lang=en", "--json", "--progress", progress)
-                return watched.errorLines(), watched.output
-            self.expectShortRun(run)
+            self.expectShortRun(lambda: self.job("--lang=en", "--progress", progress).errors.splitlines())
 
     def test_german_is_the_default(self):
         for options in ([], ["--lang", "de"], ["--lang=de_DE"]):
@@ -135,7 +132,7 @@ class Failed(WatchTest):
         self.giveJob(NODES)
         watched = self.run_("base/data", "no/out", "area.xml", "--lang=en")
         self.assertEqual((1, "", 2), (watched.status, watched.output, len(watched.errorLines())))
-        self.assertRegex(watched.errors, "^boost::filesystem::create_directory: ")
+        self.assertRegex(watched.errorLines()[0], "^boost::filesystem::create_directory: ")
 
     def test_errors_are_german_and_also_shown_with_quiet(self):
         for options in ([], ["--quiet"]):
