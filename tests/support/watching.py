@@ -195,7 +195,6 @@ class WatchTest(unittest.TestCase):
             data = os.read(stream.fileno(), 4096)
             self.assertTrue(data, f"no {text} in {received}")
             received += data
-        return received.decode(errors="replace")
 
     def run_(self, *arguments, **settings):
         return self.finish(self.start(*arguments, **settings))

@@ -17,8 +17,7 @@ AWAIT_SEEN = "while not os.path.exists('seen'): time.sleep(0.01)\n"
 class Figures(TerminalTest):
     def figures(self, script, until):
         """Returns percent, lines per second, seconds and time left of each drawing, for a node file of 10,000 lines."""
-        self.standIn("time.sleep(0.3)  # for the lines to be counted\n"
-                     "message(type='state', level=1, text='Clipping', active=True)\n" + script + AWAIT_SEEN + "finish()\n")
+        self.standIn("message(type='state', level=1, text='Clipping', active=True)\n" + script + AWAIT_SEEN + "finish()\n")
         self.giveJob({"a.xyz": HEADER + b"1;1;5\n" * 10000})
         _, _, screen = self.finished("--log=log", columns=200, until=draws(until))
         return [figures.groups() for figures in map(FIGURES.search, screen.drawings) if figures]

@@ -197,7 +197,7 @@ while not os.path.exists('seen'): time.sleep(0.01)
 
     def test_control_c_ends_a_held_terminal(self):
         terminal = self.holdBar(DIES.replace("SIGTERM", "SIGINT") +
-                                "message(type='progress', percent=1.0); time.sleep(600)\n")
+                                "message(type='progress', percent=1.0)\nwhile True: time.sleep(0.1)\n")
         self.readFor(terminal, 0.5)
         terminal.type(b"\x03")
         self.readUntilFile(terminal, "got")
