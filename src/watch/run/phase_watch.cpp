@@ -50,6 +50,10 @@ void PhaseWatch::showAndListen() {
             display.clear();
             display.flush();
             signals.reset();
+            if (numbers.size() > 1) {
+                // The second signal was read with the first one. It ends the process at once.
+                static_cast<void>(raise(numbers[1]));
+            }
             interrupted(numbers.front());
             static_cast<void>(raise(numbers.front()));
         }

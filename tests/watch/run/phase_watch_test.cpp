@@ -6,6 +6,8 @@
 
 #include <array>
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <optional>
 #include <thread>
@@ -55,6 +57,29 @@ TEST(PhaseWatch, endsWhenItsBarIsRemoved) {
     close(pipe[1]);
     reader.join();
     close(pipe[0]);
+}
+
+TEST(PhaseWatch, keepsSecondSignalThatIsReadWithTheFirst) {
+    const auto run = [] {
+        // Both signals arrive before the phase. They stay blocked, so that the second one can be found.
+        sigset_t both;
+        sigemptyset(&both);
+        for (const int number : {SIGINT, SIGTERM}) {
+            sigaddset(&both, number);
+        }
+        pthread_sigmask(SIG_BLOCK, &both, nullptr);
+        kill(getpid(), SIGINT);
+        kill(getpid(), SIGTERM);
+        OwnOutput output;
+        bool barShown = false;
+        const PhaseWatch phase(ProgressMode::none, barShown, output, "checking", [](int number) {
+            sigset_t pending;
+            sigpending(&pending);
+            std::_Exit(number == SIGINT && sigismember(&pending, SIGTERM) == 1 ? EXIT_SUCCESS : EXIT_FAILURE);
+        });
+        pause();
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace vadelwatch
