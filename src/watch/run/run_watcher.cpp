@@ -105,7 +105,7 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
             // The tool may have ended before this further signal was sent.
             end = tool.pollEnd();
         }
-        if (interrupted && end) {
+        if (end && record.interruptedBy != 0) {
             // The tool cannot take it. It ends this process as soon as signals are no longer blocked.
             static_cast<void>(raise(number));
         } else {

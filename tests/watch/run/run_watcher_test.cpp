@@ -34,27 +34,38 @@ namespace vadelwatch {
 
 using vadelclip::TemporaryDirectory;
 
+namespace {
+
+/// A tool that is watched without any output.
+struct WatchedTool {
+    RunRecord watch(const RunSignals& signals) {
+        OwnOutput shown;
+        OwnOutput log;
+        ProgressDisplay display(
+            ProgressMode::none, {}, [](std::string_view) {}, [] { return 80; });
+        const NodeLineCount count;
+        return RunWatcher(tool, display, shown, log, count, "/none").watch(signals);
+    }
+
+    ToolProcess tool;
+};
+
+} // namespace
+
 TEST(RunWatcher, keepsSecondSignalThatFollowsTheEndOfTheTool) {
     vadelclip::guardStandardDescriptors();
     const TemporaryDirectory directory;
-    const std::string held = directory.pathOf("held");
     const RunSignals signals;
-    ToolProcess tool;
-    ASSERT_EQ(0, tool.start("/bin/sh", {"-c",
-                                        "trap 'while [ ! -e \"$0\" ]; do sleep 0.01; done; exit 1' TERM; echo >&3; "
-                                        "while :; do sleep 0.01; done",
-                                        held}));
-    OwnOutput shown;
-    OwnOutput log;
-    ProgressDisplay display(
-        ProgressMode::none, {}, [](std::string_view) {}, [] { return 80; });
-    const NodeLineCount count;
-    RunWatcher watcher(tool, display, shown, log, count, directory.path());
+    WatchedTool watched;
+    ASSERT_EQ(0, watched.tool.start("/bin/sh", {"-c",
+                                                "trap 'while [ ! -e \"$0\" ]; do sleep 0.01; done; exit 1' TERM; "
+                                                "echo >&3; while :; do sleep 0.01; done",
+                                                directory.pathOf("held")}));
     int callsInVain = 0;
     afterWaitInVain = [&](pid_t pid) {
         ++callsInVain;
         if (callsInVain == 1) {
-            pollfd ready{tool.channel(), POLLIN, 0};
+            pollfd ready{watched.tool.channel(), POLLIN, 0};
             EXPECT_EQ(1, poll(&ready, 1, -1));
             kill(getpid(), SIGTERM);
         } else if (callsInVain == 2) {
@@ -65,11 +76,24 @@ TEST(RunWatcher, keepsSecondSignalThatFollowsTheEndOfTheTool) {
             kill(getpid(), SIGTERM);
         }
     };
-    const RunRecord record = watcher.watch(signals);
+    const RunRecord record = watched.watch(signals);
     afterWaitInVain = nullptr;
     EXPECT_EQ(2, callsInVain);
     EXPECT_EQ((ToolEnd{1, 0}), record.end);
     // It is pending, and would end the process when `signals` is destroyed.
+    EXPECT_EQ(std::vector<int>{SIGTERM}, signals.takeEndingSignals());
+}
+
+TEST(RunWatcher, keepsSecondOfTwoSignalsAfterTheEndOfTheTool) {
+    vadelclip::guardStandardDescriptors();
+    const RunSignals signals;
+    WatchedTool watched;
+    ASSERT_EQ(0, watched.tool.start("/bin/true", {}));
+    siginfo_t end{};
+    ASSERT_EQ(0, waitid(P_ALL, 0, &end, WEXITED | WNOWAIT));
+    kill(getpid(), SIGINT);
+    kill(getpid(), SIGTERM);
+    EXPECT_EQ(SIGINT, watched.watch(signals).interruptedBy);
     EXPECT_EQ(std::vector<int>{SIGTERM}, signals.takeEndingSignals());
 }
 
