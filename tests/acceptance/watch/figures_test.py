@@ -32,6 +32,7 @@ send(b''.join(b'{"type":"progress","percent":%d}\\n' % percent for percent in (1
         figures = self.figures("""
 time.sleep(1.5)
 send(b''.join(b'{"type":"progress","percent":%d}\\n' % percent for percent in (1, 10, 20)))
+while b'"percent":20' not in open('log', 'rb').read(): time.sleep(0.01)
 time.sleep(0.5)
 message(type='progress', percent=40)
 """, r"40\.0 % +[\d.]+k? lines/s")
