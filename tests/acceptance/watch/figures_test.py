@@ -30,18 +30,18 @@ send(b''.join(b'{"type":"progress","percent":%d}\\n' % percent for percent in (1
 
     def test_figures_begin_at_the_first_reports(self):
         figures = self.figures("""
-time.sleep(1.5)
-send(b''.join(b'{"type":"progress","percent":%d}\\n' % percent for percent in (1, 10, 20)))
-while b'"percent":20' not in open('log', 'rb').read(): time.sleep(0.01)
+time.sleep(1.9)
+send(b''.join(b'{"type":"progress","percent":%d}\\n' % percent for percent in (1, 5, 10)))
+while b'"percent":10' not in open('log', 'rb').read(): time.sleep(0.01)
 time.sleep(0.5)
 message(type='progress', percent=40)
 """, r"40\.0 % +[\d.]+k? lines/s")
         _, rate, elapsed, left = next(row for row in figures if row[0] == "40" and row[1] != "-")
         rate = float(rate[:-1]) * 1000 if rate.endswith("k") else float(rate)
         entries = [json.loads(line) for line in self.content("log").splitlines()]
-        begin = next(entry["seconds"] for entry in entries if entry["message"].get("percent") == 20)
-        # A fifth of the lines since the first reports. Measured from the start it would be 1,700 lines a second.
-        self.assertGreater(rate, 0.99 * 2000 / (int(elapsed) + 1 - begin))
+        begin = next(entry["seconds"] for entry in entries if entry["message"].get("percent") == 10)
+        # Three tenths of the lines since the first reports. Measured from the start it would be 1,700 lines a second.
+        self.assertGreater(rate, 0.99 * 3000 / (int(elapsed) + 1 - begin))
         minutes, seconds = left.split(":")
         left = 60 * int(minutes) + int(seconds)
         # Three fifths are left, and the time left is rounded up.
