@@ -92,8 +92,9 @@ class SlurmMachine:
         waitFor(lambda: os.path.exists(self.path("munge.socket")), "munged")
         self.startDaemon("slurmctld", "slurmctld", "-D", "-f", self.path("slurm.conf"))
         for node in self.nodes:
-            self.startNode(node)
-        self.waitForIdleNodes()
+            os.mkdir(self.path(node))
+            self.startDaemon(node, "slurmd", "-D", "-N", node, "-f", self.path("slurm.conf"))
+        waitFor(lambda: self.ask("sinfo", "-h", "-t", "idle", "-o", "%D").strip() == str(len(self.nodes)), "idle nodes")
 
     def write(self, name, text):
         with open(self.path(name), "w", encoding="utf-8") as file:
@@ -104,10 +105,6 @@ class SlurmMachine:
             self.daemons[name] = subprocess.Popen(command, env={**os.environ, **self.environment}, cwd=self.place,
                                                   stdin=subprocess.DEVNULL, stdout=log, stderr=subprocess.STDOUT,
                                                   start_new_session=True)
-
-    def startNode(self, node):
-        os.makedirs(self.path(node), exist_ok=True)
-        self.startDaemon(node, "slurmd", "-D", "-N", node, "-f", self.path("slurm.conf"))
 
     def stop(self):
         """Ends all tasks and daemons."""
@@ -135,19 +132,11 @@ class SlurmMachine:
         for job in self.ask("squeue", "-h", "--array", "--states=pending", "-o", "%i").split():
             self.ask("scontrol", "update", "JobId=" + job, "StartTime=now")
 
-    def returnNode(self, node):
-        self.startNode(node)
-        self.ask("scontrol", "update", "NodeName=" + node, "State=resume")
-        self.waitForIdleNodes()
-
     # Questions
 
     def ask(self, *command):
         return subprocess.run(command, env={**os.environ, **self.environment}, stdin=subprocess.DEVNULL, text=True,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False).stdout
-
-    def waitForIdleNodes(self):
-        waitFor(lambda: self.ask("sinfo", "-h", "-t", "idle", "-o", "%D").strip() == str(len(self.nodes)), "idle nodes")
 
     def queue(self):
         """Returns the numbers of all jobs that are not over."""

@@ -1,4 +1,4 @@
-"""vadelclip-slurm on a real Slurm with three virtual nodes: the same bytes as one run, whatever is lost on the way."""
+"""vadelclip-slurm on a real Slurm with virtual nodes: the same bytes as one run, whatever is lost on the way."""
 import os
 import re
 import shutil
@@ -10,7 +10,8 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from engines import SANITIZED, EngineTest, isRunning, kill, needs, waitFor
 from slurm_machine import PROGRAMS, SlurmMachine, reasonAgainstStart
 
-NODES = ("n1", "n2", "n3")
+# Three tests lose a node for ever: Slurm may remove the script of the first task on a node whose daemon was started again.
+NODES = ("n1", "n2", "n3", "n4", "n5", "n6")
 
 
 @needs(*PROGRAMS)
@@ -85,7 +86,6 @@ class SlurmTest(EngineTest):
         self.submit()
         [task] = self.started(1)
         self.slurm.loseNode(task.host, task.chain("slurmstepd"))
-        self.addCleanup(self.slurm.returnNode, task.host)
         self.openGate("0")
         self.waitForEmptyQueue()
         self.expectResultOfOneRun()
@@ -107,7 +107,6 @@ class SlurmTest(EngineTest):
         self.submit()
         [lost] = self.started(1)
         self.slurm.loseNode(lost.host)
-        self.addCleanup(self.slurm.returnNode, lost.host)
         [again] = [task for task in self.started(2) if task != lost]
         self.assertNotEqual(lost.host, again.host)
         return lost, again
@@ -139,8 +138,9 @@ class SlurmTest(EngineTest):
         os.utime(tile, ns=(time, time + 1))
         self.submit()
         self.expectIncomplete()
-        index, = re.findall("1 of 6 shards are missing: ([0-5])\n", self.log())
-        self.assertEqual(["1", "2", "3"], re.findall(f"shard {index}, try ([0-9]): status 1, on n[1-3]\n", self.log()))
+        self.assertRegex(self.log(), "1 of 6 shards are missing: [0-5]\n")
+        index, = re.findall("shards are missing: ([0-5])\n", self.log())
+        self.assertEqual(["1", "2", "3"], re.findall(f"shard {index}, try ([0-9]): status 1, on n[1-6]\n", self.log()))
         self.assertEqual(3, self.log().count("tile 1.xyz has changed since "))
         os.utime(tile, ns=(time, time))
         self.resume([int(index)])
