@@ -99,13 +99,13 @@ void RunWatcher::takeSignals(const RunSignals& signals) {
     // Called before the signals are read: Ctrl-C sends a signal to both processes, so if it has ended the tool, our signal
     // has arrived too.
     std::optional<ToolEnd> end = tool.pollEnd();
-    const bool interrupted = record.interruptedBy != 0;
     for (const int number : signals.takeEndingSignals()) {
-        if (interrupted && !end) {
+        const bool isFurther = record.interruptedBy != 0;
+        if (isFurther && !end) {
             // The tool may have ended before this further signal was sent.
             end = tool.pollEnd();
         }
-        if (end && record.interruptedBy != 0) {
+        if (isFurther && end) {
             // The tool cannot take it. It ends this process as soon as signals are no longer blocked.
             static_cast<void>(raise(number));
         } else {

@@ -79,7 +79,7 @@ class LocalTest(ParallelTest):
         for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
             process = self.start("-j2")
             self.started(2)
-            # The gate sleeps in a process of its own for a moment longer.
+            # A gate waits in a `sleep`, which may end a moment later than the gate.
             below = [pid for pid in descendants(process.pid) if processStatus(pid)[2] != "sleep"]
             process.send_signal(number)
             output, _ = process.communicate(timeout=TIME_LIMIT)
@@ -92,16 +92,16 @@ class LocalTest(ParallelTest):
         self.expectResultOfOneRun()
 
     def test_signal_before_it_can_be_handled_leaves_nothing_running(self):
-        stubs = self.path("stubs")
-        os.mkdir(stubs)
-        with open(os.path.join(stubs, "parallel"), "w", encoding="utf-8") as file:
+        fakes = self.path("fakes")
+        os.mkdir(fakes)
+        with open(os.path.join(fakes, "parallel"), "w", encoding="utf-8") as file:
             file.write("#!/bin/sh\necho parallel runs\n")
-        os.chmod(os.path.join(stubs, "parallel"), 0o755)
+        os.chmod(os.path.join(fakes, "parallel"), 0o755)
         script = os.path.join(os.path.dirname(self.directory), "signal.bash")  # bash expands the value of BASH_ENV
         with open(script, "w", encoding="utf-8") as file:
             file.write("trap 'case $BASH_COMMAND in \"trap interrupted \"*) kill -TERM $$ ;; esac' DEBUG\n")
         run = self.runProgram("vadelclip-parallel", *self.JOB, environment={
-            "BASH_ENV": script, "PATH": stubs + os.pathsep + os.environ["PATH"]})
+            "BASH_ENV": script, "PATH": fakes + os.pathsep + os.environ["PATH"]})
         self.assertEqual((-signal.SIGTERM, ""), (run.returncode, run.stdout))
 
     def test_full_scratch_directory_makes_only_shards_fail(self):
